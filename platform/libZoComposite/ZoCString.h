@@ -1,0 +1,39 @@
+// ZoCString: the platform's character string.
+//
+// Holds a sequence of bytes (UTF-8 by convention). A value type: copies are independent of each other.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+class ZoCString {
+public:
+    // The empty string.
+    ZoCString() = default;
+
+    // The characters of `text` up to its terminating NUL; null gives the empty string.
+    ZoCString(const char* text);
+
+    // The first `length` characters of `text`, NULs included.
+    ZoCString(const char* text, std::size_t length);
+
+    // The decimal digits of `number`, without sign or leading zeros.
+    explicit ZoCString(unsigned int number);
+
+    // The characters with a terminating NUL. Valid until the string is changed or destroyed.
+    const char* c_str() const noexcept;
+
+    // Number of bytes, the terminating NUL not counted.
+    std::size_t length() const noexcept;
+
+    bool isEmpty() const noexcept;
+
+    ZoCString& operator+=(const ZoCString& other);
+
+    // Bytewise comparison, case-sensitive.
+    bool operator==(const ZoCString& other) const noexcept;
+    bool operator!=(const ZoCString& other) const noexcept;
+
+private:
+    std::string text;
+};

@@ -1,0 +1,140 @@
+// ZoNJson: JSON documents.
+//
+// Strict RFC 8259: no comments, no trailing commas, invalid UTF-8, lone surrogates and numbers beyond a double refused. A
+// leading UTF-8 byte-order mark is skipped, the last of duplicate keys counts, members are ordered by key (bytewise),
+// integers beyond 64 bits become floating point, and -0 is a signed number. More than 512 nested levels are refused.
+//
+// A copy of a value shares its nodes, and changing one of them copies only what it must: keeping a part of a large
+// document costs nothing.
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+namespace ZoNJson {
+
+class const_iterator;
+
+// What dump does with a string that is not valid UTF-8.
+enum error_handler : unsigned {
+    strict = 0,   // throws type_error
+    replace = 1,  // writes U+FFFD in place of the invalid bytes
+    ignore = 2    // leaves the invalid bytes out
+};
+
+// A value was used as something that it is not.
+class type_error : public std::logic_error {
+public:
+    using std::logic_error::logic_error;
+};
+
+class json {
+public:
+    // Null.
+    json() noexcept;
+    json(std::nullptr_t) noexcept;
+
+    json(bool value) noexcept;
+    json(int value) noexcept;                 // a signed number
+    json(unsigned int value) noexcept;        // an unsigned number
+    json(unsigned long long value) noexcept;  // an unsigned number
+    json(const char* value);                  // must not be null
+    json(const std::string& value);
+
+    // An empty object, an empty array.
+    static json object();
+    static json array();
+
+    json(const json&) noexcept;
+    json(json&&) noexcept;
+    json& operator=(const json&) noexcept;
+    json& operator=(json&&) noexcept;
+    ~json();
+
+    // Parses the rest of `stream` as one document. A stream that is not one valid document, or cannot be read to its end,
+    // gives a value that is_invalid(). The stream stays open.
+    static json parse(std::FILE* stream);
+
+    bool is_invalid() const noexcept;
+    bool is_null() const noexcept;
+    bool is_boolean() const noexcept;
+    bool is_string() const noexcept;
+    bool is_array() const noexcept;
+    bool is_object() const noexcept;
+    bool is_number() const noexcept;           // of any kind
+    bool is_number_unsigned() const noexcept;  // written without sign, fraction and exponent, at most 64 bits
+
+    // Number of elements of an array or members of an object; 0 for any other value.
+    std::size_t size() const noexcept;
+
+    // True for an object that has the member `key`; false for any other value.
+    bool contains(const std::string& key) const;
+
+    // The member `key` of an object. The const form gives a null value when there is none; the other form adds it, and
+    // turns a null value into an object. Throws type_error when the value is of another kind.
+    const json& operator[](const char* key) const;
+    json& operator[](const char* key);
+    const json& operator[](const std::string& key) const;
+    json& operator[](const std::string& key);
+
+    // The element `index` of an array. The const form throws std::out_of_range when there is none; the other form extends
+    // the array with null values, and turns a null value into an array. Throws type_error when the value is of another
+    // kind.
+    const json& operator[](std::size_t index) const;
+    json& operator[](std::size_t index);
+
+    // The value as a C++ value. Throws type_error when the value is not a string, or not an unsigned number. A number
+    // beyond 32 bits becomes the largest unsigned int.
+    explicit operator std::string() const;
+    explicit operator unsigned long long() const;
+    explicit operator unsigned int() const;
+
+    // The elements of an array, in order; an empty range for any other value.
+    const_iterator begin() const noexcept;
+    const_iterator end() const noexcept;
+
+    // The value as text. `indent` blanks (or `indentChar`) for each level and one member or element on a line; with a
+    // negative indent all on one line. With `ensureAscii` characters beyond ASCII are written as \u escapes.
+    std::string dump(int indent = -1, char indentChar = ' ', bool ensureAscii = false,
+                     error_handler onInvalidUtf8 = strict) const;
+
+private:
+    friend struct Access;  // the parser and the printer
+
+    enum class Kind : unsigned char { invalid, null, boolean, integer, unsignedInteger, real, string, array, object };
+
+    union Scalar {
+        bool boolean;
+        long long integer;
+        unsigned long long unsignedInteger;
+        double real;
+    };
+
+    Kind kind = Kind::null;
+    Scalar scalar{};
+    std::shared_ptr<void> node;  // a string's, array's or object's content, shared between copies
+};
+
+class const_iterator {
+public:
+    const json& operator*() const noexcept { return *at; }
+    const json* operator->() const noexcept { return at; }
+    const_iterator& operator++() noexcept
+    {
+        ++at;
+        return *this;
+    }
+    bool operator==(const const_iterator& other) const noexcept { return at == other.at; }
+    bool operator!=(const const_iterator& other) const noexcept { return at != other.at; }
+
+private:
+    friend class json;
+    explicit const_iterator(const json* at) noexcept : at(at) {}
+
+    const json* at;
+};
+
+}  // namespace ZoNJson

@@ -1,0 +1,15 @@
+// ZoNRtosAbstraction: operating-system services of the target.
+#pragma once
+
+#include <cstdio>
+
+namespace ZoNRtosAbstraction {
+
+// Suspends the calling thread for at least `microseconds`.
+void usleep(unsigned microseconds);
+
+// Writes buffered data of `file`, or of all files when it is null, to the medium and waits for it for at most `timeout`
+// milliseconds. Returns 0 on success.
+int syncFileSystem(std::FILE* file, unsigned timeout);
+
+}  // namespace ZoNRtosAbstraction

@@ -1,0 +1,93 @@
+// ZoCUpdateArchive: the firmware archive, a folder with a description file and update files.
+//
+// Reads and validates the description, completes missing checksums from the update files' headers, and prints the archive.
+// Whatever fails prints exactly one message.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "ZoITrellanUpdater.h"
+#include "archive/ZoSUpdateFile.h"
+#include "libZoErrorHandling/ZoCErrorListPool.h"
+
+class ZoCTrellanUpdater;
+
+class ZoCUpdateArchive {
+public:
+    // Keeps both pointers; they must outlive the archive.
+    ZoCUpdateArchive(const ZoCTrellanUpdater* owner, const ZoNTrellanUpdater::ZoTOptions* options);
+    ZoCUpdateArchive(const ZoCUpdateArchive&) = delete;
+    ZoCUpdateArchive& operator=(const ZoCUpdateArchive&) = delete;
+
+    // Reads the description file and the missing checksums. After false the archive is partly filled and not to be used.
+    bool read(ZoCErrorListPool& errors);
+
+    // Reads the description file named by the options.
+    bool readDescriptionFile(ZoCErrorListPool& errors);
+
+    // Reads the description file at `path`. `errors` is only passed along.
+    bool readDescriptionFileJson(ZoCErrorListPool& errors, std::string path);
+
+    // Checks the types and values of the optional properties of `object`: file entry number `entry` itself (`board` -1) or
+    // the element `board` of its "boards".
+    bool checkOptionalProperties(const ZoNJson::json& object, std::uint32_t entry, std::int32_t board) const;
+
+    // Fills in the checksum of every file for which the description gives none.
+    bool readUpdateFiles();
+
+    // The readers of update-file headers. Outputs that the file does not give become notAvailable (a version: that 64-bit
+    // value). They return 0 when the file is of their kind, 1 when it is not, 2 when it cannot be read; they print nothing.
+    static int readUpdateFileHeader(const std::string& path, std::uint32_t& minHwCompatibilityId,
+                                    std::uint32_t& maxHwCompatibilityId, std::uint32_t& minSwCompatibilityId,
+                                    std::uint32_t& maxSwCompatibilityId, std::uint32_t& typeId,
+                                    std::uint32_t& checksumCrc32, ZoCVersion& version);
+    static int readUpdateFileInventory(const std::string& path, std::uint32_t& minHwCompatibilityId,
+                                       std::uint32_t& maxHwCompatibilityId, std::uint32_t& minSwCompatibilityId,
+                                       std::uint32_t& maxSwCompatibilityId, std::uint32_t& typeId,
+                                       std::uint32_t& checksumCrc32, ZoCVersion& version);
+    static int readPgiBitstreamFileHeader(const std::string& path, std::uint32_t& checksumCrc32);
+
+    // Prints the archive's version, always with three numbers.
+    void outputArchiveVersion() const;
+
+    // Prints the table of update files.
+    void printArchive() const;
+
+    // Prints the description as JSON: as read, with the checksums found in the update files.
+    void outputDescriptionFile() const;
+    void outputDescriptionFileJson() const;
+
+    // What the description says of the archive.
+    void getInfo(std::string& archiveName, std::string& archiveVersion, std::string& productName,
+                 std::string& formatVersion, std::string& archiveVariant) const;
+
+    // The accepted file entries in the order of the description. An update file is named by its index here.
+    const std::vector<ZoNUpdateArchive::ZoSUpdateFile>& getUpdateFileList() const { return files; }
+    std::vector<ZoNUpdateArchive::ZoSUpdateFile>& getUpdateFileList() { return files; }
+
+    // Largest "sequence" of the accepted entries; 0 when there is none.
+    std::uint32_t getMaxSequence() const { return maxSequence; }
+
+    // Number of entries left out because they need a newer library.
+    std::uint32_t getUnsupportedElements() const { return unsupportedElements; }
+
+private:
+    bool readInfo(const ZoNJson::json& document);
+    bool readFileEntries(const ZoNJson::json& document);
+    bool readFileEntry(const ZoNJson::json& entry, std::uint32_t number);
+    bool checkBoards(const ZoNJson::json& entry, std::uint32_t number) const;
+    bool fail(const char* format, ...) const __attribute__((format(printf, 2, 3)));
+
+    const ZoCTrellanUpdater* owner;
+    const ZoNTrellanUpdater::ZoTOptions* options;
+    ZoCVersion formatVersion;
+    ZoCVersion archiveVersion;
+    ZoCString productName;
+    ZoCString archiveVariant;
+    ZoCString archiveName;
+    std::vector<ZoNUpdateArchive::ZoSUpdateFile> files;
+    std::uint32_t maxSequence = 0;
+    std::uint32_t unsupportedElements = 0;
+};

@@ -1,0 +1,75 @@
+// ZoCUpdateAssignment: which update file goes to which element, whether it is needed, and when.
+//
+// Joins the archive and the inventory and owns nothing: its results are fields of the element records and of the files.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "ZoITrellanUpdater.h"
+#include "archive/ZoCUpdateArchive.h"
+#include "inventory/ZoCUpdateInventory.h"
+
+class ZoCTrellanUpdater;
+
+class ZoCUpdateAssignment {
+public:
+    // An element to be put into a phase.
+    struct SortElemType {
+        ZoNUpdateInventory::ZoSUpdateElement* element;  // not owned
+        std::uint32_t sequence;                         // of its update file
+    };
+
+    // Keeps all references; they must outlive the assignment.
+    ZoCUpdateAssignment(const ZoCTrellanUpdater& updater, const ZoNTrellanUpdater::ZoTOptions& options,
+                        ZoCUpdateArchive& archive, ZoCUpdateInventory& inventory);
+    ZoCUpdateAssignment(const ZoCUpdateAssignment&) = delete;
+    ZoCUpdateAssignment& operator=(const ZoCUpdateAssignment&) = delete;
+
+    // The whole computation, once, after the archive and the inventory were read.
+    void makeAssignment();
+
+    // Gives each element the first file that fits it, and makes elements for flash-drive files that no element took.
+    void assignUpdateFiles();
+
+    // Marks updates that are not required, and disables them unless they are forced.
+    void computeRedundantUpdates();
+
+    // Orders the enabled elements that have a file into phases by their files' sequence numbers.
+    void computeUpdatePhase();
+
+    // The order of phases: by sequence.
+    static bool lowerThen(SortElemType a, SortElemType b);
+
+    // The phases are 0 to this number minus 1.
+    std::uint32_t getNumberOfUpdatePhases() const { return numberOfUpdatePhases; }
+
+    // True when `expected` (one value or an array of values) allows `value`. Only null, equal strings and equal unsigned
+    // numbers match.
+    static bool contains(const ZoNJson::json& expected, ZoNJson::json value);
+
+    // True when `file` is meant for `element`. For a file-system element `targetPath` becomes the file's target path;
+    // empty it before each call and read it only after true.
+    static bool matches(const ZoNUpdateInventory::ZoSUpdateElement& element, const ZoNUpdateArchive::ZoSUpdateFile& file,
+                        std::string& targetPath);
+
+    // The notices before an update: elements without a file, and elements that need no update.
+    void printUnsupportedUpdateElements() const;
+    void printNotRequiredUpdates() const;
+
+    // Prints installed and available versions side by side.
+    void printVersionsComparison() const;
+
+    ZoCUpdateArchive& getArchive() const { return archive; }
+    ZoCUpdateInventory& getInventory() const { return inventory; }
+
+private:
+    const ZoCTrellanUpdater& updater;
+    const ZoNTrellanUpdater::ZoTOptions& options;
+    ZoCUpdateArchive& archive;
+    ZoCUpdateInventory& inventory;
+    std::vector<ZoNUpdateArchive::ZoSUpdateFile>* updateFiles = nullptr;  // null until makeAssignment
+    ZoCUpdateInventory::ElementList* updateElements = nullptr;            // null until makeAssignment
+    std::uint32_t numberOfUpdatePhases = 0;
+};

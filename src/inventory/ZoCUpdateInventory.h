@@ -1,0 +1,92 @@
+// ZoCUpdateInventory: the target's update elements.
+//
+// Scans the target's inventory tree, keeps a record for each update element that passes the options' filters, and finds
+// out whether the target can reboot by itself. The tree lives only while it is searched.
+#pragma once
+
+#include <cstdint>
+#include <list>
+#include <memory>
+#include <string>
+#include <unordered_map>
+
+#include "ZoITrellanUpdater.h"
+#include "inventory/ZoSUpdateElement.h"
+#include "libZoErrorHandling/ZoCErrorListPool.h"
+#include "libZoInventoryTree/ZoCInventoryItem.h"
+
+class ZoCTrellanUpdater;
+
+class ZoCUpdateInventory {
+public:
+    using ElementList = std::list<ZoNUpdateInventory::ZoSUpdateElement>;
+
+    // Keeps both references; they must outlive the inventory.
+    ZoCUpdateInventory(const ZoCTrellanUpdater& updater, const ZoNTrellanUpdater::ZoTOptions& options);
+    ~ZoCUpdateInventory();
+    ZoCUpdateInventory(const ZoCUpdateInventory&) = delete;
+    ZoCUpdateInventory& operator=(const ZoCUpdateInventory&) = delete;
+
+    // Scans the target and fills the element list anew. Returns 1 on success; 0 when the scan failed, with the list as it
+    // was before.
+    int getInventory(ZoCErrorListPool& errors);
+
+    // Adds the update elements of `item` and everything below it to the list; `unitItem` is the unit that it sits in.
+    // `reset` starts a new search with an empty list. Misplaced elements are warned of and left out; read errors go to
+    // `errors` and stop nothing.
+    void searchUpdateElements(ZoCErrorListPool& errors, ZoCInventoryItem* item, ZoCInventoryItem* unitItem, bool reset);
+
+    // Makes the label and the short kind of an element from its name and its board.
+    static void generateDisplayString(const ZoCString& boardName, const ZoCString& boardType, unsigned int serialNumber,
+                                      const ZoCString& name, ZoCString& displayType, ZoCString& displayName);
+
+    // Makes the record from which elements for files that are not on the target yet are made. There is none in
+    // configuration runs, without an HCN and a CN, and without any element.
+    void initFileSystemElementTemplate();
+
+    // True when `item` is one of the names in `list`, separated by commas and/or blanks. The empty name is in every list.
+    static bool stringListContains(const std::string& list, const std::string& item);
+
+    // Sets the reboot-support state from the tree's first top-level board. Keeps it when that board has no active firmware.
+    void determineRebootSupport(ZoCErrorListPool& errors, ZoCInventoryItem* tree);
+
+    // Prints the installed versions, with `verbose` in a table for each unit.
+    void printVersions() const;
+
+    // The elements, those of a unit next to each other. Records never move.
+    ElementList& getUpdateElementList() { return updateElements; }
+    const ElementList& getUpdateElementList() const { return updateElements; }
+
+    // Null when there is none. Owned by the inventory.
+    const ZoNUpdateInventory::ZoSUpdateElement* getFileSystemElementTemplate() const
+    {
+        return fileSystemElementTemplate.get();
+    }
+
+    // Give the address of the first HCN or CN; false, and `address` as it was, when there is none.
+    bool getHcnAddress(ZoCInventoryAddress& address) const;
+    bool getCnAddress(ZoCInventoryAddress& address) const;
+
+    // 0 supported; 1 not determined; 2 not supported by the firmware, 3 by the device; 4 an error occurred.
+    std::uint32_t getRebootSupportState() const { return rebootSupportState; }
+
+private:
+    void noteProcessingNodes(const ZoCInventoryItem& item);
+    void addUpdateElement(ZoCErrorListPool& errors, const ZoCInventoryItem& item, ZoCInventoryItem* unitItem);
+    bool passesFilters(ZoCErrorListPool& errors, const ZoCInventoryItem& item, const ZoCInventoryItem& board) const;
+    ZoNUpdateInventory::ZoSUpdateElement& insertElement(ZoCInventoryItem* unitItem);
+    void numberElements();
+
+    const ZoCTrellanUpdater& updater;
+    const ZoNTrellanUpdater::ZoTOptions& options;
+    ElementList updateElements;
+    std::unique_ptr<ZoNUpdateInventory::ZoSUpdateElement> fileSystemElementTemplate;
+    ZoCInventoryAddress hcnAddress;
+    bool hcnFound = false;
+    ZoCInventoryAddress cnAddress;
+    bool cnFound = false;
+    std::uint32_t rebootSupportState = 1;
+
+    // Last element of each unit: where the unit's next element goes, found without walking the list.
+    std::unordered_map<const ZoCInventoryItem*, ElementList::iterator> lastElementOfUnit;
+};

@@ -1,0 +1,71 @@
+// ZoCUpdateOperation: carries out the updates, phase by phase.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "ZoITrellanUpdater.h"
+#include "assignment/ZoCUpdateAssignment.h"
+
+class ZoCTrellanUpdater;
+
+class ZoCUpdateOperation {
+public:
+    using PhaseList = std::vector<ZoNUpdateInventory::ZoSUpdateElement*>;
+
+    // Keeps all pointers; they must outlive the operation.
+    ZoCUpdateOperation(const ZoCTrellanUpdater* updater, const ZoNTrellanUpdater::ZoTOptions* options,
+                       ZoCUpdateAssignment* assignment);
+    ZoCUpdateOperation(const ZoCUpdateOperation&) = delete;
+    ZoCUpdateOperation& operator=(const ZoCUpdateOperation&) = delete;
+
+    // Updates the target. True only for a complete success; what failed has been printed, and the errors are in `errors`.
+    bool update(ZoCErrorListPool& errors);
+
+    // Lock and unlock the target. False when errors were added; printed only with `verbose`. Unlocking tells the CN and the
+    // HCN first that no more updates will come.
+    bool lockInventory(ZoCErrorListPool& errors);
+    bool unlockInventory(ZoCErrorListPool& errors);
+
+    // Appends the pending elements of the phase, in list order.
+    void getUpdateElementsOfPhase(unsigned phase, PhaseList& list);
+
+    // Takes the elements whose update file is missing out of the update. True when at least one was missing.
+    bool checkMissingUpdateFiles(PhaseList& list);
+
+    // Starts every pending update of the list; files on the flash drive are written at once.
+    void startUpdatesOfPhase(PhaseList& list);
+
+    // Waits until no update of the list is running, showing the progress.
+    void updateStatus(PhaseList& list);
+
+    // Fetches the errors of the list's finished updates, and cancels later updates of a board whose update failed.
+    void updateErrors(PhaseList& list);
+
+    // Cancels the pending updates of a board from the phase `fromPhase` on: they build on the ones before.
+    void cancelUpdates(const ZoCInventoryAddress& boardAddress, unsigned fromPhase);
+
+    // Prints the outcome and appends all elements' errors to `errors`. True only for a complete success.
+    bool printUpdateResults(ZoCErrorListPool& errors, bool filesMissing) const;
+
+    // Writes `file` to `location` on the flash drive by way of a temporary file. `messages` becomes what there is to tell,
+    // in order; after false its last entry is the error. Refuses paths that leave the drive or that a shell does not take
+    // literally, before anything is changed. After a failure the temporary file may be left.
+    bool writeFileSystemElement(const ZoNUpdateArchive::ZoSUpdateFile& file, const ZoCString& location,
+                                std::vector<std::string>& messages);
+
+private:
+    bool startUpdate(ZoNUpdateInventory::ZoSUpdateElement& element);
+    bool startFileSystemUpdate(ZoNUpdateInventory::ZoSUpdateElement& element);
+    bool startInventoryUpdate(ZoNUpdateInventory::ZoSUpdateElement& element);
+    unsigned pollElement(ZoNUpdateInventory::ZoSUpdateElement& element);
+    std::string updateFilePath(const ZoNUpdateArchive::ZoSUpdateFile& file) const;
+
+    const ZoCTrellanUpdater* updater;
+    const ZoNTrellanUpdater::ZoTOptions* options;
+    ZoCUpdateAssignment* assignment;
+    std::vector<ZoNUpdateArchive::ZoSUpdateFile>* files = nullptr;  // set by update
+    ZoCUpdateInventory::ElementList* elements = nullptr;            // set by update
+    std::uint32_t lockHandle = 0;                                   // 0: not locked
+};

@@ -1,0 +1,93 @@
+// ZoCTrellanUpdater: the updater behind the public interface.
+//
+// Owns the options and the four working classes, and is the only way out for text and reports. The working classes keep a
+// pointer to it; they are known here by name only, so that whoever prints depends on nothing else.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "ZoITrellanUpdater.h"
+#include "libZoComposite/ZoCString.h"
+#include "libZoCompositeFactory/ZoCVersion.h"
+#include "libZoErrorHandling/ZoCErrorListPool.h"
+
+class ZoCUpdateArchive;
+class ZoCUpdateInventory;
+class ZoCUpdateAssignment;
+class ZoCUpdateOperation;
+
+class ZoCTrellanUpdater : public ZoITrellanUpdater {
+public:
+    explicit ZoCTrellanUpdater(ZoNTrellanUpdater::ZoTOptions options);
+    ~ZoCTrellanUpdater() override;
+    ZoCTrellanUpdater(const ZoCTrellanUpdater&) = delete;
+    ZoCTrellanUpdater& operator=(const ZoCTrellanUpdater&) = delete;
+
+    // The public interface; see there.
+    void setPhaseCallBack(void (*callBack)(unsigned)) override;
+    void setFailureCallBack(void (*callBack)(unsigned)) override;
+    void setProgressCallBack(void (*callBack)(unsigned)) override;
+    void setMessageCallBack(void (*callBack)(const std::string&)) override;
+    unsigned apply() override;
+    int run() override;
+    void getArchiveInfo(std::string& archiveName, std::string& archiveVersion, std::string& productName,
+                        std::string& formatVersion, std::string& archiveVariant) override;
+    unsigned getArchiveId() override;
+    void getUpdateElementList(ZoNTrellanUpdater::ZoTUpdateElement*& list, unsigned& count) override;
+    void disableUpdateElement(unsigned index) override;
+    void getUpdateFileList(ZoNTrellanUpdater::ZoTUpdateFile*& list, unsigned& count) override;
+    bool checkRebootSupport(unsigned& state) override;
+    bool reboot() override;
+
+    // Version of this library.
+    static ZoCVersion getToolVersion();
+
+    // Address of the target: the library runs on it.
+    ZoCString getIpAddress() const;
+
+    // Call the host's callback, when it has installed one.
+    void ReportPhase(unsigned phase) const;
+    void ReportFailure(unsigned elementIndex) const;
+    void ReportProgress(unsigned percent) const;
+    void ReportMessage(const std::string& message) const;
+
+    // Formats like printf and hands the text out as one piece: to the message callback, or to standard output, which is
+    // flushed. An empty text is not handed to the callback. Returns the number of characters.
+    int print(const char* format, ...) const __attribute__((format(printf, 2, 3)));
+
+    // Formats like printf into `out`. Returns the number of characters.
+    int sprint(std::string& out, const char* format, ...) const __attribute__((format(printf, 3, 4)));
+
+    // Prints `rows` as columns separated by " | ", with a rule below the first row. Cells may be missing at a row's end.
+    void printTable(const std::vector<std::vector<std::string>>& rows) const;
+
+    // Prints the errors, indented by `indent` blanks and wrapped for a console of 80 columns; with `verbose` also when and
+    // where they happened.
+    void printErrorList(const ZoCErrorListPool& errors, unsigned indent) const;
+
+    static ZoCString tstring2ZoCString(const std::string& text);
+    static std::string ZoCString2tstring(const ZoCString& text);
+
+    // False when the HCN's or the CN's board has an element without an update file (files on the flash drive aside). All
+    // elements are disabled then: a target of which the archive knows only a part must not be updated at all.
+    bool checkHcnCnSupport();
+
+    // The working classes, for tests and for the parts of this class.
+    ZoCUpdateArchive& getArchive() { return *archive; }
+    ZoCUpdateInventory& getInventory() { return *inventory; }
+    ZoCUpdateAssignment& getAssignment() { return *assignment; }
+    ZoCUpdateOperation& getOperation() { return *operation; }
+
+private:
+    ZoNTrellanUpdater::ZoTOptions options;
+    std::unique_ptr<ZoCUpdateArchive> archive;
+    std::unique_ptr<ZoCUpdateInventory> inventory;
+    std::unique_ptr<ZoCUpdateAssignment> assignment;
+    std::unique_ptr<ZoCUpdateOperation> operation;
+    void (*phaseCallBack)(unsigned) = nullptr;
+    void (*failureCallBack)(unsigned) = nullptr;
+    void (*progressCallBack)(unsigned) = nullptr;
+    void (*messageCallBack)(const std::string&) = nullptr;
+};
