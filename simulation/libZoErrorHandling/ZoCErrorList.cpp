@@ -1,0 +1,5 @@
+#include "libZoErrorHandling/ZoCErrorList.h"
+
+ZoCErrorList::ZoCErrorList() = default;
+
+ZoCErrorList::~ZoCErrorList() = default;

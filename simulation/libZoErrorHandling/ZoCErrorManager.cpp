@@ -1,0 +1,94 @@
+#include "libZoErrorHandling/ZoCErrorManager.h"
+
+#include <cstdarg>
+#include <cstdio>
+
+#include "simulation/base/Resources.h"
+#include "simulation/base/Trace.h"
+#include "simulation/libZoErrorHandling/MessageTables.h"
+#include "simulation/libZoErrorHandling/MessageText.h"
+
+namespace {
+
+void traceMessage(const char* call, unsigned code, unsigned line, const char* function, const std::string& text)
+{
+    TrellanSimulation::trace({{"call", call},
+                              {"code", code},
+                              {"line", line},
+                              {"function", function == nullptr ? "" : function},
+                              {"text", text}});
+}
+
+}  // namespace
+
+ZoCErrorManager* ZoCErrorManager::s_pErrorManager = nullptr;
+
+ZoCErrorManager::ZoCErrorManager() = default;
+
+ZoCErrorManager::~ZoCErrorManager() = default;
+
+// Neither the manager nor its master list is ever destroyed: other libraries still call them while they are unloaded.
+ZoCErrorManager* ZoCErrorManager::getSingleton()
+{
+    if (s_pErrorManager == nullptr)
+        s_pErrorManager = new ZoCErrorManager;
+    return s_pErrorManager;
+}
+
+void ZoCErrorManager::_registerMessages(const ZoResText& table)
+{
+    MessageTables::add(table);
+    TrellanSimulation::trace({{"call", "registerMessages"}, {"code", table.baseCode}});
+}
+
+void ZoCErrorManager::_unregisterMessages(const ZoResText& table)
+{
+    MessageTables::remove(table);
+    TrellanSimulation::trace({{"call", "unregisterMessages"}, {"code", table.baseCode}});
+}
+
+ZoCErrorListPool& ZoCErrorManager::getMasterErrorList() noexcept
+{
+    static ZoCErrorListPool& list = *new ZoCErrorList;
+    return list;
+}
+
+ZoCErrorList* ZoCErrorManager::createErrorList(unsigned, unsigned, unsigned, unsigned, unsigned)
+{
+    auto* list = new ZoCErrorList;
+    ++TrellanSimulation::resources().errorLists;
+    return list;
+}
+
+void ZoCErrorManager::deleteErrorList(ZoCErrorList* list) noexcept
+{
+    if (list == nullptr)
+        return;
+    delete list;
+    --TrellanSimulation::resources().errorLists;
+}
+
+double ZoCErrorManager::getTimeStampFactor() const noexcept
+{
+    return 0.001;
+}
+
+void ZoCErrorManager::sendLog(unsigned code, unsigned line, const char* function, const char* format, ...)
+{
+    va_list values;
+    va_start(values, format);
+    const MessageText::Arguments arguments = MessageText::formatArguments(format, values);
+    va_end(values);
+    traceMessage("sendLog", code, line, function, MessageText::compose(code, arguments));
+}
+
+void ZoCErrorManager::sendWarning(unsigned code, unsigned line, const char* function, const char* format, ...)
+{
+    va_list values;
+    va_start(values, format);
+    const MessageText::Arguments arguments = MessageText::formatArguments(format, values);
+    va_end(values);
+    const std::string text = MessageText::compose(code, arguments);
+    std::fprintf(stderr, "WARNING 0x%x: %s\n", code, text.c_str());
+    traceMessage("sendWarning", code, line, function, text);
+}
