@@ -1,0 +1,129 @@
+#include "simulation/libZoInventoryTree/Document.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <vector>
+
+namespace TrellanSimulation {
+
+namespace {
+
+std::string faultText(const Place& place, std::string_view reason)
+{
+    std::string text = place.text();
+    if (!text.empty()) {
+        text += ": ";
+    }
+    return text.append(reason);
+}
+
+// The parser's message without its leading "[...] " mark.
+std::string parserMessage(const nlohmann::json::exception& exception)
+{
+    const std::string text = exception.what();
+    const auto mark = text.find("] ");
+    return mark == std::string::npos ? text : text.substr(mark + 2);
+}
+
+}  // namespace
+
+std::string Place::text() const
+{
+    std::vector<const Place*> path;
+    for (const Place* place = this; place->above != nullptr; place = place->above) {
+        path.push_back(place);
+    }
+    std::string text;
+    for (auto place = path.rbegin(); place != path.rend(); ++place) {
+        if ((*place)->position != noPosition) {
+            text += '[' + std::to_string((*place)->position) + ']';
+            continue;
+        }
+        if (!text.empty()) {
+            text += '.';
+        }
+        text += (*place)->member;
+    }
+    return text;
+}
+
+DocumentFault::DocumentFault(const Place& place, std::string_view reason) : std::runtime_error(faultText(place, reason))
+{
+}
+
+Json readDocument(const std::filesystem::path& path)
+{
+    std::error_code fault;
+    if (std::filesystem::is_directory(path, fault)) {
+        throw DocumentFault(std::strerror(EISDIR));
+    }
+    errno = 0;
+    std::ifstream file(path, std::ios::binary);
+    if (!file) {
+        throw DocumentFault(std::strerror(errno));
+    }
+    try {
+        return Json::parse(file);
+    } catch (const nlohmann::json::exception& exception) {
+        throw DocumentFault(parserMessage(exception));
+    }
+}
+
+void requireObject(const Json& value, const Place& place)
+{
+    if (!value.is_object()) {
+        throw DocumentFault(place, "not an object");
+    }
+}
+
+void requireArray(const Json& value, const Place& place)
+{
+    if (!value.is_array()) {
+        throw DocumentFault(place, "not an array");
+    }
+}
+
+void requireMembers(const Json& value, std::initializer_list<std::string_view> known, const Place& place)
+{
+    requireObject(value, place);
+    for (const auto& [name, member] : value.items()) {
+        if (std::find(known.begin(), known.end(), name) == known.end()) {
+            throw DocumentFault(Place(place, name), "unknown member");
+        }
+    }
+}
+
+const Json* findMember(const Json& object, std::string_view name)
+{
+    const auto found = object.find(name);
+    return found == object.end() ? nullptr : &*found;
+}
+
+const Json& getMember(const Json& object, std::string_view name, const Place& place)
+{
+    const Json* member = findMember(object, name);
+    if (member == nullptr) {
+        throw DocumentFault(Place(place, name), "missing");
+    }
+    return *member;
+}
+
+const std::string& getText(const Json& value, const Place& place)
+{
+    if (!value.is_string()) {
+        throw DocumentFault(place, "not a string");
+    }
+    return value.get_ref<const std::string&>();
+}
+
+std::uint64_t getNumber(const Json& value, const Place& place, std::uint64_t lowest, std::uint64_t highest)
+{
+    if (value.is_number_unsigned() && value.get<std::uint64_t>() >= lowest && value.get<std::uint64_t>() <= highest) {
+        return value.get<std::uint64_t>();
+    }
+    throw DocumentFault(place, "not a whole number from " + std::to_string(lowest) + " to " + std::to_string(highest));
+}
+
+}  // namespace TrellanSimulation
