@@ -1,0 +1,119 @@
+// The values: members, elements and conversions.
+#include <algorithm>
+#include <limits>
+
+#include "simulation/libZoJsonLib/Access.h"
+
+namespace ZoNJson {
+
+namespace {
+
+const json& nullValue()
+{
+    static const json value;
+    return value;
+}
+
+void require(bool condition, const char* message)
+{
+    if (!condition)
+        throw type_error(message);
+}
+
+template <typename Key>
+const json& memberOf(const json& object, const Key& key)
+{
+    require(object.is_object(), "a JSON value with members must be an object");
+    const auto& members = Access::content<Members>(object);
+    const auto found = members.find(key);
+    return found == members.end() ? nullValue() : found->second;
+}
+
+}  // namespace
+
+std::size_t json::size() const noexcept
+{
+    if (is_array())
+        return Access::content<Elements>(*this).size();
+    if (is_object())
+        return Access::content<Members>(*this).size();
+    return 0;
+}
+
+bool json::contains(const std::string& key) const
+{
+    return is_object() && Access::content<Members>(*this).count(key) != 0;
+}
+
+const json& json::operator[](const char* key) const
+{
+    return memberOf(*this, key);
+}
+
+const json& json::operator[](const std::string& key) const
+{
+    return memberOf(*this, key);
+}
+
+json& json::operator[](const char* key)
+{
+    return (*this)[std::string(key)];
+}
+
+json& json::operator[](const std::string& key)
+{
+    if (is_null())
+        *this = object();
+    require(is_object(), "a JSON value that gets a member must be an object");
+    return Access::ownContent<Members>(*this)[key];
+}
+
+const json& json::operator[](std::size_t index) const
+{
+    require(is_array(), "a JSON value with elements must be an array");
+    return Access::content<Elements>(*this).at(index);
+}
+
+json& json::operator[](std::size_t index)
+{
+    if (is_null())
+        *this = array();
+    require(is_array(), "a JSON value that gets an element must be an array");
+    auto& elements = Access::ownContent<Elements>(*this);
+    if (index >= elements.size())
+        elements.resize(index + 1);
+    return elements[index];
+}
+
+json::operator std::string() const
+{
+    require(is_string(), "the JSON value is not a string");
+    return Access::content<Text>(*this);
+}
+
+json::operator unsigned long long() const
+{
+    require(is_number_unsigned(), "the JSON value is not an unsigned number");
+    return scalar.unsignedInteger;
+}
+
+json::operator unsigned int() const
+{
+    constexpr unsigned long long largest = std::numeric_limits<unsigned int>::max();
+    return static_cast<unsigned int>(std::min(static_cast<unsigned long long>(*this), largest));
+}
+
+const_iterator json::begin() const noexcept
+{
+    return const_iterator(is_array() ? Access::content<Elements>(*this).data() : nullptr);
+}
+
+const_iterator json::end() const noexcept
+{
+    if (!is_array())
+        return const_iterator(nullptr);
+    const auto& elements = Access::content<Elements>(*this);
+    return const_iterator(elements.data() + elements.size());
+}
+
+}  // namespace ZoNJson
