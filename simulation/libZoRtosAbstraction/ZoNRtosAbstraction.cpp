@@ -1,0 +1,43 @@
+#include "libZoRtosAbstraction/ZoNRtosAbstraction.h"
+
+#include <unistd.h>
+
+#include "simulation/base/Clock.h"
+#include "simulation/base/Trace.h"
+#include "simulation/libZoRtosAbstraction/FlushAll.h"
+
+namespace {
+
+// The operating system gives no way to end fsync early, so a single file is waited for as long as it takes.
+bool flushFile(std::FILE* file)
+{
+    return std::fflush(file) == 0 && fsync(fileno(file)) == 0;
+}
+
+// With virtual time the media of the machine play no part, and hundreds of simulated updates in a row must not wait for
+// them: what the process has buffered is handed to the operating system, no more.
+bool flushAll(unsigned timeout)
+{
+    const bool handedOver = std::fflush(nullptr) == 0;
+    if (TrellanSimulation::clockKind() == TrellanSimulation::ClockKind::virtualTime)
+        return handedOver;
+    return flushAllFileSystems(timeout) && handedOver;
+}
+
+}  // namespace
+
+void ZoNRtosAbstraction::usleep(unsigned microseconds)
+{
+    TrellanSimulation::trace({{"call", "usleep"}, {"microseconds", microseconds}});
+    TrellanSimulation::sleep(microseconds);
+}
+
+int ZoNRtosAbstraction::syncFileSystem(std::FILE* file, unsigned timeout)
+{
+    const int result = (file == nullptr ? flushAll(timeout) : flushFile(file)) ? 0 : -1;
+    TrellanSimulation::TraceRecord record{{"call", "syncFileSystem"}, {"timeout", timeout}};
+    if (result != 0)
+        record["result"] = result;
+    TrellanSimulation::trace(record);
+    return result;
+}
