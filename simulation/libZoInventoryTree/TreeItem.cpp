@@ -71,6 +71,18 @@ void TreeItem::addParameter(std::string name, Value value)
     parameters.push_back({std::move(name), std::move(value)});
 }
 
+void TreeItem::setParameter(const ZoCInventoryAddress& address, Value value)
+{
+    const std::string name = parameterAddressText(address);
+    const auto found = std::find_if(parameters.begin(), parameters.end(),
+                                    [&](const ZoCInventoryParameter& parameter) { return parameter.name == name; });
+    if (found == parameters.end()) {
+        addParameter(name, std::move(value));
+    } else {
+        found->value = std::move(value);
+    }
+}
+
 void TreeItem::setFaults(std::shared_ptr<const ValueFaults> treeFaults)
 {
     faults = std::move(treeFaults);

@@ -39,6 +39,19 @@ public:
     // Appends a parameter. `name` must not be there yet.
     void addParameter(std::string name, ZoCInventoryParameter::Value value);
 
+    // Gives the parameter at `address` another value; appends it when it is not there.
+    void setParameter(const ZoCInventoryAddress& address, ZoCInventoryParameter::Value value);
+
+    // Calls `visit` with this item and every item below it, in document order.
+    template <class Visit>
+    void forEach(Visit&& visit)
+    {
+        visit(*this);
+        for (const auto& item : items) {
+            item->forEach(visit);
+        }
+    }
+
     // Gives the tree of this root item the faults of its values; null: none.
     void setFaults(std::shared_ptr<const ValueFaults> faults);
 
