@@ -1,0 +1,182 @@
+// Binary header, at the start of its file; numbers are big-endian.
+//
+//   offset | width | content
+//       40 |     8 | magic 12 55 AA 34 AA 18 47 55
+//       60 |     4 | CRC-32 of the payload
+//       76 |     3 | version: Mar, Mir, Mai
+//       79 |     1 | release code: 10 alpha, 11 beta, anything else a release
+//       80 |     2 | version: Spn
+//       82 |     2 | version: Plv
+//
+// Header of an FPGA bitstream file; numbers are big-endian.
+//
+//   offset | width | content
+//        0 |     8 | magic "ZoFPGABS"
+//        8 |     4 | length of the header
+//       12 |     4 | version of its format: 1
+//       88 |     4 | CRC-32, when the header is at least 92 bytes long
+#include "simulation/target/UpdateContent.h"
+
+#include <zlib.h>
+
+#include <array>
+#include <fstream>
+#include <string_view>
+#include <vector>
+
+#include "libZoCompositeFactory/ZoCVersion.h"
+#include "libZoInventoryTree/ZoNInventoryIDs.h"
+#include "simulation/libZoInventoryTree/Document.h"
+#include "simulation/libZoInventoryTree/InventoryFile.h"
+
+namespace TrellanSimulation {
+
+namespace {
+
+using namespace std::string_view_literals;
+
+constexpr auto binaryMagic = "\x12\x55\xAA\x34\xAA\x18\x47\x55"sv;
+constexpr std::size_t binaryMagicOffset = 40;
+constexpr std::size_t binaryChecksumOffset = 60;
+constexpr std::size_t binaryVersionOffset = 76;
+constexpr std::size_t binaryReleaseOffset = 79;
+constexpr std::size_t binarySpnOffset = 80;
+constexpr std::size_t binaryPlvOffset = 82;
+constexpr std::size_t binaryHeaderSize = 1000;
+
+constexpr auto bitstreamMagic = "ZoFPGABS"sv;
+constexpr std::size_t bitstreamLengthOffset = 8;
+constexpr std::size_t bitstreamFormatOffset = 12;
+constexpr std::size_t bitstreamChecksumOffset = 88;
+constexpr std::size_t bitstreamHeaderSize = 92;
+
+std::uint32_t bigEndian(std::string_view bytes, std::size_t offset, std::size_t width)
+{
+    std::uint32_t value = 0;
+    for (const char byte : bytes.substr(offset, width)) {
+        value = value << 8 | static_cast<unsigned char>(byte);
+    }
+    return value;
+}
+
+std::optional<std::ifstream> openRegularFile(const std::filesystem::path& path)
+{
+    std::error_code fault;
+    if (!std::filesystem::is_regular_file(path, fault)) {
+        return std::nullopt;
+    }
+    std::ifstream file(path, std::ios::binary);
+    return file ? std::optional(std::move(file)) : std::nullopt;
+}
+
+// The first bytes of the file; a file shorter than a binary header is filled up with zeros.
+std::string readHead(std::ifstream& file, std::size_t& length)
+{
+    std::string head(binaryHeaderSize, '\0');
+    file.read(head.data(), static_cast<std::streamsize>(head.size()));
+    length = static_cast<std::size_t>(file.gcount());
+    return head;
+}
+
+bool isBinaryFile(std::string_view head)
+{
+    return head.substr(binaryMagicOffset, binaryMagic.size()) == binaryMagic;
+}
+
+bool isBitstreamFile(std::string_view head, std::size_t length)
+{
+    return length >= bitstreamHeaderSize && head.starts_with(bitstreamMagic) &&
+           bigEndian(head, bitstreamFormatOffset, 4) == 1;
+}
+
+bool mayBeJson(std::string_view head)
+{
+    if (head.starts_with("\xEF\xBB\xBF")) {
+        head.remove_prefix(3);
+    }
+    const auto start = head.find_first_not_of(" \t\r\n");
+    return start != std::string_view::npos && head[start] == '{';
+}
+
+void readBinaryHeader(std::string_view head, UpdateContent& content)
+{
+    const auto byte = [&](std::size_t offset) { return static_cast<std::uint8_t>(bigEndian(head, offset, 1)); };
+    const auto word = [&](std::size_t offset) { return static_cast<std::uint16_t>(bigEndian(head, offset, 2)); };
+    const std::uint8_t release = byte(binaryReleaseOffset);
+    const std::uint8_t stage = release == 10 ? 1 : release == 11 ? 2 : 0;
+    const ZoCVersion version(byte(binaryVersionOffset), byte(binaryVersionOffset + 1), byte(binaryVersionOffset + 2),
+                             stage, word(binarySpnOffset), word(binaryPlvOffset));
+    content.version = version.getAsString().c_str();
+    content.checksum = bigEndian(head, binaryChecksumOffset, 4);
+}
+
+void readBitstreamHeader(std::string_view head, UpdateContent& content)
+{
+    if (bigEndian(head, bitstreamLengthOffset, 4) >= bitstreamHeaderSize) {
+        content.checksum = bigEndian(head, bitstreamChecksumOffset, 4);
+    }
+}
+
+template <class Value>
+const Value* valueOf(const TreeItem& item, const ZoCInventoryAddress& address)
+{
+    const ZoCInventoryParameter* parameter = item.getParameter(address);
+    return parameter == nullptr ? nullptr : std::get_if<Value>(&parameter->value);
+}
+
+// False when the file holds no inventory tree.
+bool readInventory(const std::filesystem::path& path, UpdateContent& content)
+try {
+    using namespace ZoNInventoryIDs;
+    const InventoryFile file = readInventoryFile(path);
+    content.checksum = file.checksum;
+    const auto* checksum = valueOf<std::uint64_t>(*file.root, FIRMWARE / CHECKSUM_CRC32);
+    if (!content.checksum && checksum != nullptr && *checksum <= std::numeric_limits<std::uint32_t>::max()) {
+        content.checksum = static_cast<std::uint32_t>(*checksum);
+    }
+    if (const auto* version = valueOf<std::string>(*file.root, FIRMWARE / VERSION)) {
+        content.version = *version;
+    }
+    return true;
+} catch (const DocumentFault&) {
+    return false;
+}
+
+}  // namespace
+
+std::optional<UpdateContent> readUpdateContent(const std::filesystem::path& path)
+{
+    auto file = openRegularFile(path);
+    if (!file) {
+        return std::nullopt;
+    }
+    std::size_t length = 0;
+    const std::string head = readHead(*file, length);
+    UpdateContent content;
+    content.size = std::filesystem::file_size(path);
+    if (isBinaryFile(head)) {
+        readBinaryHeader(head, content);
+    } else if (isBitstreamFile(head, length)) {
+        readBitstreamHeader(head, content);
+    } else if (!mayBeJson(head) || !readInventory(path, content)) {
+        content.checksum = fileChecksum(path);
+    }
+    return content;
+}
+
+std::optional<std::uint32_t> fileChecksum(const std::filesystem::path& path)
+{
+    auto file = openRegularFile(path);
+    if (!file) {
+        return std::nullopt;
+    }
+    std::vector<char> block(1 << 16);
+    uLong checksum = crc32(0, nullptr, 0);
+    while (*file) {
+        file->read(block.data(), static_cast<std::streamsize>(block.size()));
+        checksum = crc32(checksum, reinterpret_cast<const Bytef*>(block.data()), static_cast<uInt>(file->gcount()));
+    }
+    return static_cast<std::uint32_t>(checksum);
+}
+
+}  // namespace TrellanSimulation
