@@ -1,0 +1,132 @@
+#include "simulation/target/TargetFile.h"
+
+#include "libZoInventoryTree/ZoNInventoryIDs.h"
+#include "simulation/libZoInventoryTree/TreeBuilder.h"
+#include "simulation/target/AtomicFile.h"
+
+namespace TrellanSimulation {
+
+namespace {
+
+ClockKind readClock(const Json& value, const Place& place)
+{
+    const std::string& text = getText(value, place);
+    if (text != "real" && text != "virtual") {
+        throw DocumentFault(place, "neither \"real\" nor \"virtual\"");
+    }
+    return text == "virtual" ? ClockKind::virtualTime : ClockKind::real;
+}
+
+// What names the update element `item`; nothing when it is no update element, or one that cannot be named.
+std::optional<std::string> keyOf(const TreeItem& item)
+{
+    using namespace ZoNInventoryIDs;
+    const ZoCInventoryItem* info = item.getParent();
+    if (item.getID().getCategory() != UPDATE_ELEMENT.getCategory() || info == nullptr || info->getID() != UPDATE_INFO ||
+        info->getParent() == nullptr) {
+        return std::nullopt;
+    }
+    const ZoCInventoryParameter* parameter = item.getParameter(ID);
+    const auto* id = parameter == nullptr ? nullptr : std::get_if<std::uint64_t>(&parameter->value);
+    if (id == nullptr || *id > std::numeric_limits<unsigned>::max()) {
+        return std::nullopt;
+    }
+    return elementKey(info->getParent()->getAddress(), static_cast<unsigned>(*id));
+}
+
+// Walks `source` along with the tree that was built from it.
+void collectElements(const TreeItem& item, Json& source, std::unordered_map<std::string, Json*>& elements)
+{
+    if (const auto key = keyOf(item)) {
+        elements.try_emplace(*key, &source);
+    }
+    const ZoCInventoryItem* below = item.getFirstSubItem();
+    for (std::size_t position = 0; below != nullptr; below = below->getNext(), ++position) {
+        collectElements(static_cast<const TreeItem&>(*below), source["items"][position], elements);
+    }
+}
+
+void readFlashFile(TreeItem& item, const std::filesystem::path& flash)
+{
+    using namespace ZoNInventoryIDs;
+    if (item.getID().getCategory() != FILESYSTEM_ELEMENT.getCategory()) {
+        return;
+    }
+    const ZoCInventoryParameter* parameter = item.getParameter(LOCATION);
+    const auto* location = parameter == nullptr ? nullptr : std::get_if<std::string>(&parameter->value);
+    const auto checksum = location == nullptr ? std::nullopt : fileChecksum(flash.string() + '/' + *location);
+    if (checksum) {
+        item.setParameter(VALID, std::uint64_t{1});
+        item.setParameter(CHECKSUM_CRC32, std::uint64_t{*checksum});
+    }
+}
+
+}  // namespace
+
+TargetFile::TargetFile(const std::filesystem::path& path)
+    : path(std::filesystem::weakly_canonical(path)), document(readDocument(path))
+{
+    readMembers();
+    findElements();
+}
+
+std::unique_ptr<TreeItem> TargetFile::makeTree() const
+{
+    auto tree = buildTree(*findMember(document, "tree"), Place(Place(), "tree"));
+    if (flash) {
+        tree->forEach([this](TreeItem& item) { readFlashFile(item, *flash); });
+    }
+    tree->setFaults(calls->values);
+    return tree;
+}
+
+void TargetFile::installElement(const std::string& key, const UpdateContent& content)
+{
+    Json& parameters = (*elements.at(key))["parameters"];
+    const auto set = [&](const char* name, const Json& value) {
+        Json& parameter = parameters[name];
+        changed = changed || parameter != value;
+        parameter = value;
+    };
+    if (content.checksum) {
+        set("CHECKSUM_CRC32", *content.checksum);
+    }
+    if (content.version) {
+        set("VERSION", *content.version);
+    }
+    set("VALID", 1U);
+}
+
+void TargetFile::save()
+{
+    if (changed) {
+        replaceFile(path, document.dump(2) + '\n');
+        changed = false;
+    }
+}
+
+void TargetFile::readMembers()
+{
+    const Place top;
+    requireMembers(document, {"clock", "bytesPerSecond", "flashDrive", "tree", "script"}, top);
+    if (const Json* clock = findMember(document, "clock")) {
+        clockOfTarget = readClock(*clock, Place(top, "clock"));
+    }
+    if (const Json* bytes = findMember(document, "bytesPerSecond")) {
+        rate = getNumber(*bytes, Place(top, "bytesPerSecond"), 1, std::numeric_limits<std::uint64_t>::max());
+    }
+    if (const Json* folder = findMember(document, "flashDrive")) {
+        flash = path.parent_path() / getText(*folder, Place(top, "flashDrive"));
+    }
+    const Json* script = findMember(document, "script");
+    calls = std::make_shared<Script>(script == nullptr ? Script() : readScript(*script, Place(top, "script")));
+}
+
+void TargetFile::findElements()
+{
+    const Place top;
+    const auto tree = buildTree(getMember(document, "tree", top), Place(top, "tree"));
+    collectElements(*tree, document["tree"], elements);
+}
+
+}  // namespace TrellanSimulation

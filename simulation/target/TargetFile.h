@@ -1,0 +1,64 @@
+// The target file: one JSON document that is the simulated device.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+
+#include "simulation/base/Clock.h"
+#include "simulation/libZoInventoryTree/Document.h"
+#include "simulation/libZoInventoryTree/TreeItem.h"
+#include "simulation/target/Script.h"
+#include "simulation/target/UpdateContent.h"
+
+namespace TrellanSimulation {
+
+class TargetFile {
+public:
+    // Reads and validates the target file at `path`. Throws DocumentFault with the place of the first thing that is
+    // wrong, or the reason why the file cannot be read.
+    explicit TargetFile(const std::filesystem::path& path);
+
+    ClockKind clock() const { return clockOfTarget; }
+
+    // How fast an update without scripted polls goes on; above 0.
+    std::uint64_t bytesPerSecond() const { return rate; }
+
+    // The folder that is the flash drive, absolute; nothing when the target has none.
+    const std::optional<std::filesystem::path>& flashDrive() const { return flash; }
+
+    const std::shared_ptr<const Script>& script() const { return calls; }
+
+    // The device's inventory tree, with the script's faults of its values. File-system elements whose file is on the
+    // flash drive are valid and have its checksum.
+    std::unique_ptr<TreeItem> makeTree() const;
+
+    // Whether the board with the element `key` (elementKey()) has it: an UPDATE_ELEMENT with that ID below the board's
+    // UPDATE_INFO.
+    bool hasElement(const std::string& key) const { return elements.contains(key); }
+
+    // Gives the element `key`, which must exist, the values that `content` carries and makes it valid.
+    void installElement(const std::string& key, const UpdateContent& content);
+
+    // Writes the file when elements have changed since it was read or written. Members keep their order. Throws
+    // std::system_error when it cannot be written; the old file is then unchanged.
+    void save();
+
+private:
+    void readMembers();
+    void findElements();
+
+    std::filesystem::path path;  // without symbolic links
+    Json document;
+    ClockKind clockOfTarget = ClockKind::real;
+    std::uint64_t rate = 1048576;
+    std::optional<std::filesystem::path> flash;
+    std::shared_ptr<const Script> calls;
+    std::unordered_map<std::string, Json*> elements;  // their items in the document
+    bool changed = false;
+};
+
+}  // namespace TrellanSimulation
