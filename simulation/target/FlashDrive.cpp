@@ -1,0 +1,174 @@
+#include "simulation/target/FlashDrive.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "simulation/target/FileDescriptor.h"
+#include "simulation/target/SystemFault.h"
+
+namespace TrellanSimulation {
+
+namespace {
+
+const std::string drive = "/mnt/cn/cfdrive";
+
+FileDescriptor openFolder(int at, const std::string& name)
+{
+    return FileDescriptor(::openat(at, name.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+}
+
+// A name for what `name` is in the opened folder, also when the folder itself is covered by a mount.
+std::string throughDescriptor(const FileDescriptor& folder, const std::string& name)
+{
+    const std::string path = "/proc/self/fd/" + std::to_string(folder.get());
+    return name.empty() ? path : path + '/' + name;
+}
+
+void bind(const std::string& source, const std::string& place)
+{
+    checkSystem(::mount(source.c_str(), place.c_str(), nullptr, MS_BIND | MS_REC, nullptr), "bind " + place);
+}
+
+void makeFolder(const std::string& path)
+{
+    checkSystem(::mkdir(path.c_str(), 0755), "mkdir " + path);
+}
+
+void writeProcFile(const std::string& path, const std::string& content)
+{
+    const FileDescriptor file(checkSystem(::open(path.c_str(), O_WRONLY | O_CLOEXEC), "open " + path));
+    if (::write(file.get(), content.data(), content.size()) < 0) {
+        throwSystemFault("write " + path);
+    }
+}
+
+// Users stay who they are in the new user namespace.
+void enterUserNamespace()
+{
+    const std::string user = std::to_string(::geteuid());
+    const std::string group = std::to_string(::getegid());
+    checkSystem(::unshare(CLONE_NEWUSER | CLONE_NEWNS), "unshare");
+    writeProcFile("/proc/self/setgroups", "deny");
+    writeProcFile("/proc/self/uid_map", user + ' ' + user + " 1");
+    writeProcFile("/proc/self/gid_map", group + ' ' + group + " 1");
+}
+
+void enterNamespace()
+{
+    if (::unshare(CLONE_NEWNS) != 0) {
+        if (errno != EPERM) {
+            throwSystemFault("unshare");
+        }
+        enterUserNamespace();
+    }
+    checkSystem(::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr), "make / private");
+}
+
+std::vector<std::string> namesIn(const FileDescriptor& folder)
+{
+    const std::string path = throughDescriptor(folder, "");
+    const std::unique_ptr<DIR, int (*)(DIR*)> listing(::opendir(path.c_str()), &::closedir);
+    if (!listing) {
+        throwSystemFault("list a folder below /mnt");
+    }
+    std::vector<std::string> names;
+    while (const dirent* entry = ::readdir(listing.get())) {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..") {
+            names.emplace_back(name);
+        }
+    }
+    return names;
+}
+
+void recreateLink(const FileDescriptor& folder, const std::string& name, const std::string& place)
+{
+    std::string text(PATH_MAX, '\0');
+    const ssize_t length = ::readlinkat(folder.get(), name.c_str(), text.data(), text.size());
+    if (length < 0) {
+        throwSystemFault("read link " + place);
+    }
+    text.resize(static_cast<std::size_t>(length));
+    checkSystem(::symlink(text.c_str(), place.c_str()), "link " + place);
+}
+
+void recreateEntry(const FileDescriptor& folder, const std::string& name, const std::string& place)
+{
+    struct stat status = {};
+    checkSystem(::fstatat(folder.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW), "stat " + place);
+    if (S_ISLNK(status.st_mode)) {
+        recreateLink(folder, name, place);
+        return;
+    }
+    if (S_ISDIR(status.st_mode)) {
+        makeFolder(place);
+    } else {
+        FileDescriptor(
+            checkSystem(::open(place.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644), "create " + place));
+    }
+    bind(throughDescriptor(folder, name), place);
+}
+
+// Makes what is in `folder`, `except` left out, visible in `place`.
+void recreate(const FileDescriptor& folder, const std::string& place, std::string_view except)
+{
+    for (const std::string& name : namesIn(folder)) {
+        if (name != except) {
+            recreateEntry(folder, name, place + '/' + name);
+        }
+    }
+}
+
+// The machine has no place for the drive: puts a file system in memory over /mnt, with the drive's folder and all that
+// was there before.
+void makeDriveFolder()
+{
+    const FileDescriptor mnt = openFolder(AT_FDCWD, "/mnt");
+    checkSystem(mnt.get(), "open /mnt");
+    const FileDescriptor cn = openFolder(mnt.get(), "cn");
+    checkSystem(::mount("tmpfs", "/mnt", "tmpfs", 0, "mode=755"), "mount /mnt");
+    recreate(mnt, "/mnt", "cn");
+    makeFolder("/mnt/cn");
+    if (cn.isOpen()) {
+        recreate(cn, "/mnt/cn", "cfdrive");
+    }
+    makeFolder(drive);
+}
+
+}  // namespace
+
+void FlashDrive::attach(const std::filesystem::path& folder)
+{
+    if (!inNamespace) {
+        enterNamespace();
+        inNamespace = true;
+    }
+    // Opened before anything is mounted: the folder may itself be below /mnt.
+    const FileDescriptor source = openFolder(AT_FDCWD, folder.string());
+    checkSystem(source.get(), "flash drive " + folder.string());
+    struct stat status = {};
+    checkSystem(::fstat(source.get(), &status), "flash drive " + folder.string());
+    const Identity identity(status.st_dev, status.st_ino);
+    if (attached == identity) {
+        return;
+    }
+    if (attached) {
+        checkSystem(::umount2(drive.c_str(), MNT_DETACH), "unmount " + drive);
+        attached.reset();
+    }
+    if (!std::filesystem::is_directory(drive)) {
+        makeDriveFolder();
+    }
+    bind(throughDescriptor(source, ""), drive);
+    attached = identity;
+}
+
+}  // namespace TrellanSimulation

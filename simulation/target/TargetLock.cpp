@@ -1,0 +1,34 @@
+#include "simulation/target/TargetLock.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+
+#include "simulation/base/Resources.h"
+#include "simulation/target/SystemFault.h"
+
+namespace TrellanSimulation {
+
+std::unique_ptr<TargetLock> TargetLock::acquire(const std::filesystem::path& path)
+{
+    const std::string name = path.string() + ".lock";
+    FileDescriptor file(checkSystem(::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666), "open " + name));
+    if (::flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
+        return std::unique_ptr<TargetLock>(new TargetLock(std::move(file)));
+    }
+    if (errno != EWOULDBLOCK) {
+        throwSystemFault("lock " + name);
+    }
+    return nullptr;
+}
+
+TargetLock::TargetLock(FileDescriptor file) : file(std::move(file))
+{
+    ++resources().locks;
+}
+
+TargetLock::~TargetLock()
+{
+    --resources().locks;
+}
+
+}  // namespace TrellanSimulation
