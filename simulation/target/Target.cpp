@@ -1,0 +1,209 @@
+#include "simulation/target/Target.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "simulation/base/Clock.h"
+#include "simulation/libZoInventoryTree/AddressText.h"
+#include "simulation/libZoInventoryTree/PlatformErrors.h"
+
+namespace TrellanSimulation {
+
+namespace {
+
+void addErrors(ZoCErrorListPool& pool, const std::vector<ZoSErrorRecord>& errors)
+{
+    for (const ZoSErrorRecord& error : errors) {
+        pool.addError(error);
+    }
+}
+
+// Adds the errors of a call's script entry, null when there is none; false when there were any.
+bool passes(ZoCErrorListPool& pool, const ScriptedCall* entry)
+{
+    if (entry == nullptr || entry->errors.empty()) {
+        return true;
+    }
+    addErrors(pool, entry->errors);
+    return false;
+}
+
+}  // namespace
+
+Target& Target::instance()
+{
+    static Target target;
+    return target;
+}
+
+int Target::scan(ZoCErrorListPool& errors, ZoCInventoryItem*& tree)
+{
+    constexpr int failed = 1;
+    tree = nullptr;
+    try {
+        auto items = readTree();
+        const ScriptedScan* entry = positions.next(script->scan, "scan");
+        passes(errors, entry);
+        if (entry != nullptr && entry->result != 0) {
+            return entry->result;
+        }
+        tree = TreeItem::handOut(std::move(items));
+        return 0;
+    } catch (const std::runtime_error& fault) {
+        addTargetFault(errors, fault);
+        std::fprintf(stderr, "ERROR 0x%08X: %s\n", static_cast<unsigned>(PlatformError::targetUnreadable),
+                     platformErrorText(PlatformError::targetUnreadable, {name, fault.what()}).c_str());
+        return failed;
+    }
+}
+
+unsigned Target::lock(ZoCErrorListPool& errors)
+{
+    try {
+        if (path.empty()) {
+            select();
+            script = TargetFile(path).script();
+        }
+        if (!passes(errors, positions.next(script->lock, "lock"))) {
+            return 0;
+        }
+        auto targetLock = TargetLock::acquire(path);
+        if (!targetLock) {
+            addPlatformError(errors, PlatformError::targetLocked, {});
+            return 0;
+        }
+        session = std::make_unique<UpdateSession>(path, std::move(targetLock), lastHandle + 1);
+        useClock(session->file().clock());
+        script = session->file().script();
+        return ++lastHandle;
+    } catch (const std::runtime_error& fault) {
+        addTargetFault(errors, fault);
+        return 0;
+    }
+}
+
+void Target::update(ZoCErrorListPool& errors, const ZoCInventoryAddress& board, unsigned handle, unsigned id,
+                    const char* filePath)
+{
+    const std::string key = elementKey(board, id);
+    if (!passes(errors, positions.next(script->element(key).start, key + " start")) || !checkHandle(errors, handle)) {
+        return;
+    }
+    if (!session->file().hasElement(key)) {
+        addPlatformError(errors, PlatformError::elementUnknown, {std::to_string(id), itemAddressText(board)});
+        return;
+    }
+    const auto content = readUpdateContent(filePath);
+    if (!content) {
+        addPlatformError(errors, PlatformError::updateFileUnreadable, {filePath});
+        return;
+    }
+    session->start(key, *content);
+}
+
+UpdateProgress Target::poll(ZoCErrorListPool& errors, const ZoCInventoryAddress& board, unsigned id)
+{
+    const std::string key = elementKey(board, id);
+    if (!session || !session->isStarted(key)) {
+        return {};
+    }
+    const auto& polls = script->element(key).polls;
+    const ScriptedPoll* entry = positions.next(polls, key + " polls");
+    const bool succeeds = passes(errors, entry);
+    const UpdateProgress progress = entry != nullptr ? UpdateProgress{entry->status, entry->done, entry->total}
+                                    : polls.empty()  ? session->progress(key)
+                                                     : session->finishedProgress(key);
+    constexpr unsigned finished = 2;
+    if (succeeds && progress.status == finished) {
+        finish(errors, key);
+    }
+    return progress;
+}
+
+void Target::collectErrors(ZoCErrorListPool& errors, const ZoCInventoryAddress& board, unsigned handle, unsigned id,
+                           ZoCErrorListPool& results)
+{
+    const std::string key = elementKey(board, id);
+    const ScriptedFinish* entry = positions.next(script->element(key).finish, key + " finish");
+    passes(errors, entry);
+    if (entry != nullptr) {
+        addErrors(results, entry->results);
+    }
+    checkHandle(errors, handle);
+}
+
+void Target::finishNode(ZoCErrorListPool& errors, unsigned handle)
+{
+    passes(errors, positions.next(script->updateFinish, "updateFinish"));
+    checkHandle(errors, handle);
+}
+
+void Target::unlock(ZoCErrorListPool& errors, unsigned handle)
+{
+    passes(errors, positions.next(script->unlock, "unlock"));
+    if (!checkHandle(errors, handle)) {
+        return;
+    }
+    try {
+        session->file().save();
+    } catch (const std::runtime_error& fault) {
+        addTargetFault(errors, fault);
+    }
+    session.reset();
+}
+
+// While the target is locked nobody else changes its file, and the session has the newer values.
+std::unique_ptr<TreeItem> Target::readTree()
+{
+    select();
+    const bool locked = session && session->path() == path;
+    const auto fresh = locked ? nullptr : std::make_unique<TargetFile>(path);
+    const TargetFile& file = locked ? session->file() : *fresh;
+    script = file.script();
+    useClock(file.clock());
+    if (file.flashDrive()) {
+        flashDrive.attach(*file.flashDrive());
+    }
+    return file.makeTree();
+}
+
+void Target::select()
+{
+    const char* given = std::getenv("TRELLAN_TARGET");
+    if (given == nullptr || *given == '\0') {
+        name = "(none)";
+        throw DocumentFault("the environment variable TRELLAN_TARGET names none");
+    }
+    name = given;
+    const auto selected = std::filesystem::weakly_canonical(given);
+    if (selected != path) {
+        path = selected;
+        positions = {};
+        script = std::make_shared<Script>();
+    }
+}
+
+bool Target::checkHandle(ZoCErrorListPool& errors, unsigned handle) const
+{
+    const bool valid = session && handle == session->handle();
+    if (!valid) {
+        addPlatformError(errors, PlatformError::handleInvalid, {std::to_string(handle)});
+    }
+    return valid;
+}
+
+void Target::finish(ZoCErrorListPool& errors, const std::string& key)
+{
+    try {
+        session->finish(key);
+    } catch (const std::runtime_error& fault) {
+        addTargetFault(errors, fault);
+    }
+}
+
+void Target::addTargetFault(ZoCErrorListPool& errors, const std::exception& fault) const
+{
+    addPlatformError(errors, PlatformError::targetUnreadable, {name, fault.what()});
+}
+
+}  // namespace TrellanSimulation

@@ -1,0 +1,68 @@
+// An update session: the locked target and the updates that were started on it.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <unordered_map>
+
+#include "simulation/target/TargetFile.h"
+#include "simulation/target/TargetLock.h"
+#include "simulation/target/UpdateContent.h"
+
+namespace TrellanSimulation {
+
+// How an update stands.
+struct UpdateProgress {
+    unsigned status = 0;  // 0: none was started; 1: running; 2: finished
+    unsigned done = 0;    // bytes
+    unsigned total = 0;   // bytes
+};
+
+class UpdateSession {
+public:
+    // Reads the target file at `path` anew, since another process may have updated the device before it was locked, and
+    // goes on under `lock`. Throws DocumentFault when the file cannot be read.
+    UpdateSession(const std::filesystem::path& path, std::unique_ptr<TargetLock> lock, unsigned handle);
+
+    TargetFile& file() { return target; }
+
+    // Of the target file, as it was given.
+    const std::filesystem::path& path() const { return targetPath; }
+
+    // What the session's caller knows it by.
+    unsigned handle() const { return lockHandle; }
+
+    // Starts the update of the element `key`, which the target must have, with the file of this content; an update of
+    // it that was started before is forgotten.
+    void start(const std::string& key, const UpdateContent& content);
+
+    bool isStarted(const std::string& key) const { return updates.contains(key); }
+
+    // How far the started update of the element `key` has come by the clock.
+    UpdateProgress progress(const std::string& key) const;
+
+    // The started update of the element `key` as it stands when it has finished.
+    UpdateProgress finishedProgress(const std::string& key) const;
+
+    // Gives the element `key`, whose update was started, its new values, once for each update. On a real clock the
+    // target file is written at once, so that a process that dies leaves the device as far as it had come. Throws
+    // std::system_error when it cannot be written.
+    void finish(const std::string& key);
+
+private:
+    struct Update {
+        UpdateContent content;
+        std::uint64_t startTime = 0;
+        bool finished = false;
+    };
+
+    std::unique_ptr<TargetLock> lock;
+    std::filesystem::path targetPath;
+    TargetFile target;
+    unsigned lockHandle;
+    std::unordered_map<std::string, Update> updates;
+};
+
+}  // namespace TrellanSimulation
