@@ -1,0 +1,113 @@
+#!/usr/bin/env bash
+# Checks that includes go in the agreed directions only. Usage: include-directions.sh PROJECT_FOLDER
+#
+#   from                          may include
+#   platform                      the standard library, platform
+#   include                       the standard library
+#   leaf (src/updater/*.h)        include, platform, leaf
+#   facade (ZoCTrellanUpdater.h)  the same; likewise the records (ZoSUpdateFile.h, ZoSUpdateElement.h)
+#   archive, inventory            the above, their own folder
+#   assignment                    the above, archive, inventory
+#   operation                     the above, assignment
+#   updater (src/updater/*.cpp)   all of the above
+#   simulation                    platform, simulation, any library
+#   tool                          include, tool, any library
+#
+# In src any header of the C or C++ library may be used, but no other library's.
+set -u
+root=${1:?project folder}
+violations=0
+
+# group FILE: the group of a file, named relative to the project's folder.
+group() {
+    case $1 in
+        include/*) echo include ;;
+        platform/*) echo platform ;;
+        src/updater/ZoCTrellanUpdater.h | src/*/ZoSUpdate*.h) echo facade ;;
+        src/updater/*.h) echo leaf ;;
+        src/*/*) local folder=${1#src/}; echo "${folder%%/*}" ;;
+        simulation/*) echo simulation ;;
+        tool/*) echo tool ;;
+        *) echo unknown ;;
+    esac
+}
+
+# allowed GROUP: the groups that the group may include.
+allowed() {
+    case $1 in
+        include) ;;
+        platform) echo platform ;;
+        leaf | facade) echo include platform leaf facade ;;
+        archive | inventory) echo include platform leaf facade "$1" ;;
+        assignment) echo include platform leaf facade archive inventory assignment ;;
+        operation) echo include platform leaf facade archive inventory assignment operation ;;
+        updater) echo include platform leaf facade archive inventory assignment operation updater ;;
+        simulation) echo platform simulation ;;
+        tool) echo include tool ;;
+    esac
+}
+
+complain() {
+    echo "$1"
+    violations=$((violations + 1))
+}
+
+# resolve FILE NAME: the project's file that an #include "NAME" in FILE means; empty when there is none.
+resolve() {
+    local place
+    for place in "$(dirname "$1")/" include/ platform/ src/ ""; do
+        if [ -f "$root/$place$2" ]; then
+            realpath --relative-to="$root" "$root/$place$2"
+            return
+        fi
+    done
+}
+
+check_quoted() {
+    local file=$1 name=$2 from=$3 to
+    to=$(resolve "$file" "$name")
+    if [ -z "$to" ]; then
+        complain "$file: includes \"$name\", which is no file of this project"
+        return
+    fi
+    case " $(allowed "$from") " in
+        *" $(group "$to") "*) ;;
+        *) complain "$file ($from): must not include $to ($(group "$to"))" ;;
+    esac
+}
+
+check_angled() {
+    local file=$1 name=$2 from=$3
+    case $from in
+        simulation | tool)
+            [ -z "$(resolve / "$name")" ] || complain "$file: includes <$name>, a file of this project, in angle brackets"
+            ;;
+        platform | include)
+            case $name in
+                *.h | */*) complain "$file: must include the standard library only, not <$name>" ;;
+            esac
+            ;;
+        *)
+            case $name in
+                sys/*.h) ;;
+                */* | *.hpp | zlib.h | pthread.h) complain "$file: must not use the library of <$name>" ;;
+            esac
+            ;;
+    esac
+}
+
+files=$(cd "$root" && find include platform src simulation tool -name '*.h' -o -name '*.cpp' -o -name '*.hpp' | sort)
+[ -n "$files" ] || complain "no sources in $root"
+for file in $files; do
+    from=$(group "$file")
+    [ "$from" != unknown ] || complain "$file: belongs to no group"
+    while IFS= read -r name; do
+        case $name in
+            \"*) name=${name#\"}; check_quoted "$file" "${name%\"}" "$from" ;;
+            \<*) name=${name#<}; check_angled "$file" "${name%>}" "$from" ;;
+        esac
+    done < <(sed -nE 's/^[[:space:]]*#[[:space:]]*include[[:space:]]*("[^"]*"|<[^>]*>).*/\1/p' "$root/$file")
+done
+
+[ "$violations" -eq 0 ] || { echo "$violations includes in wrong directions"; exit 1; }
+echo "$(wc -w <<<"$files") files include in the agreed directions"

@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# Checks that hosts can use the public header with C++11 and nothing else. Usage: public-header.sh HEADER COMPILER
+set -u
+header=${1:?header}
+compiler=${2:?compiler}
+flags="-std=c++11 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -x c++"
+
+# shellcheck disable=SC2086
+"$compiler" $flags "$header" || { echo "the header does not compile as C++11"; exit 1; }
+
+# shellcheck disable=SC2086
+"$compiler" $flags -I"$(dirname "$header")" - <<'HOST' || { echo "a host that includes the header does not compile"; exit 1; }
+#include "ZoITrellanUpdater.h"
+#include "ZoITrellanUpdater.h"
+
+static void note(unsigned) {}
+static void take(const std::string&) {}
+
+int main()
+{
+    ZoNTrellanUpdater::ZoTOptions options;
+    options.command = ZoNTrellanUpdater::UPDATE;
+    ZoITrellanUpdater* updater = ZoITrellanUpdater::createInstance(options);
+    updater->setPhaseCallBack(note);
+    updater->setFailureCallBack(note);
+    updater->setProgressCallBack(note);
+    updater->setMessageCallBack(take);
+    const bool updated = updater->apply() == 0 && updater->run() == 1;
+    ZoNTrellanUpdater::ZoTUpdateElement* elements = nullptr;
+    ZoNTrellanUpdater::ZoTUpdateFile* files = nullptr;
+    unsigned count = updater->getArchiveId();
+    updater->getUpdateElementList(elements, count);
+    delete[] elements;
+    updater->getUpdateFileList(files, count);
+    delete[] files;
+    updater->disableUpdateElement(count);
+    std::string name, version, product, format, variant;
+    updater->getArchiveInfo(name, version, product, format, variant);
+    const bool rebooted = updater->checkRebootSupport(count) && updater->reboot();
+    delete updater;
+    return updated || rebooted ? 0 : 1;
+}
+HOST
+echo "the public header compiles as C++11"
