@@ -2,6 +2,7 @@
 
 #include <stdlib.h>
 
+#include <cerrno>
 #include <exception>
 #include <iostream>
 #include <memory>
