@@ -7,8 +7,8 @@
 //   std::unique_ptr<ZoITrellanUpdater> updater(ZoITrellanUpdater::createInstance(options));
 //   const bool updated = updater->apply() == 0 && updater->run() == 1;
 //
-// The library starts no threads; an updater is not to be used from two threads at once. Everything it has to say goes to
-// standard output or to the message callback. Compiles as C++11.
+// The library starts no threads; an updater is not to be used from two threads at once. Everything it has to say goes
+// to standard output or to the message callback. Compiles as C++11.
 #ifndef ZOITRELLANUPDATER_H
 #define ZOITRELLANUPDATER_H
 
@@ -23,8 +23,8 @@
 
 namespace ZoNTrellanUpdater {
 
-// What apply() and run() do (ZoTOptions::command). With any other value apply() prints the banner only and run() reports
-// errors only.
+// What apply() and run() do (ZoTOptions::command). With any other value apply() prints the banner only and run()
+// reports errors only.
 enum ZoTCommand : std::uint32_t {
     TOOL_VERSION = 0,        // print the version of this library
     ARCHIVE_VERSION = 1,     // print the version of the archive
@@ -42,40 +42,40 @@ struct ZoTOptions {
     std::string descriptionFileName;  // name of the archive description file in that folder
     std::string option3;              // carried only
     // Filters: names separated by commas and/or blanks, matched whole and case-sensitively. An empty filter is off.
-    std::string boardTypes;           // only elements of boards of these types
-    std::string serialNumbers;        // only elements of boards with these serial numbers (decimal)
-    std::string elementNames;         // only elements with these names
-    bool force = false;               // carry out standard updates even where they are not required
-    bool noProgress = false;          // print no progress lines
-    bool verbose = false;             // print more diagnostics
-    bool configuration = false;       // work on configuration elements instead of the others
+    std::string boardTypes;              // only elements of boards of these types
+    std::string serialNumbers;           // only elements of boards with these serial numbers (decimal)
+    std::string elementNames;            // only elements with these names
+    bool force = false;                  // carry out standard updates even where they are not required
+    bool noProgress = false;             // print no progress lines
+    bool verbose = false;                // print more diagnostics
+    bool configuration = false;          // work on configuration elements instead of the others
     bool disableCustomElements = false;  // leave custom elements out of the update
-    bool option12 = false;            // carried only
+    bool option12 = false;               // carried only
     std::uint32_t command = TOOL_VERSION;
 };
 
 // One updatable element of the target, with the update file that it has been given.
 struct ZoTUpdateElement {
-    std::uint32_t index = 0;          // position in the list: the number for disableUpdateElement
+    std::uint32_t index = 0;  // position in the list: the number for disableUpdateElement
     std::string boardType;
-    std::uint32_t serialNumber = 0;   // of the board
+    std::uint32_t serialNumber = 0;  // of the board
     std::string boardName;
-    std::string unitDescription;      // product, rack and name of the unit that the board sits in
-    std::uint32_t slot = 0;           // of the board in its unit
-    std::uint32_t slotCount = 0;      // number of slots that the board takes; 0: it has no slot
-    std::string displayName;          // label in every list and message
-    std::string displayType;          // short kind, such as "FPGA"
-    bool isFileSystemElement = false; // a file on the flash drive
-    bool valid = false;               // the installed content is sound
-    bool active = false;              // the installed content is in use
-    std::string installedVersion;     // empty when not known
-    bool custom = false;              // the customer's own element
-    std::uint32_t phase = 0;          // phase of the update, from 0
-    bool hasUpdateFile = false;       // the archive has a file for it
-    std::int32_t updateFileIndex = 0; // position of the file in the file list; -1 without a file
-    std::string availableVersion;     // version of the file; empty when not known or without a file
-    bool checksumDiffers = false;     // the file's checksum is not that of the installed content
-    bool disabled = false;            // left out of the update
+    std::string unitDescription;       // product, rack and name of the unit that the board sits in
+    std::uint32_t slot = 0;            // of the board in its unit
+    std::uint32_t slotCount = 0;       // number of slots that the board takes; 0: it has no slot
+    std::string displayName;           // label in every list and message
+    std::string displayType;           // short kind, such as "FPGA"
+    bool isFileSystemElement = false;  // a file on the flash drive
+    bool valid = false;                // the installed content is sound
+    bool active = false;               // the installed content is in use
+    std::string installedVersion;      // empty when not known
+    bool custom = false;               // the customer's own element
+    std::uint32_t phase = 0;           // phase of the update, from 0
+    bool hasUpdateFile = false;        // the archive has a file for it
+    std::int32_t updateFileIndex = 0;  // position of the file in the file list; -1 without a file
+    std::string availableVersion;      // version of the file; empty when not known or without a file
+    bool checksumDiffers = false;      // the file's checksum is not that of the installed content
+    bool disabled = false;             // left out of the update
 };
 
 // One update file of the archive.
@@ -97,8 +97,8 @@ public:
 
     virtual ~ZoITrellanUpdater() {}
 
-    // The callbacks. Null (the default) switches one off; they may be changed at any time. They are called on the thread
-    // that calls apply() or run().
+    // The callbacks. Null (the default) switches one off; they may be changed at any time. They are called on the
+    // thread that calls apply() or run().
 
     // A phase of the update begins (from 0); 0xFFFFFFFF: the last one has ended.
     virtual void setPhaseCallBack(void (*callBack)(unsigned)) = 0;
@@ -110,9 +110,9 @@ public:
     // "\r" or neither.
     virtual void setMessageCallBack(void (*callBack)(const std::string&)) = 0;
 
-    // Reads what the command needs: the archive, the target's inventory, and which file fits which element. Returns 0 on
-    // success; 1 when the archive or the inventory cannot be read; 2 when the archive does not support the target (no
-    // element will be updated then).
+    // Reads what the command needs: the archive, the target's inventory, and which file fits which element. Returns 0
+    // on success; 1 when the archive or the inventory cannot be read; 2 when the archive does not support the target
+    // (no element will be updated then).
     virtual unsigned apply() = 0;
 
     // Carries out the command; to be called after apply() returned 0. Returns 1 on success, 0 when it failed or errors
@@ -126,8 +126,8 @@ public:
     // Always 0.
     virtual unsigned getArchiveId() = 0;
 
-    // The target's elements as apply() found them. `list` becomes a new array of `count` records, owned by the caller and
-    // released with delete[]; null when there is none.
+    // The target's elements as apply() found them. `list` becomes a new array of `count` records, owned by the caller
+    // and released with delete[]; null when there is none.
     virtual void getUpdateElementList(ZoNTrellanUpdater::ZoTUpdateElement*& list, unsigned& count) = 0;
 
     // Leaves the element with this index out of the update. Does nothing when there is no such element.
@@ -136,9 +136,9 @@ public:
     // The archive's update files as apply() read them. `list` as above.
     virtual void getUpdateFileList(ZoNTrellanUpdater::ZoTUpdateFile*& list, unsigned& count) = 0;
 
-    // Tells whether the device can be rebooted automatically, and prints why not. `state` becomes 0 when it can; 1 when the
-    // inventory was not read or has no active firmware; 2 when the installed firmware, 3 when the device does not support
-    // it; 4 when checking failed. Returns true for state 0.
+    // Tells whether the device can be rebooted automatically, and prints why not. `state` becomes 0 when it can; 1 when
+    // the inventory was not read or has no active firmware; 2 when the installed firmware, 3 when the device does not
+    // support it; 4 when checking failed. Returns true for state 0.
     virtual bool checkRebootSupport(unsigned& state) = 0;
 
     // Refused for local access: prints why and returns false.

@@ -6,8 +6,8 @@
 // The 64-bit value holds them from the top bit down in this order; 0 is the empty version.
 //
 // Text form: "Mar.Mir", then ".Mai" when Mai is not 0, then the stage, then "p" and Plv when Plv is not 0. The stage by
-// Spb: 0 nothing when Spn is 0, else "r" and Spn (a release); 1 "a" and Spn; 2 "b" and Spn; 3 and above "s", Spb, "." and
-// Spn. All numbers are decimal: 23.2a12, 23.2.1, 1.0r3p1, 5.0s3.7.
+// Spb: 0 nothing when Spn is 0, else "r" and Spn (a release); 1 "a" and Spn; 2 "b" and Spn; 3 and above "s", Spb, "."
+// and Spn. All numbers are decimal: 23.2a12, 23.2.1, 1.0r3p1, 5.0s3.7.
 #pragma once
 
 #include <cstdint>
@@ -20,8 +20,8 @@ public:
     ZoCVersion() = default;
 
     // Parses exactly the text forms above, also a lone "Mar"; numbers may have leading zeros and zero components may be
-    // written ("1.2.0"). Anything else (null, an empty text and a number beyond its component's width included) gives the
-    // empty version.
+    // written ("1.2.0"). Anything else (null, an empty text and a number beyond its component's width included) gives
+    // the empty version.
     explicit ZoCVersion(const char* text);
 
     ZoCVersion(std::uint8_t mar, std::uint8_t mir, std::uint8_t mai, std::uint8_t spb, std::uint16_t spn,
@@ -42,8 +42,8 @@ public:
     ZoCString getAsString() const;
     operator ZoCString() const;
 
-    // Ordered by Mar, Mir, Mai, stage, Spn, Plv. A release (Spb 0) is later than every other stage of the same numbers, and
-    // those are ordered by Spb: 23.2a12 < 23.2b1 < 23.2 < 23.2.1.
+    // Ordered by Mar, Mir, Mai, stage, Spn, Plv. A release (Spb 0) is later than every other stage of the same numbers,
+    // and those are ordered by Spb: 23.2a12 < 23.2b1 < 23.2 < 23.2.1.
     bool operator<(const ZoCVersion& other) const noexcept;
     bool operator>(const ZoCVersion& other) const noexcept;
     bool operator==(const ZoCVersion& other) const noexcept;

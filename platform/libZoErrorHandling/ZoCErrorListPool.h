@@ -9,14 +9,15 @@
 
 // One error as its originator reports it.
 struct ZoSErrorRecord {
-    unsigned originNode = 0;        // serial number of the reporting node; 0 is the host itself
-    unsigned code = 0;              // error code
-    unsigned long long timeStamp = 0;  // ticks of the originator's clock (see ZoCErrorManager::getTimeStampFactor); 0: none
-    unsigned mainModule = 0;        // number of the reporting module; 0: none
+    unsigned originNode = 0;  // serial number of the reporting node; 0 is the host itself
+    unsigned code = 0;        // error code
+    unsigned long long timeStamp =
+        0;                    // ticks of the originator's clock (see ZoCErrorManager::getTimeStampFactor); 0: none
+    unsigned mainModule = 0;  // number of the reporting module; 0: none
     unsigned subModule = 0;
-    std::string function;           // reporting function; empty: none
-    unsigned line = 0;              // line in that function's source
-    std::string text;               // what happened, for a person to read
+    std::string function;  // reporting function; empty: none
+    unsigned line = 0;     // line in that function's source
+    std::string text;      // what happened, for a person to read
 };
 
 class ZoCErrorListPool {

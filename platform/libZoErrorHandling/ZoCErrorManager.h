@@ -27,8 +27,8 @@ public:
     ZoCErrorListPool& getMasterErrorList() noexcept;
 
     // Makes an empty error list, owned by the caller until it is given back with deleteErrorList. The arguments are, in
-    // this order: parent list (0: none), number of pools, initial size of a pool and its growth (in errors), and the room
-    // reserved for one error's text (in bytes). They are hints about size; no error is ever dropped.
+    // this order: parent list (0: none), number of pools, initial size of a pool and its growth (in errors), and the
+    // room reserved for one error's text (in bytes). They are hints about size; no error is ever dropped.
     ZoCErrorList* createErrorList(unsigned parent, unsigned pools, unsigned size, unsigned growth, unsigned textSize);
 
     // Releases a list made by createErrorList, with its errors. Null is allowed.
@@ -37,9 +37,9 @@ public:
     // Seconds for one tick of the errors' time stamps.
     double getTimeStampFactor() const noexcept;
 
-    // Sends the text registered for `code` to the log, or as a warning to the user. `line` and `function` name the place of
-    // the call. `format` holds one printf conversion (%s, %d, %i, %u, %x or %c) for each argument that fills the text's %1,
-    // %2, ...; null when there are none.
+    // Sends the text registered for `code` to the log, or as a warning to the user. `line` and `function` name the
+    // place of the call. `format` holds one printf conversion (%s, %d, %i, %u, %x or %c) for each argument that fills
+    // the text's %1, %2, ...; null when there are none.
     void sendLog(unsigned code, unsigned line, const char* function, const char* format, ...);
     void sendWarning(unsigned code, unsigned line, const char* function, const char* format = nullptr, ...);
 

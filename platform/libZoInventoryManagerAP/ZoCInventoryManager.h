@@ -1,11 +1,12 @@
 // ZoCInventoryManager: the target's inventory manager.
 //
-// Gives the target's inventory tree and carries out updates of its elements. An update session is: lock, for each element
-// update2, updateStatus2 until it has finished and updateErrors2, then updateFinish for the target's nodes, and unlock.
+// Gives the target's inventory tree and carries out updates of its elements. An update session is: lock, for each
+// element update2, updateStatus2 until it has finished and updateErrors2, then updateFinish for the target's nodes, and
+// unlock.
 //
-// Every operation that can fail takes an error pool; it has failed when it added errors to it. Return values are kept for
-// older callers. Strings and addresses are only read during the call. Trailing `const char*` arguments are reserved: pass
-// null.
+// Every operation that can fail takes an error pool; it has failed when it added errors to it. Return values are kept
+// for older callers. Strings and addresses are only read during the call. Trailing `const char*` arguments are
+// reserved: pass null.
 #pragma once
 
 #include "libZoErrorHandling/ZoCErrorListPool.h"
@@ -32,20 +33,20 @@ public:
     int lock(ZoCErrorListPool& errors, int mode, unsigned& handle);
 
     // Starts the update of element `elementId` of the board at `boardAddress` with the file at `filePath` (absolute).
-    // `fileTime` is the time stamp that the target notes for the file, in seconds since 1970. Returns at once; the update
-    // goes on at the target.
-    int update2(ZoCErrorListPool& errors, const ZoCInventoryAddress& boardAddress, unsigned lockHandle, unsigned elementId,
-                const char* filePath, unsigned long long fileTime, const char* reserved);
+    // `fileTime` is the time stamp that the target notes for the file, in seconds since 1970. Returns at once; the
+    // update goes on at the target.
+    int update2(ZoCErrorListPool& errors, const ZoCInventoryAddress& boardAddress, unsigned lockHandle,
+                unsigned elementId, const char* filePath, unsigned long long fileTime, const char* reserved);
 
-    // Asks how the update of element `id` stands. `status` becomes 1 while it is running, with `done` of `total` units of
-    // work; 2 when it has finished; any other value when it has failed.
+    // Asks how the update of element `id` stands. `status` becomes 1 while it is running, with `done` of `total` units
+    // of work; 2 when it has finished; any other value when it has failed.
     int updateStatus2(ZoCErrorListPool& errors, const ZoCInventoryAddress& boardAddress, unsigned& id, unsigned& status,
                       unsigned& done, unsigned& total, const char* reserved);
 
-    // Fetches what the update of element `id` has reported at the target: its errors go to `results`, errors of the call
-    // itself to `errors`.
-    int updateErrors2(ZoCErrorListPool& errors, const ZoCInventoryAddress& boardAddress, unsigned lockHandle, unsigned id,
-                      ZoCErrorListPool& results, const char* reserved);
+    // Fetches what the update of element `id` has reported at the target: its errors go to `results`, errors of the
+    // call itself to `errors`.
+    int updateErrors2(ZoCErrorListPool& errors, const ZoCInventoryAddress& boardAddress, unsigned lockHandle,
+                      unsigned id, ZoCErrorListPool& results, const char* reserved);
 
     // Tells the node at `nodeAddress` that no more updates will come.
     int updateFinish(ZoCErrorListPool& errors, const ZoCInventoryAddress& nodeAddress, unsigned lockHandle,

@@ -40,7 +40,8 @@ public:
     std::size_t getLength() const noexcept;
     ZoCInventoryAddress getElement(std::size_t position) const;
 
-    // A "/" before every element, the name of its kind, and "[n]" when its index is not 1: "/ROOT/HCN/UPDATE_INFO/UPDATE_ELEMENT[2]".
+    // A "/" before every element, the name of its kind, and "[n]" when its index is not 1:
+    // "/ROOT/HCN/UPDATE_INFO/UPDATE_ELEMENT[2]".
     ZoCString toString() const;
 
     bool operator==(const ZoCInventoryAddress& other) const noexcept;

@@ -1,7 +1,7 @@
 // ZoCInventoryItem: one item of an inventory tree.
 //
-// A tree belongs to whoever received its root item; the items below it belong to their parent. Pointers to items are valid
-// as long as the tree is. Nothing here changes the tree.
+// A tree belongs to whoever received its root item; the items below it belong to their parent. Pointers to items are
+// valid as long as the tree is. Nothing here changes the tree.
 #pragma once
 
 #include "libZoComposite/ZoCString.h"
@@ -54,6 +54,7 @@ protected:
 
     virtual void readValue(ZoCErrorListPool& errors, const ZoCInventoryAddress& address, ZoCString& value) const = 0;
     virtual void readValue(ZoCErrorListPool& errors, const ZoCInventoryAddress& address, unsigned int& value) const = 0;
-    virtual void readValue(ZoCErrorListPool& errors, const ZoCInventoryAddress& address, unsigned char& value) const = 0;
+    virtual void readValue(ZoCErrorListPool& errors, const ZoCInventoryAddress& address,
+                           unsigned char& value) const = 0;
     virtual void readValue(ZoCErrorListPool& errors, const ZoCInventoryAddress& address, ZoCVersion& value) const = 0;
 };

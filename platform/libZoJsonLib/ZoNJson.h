@@ -1,7 +1,7 @@
 // ZoNJson: JSON documents.
 //
-// Strict RFC 8259: no comments, no trailing commas, invalid UTF-8, lone surrogates and numbers beyond a double refused. A
-// leading UTF-8 byte-order mark is skipped, the last of duplicate keys counts, members are ordered by key (bytewise),
+// Strict RFC 8259: no comments, no trailing commas, invalid UTF-8, lone surrogates and numbers beyond a double refused.
+// A leading UTF-8 byte-order mark is skipped, the last of duplicate keys counts, members are ordered by key (bytewise),
 // integers beyond 64 bits become floating point, and -0 is a signed number. More than 512 nested levels are refused.
 //
 // A copy of a value shares its nodes, and changing one of them copies only what it must: keeping a part of a large
@@ -54,8 +54,8 @@ public:
     json& operator=(json&&) noexcept;
     ~json();
 
-    // Parses the rest of `stream` as one document. A stream that is not one valid document, or cannot be read to its end,
-    // gives a value that is_invalid(). The stream stays open.
+    // Parses the rest of `stream` as one document. A stream that is not one valid document, or cannot be read to its
+    // end, gives a value that is_invalid(). The stream stays open.
     static json parse(std::FILE* stream);
 
     bool is_invalid() const noexcept;
@@ -80,9 +80,9 @@ public:
     const json& operator[](const std::string& key) const;
     json& operator[](const std::string& key);
 
-    // The element `index` of an array. The const form throws std::out_of_range when there is none; the other form extends
-    // the array with null values, and turns a null value into an array. Throws type_error when the value is of another
-    // kind.
+    // The element `index` of an array. The const form throws std::out_of_range when there is none; the other form
+    // extends the array with null values, and turns a null value into an array. Throws type_error when the value is of
+    // another kind.
     const json& operator[](std::size_t index) const;
     json& operator[](std::size_t index);
 
