@@ -1,9 +1,10 @@
 // ZoCTrellanUpdater: the updater behind the public interface.
 //
-// Owns the options and the four working classes, and is the only way out for text and reports. The working classes keep a
-// pointer to it; they are known here by name only, so that whoever prints depends on nothing else.
+// Owns the options and the four working classes, and is the only way out for text and reports. The working classes keep
+// a pointer to it; they are known here by name only, so that whoever prints depends on nothing else.
 #pragma once
 
+#include <cstdarg>
 #include <memory>
 #include <string>
 #include <vector>
@@ -56,31 +57,37 @@ public:
     // Formats like printf and hands the text out as one piece: to the message callback, or to standard output, which is
     // flushed. An empty text is not handed to the callback. Returns the number of characters.
     int print(const char* format, ...) const __attribute__((format(printf, 2, 3)));
+    int vprint(const char* format, va_list arguments) const __attribute__((format(printf, 2, 0)));
 
     // Formats like printf into `out`. Returns the number of characters.
     int sprint(std::string& out, const char* format, ...) const __attribute__((format(printf, 3, 4)));
 
-    // Prints `rows` as columns separated by " | ", with a rule below the first row. Cells may be missing at a row's end.
+    // Prints `rows` as columns separated by " | ", with a rule below the first row. Cells may be missing at a row's
+    // end.
     void printTable(const std::vector<std::vector<std::string>>& rows) const;
 
-    // Prints the errors, indented by `indent` blanks and wrapped for a console of 80 columns; with `verbose` also when and
-    // where they happened.
+    // Prints the errors, indented by `indent` blanks and wrapped for a console of 80 columns; with `verbose` also when
+    // and where they happened.
     void printErrorList(const ZoCErrorListPool& errors, unsigned indent) const;
 
     static ZoCString tstring2ZoCString(const std::string& text);
     static std::string ZoCString2tstring(const ZoCString& text);
 
-    // False when the HCN's or the CN's board has an element without an update file (files on the flash drive aside). All
-    // elements are disabled then: a target of which the archive knows only a part must not be updated at all.
+    // False when the HCN's or the CN's board has an element without an update file (files on the flash drive aside).
+    // All elements are disabled then: a target of which the archive knows only a part must not be updated at all.
     bool checkHcnCnSupport();
 
-    // The working classes, for tests and for the parts of this class.
+    // The working classes.
     ZoCUpdateArchive& getArchive() { return *archive; }
     ZoCUpdateInventory& getInventory() { return *inventory; }
     ZoCUpdateAssignment& getAssignment() { return *assignment; }
     ZoCUpdateOperation& getOperation() { return *operation; }
 
 private:
+    void printError(const ZoCErrorListPool& errors, unsigned index, unsigned indent) const;
+    void printErrorDetails(const ZoCErrorListPool& errors, unsigned index) const;
+    bool performCommand(ZoCErrorListPool& errors);
+
     ZoNTrellanUpdater::ZoTOptions options;
     std::unique_ptr<ZoCUpdateArchive> archive;
     std::unique_ptr<ZoCUpdateInventory> inventory;

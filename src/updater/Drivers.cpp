@@ -1,0 +1,148 @@
+// apply() and run(): what each command reads and does.
+#include "assignment/ZoCUpdateAssignment.h"
+#include "operation/ZoCUpdateOperation.h"
+#include "updater/ErrorManager.h"
+#include "updater/Messages.h"
+#include "updater/ZoCTrellanUpdater.h"
+
+using namespace ZoNTrellanUpdater;
+
+namespace {
+
+// Results of apply().
+constexpr unsigned applied = 0;
+constexpr unsigned readFailed = 1;
+constexpr unsigned notSupported = 2;
+
+// What a command needs before it can run. Commands beyond the table need nothing but the banner.
+struct Needs {
+    bool banner;
+    bool archive;
+    bool inventory;
+    bool assignment;
+};
+
+constexpr Needs needs[] = {
+    /* TOOL_VERSION       */ {false, false, false, false},
+    /* ARCHIVE_VERSION    */ {false, true, false, false},
+    /* PRINT_ARCHIVE      */ {true, true, false, false},
+    /* OUTPUT_DESCRIPTION */ {false, true, false, false},
+    /* INSTALLED_VERSIONS */ {true, false, true, false},
+    /* READ_INVENTORY     */ {true, false, true, false},
+    /* COMPARE_VERSIONS   */ {true, true, true, true},
+    /* UPDATE             */ {true, true, true, true},
+};
+
+Needs needsOf(std::uint32_t command)
+{
+    return command < std::size(needs) ? needs[command] : Needs{true, false, false, false};
+}
+
+// True when the node at `address` carries the element and has no file for it.
+bool lacksFile(const ZoNUpdateInventory::ZoSUpdateElement& element, bool found, const ZoCInventoryAddress& address)
+{
+    return found && element.updateFileIndex == -1 && element.boardAddress == address;
+}
+
+}  // namespace
+
+unsigned ZoCTrellanUpdater::apply()
+{
+    ZoCErrorListPool& errors = errorManager().getMasterErrorList();
+    const Needs needed = needsOf(options.command);
+    if (needed.banner) {
+        print(
+            "\nVelorant Device Update Tool, Vs %s\n"
+            "Copyright (c) Velorant. All rights reserved.\n"
+            " \n",
+            getToolVersion().getAsString().c_str());
+    }
+    if (needed.archive && !archive->read(errors)) {
+        print("ERROR: Failed to read firmware archive.\n");
+        return readFailed;
+    }
+    if (needed.inventory && inventory->getInventory(errors) == 0) {
+        print(
+            "ERROR: Cannot read target device information.\n"
+            "\tPower-cycle the system and retry.\n"
+            "\tIf the problem persists, contact Velorant support.\n");
+        return readFailed;
+    }
+    if (needed.assignment) {
+        assignment->makeAssignment();
+    }
+    if (options.command == UPDATE && !checkHcnCnSupport()) {
+        print("ERROR: The target system is not supported by this firmware archive.\n");
+        return notSupported;
+    }
+    return applied;
+}
+
+bool ZoCTrellanUpdater::checkHcnCnSupport()
+{
+    ZoCInventoryAddress hcnAddress;
+    ZoCInventoryAddress cnAddress;
+    const bool hcnFound = inventory->getHcnAddress(hcnAddress);
+    const bool cnFound = inventory->getCnAddress(cnAddress);
+
+    bool supported = true;
+    for (const auto& element : inventory->getUpdateElementList()) {
+        if (!element.isFileSystemElement &&
+            (lacksFile(element, hcnFound, hcnAddress) || lacksFile(element, cnFound, cnAddress))) {
+            supported = false;
+        }
+    }
+    if (!supported) {
+        for (auto& element : inventory->getUpdateElementList()) {
+            element.disabled = true;
+        }
+    }
+    return supported;
+}
+
+int ZoCTrellanUpdater::run()
+{
+    ZoCErrorListPool& errors = errorManager().getMasterErrorList();
+    const bool performed = performCommand(errors);
+    if (errors.getErrorCount() == 0) {
+        return performed ? 1 : 0;
+    }
+    print("\nReported errors:\n");
+    printErrorList(errors, 7);
+    return 0;
+}
+
+// False when the command failed.
+bool ZoCTrellanUpdater::performCommand(ZoCErrorListPool& errors)
+{
+    switch (options.command) {
+        case TOOL_VERSION:
+            print("%s\n", getToolVersion().getAsString().c_str());
+            return true;
+        case ARCHIVE_VERSION:
+            archive->outputArchiveVersion();
+            return true;
+        case PRINT_ARCHIVE:
+            archive->printArchive();
+            return true;
+        case OUTPUT_DESCRIPTION:
+            archive->outputDescriptionFile();
+            return true;
+        case INSTALLED_VERSIONS:
+            inventory->printVersions();
+            return true;
+        case COMPARE_VERSIONS:
+            assignment->printVersionsComparison();
+            return true;
+        case UPDATE:
+            if (!operation->update(errors)) {
+                return false;
+            }
+            if (archive->getUnsupportedElements() != 0) {
+                errorManager().sendWarning(ZoTrellanUpdateLib::unsupportedElements, 268, "run");
+            }
+            return true;
+        default:
+            return true;
+    }
+}

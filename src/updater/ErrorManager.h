@@ -1,0 +1,10 @@
+// The platform's error manager, made on first use.
+#pragma once
+
+#include "libZoErrorHandling/ZoCErrorManager.h"
+
+inline ZoCErrorManager& errorManager()
+{
+    ZoCErrorManager* const manager = ZoCErrorManager::s_pErrorManager;
+    return manager != nullptr ? *manager : *ZoCErrorManager::getSingleton();
+}

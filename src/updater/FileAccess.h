@@ -1,0 +1,22 @@
+// What the file system says of a path. A path with a NUL in it names no file: the system would look at its beginning
+// only.
+#pragma once
+
+#include <unistd.h>
+
+#include <string>
+
+inline bool isAccessible(const std::string& path, int mode)
+{
+    return path.find('\0') == std::string::npos && access(path.c_str(), mode) == 0;
+}
+
+inline bool fileExists(const std::string& path)
+{
+    return isAccessible(path, F_OK);
+}
+
+inline bool isReadable(const std::string& path)
+{
+    return isAccessible(path, R_OK);
+}

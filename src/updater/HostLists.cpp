@@ -1,0 +1,94 @@
+// The lists that a host shows to its user, and its choice among the elements.
+#include <iterator>
+
+#include "assignment/ZoCUpdateAssignment.h"
+#include "inventory/UnitTitle.h"
+#include "updater/ZoCTrellanUpdater.h"
+
+using namespace ZoNTrellanUpdater;
+
+namespace {
+
+std::string text(const ZoCString& string)
+{
+    return ZoCTrellanUpdater::ZoCString2tstring(string);
+}
+
+std::string versionText(const ZoCVersion& version)
+{
+    return version.getAsULong64() == 0 ? std::string() : text(version.getAsString());
+}
+
+void describeUpdateFile(ZoTUpdateElement& record, const ZoNUpdateInventory::ZoSUpdateElement& element,
+                        const std::vector<ZoNUpdateArchive::ZoSUpdateFile>& files)
+{
+    record.updateFileIndex = element.updateFileIndex;
+    record.hasUpdateFile = element.updateFileIndex != -1;
+    if (record.hasUpdateFile) {
+        const auto& file = files[static_cast<std::size_t>(element.updateFileIndex)];
+        record.availableVersion = versionText(file.version);
+        record.checksumDiffers = file.checksumCrc32 != element.checksumCrc32;
+    }
+}
+
+void describeElement(ZoTUpdateElement& record, const ZoNUpdateInventory::ZoSUpdateElement& element)
+{
+    record.boardType = text(element.boardType);
+    record.serialNumber = element.serialNumber;
+    record.boardName = text(element.boardName);
+    record.unitDescription = ZoNUpdateInventory::unitTitle(element);
+    record.slot = element.slot;
+    record.slotCount = element.slotCount;
+    record.displayName = text(element.displayName);
+    record.displayType = text(element.displayType);
+    record.isFileSystemElement = element.isFileSystemElement;
+    record.valid = element.valid;
+    record.active = element.active;
+    record.installedVersion = versionText(element.version);
+    record.custom = element.custom != 0;
+    record.phase = element.phase;
+    record.disabled = element.disabled;
+}
+
+}  // namespace
+
+void ZoCTrellanUpdater::getArchiveInfo(std::string& archiveName, std::string& archiveVersion, std::string& productName,
+                                       std::string& formatVersion, std::string& archiveVariant)
+{
+    archive->getInfo(archiveName, archiveVersion, productName, formatVersion, archiveVariant);
+}
+
+void ZoCTrellanUpdater::getUpdateElementList(ZoTUpdateElement*& list, unsigned& count)
+{
+    const auto& elements = inventory->getUpdateElementList();
+    count = static_cast<unsigned>(elements.size());
+    auto records = count == 0 ? nullptr : std::make_unique<ZoTUpdateElement[]>(count);
+    unsigned position = 0;
+    for (const auto& element : elements) {
+        ZoTUpdateElement& record = records[position];
+        record.index = position++;
+        describeElement(record, element);
+        describeUpdateFile(record, element, archive->getUpdateFileList());
+    }
+    list = records.release();
+}
+
+void ZoCTrellanUpdater::disableUpdateElement(unsigned index)
+{
+    auto& elements = inventory->getUpdateElementList();
+    if (index < elements.size()) {
+        std::next(elements.begin(), index)->disabled = true;
+    }
+}
+
+void ZoCTrellanUpdater::getUpdateFileList(ZoTUpdateFile*& list, unsigned& count)
+{
+    const auto& files = archive->getUpdateFileList();
+    count = static_cast<unsigned>(files.size());
+    auto records = count == 0 ? nullptr : std::make_unique<ZoTUpdateFile[]>(count);
+    for (unsigned i = 0; i < count; ++i) {
+        records[i].name = text(files[i].name);
+        records[i].version = text(files[i].version.getAsString());
+    }
+    list = records.release();
+}
