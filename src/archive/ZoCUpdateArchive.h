@@ -1,7 +1,7 @@
 // ZoCUpdateArchive: the firmware archive, a folder with a description file and update files.
 //
-// Reads and validates the description, completes missing checksums from the update files' headers, and prints the archive.
-// Whatever fails prints exactly one message.
+// Reads and validates the description, completes missing checksums from the update files' headers, and prints the
+// archive. Whatever fails prints exactly one message.
 #pragma once
 
 #include <cstdint>
@@ -21,7 +21,8 @@ public:
     ZoCUpdateArchive(const ZoCUpdateArchive&) = delete;
     ZoCUpdateArchive& operator=(const ZoCUpdateArchive&) = delete;
 
-    // Reads the description file and the missing checksums. After false the archive is partly filled and not to be used.
+    // Reads the description file and the missing checksums. After false the archive is partly filled and not to be
+    // used.
     bool read(ZoCErrorListPool& errors);
 
     // Reads the description file named by the options.
@@ -30,15 +31,16 @@ public:
     // Reads the description file at `path`. `errors` is only passed along.
     bool readDescriptionFileJson(ZoCErrorListPool& errors, std::string path);
 
-    // Checks the types and values of the optional properties of `object`: file entry number `entry` itself (`board` -1) or
-    // the element `board` of its "boards".
+    // Checks the types and values of the optional properties of `object`: file entry number `entry` itself (`board` -1)
+    // or the element `board` of its "boards".
     bool checkOptionalProperties(const ZoNJson::json& object, std::uint32_t entry, std::int32_t board) const;
 
     // Fills in the checksum of every file for which the description gives none.
     bool readUpdateFiles();
 
-    // The readers of update-file headers. Outputs that the file does not give become notAvailable (a version: that 64-bit
-    // value). They return 0 when the file is of their kind, 1 when it is not, 2 when it cannot be read; they print nothing.
+    // The readers of update-file headers. Outputs that the file does not give become notAvailable (a version: that
+    // 64-bit value). They return 0 when the file is of their kind, 1 when it is not, 2 when it cannot be read; they
+    // print nothing.
     static int readUpdateFileHeader(const std::string& path, std::uint32_t& minHwCompatibilityId,
                                     std::uint32_t& maxHwCompatibilityId, std::uint32_t& minSwCompatibilityId,
                                     std::uint32_t& maxSwCompatibilityId, std::uint32_t& typeId,
@@ -74,10 +76,23 @@ public:
     std::uint32_t getUnsupportedElements() const { return unsupportedElements; }
 
 private:
+    struct Targets;
+
     bool readInfo(const ZoNJson::json& document);
+    bool readInfoVersion(const ZoNJson::json& info, const char* key, ZoCVersion& version) const;
+    bool readInfoString(const ZoNJson::json& info, const char* key, ZoCString& text) const;
     bool readFileEntries(const ZoNJson::json& document);
     bool readFileEntry(const ZoNJson::json& entry, std::uint32_t number);
-    bool checkBoards(const ZoNJson::json& entry, std::uint32_t number) const;
+    bool checkMandatoryProperties(const ZoNJson::json& entry, std::uint32_t number) const;
+    bool checkBoards(const ZoNJson::json& entry, std::uint32_t number, Targets& targets) const;
+    bool checkTargets(const Targets& targets, std::uint32_t number) const;
+    ZoNUpdateArchive::ZoSUpdateFile makeUpdateFile(const ZoNJson::json& entry, const Targets& targets) const;
+    bool checkPropertyTypes(const ZoNJson::json& object, std::uint32_t entry, std::int32_t board) const;
+    bool checkPropertyElements(const ZoNJson::json& object, std::uint32_t entry, std::int32_t board) const;
+    bool readChecksum(const std::string& path, std::uint32_t& checksumCrc32) const;
+    std::vector<std::string> tableRow(const ZoNUpdateArchive::ZoSUpdateFile& file) const;
+
+    // Prints the message and returns false.
     bool fail(const char* format, ...) const __attribute__((format(printf, 2, 3)));
 
     const ZoCTrellanUpdater* owner;

@@ -19,15 +19,15 @@ enum class UpdateMode : std::uint32_t {
 };
 
 struct ZoSUpdateFile {
-    ZoCString name;                             // file name, relative to the archive's folder
-    std::uint32_t sequence = 0;                 // files with a smaller number are installed first
-    ZoCVersion version;                         // of the content; empty when not known
-    std::uint32_t checksumCrc32 = notAvailable; // of the content, as the file's header states it
-    ZoNJson::json jsonEntry;                    // the whole entry as read, shared with the document
-    bool hasTargetPath = false;                 // meant for a file on the flash drive
+    ZoCString name;                              // file name, relative to the archive's folder
+    std::uint32_t sequence = 0;                  // files with a smaller number are installed first
+    ZoCVersion version;                          // of the content; empty when not known
+    std::uint32_t checksumCrc32 = notAvailable;  // of the content, as the file's header states it
+    ZoNJson::json jsonEntry;                     // the whole entry as read, shared with the document
+    bool hasTargetPath = false;                  // meant for a file on the flash drive
     UpdateMode mode = UpdateMode::standard;
-    std::uint32_t assignedElementCount = 0;     // elements that the assignment has given this file
-    bool fileMissing = false;                   // found missing or unreadable in the archive's folder
+    std::uint32_t assignedElementCount = 0;  // elements that the assignment has given this file
+    bool fileMissing = false;                // found missing or unreadable in the archive's folder
 };
 
 }  // namespace ZoNUpdateArchive

@@ -1,0 +1,50 @@
+// Completion of missing checksums from the update files themselves.
+#include "archive/ZoCUpdateArchive.h"
+#include "updater/FileAccess.h"
+#include "updater/ZoCTrellanUpdater.h"
+
+using namespace ZoNUpdateArchive;
+
+bool ZoCUpdateArchive::readUpdateFiles()
+{
+    unsigned openedFiles = 0;
+    for (ZoSUpdateFile& file : files) {
+        if (file.checksumCrc32 != notAvailable) {
+            continue;
+        }
+        const std::string path = options->archivePath + "/" + ZoCTrellanUpdater::ZoCString2tstring(file.name);
+        if (!isReadable(path)) {
+            file.fileMissing = true;
+            return fail("ERROR: Cannot read checksum from update file. '%s' not found.\n", path.c_str());
+        }
+        if (!readChecksum(path, file.checksumCrc32)) {
+            return fail("ERROR: Cannot read checksum from update file %s.\n", file.name.c_str());
+        }
+        ++openedFiles;
+    }
+    if (openedFiles != 0 && options->command != ZoNTrellanUpdater::OUTPUT_DESCRIPTION) {
+        owner->print("%u update files needed to be opened to get parameters not contained in the description file.\n\n",
+                     openedFiles);
+    }
+    return true;
+}
+
+// Tries the kinds of update files one after the other.
+bool ZoCUpdateArchive::readChecksum(const std::string& path, std::uint32_t& checksumCrc32) const
+{
+    std::uint32_t minHw, maxHw, minSw, maxSw, typeId;
+    std::uint32_t checksum = notAvailable;
+    ZoCVersion version;
+    int result = readUpdateFileHeader(path, minHw, maxHw, minSw, maxSw, typeId, checksum, version);
+    if (result == 1) {
+        result = readUpdateFileInventory(path, minHw, maxHw, minSw, maxSw, typeId, checksum, version);
+        if (result == 1) {
+            result = readPgiBitstreamFileHeader(path, checksum);
+        }
+    }
+    if (result != 0) {
+        return false;
+    }
+    checksumCrc32 = checksum;
+    return true;
+}

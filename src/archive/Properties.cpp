@@ -1,0 +1,28 @@
+#include "archive/Properties.h"
+
+#include "updater/ZoCTrellanUpdater.h"
+
+namespace ZoNUpdateArchive {
+
+ZoCString toString(const ZoNJson::json& text)
+{
+    return ZoCTrellanUpdater::tstring2ZoCString(std::string(text));
+}
+
+ZoCVersion toVersion(const ZoNJson::json& text)
+{
+    const std::string version(text);
+    return version.find('\0') == std::string::npos ? ZoCVersion(version.c_str()) : ZoCVersion();
+}
+
+bool hasString(const ZoNJson::json& object, const char* key)
+{
+    return object.contains(key) && object[key].is_string();
+}
+
+bool hasUnsigned(const ZoNJson::json& object, const char* key)
+{
+    return object.contains(key) && object[key].is_number_unsigned();
+}
+
+}  // namespace ZoNUpdateArchive
