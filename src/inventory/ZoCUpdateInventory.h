@@ -27,8 +27,8 @@ public:
     ZoCUpdateInventory(const ZoCUpdateInventory&) = delete;
     ZoCUpdateInventory& operator=(const ZoCUpdateInventory&) = delete;
 
-    // Scans the target and fills the element list anew. Returns 1 on success; 0 when the scan failed, with the list as it
-    // was before.
+    // Scans the target and fills the element list anew. Returns 1 on success; 0 when the scan failed, with the list as
+    // it was before.
     int getInventory(ZoCErrorListPool& errors);
 
     // Adds the update elements of `item` and everything below it to the list; `unitItem` is the unit that it sits in.
@@ -44,10 +44,12 @@ public:
     // configuration runs, without an HCN and a CN, and without any element.
     void initFileSystemElementTemplate();
 
-    // True when `item` is one of the names in `list`, separated by commas and/or blanks. The empty name is in every list.
+    // True when `item` is one of the names in `list`, separated by commas and/or blanks. The empty name is in every
+    // list.
     static bool stringListContains(const std::string& list, const std::string& item);
 
-    // Sets the reboot-support state from the tree's first top-level board. Keeps it when that board has no active firmware.
+    // Sets the reboot-support state from the tree's first top-level board. Keeps it when that board has no active
+    // firmware.
     void determineRebootSupport(ZoCErrorListPool& errors, ZoCInventoryItem* tree);
 
     // Prints the installed versions, with `verbose` in a table for each unit.
@@ -71,11 +73,13 @@ public:
     std::uint32_t getRebootSupportState() const { return rebootSupportState; }
 
 private:
+    void search(ZoCErrorListPool& errors, ZoCInventoryItem* item, ZoCInventoryItem* unitItem);
     void noteProcessingNodes(const ZoCInventoryItem& item);
-    void addUpdateElement(ZoCErrorListPool& errors, const ZoCInventoryItem& item, ZoCInventoryItem* unitItem);
+    void considerUpdateElement(ZoCErrorListPool& errors, const ZoCInventoryItem& item, ZoCInventoryItem* unitItem);
+    bool isPlacedWell(const ZoCInventoryItem& item) const;
     bool passesFilters(ZoCErrorListPool& errors, const ZoCInventoryItem& item, const ZoCInventoryItem& board) const;
     ZoNUpdateInventory::ZoSUpdateElement& insertElement(ZoCInventoryItem* unitItem);
-    void numberElements();
+    std::uint32_t rebootSupportOf(ZoCErrorListPool& errors, ZoCInventoryItem* tree) const;
 
     const ZoCTrellanUpdater& updater;
     const ZoNTrellanUpdater::ZoTOptions& options;

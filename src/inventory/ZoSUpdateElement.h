@@ -8,8 +8,8 @@
 
 #include "libZoComposite/ZoCString.h"
 #include "libZoCompositeFactory/ZoCVersion.h"
-#include "libZoErrorHandling/ZoCErrorList.h"
 #include "libZoInventoryTree/ZoCInventoryAddress.h"
+#include "updater/ErrorListHandle.h"
 
 class ZoCInventoryItem;
 
@@ -25,20 +25,12 @@ enum UpdateState : std::uint32_t {
     FINISHED = 5
 };
 
-struct ZoSUpdateElement {
-    ZoSUpdateElement() = default;
-    ZoSUpdateElement(ZoSUpdateElement&& other) noexcept;
-    ZoSUpdateElement& operator=(ZoSUpdateElement&&) = delete;
-    // Deletes the error lists.
-    ~ZoSUpdateElement();
-
-    // Gives the element two error lists of its own, empty.
-    void createErrorLists();
-
+// Everything of an element that can be copied: all but its error lists.
+struct ZoSUpdateElementValues {
     ZoCInventoryItem* unitItem = nullptr;  // not owned; only a key for grouping once the search is over
 
     // The board that carries the element.
-    ZoCInventoryAddress boardAddress;      // names the board in calls of the inventory manager
+    ZoCInventoryAddress boardAddress;  // names the board in calls of the inventory manager
     ZoCString boardType;
     ZoCString variant;
     std::uint32_t productId = 0;
@@ -53,37 +45,47 @@ struct ZoSUpdateElement {
     ZoCString rackName;
 
     // The element itself.
-    std::uint32_t index = 0;               // its position in the list: the number by which the host names it
+    std::uint32_t index = 0;  // its position in the list: the number by which the host names it
     bool isFileSystemElement = false;
     ZoCInventoryAddress address;
-    std::uint32_t id = 0;                  // with boardAddress, names the element in calls of the inventory manager
-    ZoCString location;                    // of a file-system element: path on the flash drive
+    std::uint32_t id = 0;  // with boardAddress, names the element in calls of the inventory manager
+    ZoCString location;    // of a file-system element: path on the flash drive
     std::uint32_t hwCompatibilityId = 0;
     std::uint32_t swCompatibilityId = 0;
     std::uint32_t typeId = 0;
-    std::uint32_t custom = 0;              // nonzero: the customer's own element
+    std::uint32_t custom = 0;  // nonzero: the customer's own element
     bool configuration = true;
     bool valid = false;
     bool active = false;
     bool hasChecksum = false;
-    std::uint32_t checksumCrc32 = 0;       // of the installed content, as the target reports it
+    std::uint32_t checksumCrc32 = 0;  // of the installed content, as the target reports it
     ZoCVersion version;
     ZoCString name;
     ZoCString versionHistory;
-    ZoCString displayName;                 // label in every list and message
-    ZoCString displayType;                 // short kind for tables
+    ZoCString displayName;  // label in every list and message
+    ZoCString displayType;  // short kind for tables
 
     // Written by the assignment.
-    std::int32_t updateFileIndex = -1;     // -1: no file
+    std::int32_t updateFileIndex = -1;  // -1: no file
     std::uint32_t phase = 0;
-    bool notRequired = false;              // the installed content already equals the file
-    bool disabled = false;                 // left out of the update
+    bool notRequired = false;  // the installed content already equals the file
+    bool disabled = false;     // left out of the update
 
     // Written by the operation.
     std::uint32_t updateState = NOTHING_TO_DO;
-    std::uint32_t statusErrorCount = 0;            // consecutive status polls that added errors
-    ZoCErrorList* statusErrorList = nullptr;       // errors of starting and polling; owned
-    ZoCErrorList* resultErrorList = nullptr;       // errors reported by the finished update; owned
+    std::uint32_t statusErrorCount = 0;  // consecutive status polls that added errors
+};
+
+struct ZoSUpdateElement : ZoSUpdateElementValues {
+    // Gives the element two new, empty error lists.
+    void createErrorLists()
+    {
+        statusErrorList = makeErrorList();
+        resultErrorList = makeErrorList();
+    }
+
+    ErrorListHandle statusErrorList;  // errors of starting and polling
+    ErrorListHandle resultErrorList;  // errors reported by the finished update
 };
 
 }  // namespace ZoNUpdateInventory

@@ -1,0 +1,172 @@
+// The search for update elements in the scanned inventory tree.
+#include <algorithm>
+#include <array>
+#include <iterator>
+
+#include "inventory/ElementReader.h"
+#include "inventory/ProductAddresses.h"
+#include "inventory/SubItems.h"
+#include "inventory/UnitItem.h"
+#include "inventory/ZoCUpdateInventory.h"
+#include "updater/ZoCTrellanUpdater.h"
+
+using namespace ZoNInventoryIDs;
+using namespace ZoNUpdateInventory;
+
+namespace {
+
+// The search goes into items of these kinds only.
+bool mayHoldElements(const ZoCInventoryItem& item)
+{
+    static const std::array searchedKinds{ROOT.getCategory(),       HCN.getCategory(),
+                                          CN.getCategory(),         NETC.getCategory(),
+                                          BACKPLANE.getCategory(),  NETWORK.getCategory(),
+                                          IOROUTER.getCategory(),   ION.getCategory(),
+                                          IOMODULE.getCategory(),   PIGGYBACK_MODULE.getCategory(),
+                                          SUB_BOARDS.getCategory(), FBMODULE.getCategory(),
+                                          UPDATE_INFO.getCategory()};
+    const auto kind = item.getID().getCategory();
+    return std::find(searchedKinds.begin(), searchedKinds.end(), kind) != searchedKinds.end();
+}
+
+bool isUpdateElement(const ZoCInventoryItem& item)
+{
+    const ZoCInventoryAddress id = item.getID()[1];
+    return id == UPDATE_ELEMENT || id == FILESYSTEM_ELEMENT;
+}
+
+std::string stringValue(ZoCErrorListPool& errors, const ZoCInventoryItem& item, const ZoCInventoryAddress& address)
+{
+    return ZoCTrellanUpdater::ZoCString2tstring(item.getValue<ZoCString>(errors, address));
+}
+
+}  // namespace
+
+void ZoCUpdateInventory::searchUpdateElements(ZoCErrorListPool& errors, ZoCInventoryItem* item,
+                                              ZoCInventoryItem* unitItem, bool reset)
+{
+    if (reset) {
+        updateElements.clear();
+        lastElementOfUnit.clear();
+        hcnAddress = ZoCInventoryAddress();
+        hcnFound = false;
+        cnAddress = ZoCInventoryAddress();
+        cnFound = false;
+    }
+    search(errors, item, unitItem);
+
+    std::uint32_t index = 0;
+    for (ZoSUpdateElement& element : updateElements) {
+        element.index = index++;
+    }
+}
+
+void ZoCUpdateInventory::search(ZoCErrorListPool& errors, ZoCInventoryItem* item, ZoCInventoryItem* inheritedUnit)
+{
+    if (item == nullptr) {
+        return;
+    }
+    noteProcessingNodes(*item);
+    ZoCInventoryItem* const unitItem = unitItemOf(*item, inheritedUnit);
+    if (isUpdateElement(*item)) {
+        considerUpdateElement(errors, *item, unitItem);
+    }
+    if (!mayHoldElements(*item)) {
+        return;
+    }
+    ZoCInventoryItem* const updateInfo = item->getItem(UPDATE_INFO);
+    search(errors, updateInfo, unitItem);  // a board's own elements come before those of its modules
+    for (ZoCInventoryItem& subItem : SubItems(*item)) {
+        if (&subItem != updateInfo) {
+            search(errors, &subItem, unitItem);
+        }
+    }
+}
+
+void ZoCUpdateInventory::noteProcessingNodes(const ZoCInventoryItem& item)
+{
+    const ZoCInventoryAddress id = item.getID()[1];
+    if (!hcnFound && id == HCN) {
+        hcnAddress = item.getAddress();
+        hcnFound = true;
+        if (options.verbose) {
+            updater.print("HCN found: %s\n", hcnAddress.toString().c_str());
+        }
+    }
+    if (!cnFound && id == CN) {
+        cnAddress = item.getAddress();
+        cnFound = true;
+        if (options.verbose) {
+            updater.print("CN found: %s\n", cnAddress.toString().c_str());
+        }
+    }
+}
+
+void ZoCUpdateInventory::considerUpdateElement(ZoCErrorListPool& errors, const ZoCInventoryItem& item,
+                                               ZoCInventoryItem* unitItem)
+{
+    if (!isPlacedWell(item)) {
+        return;
+    }
+    const ZoCInventoryItem& board = *item.getParent()->getParent();
+    const bool configuration = item.getValue<unsigned int>(errors, CONFIGURATION) != 0;
+    if (configuration != options.configuration || !passesFilters(errors, item, board)) {
+        return;
+    }
+    ZoSUpdateElement& element = insertElement(unitItem);
+    element.unitItem = unitItem;
+    readBoard(errors, board, element);
+    if (unitItem != nullptr) {
+        readUnit(errors, *unitItem, element);
+    }
+    readElement(errors, item, element);
+    element.configuration = configuration;
+    generateDisplayString(element.boardName, element.boardType, element.serialNumber, element.name, element.displayType,
+                          element.displayName);
+    element.disabled = element.custom != 0 && options.disableCustomElements;
+    element.createErrorLists();
+}
+
+bool ZoCUpdateInventory::isPlacedWell(const ZoCInventoryItem& item) const
+{
+    const ZoCInventoryItem* const parent = item.getParent();
+    if (parent == nullptr || parent->getID() != UPDATE_INFO) {
+        updater.print("WARNING: %s has no UPDATE_INFO parent item!\n", item.getAddress().toString().c_str());
+        return false;
+    }
+    if (parent->getParent() == nullptr) {
+        updater.print("WARNING: %s has no parent item!\n", parent->getAddress().toString().c_str());
+        return false;
+    }
+    if (item.getParameter(CONFIGURATION) == nullptr) {
+        updater.print("WARNING: %s has no CONFIGURATION parameter!\n", item.getAddress().toString().c_str());
+        return false;
+    }
+    return true;
+}
+
+bool ZoCUpdateInventory::passesFilters(ZoCErrorListPool& errors, const ZoCInventoryItem& item,
+                                       const ZoCInventoryItem& board) const
+{
+    if (!options.elementNames.empty() && !stringListContains(options.elementNames, stringValue(errors, item, NAME))) {
+        return false;
+    }
+    if (!options.boardTypes.empty() &&
+        !stringListContains(options.boardTypes, stringValue(errors, board, productBoardType))) {
+        return false;
+    }
+    if (!options.serialNumbers.empty()) {
+        const unsigned serialNumber = board.getValue<unsigned int>(errors, productSerialNumber);
+        return stringListContains(options.serialNumbers, std::to_string(serialNumber));
+    }
+    return true;
+}
+
+// Makes a new record behind the last one of its unit, or at the end of the list.
+ZoSUpdateElement& ZoCUpdateInventory::insertElement(ZoCInventoryItem* unitItem)
+{
+    const auto [entry, isNewUnit] = lastElementOfUnit.try_emplace(unitItem, updateElements.end());
+    const auto position = isNewUnit ? updateElements.end() : std::next(entry->second);
+    entry->second = updateElements.emplace(position);
+    return *entry->second;
+}

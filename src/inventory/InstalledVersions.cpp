@@ -1,0 +1,52 @@
+// The table of installed versions.
+#include "inventory/ElementMarker.h"
+#include "inventory/UnitTitle.h"
+#include "inventory/ZoCUpdateInventory.h"
+#include "updater/ZoCTrellanUpdater.h"
+
+using namespace ZoNUpdateInventory;
+
+namespace {
+
+using Row = std::vector<std::string>;
+
+Row header()
+{
+    return {"Update element", "Version"};
+}
+
+Row rowOf(const ZoSUpdateElement& element)
+{
+    const ZoCVersion& version = element.version;
+    Row row{ZoCTrellanUpdater::ZoCString2tstring(element.displayName),
+            version.getAsULong64() != 0 ? ZoCTrellanUpdater::ZoCString2tstring(version.getAsString()) : "---"};
+    if (const char* const marker = elementMarker(element)) {
+        row.emplace_back(marker);
+    }
+    return row;
+}
+
+}  // namespace
+
+void ZoCUpdateInventory::printVersions() const
+{
+    std::vector<Row> table;
+    if (!options.verbose) {
+        table.push_back(header());
+    }
+    std::string previousTitle;
+    for (const ZoSUpdateElement& element : updateElements) {
+        if (options.verbose) {
+            const std::string title = unitTitle(element);
+            if (title != previousTitle) {
+                updater.printTable(table);
+                table.assign(1, header());
+                const std::string asterisks(title.size() + 4, '*');
+                updater.print("\n%s\n* %s *\n%s\n", asterisks.c_str(), title.c_str(), asterisks.c_str());
+                previousTitle = title;
+            }
+        }
+        table.push_back(rowOf(element));
+    }
+    updater.printTable(table);
+}
