@@ -45,14 +45,14 @@ public:
     // The phases are 0 to this number minus 1.
     std::uint32_t getNumberOfUpdatePhases() const { return numberOfUpdatePhases; }
 
-    // True when `expected` (one value or an array of values) allows `value`. Only null, equal strings and equal unsigned
-    // numbers match.
+    // True when `expected` (one value or an array of values) allows `value`. Only null, equal strings and equal
+    // unsigned numbers match.
     static bool contains(const ZoNJson::json& expected, ZoNJson::json value);
 
     // True when `file` is meant for `element`. For a file-system element `targetPath` becomes the file's target path;
     // empty it before each call and read it only after true.
-    static bool matches(const ZoNUpdateInventory::ZoSUpdateElement& element, const ZoNUpdateArchive::ZoSUpdateFile& file,
-                        std::string& targetPath);
+    static bool matches(const ZoNUpdateInventory::ZoSUpdateElement& element,
+                        const ZoNUpdateArchive::ZoSUpdateFile& file, std::string& targetPath);
 
     // The notices before an update: elements without a file, and elements that need no update.
     void printUnsupportedUpdateElements() const;
@@ -65,11 +65,14 @@ public:
     ZoCUpdateInventory& getInventory() const { return inventory; }
 
 private:
+    void assignFilesToElements();
+    void addFileSystemElements();
+
     const ZoCTrellanUpdater& updater;
     const ZoNTrellanUpdater::ZoTOptions& options;
     ZoCUpdateArchive& archive;
     ZoCUpdateInventory& inventory;
-    std::vector<ZoNUpdateArchive::ZoSUpdateFile>* updateFiles = nullptr;  // null until makeAssignment
-    ZoCUpdateInventory::ElementList* updateElements = nullptr;            // null until makeAssignment
+    std::vector<ZoNUpdateArchive::ZoSUpdateFile>& updateFiles;  // the archive's
+    ZoCUpdateInventory::ElementList& updateElements;            // the inventory's
     std::uint32_t numberOfUpdatePhases = 0;
 };

@@ -1,0 +1,91 @@
+// Which file each element gets, and the elements for flash-drive files that are not on the target yet.
+#include "assignment/FileIndex.h"
+#include "assignment/ZoCUpdateAssignment.h"
+#include "updater/ZoCTrellanUpdater.h"
+
+using ZoNUpdateArchive::ZoSUpdateFile;
+using ZoNUpdateAssignment::FileIndex;
+using ZoNUpdateInventory::ZoSUpdateElement;
+using ZoNUpdateInventory::ZoSUpdateElementValues;
+
+namespace {
+
+void giveFile(ZoSUpdateElement& element, std::vector<ZoSUpdateFile>& files, std::uint32_t index)
+{
+    element.updateFileIndex = static_cast<std::int32_t>(index);
+    ++files[index].assignedElementCount;
+}
+
+// A record like `model`, for the file at `targetPath`.
+void makeFileSystemElement(ZoSUpdateElement& element, const ZoSUpdateElement& model, const std::string& targetPath)
+{
+    static_cast<ZoSUpdateElementValues&>(element) = model;
+    element.location = ZoCTrellanUpdater::tstring2ZoCString(targetPath);
+    if (const std::size_t separator = targetPath.find_last_of("/\\"); separator != std::string::npos) {
+        element.name += " (";
+        element.name += ZoCTrellanUpdater::tstring2ZoCString(targetPath.substr(separator + 1));
+        element.name += ")";
+    }
+    ZoCUpdateInventory::generateDisplayString(element.boardName, element.boardType, element.serialNumber, element.name,
+                                              element.displayType, element.displayName);
+    element.createErrorLists();
+}
+
+}  // namespace
+
+ZoCUpdateAssignment::ZoCUpdateAssignment(const ZoCTrellanUpdater& updater, const ZoNTrellanUpdater::ZoTOptions& options,
+                                         ZoCUpdateArchive& archive, ZoCUpdateInventory& inventory)
+    : updater(updater),
+      options(options),
+      archive(archive),
+      inventory(inventory),
+      updateFiles(archive.getUpdateFileList()),
+      updateElements(inventory.getUpdateElementList())
+{
+}
+
+void ZoCUpdateAssignment::makeAssignment()
+{
+    assignUpdateFiles();
+    computeRedundantUpdates();
+    computeUpdatePhase();
+}
+
+void ZoCUpdateAssignment::assignUpdateFiles()
+{
+    assignFilesToElements();
+    addFileSystemElements();
+}
+
+void ZoCUpdateAssignment::assignFilesToElements()
+{
+    const FileIndex fileIndex(updateFiles);
+    for (ZoSUpdateElement& element : updateElements) {
+        for (const std::uint32_t index : fileIndex.candidates(element)) {
+            std::string targetPath;
+            if (matches(element, updateFiles[index], targetPath)) {
+                giveFile(element, updateFiles, index);
+                break;
+            }
+        }
+    }
+}
+
+void ZoCUpdateAssignment::addFileSystemElements()
+{
+    const ZoSUpdateElement* const model = inventory.getFileSystemElementTemplate();
+    if (model == nullptr) {
+        return;
+    }
+    for (std::uint32_t index = 0; index < updateFiles.size(); ++index) {
+        const ZoSUpdateFile& file = updateFiles[index];
+        std::string targetPath;
+        if (!file.hasTargetPath || file.assignedElementCount != 0 || !matches(*model, file, targetPath)) {
+            continue;
+        }
+        ZoSUpdateElement& element = updateElements.emplace_back();
+        makeFileSystemElement(element, *model, targetPath);
+        element.index = static_cast<std::uint32_t>(updateElements.size() - 1);
+        giveFile(element, updateFiles, index);
+    }
+}

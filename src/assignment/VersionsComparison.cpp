@@ -1,0 +1,73 @@
+// The table of installed and available versions.
+#include "assignment/ZoCUpdateAssignment.h"
+#include "inventory/ElementMarker.h"
+#include "updater/ZoCTrellanUpdater.h"
+
+using ZoNUpdateArchive::ZoSUpdateFile;
+using ZoNUpdateInventory::ZoSUpdateElement;
+
+namespace {
+
+using Row = std::vector<std::string>;
+
+std::string text(const ZoCString& string)
+{
+    return ZoCTrellanUpdater::ZoCString2tstring(string);
+}
+
+std::string numberText(std::uint32_t number)
+{
+    return text(ZoCString(number));
+}
+
+std::string versionText(const ZoCVersion& version)
+{
+    return version.getAsULong64() != 0 ? text(version.getAsString()) : "---";
+}
+
+std::string checksumsText(const ZoSUpdateElement& element, const ZoSUpdateFile* file)
+{
+    if (file == nullptr) {
+        return element.hasChecksum ? numberText(element.checksumCrc32) + " != ---" : "";
+    }
+    // An element that reports no checksum differs from any file.
+    if (!element.hasChecksum) {
+        return "--- != " + numberText(file->checksumCrc32);
+    }
+    const char* const relation = element.checksumCrc32 == file->checksumCrc32 ? " == " : " != ";
+    return numberText(element.checksumCrc32) + relation + numberText(file->checksumCrc32);
+}
+
+Row rowOf(std::uint32_t number, const ZoSUpdateElement& element, const ZoSUpdateFile* file)
+{
+    Row row{
+        numberText(number),
+        text(element.displayName),
+        versionText(element.version),
+        file != nullptr ? versionText(file->version) : "---",
+        checksumsText(element, file),
+        file == nullptr       ? ""
+        : element.notRequired ? "Y"
+                              : "N",
+        file != nullptr && !element.disabled ? numberText(element.phase) : "-",
+    };
+    if (const char* const marker = elementMarker(element)) {
+        row.emplace_back(marker);
+    }
+    return row;
+}
+
+}  // namespace
+
+void ZoCUpdateAssignment::printVersionsComparison() const
+{
+    std::vector<Row> table{{"No.", "Update element", "Installed", "Available", "Checksums", "Up-to-date", "Phase"}};
+    table.reserve(updateElements.size() + 1);
+    std::uint32_t number = 0;
+    for (const ZoSUpdateElement& element : updateElements) {
+        const ZoSUpdateFile* const file =
+            element.updateFileIndex != -1 ? &updateFiles[static_cast<std::size_t>(element.updateFileIndex)] : nullptr;
+        table.push_back(rowOf(number++, element, file));
+    }
+    updater.printTable(table);
+}
