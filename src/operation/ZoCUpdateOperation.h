@@ -20,11 +20,12 @@ public:
     ZoCUpdateOperation(const ZoCUpdateOperation&) = delete;
     ZoCUpdateOperation& operator=(const ZoCUpdateOperation&) = delete;
 
-    // Updates the target. True only for a complete success; what failed has been printed, and the errors are in `errors`.
+    // Updates the target. True only for a complete success; what failed has been printed, and the errors are in
+    // `errors`.
     bool update(ZoCErrorListPool& errors);
 
-    // Lock and unlock the target. False when errors were added; printed only with `verbose`. Unlocking tells the CN and the
-    // HCN first that no more updates will come.
+    // Lock and unlock the target. False when errors were added; printed only with `verbose`. Unlocking tells the CN and
+    // the HCN first that no more updates will come.
     bool lockInventory(ZoCErrorListPool& errors);
     bool unlockInventory(ZoCErrorListPool& errors);
 
@@ -49,23 +50,29 @@ public:
     // Prints the outcome and appends all elements' errors to `errors`. True only for a complete success.
     bool printUpdateResults(ZoCErrorListPool& errors, bool filesMissing) const;
 
-    // Writes `file` to `location` on the flash drive by way of a temporary file. `messages` becomes what there is to tell,
-    // in order; after false its last entry is the error. Refuses paths that leave the drive or that a shell does not take
-    // literally, before anything is changed. After a failure the temporary file may be left.
+    // Writes `file` to `location` on the flash drive by way of a temporary file. `messages` becomes what there is to
+    // tell, in order; after false its last entry is the error. Refuses paths that leave the drive or that a shell does
+    // not take literally, before anything is changed. After a failure the temporary file may be left.
     bool writeFileSystemElement(const ZoNUpdateArchive::ZoSUpdateFile& file, const ZoCString& location,
                                 std::vector<std::string>& messages);
 
 private:
-    bool startUpdate(ZoNUpdateInventory::ZoSUpdateElement& element);
-    bool startFileSystemUpdate(ZoNUpdateInventory::ZoSUpdateElement& element);
-    bool startInventoryUpdate(ZoNUpdateInventory::ZoSUpdateElement& element);
-    unsigned pollElement(ZoNUpdateInventory::ZoSUpdateElement& element);
-    std::string updateFilePath(const ZoNUpdateArchive::ZoSUpdateFile& file) const;
+    void updatePhase(unsigned phase, bool& filesMissing);
+    void startFileSystemUpdate(ZoNUpdateInventory::ZoSUpdateElement& element);
+    void startInventoryUpdate(ZoNUpdateInventory::ZoSUpdateElement& element);
+    bool requestUpdate(ZoNUpdateInventory::ZoSUpdateElement& element);
+    void failToStart(ZoNUpdateInventory::ZoSUpdateElement& element);
+    unsigned long long pollElement(ZoNUpdateInventory::ZoSUpdateElement& element);
+    bool collectErrors(ZoNUpdateInventory::ZoSUpdateElement& element);
+    void printFailure(const ZoNUpdateInventory::ZoSUpdateElement& element) const;
+    const ZoNUpdateArchive::ZoSUpdateFile& fileOf(const ZoNUpdateInventory::ZoSUpdateElement& element) const;
+    std::string pathOf(const ZoNUpdateArchive::ZoSUpdateFile& file) const;
 
     const ZoCTrellanUpdater* updater;
     const ZoNTrellanUpdater::ZoTOptions* options;
     ZoCUpdateAssignment* assignment;
-    std::vector<ZoNUpdateArchive::ZoSUpdateFile>* files = nullptr;  // set by update
-    ZoCUpdateInventory::ElementList* elements = nullptr;            // set by update
-    std::uint32_t lockHandle = 0;                                   // 0: not locked
+    std::vector<ZoNUpdateArchive::ZoSUpdateFile>& files;  // the archive's
+    ZoCUpdateInventory::ElementList& elements;            // the inventory's
+    std::vector<PhaseList> elementsByPhase;  // set by update, so that no phase has to search the whole list
+    std::uint32_t lockHandle = 0;            // 0: not locked
 };

@@ -1,0 +1,160 @@
+// Writing of files to the compute node's flash drive, by way of a temporary file beside the target.
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+
+#include "libZoRtosAbstraction/ZoNRtosAbstraction.h"
+#include "operation/PathChecks.h"
+#include "operation/ZoCUpdateOperation.h"
+#include "updater/FileAccess.h"
+#include "updater/ZoCTrellanUpdater.h"
+
+using ZoNUpdateArchive::ZoSUpdateFile;
+
+namespace {
+
+constexpr std::string_view driveRoot = "/mnt/cn/cfdrive";
+constexpr mode_t directoryMode = 0777;
+constexpr unsigned syncTimeout = 500;  // milliseconds
+
+// One file on its way to the drive. Each step adds a message and returns false when it fails.
+class FileWriter {
+public:
+    FileWriter(const ZoCTrellanUpdater& updater, bool verbose, std::string source, const std::string& location,
+               std::vector<std::string>& messages)
+        : updater(updater),
+          verbose(verbose),
+          source(std::move(source)),
+          location(location),
+          target(std::string(driveRoot) + "/" + location),
+          temporary(target + ".tmp"),
+          messages(messages)
+    {
+    }
+
+    bool write()
+    {
+        if (!checkPaths() || !createDirectories() || !copy() || !replaceTarget()) {
+            return false;
+        }
+        ZoNRtosAbstraction::syncFileSystem(nullptr, syncTimeout);
+        if (verbose) {
+            tell("Successfully written %s.\n", target);
+        }
+        return true;
+    }
+
+private:
+    bool checkPaths()
+    {
+        if (leavesFolder(location)) {
+            return fail("ERROR: Invalid target file path: %s\n", target);
+        }
+        if (!fileExists(source)) {
+            return fail("ERROR: File %s does not exist.\n", source);
+        }
+        // The paths go through a shell as they are: whatever it would not take literally is refused.
+        if (source.starts_with('-') || !isLiteralForShell(source) || !isLiteralForShell(target)) {
+            return failToWrite(EINVAL);
+        }
+        return true;
+    }
+
+    // Creates what is missing of the target's directories, one level after the other; never the drive's root.
+    bool createDirectories()
+    {
+        const std::size_t firstComponent = driveRoot.size() + 1;
+        for (std::size_t end = target.find('/', firstComponent); end != std::string::npos;
+             end = target.find('/', end + 1)) {
+            const bool isEmptyComponent = target[end - 1] == '/';
+            if (!isEmptyComponent && !createDirectory(target.substr(0, end))) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    bool createDirectory(const std::string& directory)
+    {
+        if (mkdir(directory.c_str(), directoryMode) == 0) {
+            if (verbose) {
+                tell("Directory %s created.\n", directory);
+            }
+            return true;
+        }
+        if (const int error = errno; error != EEXIST) {
+            std::string& message = messages.emplace_back();
+            updater.sprint(message, "ERROR: Cannot create directory %s (error code: %d).\n", directory.c_str(), error);
+            return false;
+        }
+        return true;
+    }
+
+    bool copy()
+    {
+        const std::string command = "cp " + source + " " + temporary;
+        if (const int result = std::system(command.c_str()); result != 0) {
+            return failToWrite(static_cast<unsigned>(result));
+        }
+        struct stat64 written;
+        if (stat64(temporary.c_str(), &written) != 0 || written.st_size < 1) {
+            return fail("ERROR: Writing %s failed.\n", temporary);
+        }
+        return true;
+    }
+
+    bool replaceTarget()
+    {
+        if (fileExists(target) && std::remove(target.c_str()) != 0) {
+            return fail("ERROR: Cannot delete %s.\n", target);
+        }
+        if (fileExists(target)) {
+            return fail("ERROR: Deleting %s failed.\n", target);
+        }
+        if (std::rename(temporary.c_str(), target.c_str()) != 0) {
+            return fail("ERROR: Cannot rename %s.\n", temporary);
+        }
+        if (!fileExists(target)) {
+            return fail("ERROR: Renaming of %s failed.\n", temporary);
+        }
+        return true;
+    }
+
+    __attribute__((format(printf, 2, 0))) void tell(const char* format, const std::string& path)
+    {
+        updater.sprint(messages.emplace_back(), format, path.c_str());
+    }
+
+    __attribute__((format(printf, 2, 0))) bool fail(const char* format, const std::string& path)
+    {
+        tell(format, path);
+        return false;
+    }
+
+    bool failToWrite(unsigned errorCode)
+    {
+        updater.sprint(messages.emplace_back(), "ERROR: Cannot write %s. Error code: %u\n", temporary.c_str(),
+                       errorCode);
+        return false;
+    }
+
+    const ZoCTrellanUpdater& updater;
+    const bool verbose;
+    const std::string source;
+    const std::string& location;
+    const std::string target;
+    const std::string temporary;
+    std::vector<std::string>& messages;
+};
+
+}  // namespace
+
+bool ZoCUpdateOperation::writeFileSystemElement(const ZoSUpdateFile& file, const ZoCString& location,
+                                                std::vector<std::string>& messages)
+{
+    messages.clear();
+    const std::string targetPath = ZoCTrellanUpdater::ZoCString2tstring(location);
+    return FileWriter(*updater, options->verbose, pathOf(file), targetPath, messages).write();
+}

@@ -1,0 +1,106 @@
+// Starting the updates of a phase.
+#include <ctime>
+
+#include "libZoInventoryManagerAP/ZoCInventoryManager.h"
+#include "libZoRtosAbstraction/ZoNRtosAbstraction.h"
+#include "operation/ZoCUpdateOperation.h"
+#include "updater/ErrorGuard.h"
+#include "updater/ErrorManager.h"
+#include "updater/Messages.h"
+#include "updater/ZoCTrellanUpdater.h"
+
+using namespace ZoNUpdateInventory;
+
+namespace {
+
+constexpr int resultColumn = 56;               // where "[OK]" and "[ERROR]" stand
+constexpr unsigned pauseAfterStart = 500'000;  // microseconds
+
+// The time that the target notes for an update file: local time taken as standard time, also while daylight saving is
+// in force. Targets compare it with values made in this way.
+unsigned long long fileTime()
+{
+    const std::time_t now = std::time(nullptr);
+    std::tm local;
+    if (localtime_r(&now, &local) == nullptr) {
+        return 0;
+    }
+    local.tm_isdst = 0;
+    return static_cast<unsigned long long>(static_cast<long long>(std::mktime(&local)));
+}
+
+}  // namespace
+
+void ZoCUpdateOperation::startUpdatesOfPhase(PhaseList& list)
+{
+    bool isFirst = true;
+    for (ZoSUpdateElement* const element : list) {
+        if (element->updateState != PENDING) {
+            continue;
+        }
+        if (isFirst) {
+            updater->print("\nUpdating:\n");
+            isFirst = false;
+        }
+        const int printed = updater->print("%*s%s", 8, "", element->displayName.c_str());
+        if (printed < resultColumn) {
+            updater->print("%*s", resultColumn - printed, "");
+        }
+        errorManager().sendLog(ZoTrellanUpdateLib::updateStarted, 504, "startUpdatesOfPhase", "%s",
+                               element->displayName.c_str());
+        if (element->isFileSystemElement) {
+            startFileSystemUpdate(*element);
+        } else {
+            startInventoryUpdate(*element);
+        }
+    }
+}
+
+void ZoCUpdateOperation::startFileSystemUpdate(ZoSUpdateElement& element)
+{
+    std::vector<std::string> messages;
+    if (writeFileSystemElement(fileOf(element), element.location, messages)) {
+        element.updateState = FINISHED;
+        updater->print("\n");
+    } else {
+        failToStart(element);
+    }
+    for (const std::string& message : messages) {
+        updater->print("%*s%s", 12, "", message.c_str());
+    }
+}
+
+void ZoCUpdateOperation::startInventoryUpdate(ZoSUpdateElement& element)
+{
+    if (!requestUpdate(element)) {
+        failToStart(element);
+        return;
+    }
+    element.updateState = RUNNING;
+    updater->print("\n");
+    ZoNRtosAbstraction::usleep(pauseAfterStart);
+}
+
+// Asks the inventory manager to start the update; false when it did not.
+bool ZoCUpdateOperation::requestUpdate(ZoSUpdateElement& element)
+{
+    const unsigned long long time = fileTime();
+    const std::string path = pathOf(fileOf(element));
+    if (!path.starts_with('/')) {
+        if (options->verbose) {
+            updater->print("ERROR: Given path is not absolute: '%s'\n", path.c_str());
+        }
+        return false;
+    }
+    const ErrorGuard guard(*element.statusErrorList);
+    ZoCInventoryManager::getInstance()->update2(*element.statusErrorList, element.boardAddress, lockHandle, element.id,
+                                                path.c_str(), time, nullptr);
+    return !guard.failed();
+}
+
+void ZoCUpdateOperation::failToStart(ZoSUpdateElement& element)
+{
+    element.updateState = FAILED;
+    updater->print("[ERROR]\n");
+    updater->ReportFailure(element.index);
+}

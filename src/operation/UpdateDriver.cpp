@@ -1,0 +1,145 @@
+// The course of an update: lock, phase after phase, unlock, results.
+#include "libZoInventoryManagerAP/ZoCInventoryManager.h"
+#include "operation/ZoCUpdateOperation.h"
+#include "updater/ErrorGuard.h"
+#include "updater/FileAccess.h"
+#include "updater/ZoCTrellanUpdater.h"
+
+using namespace ZoNUpdateInventory;
+using ZoNUpdateArchive::ZoSUpdateFile;
+
+namespace {
+
+constexpr int updateLock = 0x10003;           // what the inventory manager is asked to lock
+constexpr unsigned endOfPhases = 0xFFFFFFFF;  // reported in place of a phase
+
+}  // namespace
+
+ZoCUpdateOperation::ZoCUpdateOperation(const ZoCTrellanUpdater* updater, const ZoNTrellanUpdater::ZoTOptions* options,
+                                       ZoCUpdateAssignment* assignment)
+    : updater(updater),
+      options(options),
+      assignment(assignment),
+      files(assignment->getArchive().getUpdateFileList()),
+      elements(assignment->getInventory().getUpdateElementList())
+{
+}
+
+bool ZoCUpdateOperation::update(ZoCErrorListPool& errors)
+{
+    const unsigned phaseCount = assignment->getNumberOfUpdatePhases();
+    elementsByPhase.assign(phaseCount, {});
+    for (ZoSUpdateElement& element : elements) {
+        const bool isPending = !element.disabled && element.updateFileIndex != -1;
+        element.updateState = isPending ? PENDING : NOTHING_TO_DO;
+        if (isPending && element.phase < phaseCount) {
+            elementsByPhase[element.phase].push_back(&element);
+        }
+    }
+    if (!lockInventory(errors)) {
+        return false;
+    }
+    assignment->printUnsupportedUpdateElements();
+    assignment->printNotRequiredUpdates();
+
+    bool filesMissing = false;
+    for (unsigned phase = 0; phase < phaseCount; ++phase) {
+        updatePhase(phase, filesMissing);
+    }
+    updater->ReportPhase(endOfPhases);
+    unlockInventory(errors);
+    return printUpdateResults(errors, filesMissing);
+}
+
+void ZoCUpdateOperation::updatePhase(unsigned phase, bool& filesMissing)
+{
+    updater->ReportPhase(phase);
+    PhaseList list;
+    getUpdateElementsOfPhase(phase, list);
+    filesMissing |= checkMissingUpdateFiles(list);
+    startUpdatesOfPhase(list);
+    updateStatus(list);
+    updateErrors(list);
+}
+
+bool ZoCUpdateOperation::lockInventory(ZoCErrorListPool& errors)
+{
+    const ErrorGuard guard(errors);
+    ZoCInventoryManager::getInstance()->lock(errors, updateLock, lockHandle);
+    if (guard.failed() && options->verbose) {
+        updater->print("ERROR: Cannot lock local system!\n");
+    }
+    return !guard.failed();
+}
+
+bool ZoCUpdateOperation::unlockInventory(ZoCErrorListPool& errors)
+{
+    ZoCInventoryManager& manager = *ZoCInventoryManager::getInstance();
+    const ZoCUpdateInventory& inventory = assignment->getInventory();
+    ZoCInventoryAddress node;
+    if (inventory.getCnAddress(node)) {
+        manager.updateFinish(errors, node, lockHandle, nullptr);
+    }
+    if (inventory.getHcnAddress(node)) {
+        manager.updateFinish(errors, node, lockHandle, nullptr);
+    }
+    const ErrorGuard guard(errors);  // errors of updateFinish are no failure to unlock
+    manager.unlock(errors, lockHandle);
+    if (guard.failed()) {
+        if (options->verbose) {
+            updater->print("ERROR: Cannot unlock target system!\n");
+        }
+        return false;
+    }
+    lockHandle = 0;
+    return true;
+}
+
+void ZoCUpdateOperation::getUpdateElementsOfPhase(unsigned phase, PhaseList& list)
+{
+    if (phase >= elementsByPhase.size()) {
+        return;
+    }
+    for (ZoSUpdateElement* const element : elementsByPhase[phase]) {
+        if (element->updateState == PENDING) {
+            list.push_back(element);
+        }
+    }
+}
+
+bool ZoCUpdateOperation::checkMissingUpdateFiles(PhaseList& list)
+{
+    bool isMissing = false;
+    for (ZoSUpdateElement* const element : list) {
+        ZoSUpdateFile& file = files[static_cast<std::size_t>(element->updateFileIndex)];
+        if (isReadable(pathOf(file))) {
+            continue;
+        }
+        isMissing = true;
+        file.fileMissing = true;
+        element->updateState = NOTHING_TO_DO;
+        updater->print("\n%s cannot be updated. Update file %s not found!\n", element->displayName.c_str(),
+                       file.name.c_str());
+    }
+    return isMissing;
+}
+
+void ZoCUpdateOperation::cancelUpdates(const ZoCInventoryAddress& boardAddress, unsigned fromPhase)
+{
+    for (ZoSUpdateElement& element : elements) {
+        if (element.updateState == PENDING && element.phase >= fromPhase && element.boardAddress == boardAddress) {
+            element.updateState = CANCELLED;
+            updater->ReportFailure(element.index);
+        }
+    }
+}
+
+const ZoSUpdateFile& ZoCUpdateOperation::fileOf(const ZoSUpdateElement& element) const
+{
+    return files[static_cast<std::size_t>(element.updateFileIndex)];
+}
+
+std::string ZoCUpdateOperation::pathOf(const ZoSUpdateFile& file) const
+{
+    return options->archivePath + "/" + ZoCTrellanUpdater::ZoCString2tstring(file.name);
+}

@@ -1,0 +1,92 @@
+// Waiting for the updates of a phase.
+#include "libZoInventoryManagerAP/ZoCInventoryManager.h"
+#include "libZoRtosAbstraction/ZoNRtosAbstraction.h"
+#include "operation/Spinner.h"
+#include "operation/ZoCUpdateOperation.h"
+#include "updater/ErrorGuard.h"
+#include "updater/ZoCTrellanUpdater.h"
+
+using namespace ZoNUpdateInventory;
+
+namespace {
+
+constexpr unsigned pauseBetweenPasses = 200'000;  // microseconds
+constexpr unsigned toleratedErrors = 1;           // consecutive polls with errors that do not fail an element
+constexpr unsigned complete = 100;                // percent
+
+// What the inventory manager says of an update; any other value: failed.
+constexpr unsigned statusRunning = 1;
+constexpr unsigned statusFinished = 2;
+
+}  // namespace
+
+void ZoCUpdateOperation::updateStatus(PhaseList& list)
+{
+    bool again = !list.empty();
+    if (!again) {
+        return;
+    }
+    while (again) {
+        unsigned long long sum = 0;
+        unsigned counted = 0;
+        again = false;
+        for (ZoSUpdateElement* const element : list) {
+            switch (element->updateState) {
+                case RUNNING:
+                    ++counted;
+                    again = true;  // one more pass shows the result of this poll
+                    sum += pollElement(*element);
+                    break;
+                case FAILED:
+                case FINISHED:
+                    ++counted;
+                    sum += complete;
+                    break;
+                default:
+                    break;
+            }
+        }
+        if (counted == 0) {
+            return;
+        }
+        const unsigned percent = static_cast<unsigned>(sum / counted);
+        if (!options->noProgress) {
+            updater->print("%3u%% %-51.51s\r", percent, nextSpinnerPicture());
+        }
+        updater->ReportProgress(percent);
+        ZoNRtosAbstraction::usleep(pauseBetweenPasses);
+    }
+    if (!options->noProgress) {
+        updater->print("%3u%% %-51.51s", complete, "");  // overwrites the spinner; the result follows on this line
+    }
+}
+
+// Polls a running element and returns how far it is, in percent.
+unsigned long long ZoCUpdateOperation::pollElement(ZoSUpdateElement& element)
+{
+    const auto fail = [&] {
+        element.updateState = FAILED;
+        updater->ReportFailure(element.index);
+        return complete;
+    };
+    unsigned id = element.id;
+    unsigned status = 0;
+    unsigned done = 0;
+    unsigned total = 0;
+    const ErrorGuard guard(*element.statusErrorList);
+    ZoCInventoryManager::getInstance()->updateStatus2(*element.statusErrorList, element.boardAddress, id, status, done,
+                                                      total, nullptr);
+    if (guard.failed()) {
+        return ++element.statusErrorCount > toleratedErrors ? fail() : 0;
+    }
+    element.statusErrorCount = 0;
+    switch (status) {
+        case statusRunning:
+            return total == 0 ? complete : 100ULL * done / total;
+        case statusFinished:
+            element.updateState = FINISHED;
+            return complete;
+        default:
+            return fail();
+    }
+}
