@@ -1,0 +1,110 @@
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <sstream>
+
+#include "TraceFile.h"
+#include "libZoRtosAbstraction/ZoNRtosAbstraction.h"
+#include "simulation/base/Clock.h"
+#include "support/TempDir.h"
+
+using TrellanSimulation::ClockKind;
+
+namespace {
+
+struct CloseFile {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+std::string contentOf(const std::string& path)
+{
+    std::ostringstream content;
+    content << std::ifstream(path).rdbuf();
+    return content.str();
+}
+
+// An open file with buffered data.
+class Flushing : public ::testing::Test {
+protected:
+    Flushing() { std::fputs("buffered", file.get()); }
+    ~Flushing() override { TrellanSimulation::useClock(ClockKind::real); }
+
+    TempDir directory;
+    std::string path = directory.path() / "file";
+    File file{std::fopen(path.c_str(), "wb")};
+};
+
+}  // namespace
+
+TEST_F(Flushing, OfAFileWritesWhatIsBuffered)
+{
+    EXPECT_EQ(contentOf(path), "");
+    EXPECT_EQ(ZoNRtosAbstraction::syncFileSystem(file.get(), 500), 0);
+    EXPECT_EQ(contentOf(path), "buffered");
+}
+
+TEST_F(Flushing, OfAllFilesWritesWhatIsBuffered)
+{
+    TrellanSimulation::useClock(ClockKind::real);
+    EXPECT_EQ(ZoNRtosAbstraction::syncFileSystem(nullptr, 50000), 0);
+    EXPECT_EQ(contentOf(path), "buffered");
+}
+
+TEST_F(Flushing, OfAllFilesWritesWhatIsBufferedInVirtualTime)
+{
+    TrellanSimulation::useClock(ClockKind::virtualTime);
+    EXPECT_EQ(ZoNRtosAbstraction::syncFileSystem(nullptr, 500), 0);
+    EXPECT_EQ(contentOf(path), "buffered");
+}
+
+TEST_F(Flushing, TakesNoVirtualTime)
+{
+    TrellanSimulation::useClock(ClockKind::virtualTime);
+    const std::uint64_t before = TrellanSimulation::now();
+    ZoNRtosAbstraction::syncFileSystem(nullptr, 500);
+    EXPECT_EQ(TrellanSimulation::now(), before);
+}
+
+TEST_F(Flushing, LeavesNoProcessBehindThatIsToBeCollected)
+{
+    TrellanSimulation::useClock(ClockKind::real);
+    ZoNRtosAbstraction::syncFileSystem(nullptr, 0);
+    errno = 0;
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+    EXPECT_EQ(errno, ECHILD);
+}
+
+TEST_F(Flushing, OfAFileOnAFullMediumFails)
+{
+    const TraceFile trace;
+    const File full(std::fopen("/dev/full", "wb"));
+    ASSERT_NE(full, nullptr);
+    std::fputs("buffered", full.get());
+    EXPECT_NE(ZoNRtosAbstraction::syncFileSystem(full.get(), 500), 0);
+    EXPECT_EQ(trace.text(), "{\"call\":\"syncFileSystem\",\"timeout\":500,\"result\":-1}\n");
+}
+
+TEST_F(Flushing, IsTraced)
+{
+    const TraceFile trace;
+    TrellanSimulation::useClock(ClockKind::virtualTime);
+    ZoNRtosAbstraction::syncFileSystem(nullptr, 500);
+    ZoNRtosAbstraction::syncFileSystem(file.get(), 20);
+    EXPECT_EQ(trace.text(),
+              "{\"call\":\"syncFileSystem\",\"timeout\":500}\n"
+              "{\"call\":\"syncFileSystem\",\"timeout\":20}\n");
+}
+
+TEST(Sleeping, IsTraced)
+{
+    const TraceFile trace;
+    TrellanSimulation::useClock(ClockKind::virtualTime);
+    ZoNRtosAbstraction::usleep(200000);
+    TrellanSimulation::useClock(ClockKind::real);
+    EXPECT_EQ(trace.text(), "{\"call\":\"usleep\",\"microseconds\":200000}\n");
+}

@@ -1,0 +1,68 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "libZoComposite/ZoCString.h"
+
+TEST(String, IsEmptyUnlessAnythingElseIsSaid)
+{
+    const ZoCString text;
+    EXPECT_TRUE(text.isEmpty());
+    EXPECT_EQ(text.length(), 0u);
+    EXPECT_STREQ(text.c_str(), "");
+}
+
+TEST(String, HoldsTheCharactersUpToTheNul)
+{
+    const ZoCString text("Processor board");
+    EXPECT_FALSE(text.isEmpty());
+    EXPECT_EQ(text.length(), 15u);
+    EXPECT_STREQ(text.c_str(), "Processor board");
+}
+
+TEST(String, IsEmptyWhenMadeOfNull)
+{
+    const char* nothing = nullptr;
+    EXPECT_TRUE(ZoCString(nothing).isEmpty());
+}
+
+TEST(String, HoldsNulsWhenTheLengthIsGiven)
+{
+    const ZoCString text("a\0b", 3);
+    EXPECT_EQ(text.length(), 3u);
+    EXPECT_EQ(std::string(text.c_str(), text.length()), std::string("a\0b", 3));
+    EXPECT_NE(text, ZoCString("a"));
+}
+
+TEST(String, OfANumberIsItsDecimalDigits)
+{
+    EXPECT_STREQ(ZoCString(0u).c_str(), "0");
+    EXPECT_STREQ(ZoCString(16777232u).c_str(), "16777232");
+    EXPECT_STREQ(ZoCString(std::numeric_limits<unsigned>::max()).c_str(), "4294967295");
+}
+
+TEST(String, GrowsByAnother)
+{
+    ZoCString text("KR");
+    text += ZoCString(5120u);
+    EXPECT_STREQ(text.c_str(), "KR5120");
+    text += text;
+    EXPECT_STREQ(text.c_str(), "KR5120KR5120");
+}
+
+TEST(String, IsComparedBytewiseAndCaseSensitively)
+{
+    EXPECT_TRUE(ZoCString("HCN") == ZoCString("HCN"));
+    EXPECT_FALSE(ZoCString("HCN") != ZoCString("HCN"));
+    EXPECT_FALSE(ZoCString("HCN") == ZoCString("hcn"));
+    EXPECT_TRUE(ZoCString("HCN") != ZoCString("HCN "));
+}
+
+TEST(String, DoesNotChangeWithItsCopies)
+{
+    const ZoCString original("one");
+    ZoCString copy = original;
+    copy += ZoCString(" two");
+    EXPECT_STREQ(original.c_str(), "one");
+    EXPECT_STREQ(copy.c_str(), "one two");
+}
