@@ -1,0 +1,179 @@
+// What each command and option means for the library.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "tool/CommandLine.h"
+
+using TrellanTool::Arguments;
+
+namespace {
+
+const std::string here = std::filesystem::current_path().string();
+
+struct CommandCase {
+    const char* name;
+    std::uint32_t code;
+    bool takesArchive;
+};
+
+constexpr CommandCase commandCases[] = {
+    {"version", 0, false},   {"archive-version", 1, true}, {"list", 2, true},    {"describe", 3, true},
+    {"installed", 4, false}, {"scan", 5, false},           {"compare", 6, true}, {"update", 7, true},
+};
+
+}  // namespace
+
+TEST(ArgumentsTest, EachCommandHasItsCodeAndTakesAnArchiveOrNone)
+{
+    for (const CommandCase& entry : commandCases) {
+        const Arguments arguments = entry.takesArchive ? parsed({entry.name, "/a/b"}) : parsed({entry.name});
+        EXPECT_EQ(arguments.command, entry.name);
+        EXPECT_EQ(arguments.options.command, entry.code) << entry.name;
+        EXPECT_EQ(arguments.options.archivePath, entry.takesArchive ? "/a/b" : "") << entry.name;
+        EXPECT_FALSE(arguments.rebootSupport) << entry.name;
+    }
+}
+
+TEST(ArgumentsTest, RebootSupportReadsTheInventory)
+{
+    const Arguments arguments = parsed({"reboot-support"});
+    EXPECT_TRUE(arguments.rebootSupport);
+    EXPECT_EQ(arguments.options.command, 5u);
+}
+
+TEST(ArgumentsTest, WithoutOptionsOnlyTheDescriptionFileHasAName)
+{
+    const Arguments arguments = parsed({"update", "/a"});
+    EXPECT_EQ(arguments.help, "");
+    EXPECT_EQ(arguments.options.descriptionFileName, "archive.json");
+    EXPECT_EQ(arguments.options.option3, "");
+    EXPECT_EQ(arguments.options.boardTypes, "");
+    EXPECT_EQ(arguments.options.serialNumbers, "");
+    EXPECT_EQ(arguments.options.elementNames, "");
+    EXPECT_FALSE(arguments.options.force);
+    EXPECT_FALSE(arguments.options.noProgress);
+    EXPECT_FALSE(arguments.options.verbose);
+    EXPECT_FALSE(arguments.options.configuration);
+    EXPECT_FALSE(arguments.options.disableCustomElements);
+    EXPECT_FALSE(arguments.options.option12);
+    EXPECT_FALSE(arguments.json);
+    EXPECT_TRUE(arguments.excluded.empty());
+    EXPECT_EQ(arguments.targetFile, std::nullopt);
+    EXPECT_EQ(arguments.traceFile, std::nullopt);
+}
+
+TEST(ArgumentsTest, TextOptionsFillTheirFields)
+{
+    const Arguments arguments = parsed({"list", "/a", "--description", "other.json", "--board-types", "A, B",
+                                        "--serial-numbers", "12 13", "--element-names", "UserFpga"});
+    EXPECT_EQ(arguments.options.descriptionFileName, "other.json");
+    EXPECT_EQ(arguments.options.boardTypes, "A, B");
+    EXPECT_EQ(arguments.options.serialNumbers, "12 13");
+    EXPECT_EQ(arguments.options.elementNames, "UserFpga");
+}
+
+TEST(ArgumentsTest, EachFlagSetsItsFieldAlone)
+{
+    using ZoNTrellanUpdater::ZoTOptions;
+    const std::vector<std::pair<std::string, bool ZoTOptions::*>> flags = {
+        {"--force", &ZoTOptions::force},
+        {"--no-progress", &ZoTOptions::noProgress},
+        {"--verbose", &ZoTOptions::verbose},
+        {"-v", &ZoTOptions::verbose},
+        {"--configuration", &ZoTOptions::configuration},
+        {"--disable-custom-elements", &ZoTOptions::disableCustomElements},
+    };
+    for (const auto& [name, field] : flags) {
+        const ZoTOptions options = parsed({"update", "/a", name}).options;
+        EXPECT_TRUE(options.*field) << name;
+        EXPECT_EQ(options.force + options.noProgress + options.verbose + options.configuration +
+                      options.disableCustomElements + options.option12,
+                  1)
+            << name;
+    }
+}
+
+TEST(ArgumentsTest, OptionsMayStandBeforeTheArchiveAndTakeTheirValueAfterAnEqualsSign)
+{
+    const Arguments arguments =
+        parsed({"compare", "--force", "--board-types=A=B", "--exclude=3", "/a", "--exclude", "0"});
+    EXPECT_TRUE(arguments.options.force);
+    EXPECT_EQ(arguments.options.boardTypes, "A=B");
+    EXPECT_EQ(arguments.options.archivePath, "/a");
+    EXPECT_EQ(arguments.excluded, (std::vector<std::uint32_t>{3, 0}));
+}
+
+TEST(ArgumentsTest, EveryCommandAcceptsEveryOption)
+{
+    for (const char* const name : {"version", "installed", "scan", "reboot-support"}) {
+        const Arguments arguments = parsed({name,
+                                            "--description",
+                                            "d",
+                                            "--board-types",
+                                            "b",
+                                            "--serial-numbers",
+                                            "s",
+                                            "--element-names",
+                                            "e",
+                                            "--force",
+                                            "--no-progress",
+                                            "-v",
+                                            "--configuration",
+                                            "--disable-custom-elements",
+                                            "--exclude",
+                                            "4294967295",
+                                            "--target",
+                                            "/t",
+                                            "--trace",
+                                            "/r"});
+        EXPECT_EQ(arguments.options.elementNames, "e") << name;
+        EXPECT_EQ(arguments.excluded, std::vector<std::uint32_t>{4294967295}) << name;
+        EXPECT_EQ(arguments.targetFile, "/t") << name;
+        EXPECT_EQ(arguments.traceFile, "/r") << name;
+    }
+}
+
+TEST(ArgumentsTest, AnEmptyValueIsAValue)
+{
+    EXPECT_EQ(parsed({"list", "--description", "", "/a"}).options.descriptionFileName, "");
+    const Arguments arguments = parsed({"list", "--description=", "/a"});
+    EXPECT_EQ(arguments.options.descriptionFileName, "");
+    EXPECT_EQ(arguments.options.archivePath, "/a");
+}
+
+TEST(ArgumentsTest, ValuesAreTakenAsTheyStand)
+{
+    EXPECT_EQ(parsed({"list", "/a", "--board-types", "[A,B]"}).options.boardTypes, "[A,B]");
+    EXPECT_EQ(parsed({"list", "/[a,b]"}).options.archivePath, "/[a,b]");
+    EXPECT_EQ(parsed({"list", "/list"}).options.archivePath, "/list");
+}
+
+TEST(ArgumentsTest, PathsBecomeAbsolute)
+{
+    const Arguments arguments = parsed({"update", "archive", "--target", "t.json", "--trace=../trace"});
+    EXPECT_EQ(arguments.options.archivePath, here + "/archive");
+    EXPECT_EQ(arguments.targetFile, here + "/t.json");
+    EXPECT_EQ(arguments.traceFile, here + "/../trace");
+}
+
+TEST(ArgumentsTest, AnArchiveMayHaveTheNameOfACommand)
+{
+    EXPECT_EQ(parsed({"describe", "list"}).options.archivePath, here + "/list");
+}
+
+TEST(ArgumentsTest, AnArchiveMayBeginWithADashAfterTwoDashes)
+{
+    const Arguments arguments = parsed({"update", "--force", "--", "--verbose"});
+    EXPECT_EQ(arguments.options.archivePath, here + "/--verbose");
+    EXPECT_TRUE(arguments.options.force);
+    EXPECT_FALSE(arguments.options.verbose);
+}
+
+TEST(ArgumentsTest, JsonIsAFlagOfTheCommandsThatHaveADocument)
+{
+    EXPECT_TRUE(parsed({"list", "/a", "--json"}).json);
+    EXPECT_TRUE(parsed({"installed", "--json"}).json);
+    EXPECT_TRUE(parsed({"scan", "--json"}).json);
+    EXPECT_TRUE(parsed({"compare", "--json", "/a"}).json);
+}

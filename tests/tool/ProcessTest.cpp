@@ -1,0 +1,115 @@
+// The tool as a process: what stays in the process after a run, such as reported errors, cannot be tested in another
+// way.
+#include <gtest/gtest.h>
+
+#include "support/JsonSchema.h"
+#include "support/Process.h"
+#include "support/TargetBuilder.h"
+#include "support/TempDir.h"
+#include "support/TextFile.h"
+
+using nlohmann::json;
+using nlohmann::ordered_json;
+
+namespace {
+
+constexpr const char* banner =
+    "\nVelorant Device Update Tool, Vs 1.0\nCopyright (c) Velorant. All rights reserved.\n \n";
+
+class ProcessTest : public testing::Test {
+protected:
+    ProcessResult tool(const std::vector<std::string>& arguments,
+                       const std::vector<std::string>& environment = {}) const
+    {
+        return runProcess(TRELLAN_TOOL, arguments, folder.path(), environment);
+    }
+
+    // A target whose board name cannot be read.
+    std::string faultyTarget() const
+    {
+        ordered_json document = target({board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}, {"PRODUCT/NAME", "Board"}},
+                                              {updateElement(1, {{"NAME", "UserFpga"}})})});
+        document["script"]["values"]["/ROOT/HCN:PRODUCT/NAME"] = {{{"code", 4097}, {"text", "cannot read"}}};
+        return folder.write("target.json", document.dump(2)).string();
+    }
+
+    TempDir folder;
+};
+
+}  // namespace
+
+TEST_F(ProcessTest, AnUnreadableTargetEndsWith3)
+{
+    const ProcessResult result = tool({"installed", "--target", "absent.json"});
+    EXPECT_EQ(result.status, 3);
+    EXPECT_EQ(result.output, std::string(banner) +
+                                 "ERROR: Cannot read target device information.\n"
+                                 "\tPower-cycle the system and retry.\n"
+                                 "\tIf the problem persists, contact Velorant support.\n");
+}
+
+TEST_F(ProcessTest, RebootSupportOfAnUnreadableTargetEndsWith3)
+{
+    const ProcessResult result = tool({"reboot-support", "--target", "absent.json"});
+    EXPECT_EQ(result.status, 3);
+    EXPECT_EQ(result.output, std::string(banner) +
+                                 "ERROR: Cannot read target device information.\n"
+                                 "\tPower-cycle the system and retry.\n"
+                                 "\tIf the problem persists, contact Velorant support.\n");
+}
+
+TEST_F(ProcessTest, ReportedErrorsEndWith1)
+{
+    const ProcessResult result = tool({"scan", "--target", faultyTarget()});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, std::string(banner) +
+                                 "\nReported errors:\n"
+                                 "       ERROR 0x1001 (reported by Host PC):\n"
+                                 "         cannot read\n");
+}
+
+TEST_F(ProcessTest, ReportedErrorsEndWith1BesideTheDocument)
+{
+    const ProcessResult result = tool({"scan", "--json", "--target", faultyTarget()});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.errors, std::string(banner) +
+                                 "\nReported errors:\n"
+                                 "       ERROR 0x1001 (reported by Host PC):\n"
+                                 "         cannot read\n");
+    const JsonSchema schema(json::parse(readText(TRELLAN_SOURCE_DIR "/docs/trellan-update.schema.json")));
+    EXPECT_TRUE(schema.violations(json::parse(result.output)).empty()) << result.output;
+}
+
+TEST_F(ProcessTest, WithoutSuccessThereIsNoDocument)
+{
+    const ProcessResult result = tool({"scan", "--json", "--target", "absent.json"});
+    EXPECT_EQ(result.status, 3);
+    EXPECT_EQ(result.output, "");
+}
+
+TEST_F(ProcessTest, TheTargetIsTakenFromTheEnvironmentUnlessItIsGiven)
+{
+    const std::string environment = "TRELLAN_TARGET=" + faultyTarget();
+    EXPECT_EQ(tool({"scan"}, {environment}).status, 1);
+    EXPECT_EQ(tool({"scan", "--target", "absent.json"}, {environment}).status, 3);
+    EXPECT_EQ(tool({"scan"}).status, 3);
+}
+
+TEST_F(ProcessTest, ATargetIsFoundBesideTheWorkingFolder)
+{
+    folder.write("device/target.json", target({item("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}})}).dump());
+    EXPECT_EQ(tool({"scan", "--target", "device/target.json", "--trace", "device/trace"}).status, 0);
+    EXPECT_EQ(readText(folder.path() / "device/trace"),
+              "{\"call\":\"scan\",\"argument\":true,\"result\":0}\n"
+              "{\"call\":\"deleteInventoryTree\"}\n"
+              "{\"call\":\"unregisterMessages\",\"code\":642777088}\n");
+}
+
+TEST_F(ProcessTest, WrongUsageTouchesNothing)
+{
+    const ProcessResult result = tool({"scan", "--bogus", "--trace", "trace"});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "trellan-update: unexpected argument '--bogus'\nSee trellan-update --help.\n");
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "trace"));
+}
