@@ -1,0 +1,175 @@
+#include "operation/OperationTest.h"
+
+#include <algorithm>
+
+namespace {
+
+std::string addressOf(unsigned board)
+{
+    return board == 1 ? "/ROOT/IOMODULE" : "/ROOT/IOMODULE[" + std::to_string(board) + "]";
+}
+
+}  // namespace
+
+OperationTest::OperationTest()
+{
+    options.descriptionFileName = "archive.json";
+    options.noProgress = true;
+    options.command = ZoNTrellanUpdater::UPDATE;
+    ZoCErrorManager::getSingleton()->getMasterErrorList().clear();
+}
+
+void OperationTest::addElement(unsigned board, unsigned id, unsigned sequence)
+{
+    if (elementsOfBoard[board].empty()) {
+        boardOrder.push_back(board);
+    }
+    elementsOfBoard[board].push_back(updateElement(id, {{"NAME", "Element " + std::to_string(id)}, {"ID", id}}));
+    addFile("b" + std::to_string(board) + "e" + std::to_string(id) + ".bin",
+            {{"sequence", sequence}, {"boardType", "T" + std::to_string(board)}, {"id", id}});
+}
+
+void OperationTest::addFileElement(unsigned board, unsigned id, const std::string& location, unsigned sequence)
+{
+    if (elementsOfBoard[board].empty()) {
+        boardOrder.push_back(board);
+    }
+    elementsOfBoard[board].push_back(fileElement(id, {{"NAME", "File " + std::to_string(id)}, {"LOCATION", location}}));
+    addFile("b" + std::to_string(board) + "f" + std::to_string(id) + ".bin",
+            {{"sequence", sequence}, {"boardType", "T" + std::to_string(board)}, {"targetPath", location}});
+}
+
+void OperationTest::addHcn()
+{
+    nodes.push_back(item("HCN", Json::object()));
+}
+
+void OperationTest::addCn()
+{
+    nodes.push_back(item("CN", Json::object()));
+}
+
+void OperationTest::addFile(const std::string& name, Json overrides)
+{
+    fileEntries.push_back(fileEntry(name, std::move(overrides)));
+}
+
+std::vector<OperationTest::Json> OperationTest::boards() const
+{
+    std::vector<Json> items = nodes;
+    for (const unsigned number : boardOrder) {
+        const std::string text = std::to_string(number);
+        items.push_back(board(
+            "IOMODULE[" + text + "]",
+            {{"PRODUCT/BOARD_TYPE", "T" + text}, {"PRODUCT/NAME", "Board " + text}, {"PRODUCT/SERIAL_NUMBER", number}},
+            elementsOfBoard.at(number)));
+    }
+    return items;
+}
+
+void OperationTest::prepare()
+{
+    Json document = target(boards());
+    if (!script.empty()) {
+        document["script"] = script;
+    }
+    if (hasFlashDrive) {
+        document["flashDrive"] = "cfdrive";
+    }
+    journal.reset();
+    updater.reset();
+    simulated.reset();
+    simulated = std::make_unique<SimulatedTarget>(document);
+    std::filesystem::create_directory(drive());
+
+    archive = std::make_unique<TestArchive>(description(fileEntries));
+    for (const Json& entry : fileEntries) {
+        const std::string name = entry.at("name");
+        if (std::find(missingFiles.begin(), missingFiles.end(), name) == missingFiles.end()) {
+            archive->addFile(name, contents.count(name) != 0 ? contents.at(name) : "content of " + name);
+        }
+    }
+
+    ZoNTrellanUpdater::ZoTOptions actual = options;
+    if (actual.archivePath.empty()) {
+        actual.archivePath = archive->path();
+    }
+    updater = std::make_unique<ZoCTrellanUpdater>(actual);
+    journal.emplace(*updater);
+    ASSERT_EQ(updater->apply(), 0u) << journal->text();
+    journal->clear();
+    traceStart = simulated->trace().size();
+}
+
+OperationTest::Element& OperationTest::element(unsigned index)
+{
+    ZoCUpdateInventory::ElementList& list = updater->getInventory().getUpdateElementList();
+    if (index >= list.size()) {
+        throw std::out_of_range("no element " + std::to_string(index));
+    }
+    return *std::next(list.begin(), index);
+}
+
+std::vector<std::uint32_t> OperationTest::states()
+{
+    std::vector<std::uint32_t> result;
+    for (const Element& each : updater->getInventory().getUpdateElementList()) {
+        result.push_back(each.updateState);
+    }
+    return result;
+}
+
+std::vector<OperationTest::Json> OperationTest::trace() const
+{
+    const std::vector<Json> all = simulated->trace();
+    return {all.begin() + static_cast<std::ptrdiff_t>(traceStart), all.end()};
+}
+
+std::vector<OperationTest::Json> OperationTest::calls(const std::string& name) const
+{
+    std::vector<Json> result;
+    for (const Json& call : trace()) {
+        if (call.at("call") == name) {
+            result.push_back(call);
+        }
+    }
+    return result;
+}
+
+std::vector<std::string> OperationTest::callNames() const
+{
+    std::vector<std::string> names;
+    for (const Json& call : trace()) {
+        names.push_back(call.at("call"));
+    }
+    return names;
+}
+
+OperationTest::Json& OperationTest::scriptOf(unsigned board, unsigned id)
+{
+    return script["elements"][addressOf(board) + "#" + std::to_string(id)];
+}
+
+OperationTest::Json OperationTest::failing(unsigned code, const std::string& text)
+{
+    return {{"errors", Json::array({{{"code", code}, {"text", text}}})}};
+}
+
+std::string withStars(std::string text)
+{
+    for (char& character : text) {
+        if (std::string("-\\|/").find(character) != std::string::npos) {
+            character = '*';
+        }
+    }
+    return text;
+}
+
+std::vector<std::string> listed(const ZoCErrorListPool& list)
+{
+    std::vector<std::string> result;
+    for (unsigned i = 0; i < list.getErrorCount(); ++i) {
+        result.push_back(std::to_string(list.getErrorCode(i)) + " " + list.getErrorText(i));
+    }
+    return result;
+}
