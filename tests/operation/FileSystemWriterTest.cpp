@@ -1,0 +1,235 @@
+// Writing update files to the flash drive.
+#include "operation/FlashDriveTest.h"
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+namespace fs = std::filesystem;
+
+using FileSystemWriterTest = FlashDriveTest;
+
+TEST_F(FileSystemWriterTest, MakesTheFoldersOneByOneAndWritesTheFile)
+{
+    options.verbose = true;
+    prepareDrive();
+
+    EXPECT_TRUE(write("c.bin", "a/b/c.bin"));
+
+    EXPECT_THAT(messages,
+                ElementsAre("Directory /mnt/cn/cfdrive/a created.\n", "Directory /mnt/cn/cfdrive/a/b created.\n",
+                            "Successfully written /mnt/cn/cfdrive/a/b/c.bin.\n"));
+    EXPECT_THAT(onDrive(), ElementsAre("a/", "a/b/", "a/b/c.bin"));
+    EXPECT_EQ(contentOf(drive() / "a/b/c.bin"), "content of c");
+    EXPECT_EQ(journal->told(), "");
+}
+
+TEST_F(FileSystemWriterTest, TellsNothingOfASuccessOtherwise)
+{
+    prepareDrive();
+
+    EXPECT_TRUE(write("c.bin", "a/c.bin"));
+
+    EXPECT_THAT(messages, IsEmpty());
+    EXPECT_THAT(onDrive(), ElementsAre("a/", "a/c.bin"));
+}
+
+TEST_F(FileSystemWriterTest, DoesNotMentionFoldersThatAreThere)
+{
+    options.verbose = true;
+    prepareDrive();
+    fs::create_directories(drive() / "a");
+
+    EXPECT_TRUE(write("c.bin", "a/b/c.bin"));
+
+    EXPECT_THAT(messages, ElementsAre("Directory /mnt/cn/cfdrive/a/b created.\n",
+                                      "Successfully written /mnt/cn/cfdrive/a/b/c.bin.\n"));
+}
+
+TEST_F(FileSystemWriterTest, WritesIntoTheDriveItselfWithoutMakingAFolder)
+{
+    options.verbose = true;
+    prepareDrive();
+
+    EXPECT_TRUE(write("c.bin", "c.bin"));
+
+    EXPECT_THAT(messages, ElementsAre("Successfully written /mnt/cn/cfdrive/c.bin.\n"));
+    EXPECT_THAT(onDrive(), ElementsAre("c.bin"));
+}
+
+TEST_F(FileSystemWriterTest, TakesALocationWithALeadingSlash)
+{
+    prepareDrive();
+
+    EXPECT_TRUE(write("c.bin", "/a/c.bin"));
+
+    EXPECT_THAT(onDrive(), ElementsAre("a/", "a/c.bin"));
+}
+
+TEST_F(FileSystemWriterTest, TakesAFileOfASubfolderOfTheArchive)
+{
+    prepareDrive();
+    archive->addFile("sub/d.bin", "content of d");
+
+    EXPECT_TRUE(write("sub/d.bin", "d.bin"));
+
+    EXPECT_EQ(contentOf(drive() / "d.bin"), "content of d");
+}
+
+TEST_F(FileSystemWriterTest, ReplacesTheFileThatIsThere)
+{
+    prepareDrive();
+    put(drive() / "c.bin", "a much longer content from before");
+
+    EXPECT_TRUE(write("c.bin", "c.bin"));
+
+    EXPECT_THAT(onDrive(), ElementsAre("c.bin"));
+    EXPECT_EQ(contentOf(drive() / "c.bin"), "content of c");
+}
+
+TEST_F(FileSystemWriterTest, ReplacesATemporaryFileThatWasLeft)
+{
+    prepareDrive();
+    put(drive() / "c.bin.tmp", "a much longer content from before");
+
+    EXPECT_TRUE(write("c.bin", "c.bin"));
+
+    EXPECT_THAT(onDrive(), ElementsAre("c.bin"));
+    EXPECT_EQ(contentOf(drive() / "c.bin"), "content of c");
+}
+
+TEST_F(FileSystemWriterTest, CopiesBinaryContentUnchanged)
+{
+    prepareDrive();
+    std::string content;
+    for (int i = 0; i < 100000; ++i) {
+        content += static_cast<char>(i * 7);
+    }
+    archive->addFile("big.bin", content);
+
+    EXPECT_TRUE(write("big.bin", "big.bin"));
+
+    EXPECT_TRUE(contentOf(drive() / "big.bin") == content);
+}
+
+TEST_F(FileSystemWriterTest, WritesTheSmallestFile)
+{
+    prepareDrive();
+    archive->addFile("one.bin", "1");
+
+    EXPECT_TRUE(write("one.bin", "one.bin"));
+
+    EXPECT_EQ(contentOf(drive() / "one.bin"), "1");
+}
+
+TEST_F(FileSystemWriterTest, FlushesTheFileSystemAfterSuccess)
+{
+    prepareDrive();
+
+    EXPECT_TRUE(write("c.bin", "c.bin"));
+
+    EXPECT_THAT(callNames(), ElementsAre("syncFileSystem"));
+    EXPECT_EQ(trace()[0].at("timeout"), 500);
+}
+
+TEST_F(FileSystemWriterTest, NamesAMissingSourceInFull)
+{
+    prepareDrive();
+
+    EXPECT_FALSE(write("missing.bin", "a/c.bin"));
+
+    EXPECT_THAT(messages, ElementsAre("ERROR: File " + archive->path() + "/missing.bin does not exist.\n"));
+    EXPECT_THAT(onDrive(), IsEmpty());
+    EXPECT_THAT(trace(), IsEmpty());
+}
+
+TEST_F(FileSystemWriterTest, FailsForAnEmptyFileAndKeepsTheOldOne)
+{
+    prepareDrive();
+    archive->addFile("empty.bin", "");
+    put(drive() / "c.bin", "old");
+
+    EXPECT_FALSE(write("empty.bin", "c.bin"));
+
+    EXPECT_THAT(messages, ElementsAre("ERROR: Writing /mnt/cn/cfdrive/c.bin.tmp failed.\n"));
+    EXPECT_THAT(onDrive(), ElementsAre("c.bin", "c.bin.tmp"));
+    EXPECT_EQ(contentOf(drive() / "c.bin"), "old");
+    EXPECT_THAT(trace(), IsEmpty());
+}
+
+TEST_F(FileSystemWriterTest, TellsWhichFolderCannotBeMade)
+{
+    prepareDrive();
+    put(drive() / "a", "a file, not a folder");
+
+    EXPECT_FALSE(write("c.bin", "a/b/c.bin"));
+
+    EXPECT_THAT(messages, ElementsAre("ERROR: Cannot create directory /mnt/cn/cfdrive/a/b (error code: 20).\n"));
+    EXPECT_THAT(onDrive(), ElementsAre("a"));
+}
+
+TEST_F(FileSystemWriterTest, TellsOfTheFoldersMadeBeforeAFailure)
+{
+    options.verbose = true;
+    prepareDrive();
+    const std::string tooLong(300, 'x');
+
+    EXPECT_FALSE(write("c.bin", "a/" + tooLong + "/c.bin"));
+
+    EXPECT_THAT(messages,
+                ElementsAre("Directory /mnt/cn/cfdrive/a created.\n",
+                            "ERROR: Cannot create directory /mnt/cn/cfdrive/a/" + tooLong + " (error code: 36).\n"));
+}
+
+TEST_F(FileSystemWriterTest, TellsWhenTheTemporaryFileCannotBeWritten)
+{
+    prepareDrive();
+    const std::string name(252, 'x');  // with ".tmp" longer than a file name may be
+
+    EXPECT_FALSE(write("c.bin", name));
+
+    EXPECT_THAT(messages, ElementsAre("ERROR: Cannot write /mnt/cn/cfdrive/" + name + ".tmp. Error code: 256\n"));
+    EXPECT_THAT(onDrive(), IsEmpty());
+}
+
+TEST_F(FileSystemWriterTest, TellsWhenTheSourceCannotBeCopied)
+{
+    prepareDrive();
+    fs::create_directory(fs::path(archive->path()) / "folder.bin");
+
+    EXPECT_FALSE(write("folder.bin", "c.bin"));
+
+    EXPECT_THAT(messages, ElementsAre("ERROR: Cannot write /mnt/cn/cfdrive/c.bin.tmp. Error code: 256\n"));
+    EXPECT_THAT(onDrive(), IsEmpty());
+}
+
+TEST_F(FileSystemWriterTest, TellsWhenTheOldFileCannotBeDeleted)
+{
+    prepareDrive();
+    put(drive() / "c.bin/inside.txt", "a folder in the file's place");
+
+    EXPECT_FALSE(write("c.bin", "c.bin"));
+
+    EXPECT_THAT(messages, ElementsAre("ERROR: Cannot delete /mnt/cn/cfdrive/c.bin.\n"));
+    EXPECT_THAT(onDrive(), ElementsAre("c.bin.tmp", "c.bin/", "c.bin/inside.txt"));
+    EXPECT_THAT(trace(), IsEmpty());
+}
+
+TEST_F(FileSystemWriterTest, EmptiesTheMessagesAlsoBeforeAFailure)
+{
+    prepareDrive();
+    EXPECT_FALSE(write("missing.bin", "c.bin"));
+    EXPECT_FALSE(write("missing.bin", "c.bin"));
+
+    EXPECT_EQ(messages.size(), 1u);
+}
+
+TEST_F(FileSystemWriterTest, WritesFilesThatTheTargetDoesNotHaveYet)
+{
+    hasFlashDrive = true;
+    addFileElement(1, 1, "a/new.bin");
+    prepare();
+
+    EXPECT_TRUE(update());
+
+    EXPECT_EQ(contentOf(drive() / "a/new.bin"), "content of b1f1.bin");
+}

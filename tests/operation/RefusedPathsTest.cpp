@@ -1,0 +1,283 @@
+// Paths that are not written to the flash drive: no archive can leave the drive or run a command on the target.
+#include "operation/FlashDriveTest.h"
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// File names that a shell would not take literally. Where one of them runs a command, it makes a file "marker".
+const std::vector<std::string> unsafeNames = {"two words.bin",
+                                              " leading.bin",
+                                              "trailing.bin ",
+                                              "tab\tbed.bin",
+                                              "line\nfeed.bin",
+                                              "return\rcr.bin",
+                                              "bell\a.bin",
+                                              "escape\x1b[0m.bin",
+                                              "delete\x7f.bin",
+                                              "one\x01.bin",
+                                              "x;touch marker",
+                                              "x|touch marker",
+                                              "x&touch marker",
+                                              "x&&touch marker",
+                                              "x\ntouch marker",
+                                              "$(touch marker)",
+                                              "`touch marker`",
+                                              "$HOME.bin",
+                                              "${HOME}.bin",
+                                              "x;y.bin",
+                                              "x|y.bin",
+                                              "x&y.bin",
+                                              "x$y.bin",
+                                              "x`y.bin",
+                                              "x(y.bin",
+                                              "x)y.bin",
+                                              "x<y.bin",
+                                              "x>marker",
+                                              "x*y.bin",
+                                              "x?y.bin",
+                                              "x[y.bin",
+                                              "x]y.bin",
+                                              "x{y.bin",
+                                              "x}y.bin",
+                                              "x{a,b}.bin",
+                                              "x!y.bin",
+                                              "#x.bin",
+                                              "x#y.bin",
+                                              "~x.bin",
+                                              "x'y.bin",
+                                              "x\"y.bin",
+                                              "x\\y.bin",
+                                              "x^y.bin",
+                                              "[a-z].bin",
+                                              "x>>marker",
+                                              "x<(touch marker)",
+                                              "'$(touch marker)'",
+                                              "\"$(touch marker)\"",
+                                              "\\$(touch marker)",
+                                              "x\vy.bin"};
+
+}  // namespace
+
+class RefusedPathsTest : public FlashDriveTest {
+protected:
+    // As prepareDrive, with a working folder of its own in which a command that is run would leave its marker.
+    void prepareDriveAndMarker()
+    {
+        prepareDrive();
+        before = fs::current_path();
+        fs::current_path(here.path());
+    }
+
+    void TearDown() override
+    {
+        if (!before.empty()) {
+            fs::current_path(before);
+        }
+    }
+
+    void expectNothingDone(const std::string& what)
+    {
+        EXPECT_THAT(onDrive(), IsEmpty()) << what;
+        EXPECT_THAT(below(here.path()), IsEmpty()) << what;
+        EXPECT_THAT(trace(), IsEmpty()) << what;
+    }
+
+    TempDir here;
+    fs::path before;
+};
+
+TEST_F(RefusedPathsTest, RefusesUnsafeLocations)
+{
+    prepareDriveAndMarker();
+
+    for (const std::string& name : unsafeNames) {
+        EXPECT_FALSE(write("c.bin", name)) << name;
+
+        EXPECT_THAT(messages, ElementsAre("ERROR: Cannot write /mnt/cn/cfdrive/" + name + ".tmp. Error code: 22\n"));
+        expectNothingDone(name);
+    }
+}
+
+TEST_F(RefusedPathsTest, RefusesUnsafeFoldersBeforeItMakesThem)
+{
+    prepareDriveAndMarker();
+
+    for (const std::string& name : unsafeNames) {
+        EXPECT_FALSE(write("c.bin", "good/" + name + "/c.bin")) << name;
+
+        EXPECT_THAT(messages,
+                    ElementsAre("ERROR: Cannot write /mnt/cn/cfdrive/good/" + name + "/c.bin.tmp. Error code: 22\n"));
+        expectNothingDone(name);
+    }
+}
+
+TEST_F(RefusedPathsTest, RefusesUnsafeSources)
+{
+    prepareDriveAndMarker();
+
+    for (const std::string& name : unsafeNames) {
+        archive->addFile(name, "content");
+
+        EXPECT_FALSE(write(name, "a/c.bin")) << name;
+
+        EXPECT_THAT(messages, ElementsAre("ERROR: Cannot write /mnt/cn/cfdrive/a/c.bin.tmp. Error code: 22\n")) << name;
+        expectNothingDone(name);
+    }
+}
+
+TEST_F(RefusedPathsTest, ChangesNoFileOfTheDriveWhenItRefuses)
+{
+    prepareDriveAndMarker();
+    put(drive() / "c.bin", "old");
+    archive->addFile("x y.bin", "new");
+
+    EXPECT_FALSE(write("x y.bin", "c.bin"));
+
+    EXPECT_THAT(onDrive(), ElementsAre("c.bin"));
+    EXPECT_EQ(contentOf(drive() / "c.bin"), "old");
+}
+
+TEST_F(RefusedPathsTest, NamesAMissingUnsafeSourceAsMissing)
+{
+    prepareDriveAndMarker();
+
+    EXPECT_FALSE(write("x;touch marker", "c d.bin"));
+
+    EXPECT_THAT(messages, ElementsAre("ERROR: File " + archive->path() + "/x;touch marker does not exist.\n"));
+    expectNothingDone("missing source");
+}
+
+TEST_F(RefusedPathsTest, RefusesAnUnsafeArchivePath)
+{
+    prepareDriveAndMarker();
+    TempDir parent;
+    parent.write("my archive/c.bin", "content");
+    ZoNTrellanUpdater::ZoTOptions other = options;
+    other.archivePath = (parent.path() / "my archive").string();
+    ZoCTrellanUpdater otherUpdater(other);
+    ZoNUpdateArchive::ZoSUpdateFile file;
+    file.name = "c.bin";
+
+    EXPECT_FALSE(otherUpdater.getOperation().writeFileSystemElement(file, "c.bin", messages));
+
+    EXPECT_THAT(messages, ElementsAre("ERROR: Cannot write /mnt/cn/cfdrive/c.bin.tmp. Error code: 22\n"));
+    expectNothingDone("archive path");
+}
+
+TEST_F(RefusedPathsTest, RefusesASourceThatLooksLikeAnOption)
+{
+    prepareDriveAndMarker();
+    fs::current_path(archive->path());
+    archive->addFile("-r/c.bin", "content");
+    ZoNTrellanUpdater::ZoTOptions other = options;
+    other.archivePath = "-r";
+    ZoCTrellanUpdater otherUpdater(other);
+    ZoNUpdateArchive::ZoSUpdateFile file;
+    file.name = "c.bin";
+
+    EXPECT_FALSE(otherUpdater.getOperation().writeFileSystemElement(file, "c.bin", messages));
+
+    EXPECT_THAT(messages, ElementsAre("ERROR: Cannot write /mnt/cn/cfdrive/c.bin.tmp. Error code: 22\n"));
+    expectNothingDone("dash");
+}
+
+TEST_F(RefusedPathsTest, TakesADashInsideThePaths)
+{
+    prepareDriveAndMarker();
+    archive->addFile("-r.bin", "content");
+
+    EXPECT_TRUE(write("-r.bin", "-a/-f.bin"));
+
+    EXPECT_THAT(onDrive(), ElementsAre("-a/", "-a/-f.bin"));
+}
+
+TEST_F(RefusedPathsTest, RefusesLocationsThatLeaveTheDrive)
+{
+    prepareDriveAndMarker();
+    const fs::path beside = drive().parent_path();
+    const std::vector<std::string> around = below(beside);
+
+    for (const std::string location :
+         {"..", "../x.bin", "/../x.bin", "./../x.bin", "a/../../x.bin", "a/b/../../../x.bin", "a/./../../x.bin",
+          "a//../../x.bin", "a/../../../../tmp/x.bin", "../../../etc/x.bin", "a/../..", "..//x.bin"}) {
+        EXPECT_FALSE(write("c.bin", location)) << location;
+
+        EXPECT_THAT(messages, ElementsAre("ERROR: Invalid target file path: /mnt/cn/cfdrive/" + location + "\n"));
+        expectNothingDone(location);
+    }
+    EXPECT_EQ(below(beside), around);
+    EXPECT_FALSE(fs::exists("/mnt/cn/x.bin"));
+}
+
+TEST_F(RefusedPathsTest, RefusesToLeaveTheDriveBeforeItLooksForTheSource)
+{
+    prepareDriveAndMarker();
+
+    EXPECT_FALSE(write("missing.bin", "../x y.bin"));
+
+    EXPECT_THAT(messages, ElementsAre("ERROR: Invalid target file path: /mnt/cn/cfdrive/../x y.bin\n"));
+}
+
+TEST_F(RefusedPathsTest, WritesLocationsThatStayOnTheDrive)
+{
+    prepareDriveAndMarker();
+    fs::create_directories(drive() / "a/b");
+
+    EXPECT_TRUE(write("c.bin", "a/../1.bin"));
+    EXPECT_TRUE(write("c.bin", "a/b/../2.bin"));
+    EXPECT_TRUE(write("c.bin", "a/b/../../3.bin"));
+    EXPECT_TRUE(write("c.bin", "./4.bin"));
+    EXPECT_TRUE(write("c.bin", "..5.bin"));
+    EXPECT_TRUE(write("c.bin", "6..bin"));
+    EXPECT_TRUE(write("c.bin", ".../7.bin"));
+    EXPECT_TRUE(write("c.bin", "..a/8.bin"));
+
+    EXPECT_THAT(messages, IsEmpty());
+    EXPECT_THAT(onDrive(), ElementsAre(".../", ".../7.bin", "..5.bin", "..a/", "..a/8.bin", "1.bin", "3.bin", "4.bin",
+                                       "6..bin", "a/", "a/2.bin", "a/b/"));
+}
+
+TEST_F(RefusedPathsTest, WritesNamesThatAShellTakesLiterally)
+{
+    prepareDriveAndMarker();
+
+    for (const std::string name : {"a+b.bin", "a,b.bin", "a=b.bin", "a@b.bin", "a%b.bin", "a%s%n.bin", "a:b.bin",
+                                   "a_b-c.bin", "GROSS.BIN", "gr\xc3\xbcn.bin"}) {
+        archive->addFile(name, "content of " + name);
+
+        EXPECT_TRUE(write(name, name)) << name;
+
+        EXPECT_THAT(messages, IsEmpty()) << name;
+        EXPECT_EQ(contentOf(drive() / name), "content of " + name);
+    }
+}
+
+TEST_F(RefusedPathsTest, FailsTheUpdateOfAnElementWithAnUnsafeLocation)
+{
+    hasFlashDrive = true;
+    addFileElement(1, 1, "$(touch marker)/c.bin");
+    addFileElement(1, 2, "../d.bin");
+    prepare();
+    before = fs::current_path();
+    fs::current_path(here.path());
+
+    EXPECT_FALSE(update());
+
+    EXPECT_EQ(journal->text(),
+              "\nUpdating:\n"
+              "        Board 1, SN 1, File 1                           [ERROR]\n"
+              "            ERROR: Cannot write /mnt/cn/cfdrive/$(touch marker)/c.bin.tmp. Error code: 22\n"
+              "        Board 1, SN 1, File 2                           [ERROR]\n"
+              "            ERROR: Invalid target file path: /mnt/cn/cfdrive/../d.bin\n"
+              "[ERROR]\n"
+              "\nResults:\n"
+              "    ERROR: Board 1, SN 1, File 1:\n"
+              "    ERROR: Board 1, SN 1, File 2:\n"
+              "\n    Update failed!\n");
+    EXPECT_THAT(onDrive(), IsEmpty());
+    EXPECT_THAT(below(here.path()), IsEmpty());
+}
