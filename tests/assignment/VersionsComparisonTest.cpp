@@ -1,0 +1,157 @@
+// The comparison of installed and available versions, to the character.
+#include "assignment/AssignmentFixture.h"
+
+namespace {
+
+class VersionsComparisonTest : public AssignmentFixture {
+protected:
+    std::string table()
+    {
+        assignment().makeAssignment();
+        printed();
+        assignment().printVersionsComparison();
+        return printed();
+    }
+};
+
+TEST_F(VersionsComparisonTest, WithoutElementsThereIsOnlyTheHeader)
+{
+    EXPECT_EQ(table(),
+              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase\n"
+              "-----------------------------------------------------------------------------\n");
+}
+
+TEST_F(VersionsComparisonTest, ShowsInstalledAndAvailableVersionsAndThePhase)
+{
+    addFileForId(1, {{"version", "1.1"}, {"checksumCrc32", 9}, {"sequence", 5}});
+    addFileForId(2, {{"version", "23.2a12"}, {"checksumCrc32", 8}, {"sequence", 2}});
+    addElement({.id = 1, .version = "1.0", .hasChecksum = true, .checksum = 7});
+    addElement({.id = 2, .version = "23.1", .hasChecksum = true, .checksum = 8});
+    EXPECT_EQ(table(),
+              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase\n"
+              "-----------------------------------------------------------------------------\n"
+              "0   | Element 0      | 1.0       | 1.1       | 7 != 9    | N          | 1    \n"
+              "1   | Element 1      | 23.1      | 23.2a12   | 8 == 8    | N          | 0    \n");
+}
+
+TEST_F(VersionsComparisonTest, AnElementThatIsUpToDateHasNoPhase)
+{
+    addFileForId(1, {{"version", "1.0"}, {"checksumCrc32", 7}});
+    addElement({.version = "1.0", .hasChecksum = true, .checksum = 7});
+    EXPECT_EQ(table(),
+              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase\n"
+              "-----------------------------------------------------------------------------\n"
+              "0   | Element 0      | 1.0       | 1.0       | 7 == 7    | Y          | -    \n");
+}
+
+TEST_F(VersionsComparisonTest, AForcedUpdateOfSuchAnElementHasAPhase)
+{
+    options.force = true;
+    addFileForId(1, {{"version", "1.0"}, {"checksumCrc32", 7}});
+    addElement({.version = "1.0", .hasChecksum = true, .checksum = 7});
+    EXPECT_EQ(table(),
+              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase\n"
+              "-----------------------------------------------------------------------------\n"
+              "0   | Element 0      | 1.0       | 1.0       | 7 == 7    | Y          | 0    \n");
+}
+
+TEST_F(VersionsComparisonTest, AnElementWithoutAFileShowsWhatItHas)
+{
+    addElement({.version = "1.0", .hasChecksum = true, .checksum = 7});
+    addElement({.version = "1.0", .hasChecksum = false, .checksum = 7});
+    addElement();
+    EXPECT_EQ(table(),
+              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase\n"
+              "-----------------------------------------------------------------------------\n"
+              "0   | Element 0      | 1.0       | ---       | 7 != ---  |            | -    \n"
+              "1   | Element 1      | 1.0       | ---       |           |            | -    \n"
+              "2   | Element 2      | ---       | ---       |           |            | -    \n");
+}
+
+TEST_F(VersionsComparisonTest, AFileWithoutAVersionShowsDashes)
+{
+    addFileForId(1, {{"version", nullptr}, {"checksumCrc32", 8}});
+    addElement({.version = "1.0", .hasChecksum = true, .checksum = 7});
+    EXPECT_EQ(table(),
+              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase\n"
+              "-----------------------------------------------------------------------------\n"
+              "0   | Element 0      | 1.0       | ---       | 7 != 8    | N          | 0    \n");
+}
+
+TEST_F(VersionsComparisonTest, AnElementWithoutAChecksumDiffersFromAnyFile)
+{
+    addFileForId(1, {{"version", "1.0"}, {"checksumCrc32", 0}});
+    addElement({.version = "1.0"});
+    EXPECT_EQ(table(),
+              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase\n"
+              "-----------------------------------------------------------------------------\n"
+              "0   | Element 0      | 1.0       | 1.0       | --- != 0  | Y          | -    \n");
+}
+
+TEST_F(VersionsComparisonTest, AFilesUnknownChecksumIsShownAsItIs)
+{
+    addFileForId(1, {{"version", "1.0"}});
+    addElement({.hasChecksum = true, .checksum = 4294967295u});
+    addElement();
+    EXPECT_EQ(table(),
+              "No. | Update element | Installed | Available | Checksums                | Up-to-date | Phase\n"
+              "--------------------------------------------------------------------------------------------\n"
+              "0   | Element 0      | ---       | 1.0       | 4294967295 != 4294967294 | N          | 0    \n"
+              "1   | Element 1      | ---       | 1.0       | --- != 4294967294        | N          | 0    \n");
+}
+
+TEST_F(VersionsComparisonTest, InvalidAndInactiveElementsAreMarked)
+{
+    addElement().valid = false;
+    addElement().active = false;
+    Element& both = addElement();
+    both.valid = false;
+    both.active = false;
+    addElement();
+    EXPECT_EQ(table(),
+              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase |           \n"
+              "------------------------------------------------------------------------------------------\n"
+              "0   | Element 0      | ---       | ---       |           |            | -     | [INVALID] \n"
+              "1   | Element 1      | ---       | ---       |           |            | -     | [INACTIVE]\n"
+              "2   | Element 2      | ---       | ---       |           |            | -     | [INVALID] \n"
+              "3   | Element 3      | ---       | ---       |           |            | -     |           \n");
+}
+
+TEST_F(VersionsComparisonTest, AnInactiveFileSystemElementIsNotMarkedAndAnInvalidOneIs)
+{
+    addFileElement("/a").active = false;
+    addFileElement("/b").valid = false;
+    EXPECT_EQ(table(),
+              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase |          \n"
+              "-----------------------------------------------------------------------------------------\n"
+              "0   | Element 0      | ---       | ---       |           |            | -     |          \n"
+              "1   | Element 1      | ---       | ---       |           |            | -     | [INVALID]\n");
+}
+
+TEST_F(VersionsComparisonTest, DisabledElementsAreNumberedToo)
+{
+    addFileForId(1, {{"version", "1.1"}, {"checksumCrc32", 8}});
+    addElement({.version = "1.0"}).disabled = true;
+    addElement({.version = "1.0"});
+    EXPECT_EQ(table(),
+              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase\n"
+              "-----------------------------------------------------------------------------\n"
+              "0   | Element 0      | 1.0       | 1.1       | --- != 8  | N          | -    \n"
+              "1   | Element 1      | 1.0       | 1.1       | --- != 8  | N          | 0    \n");
+}
+
+TEST_F(VersionsComparisonTest, NewFileSystemElementsFollow)
+{
+    makeTemplate({{"PRODUCT/NAME", "Board"}});
+    addFileForId(1, {{"version", "1.1"}, {"checksumCrc32", 8}, {"sequence", 3}});
+    addFile({{"boardType", "T"}, {"targetPath", "/a/b"}, {"version", "2.0"}, {"checksumCrc32", 9}, {"sequence", 4}});
+    addElement({.version = "1.0"});
+    EXPECT_EQ(
+        table(),
+        "No. | Update element            | Installed | Available | Checksums | Up-to-date | Phase |          \n"
+        "----------------------------------------------------------------------------------------------------\n"
+        "0   | Element 0                 | 1.0       | 1.1       | --- != 8  | N          | 0     |          \n"
+        "1   | Board, Updatable file (b) | ---       | 2.0       | --- != 9  | N          | 1     | [INVALID]\n");
+}
+
+}  // namespace
