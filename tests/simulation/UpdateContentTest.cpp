@@ -1,0 +1,124 @@
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+#include "simulation/target/UpdateContent.h"
+#include "support/TempDir.h"
+#include "support/UpdateFiles.h"
+
+using TrellanSimulation::fileChecksum;
+using TrellanSimulation::readUpdateContent;
+using TrellanSimulation::UpdateContent;
+
+namespace {
+
+UpdateContent contentOf(std::string_view bytes)
+{
+    const TempDir folder;
+    return readUpdateContent(folder.write("update.bin", bytes)).value();
+}
+
+constexpr auto noText = std::nullopt;
+
+// CRC-32 of these nine digits, the usual check value.
+constexpr std::string_view digits = "123456789";
+constexpr std::uint32_t digitsChecksum = 0xCBF43926;
+
+}  // namespace
+
+TEST(UpdateContent, OfABinaryFileIsInItsHeader)
+{
+    UpdateFiles::BinaryHeader header;
+    header.checksum = 0x89ABCDEF;
+    header.version = {23, 2, 1};
+    header.releaseCode = 10;
+    header.versionComponent5 = 258;
+    header.versionComponent6 = 3;
+    const UpdateContent content = contentOf(UpdateFiles::binaryFile(header, 1500));
+    EXPECT_EQ(content.size, 1500U);
+    EXPECT_EQ(content.checksum, 0x89ABCDEFU);
+    EXPECT_EQ(content.version, "23.2.1a258p3");
+}
+
+TEST(UpdateContent, OfABinaryFileHasAStageByItsReleaseCode)
+{
+    UpdateFiles::BinaryHeader header;
+    header.version = {5, 0, 0};
+    header.versionComponent5 = 4;
+    header.releaseCode = 11;
+    EXPECT_EQ(contentOf(UpdateFiles::binaryFile(header)).version, "5.0b4");
+    header.releaseCode = 12;
+    EXPECT_EQ(contentOf(UpdateFiles::binaryFile(header)).version, "5.0r4");
+}
+
+TEST(UpdateContent, OfABinaryFileMayEndBehindTheMagic)
+{
+    const UpdateContent content = contentOf(UpdateFiles::binaryFile({}, 48));
+    EXPECT_EQ(content.checksum, 0U);
+    EXPECT_EQ(content.version, "0.0");
+}
+
+TEST(UpdateContent, OfABitstreamIsItsChecksum)
+{
+    const UpdateContent content = contentOf(UpdateFiles::bitstreamFile(0x89ABCDEF) + "bits");
+    EXPECT_EQ(content.size, 96U);
+    EXPECT_EQ(content.checksum, 0x89ABCDEFU);
+    EXPECT_EQ(content.version, noText);
+}
+
+TEST(UpdateContent, OfABitstreamWithAShortHeaderIsNothing)
+{
+    const UpdateContent content = contentOf(UpdateFiles::bitstreamFile(0x89ABCDEF, 91));
+    EXPECT_EQ(content.checksum, std::nullopt);
+    EXPECT_EQ(content.version, noText);
+}
+
+TEST(UpdateContent, OfAnInventoryFileIsInItsTree)
+{
+    const UpdateContent content =
+        contentOf(UpdateFiles::inventoryFile({{"FIRMWARE/CHECKSUM_CRC32", 7}, {"FIRMWARE/VERSION", "1.02"}}));
+    EXPECT_EQ(content.checksum, 7U);
+    EXPECT_EQ(content.version, "1.02");
+}
+
+TEST(UpdateContent, OfAnInventoryFileHasTheChecksumThatTheFileStates)
+{
+    const UpdateContent content = contentOf(UpdateFiles::inventoryFile({{"FIRMWARE/CHECKSUM_CRC32", 7}}, 8));
+    EXPECT_EQ(content.checksum, 8U);
+    EXPECT_EQ(content.version, noText);
+}
+
+TEST(UpdateContent, OfAnInventoryFileIsNothingWhereTheTreeHasNothing)
+{
+    const UpdateContent content = contentOf(UpdateFiles::inventoryFile({{"FIRMWARE/CHECKSUM_CRC32", "7"}}));
+    EXPECT_EQ(content.checksum, std::nullopt);
+    EXPECT_EQ(content.version, noText);
+}
+
+TEST(UpdateContent, OfAnyOtherFileIsTheChecksumOfItsBytes)
+{
+    const UpdateContent content = contentOf(digits);
+    EXPECT_EQ(content.size, 9U);
+    EXPECT_EQ(content.checksum, digitsChecksum);
+    EXPECT_EQ(content.version, noText);
+    EXPECT_EQ(contentOf("").checksum, 0U);
+    EXPECT_EQ(contentOf("{}").checksum, 0xA3A6BF43U);
+    EXPECT_EQ(contentOf(std::string(200000, 'x')).checksum, 0x51BF0272U);
+}
+
+TEST(UpdateContent, OfABrokenHeaderIsTheChecksumOfTheBytes)
+{
+    for (const std::string& bytes : {UpdateFiles::bitstreamFile(1, 92, 2), UpdateFiles::bitstreamFile(1).substr(0, 91),
+                                     UpdateFiles::binaryFile({}, 47), std::string(R"({"inventoryTree": {}})")}) {
+        const auto expected = crc32(0, reinterpret_cast<const Bytef*>(bytes.data()), static_cast<uInt>(bytes.size()));
+        EXPECT_EQ(contentOf(bytes).checksum, expected);
+    }
+}
+
+TEST(UpdateContent, IsMissingWhereNoFileCanBeRead)
+{
+    EXPECT_FALSE(readUpdateContent("/nowhere/update.bin"));
+    EXPECT_FALSE(readUpdateContent("/tmp"));
+    EXPECT_FALSE(readUpdateContent("/dev/null"));
+    EXPECT_FALSE(readUpdateContent(""));
+    EXPECT_FALSE(fileChecksum("/tmp"));
+}
