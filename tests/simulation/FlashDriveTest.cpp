@@ -1,0 +1,161 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <set>
+
+#include "Device.h"
+#include "support/SimulatedTarget.h"
+#include "support/TargetBuilder.h"
+
+using namespace ZoNInventoryIDs;
+using nlohmann::ordered_json;
+namespace fs = std::filesystem;
+
+namespace {
+
+const fs::path drive = "/mnt/cn/cfdrive";
+
+// A target whose flash drive is the folder "flash" beside it, with file elements at `locations`.
+ordered_json document(const std::vector<std::string>& locations)
+{
+    std::vector<ordered_json> elements;
+    for (const std::string& location : locations) {
+        ordered_json parameters = {{"LOCATION", location}, {"VALID", 0}};
+        elements.push_back(fileElement(static_cast<unsigned>(elements.size()) + 1, parameters));
+    }
+    ordered_json whole = target({board("CN", {}, elements)});
+    whole["flashDrive"] = "flash";
+    return whole;
+}
+
+// Such a target, its flash drive still empty.
+class FlashTarget {
+public:
+    explicit FlashTarget(const std::vector<std::string>& locations = {}) : target(document(locations))
+    {
+        fs::create_directory(flash());
+    }
+
+    fs::path flash() const { return target.folder() / "flash"; }
+
+    SimulatedTarget target;
+};
+
+std::set<std::string> namesIn(const fs::path& folder)
+{
+    std::set<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder)) {
+        names.insert(entry.path().filename());
+    }
+    return names;
+}
+
+}  // namespace
+
+TEST(FlashDrive, IsTheFolderBesideTheTargetFile)
+{
+    const FlashTarget device;
+    const Scan scan;
+    ASSERT_EQ(scan.result, 0) << scan.errors.text(0);
+    std::ofstream(drive / "a.txt") << "written";
+    EXPECT_EQ(namesIn(device.flash()), (std::set<std::string>{"a.txt"}));
+}
+
+TEST(FlashDrive, LeavesTheRestBelowMntVisible)
+{
+    std::set<std::string> expected = namesIn("/mnt");
+    expected.insert("cn");
+    const FlashTarget device;
+    const Scan scan;
+    ASSERT_EQ(scan.result, 0) << scan.errors.text(0);
+    EXPECT_EQ(namesIn("/mnt"), expected);
+    for (const std::string& name : expected) {
+        EXPECT_FALSE(namesIn("/mnt/cn").empty());
+        EXPECT_TRUE(fs::exists(fs::symlink_status("/mnt/" + name)));
+    }
+}
+
+TEST(FlashDrive, BelongsToTheTargetOfTheLastScan)
+{
+    const FlashTarget first;
+    std::ofstream(first.flash() / "first") << "1";
+    {
+        const Scan scan;
+        ASSERT_EQ(scan.result, 0) << scan.errors.text(0);
+        EXPECT_EQ(namesIn(drive), (std::set<std::string>{"first"}));
+    }
+    const FlashTarget second;
+    std::ofstream(second.flash() / "second") << "2";
+    const Scan scan;
+    ASSERT_EQ(scan.result, 0) << scan.errors.text(0);
+    EXPECT_EQ(namesIn(drive), (std::set<std::string>{"second"}));
+    const Scan again;
+    EXPECT_EQ(namesIn(drive), (std::set<std::string>{"second"}));
+}
+
+TEST(FlashDrive, KeepsRelativePathsGood)
+{
+    const FlashTarget device;
+    const fs::path before = fs::current_path();
+    fs::current_path(device.target.folder());
+    ::setenv("TRELLAN_TARGET", "target.json", 1);
+    const Scan scan;
+    EXPECT_EQ(scan.result, 0);
+    EXPECT_EQ(fs::current_path(), device.target.folder());
+    std::ofstream("flash/b.txt") << "written";
+    EXPECT_TRUE(fs::exists(drive / "b.txt"));
+    fs::current_path(before);
+}
+
+TEST(FlashDrive, MustExist)
+{
+    const FlashTarget device;
+    fs::remove(device.flash());
+    testing::internal::CaptureStderr();
+    const Scan scan;
+    const std::string printed = testing::internal::GetCapturedStderr();
+    EXPECT_NE(scan.result, 0);
+    EXPECT_EQ(scan.tree, nullptr);
+    ASSERT_EQ(scan.errors.count(), 1U);
+    EXPECT_EQ(scan.errors.code(0), 0x26300007U);
+    const std::string text = "The target file " + device.target.path().string() + " cannot be read: flash drive " +
+                             device.flash().string() + ": No such file or directory.";
+    EXPECT_EQ(scan.errors.text(0), text);
+    EXPECT_EQ(printed, "ERROR 0x26300007: " + text + "\n");
+}
+
+TEST(FlashDrive, MustBeAFolder)
+{
+    const FlashTarget device;
+    fs::remove(device.flash());
+    std::ofstream(device.flash()) << "file";
+    testing::internal::CaptureStderr();
+    const Scan scan;
+    testing::internal::GetCapturedStderr();
+    ASSERT_EQ(scan.errors.count(), 1U);
+    EXPECT_EQ(scan.errors.text(0), "The target file " + device.target.path().string() +
+                                       " cannot be read: flash drive " + device.flash().string() +
+                                       ": Not a directory.");
+}
+
+TEST(FlashDrive, MakesElementsValidWhoseFileIsThere)
+{
+    const FlashTarget device({"etc/digits.txt", "missing.txt", "etc", ""});
+    fs::create_directory(device.flash() / "etc");
+    std::ofstream(device.flash() / "etc" / "digits.txt") << "123456789";
+    const ordered_json before = device.target.document();
+    const Scan scan;
+    ASSERT_EQ(scan.result, 0);
+    ErrorPool errors;
+    const ZoCInventoryItem& info = scan.item(CN / UPDATE_INFO);
+    const ZoCInventoryItem& present = *info.getItem(FILESYSTEM_ELEMENT);
+    EXPECT_EQ(present.getValue<unsigned char>(errors, VALID), 1);
+    EXPECT_EQ(present.getValue<unsigned>(errors, CHECKSUM_CRC32), 0xCBF43926U);
+    for (unsigned index = 2; index <= 4; ++index) {
+        const ZoCInventoryItem& absent = *info.getItem(FILESYSTEM_ELEMENT[index]);
+        EXPECT_EQ(absent.getValue<unsigned char>(errors, VALID), 0);
+        EXPECT_EQ(absent.getParameter(CHECKSUM_CRC32), nullptr);
+    }
+    EXPECT_EQ(errors.count(), 0U);
+    EXPECT_EQ(device.target.document(), before);
+}
