@@ -1,0 +1,163 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "Device.h"
+#include "simulation/base/Resources.h"
+#include "support/SimulatedTarget.h"
+#include "support/TargetBuilder.h"
+
+using nlohmann::ordered_json;
+
+namespace {
+
+// Runs `action` in a process of its own and returns its exit status.
+template <class Action>
+int inAnotherProcess(Action action)
+{
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::_exit(action());
+    }
+    int status = -1;
+    EXPECT_EQ(::waitpid(child, &status, 0), child);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+void expectLocked(Session& session)
+{
+    EXPECT_EQ(session.handle, 0U);
+    ASSERT_EQ(session.errors.count(), 1U);
+    EXPECT_EQ(session.errors.code(0), 0x26300003U);
+    EXPECT_EQ(session.errors.text(0), "The target is locked by another process.");
+}
+
+}  // namespace
+
+TEST(Lock, HasTheNextHandleEachTime)
+{
+    const SimulatedTarget device(target({}));
+    const Scan scan;
+    unsigned first = 0;
+    {
+        const Session session;
+        first = session.handle;
+    }
+    EXPECT_GE(first, 1U);
+    const Session session;
+    EXPECT_EQ(session.handle, first + 1);
+}
+
+TEST(Lock, KeepsItsFileBesideTheTarget)
+{
+    const SimulatedTarget device(target({}));
+    const auto file = device.folder() / "target.json.lock";
+    const Scan scan;
+    EXPECT_FALSE(std::filesystem::exists(file));
+    Session session;
+    EXPECT_TRUE(std::filesystem::exists(file));
+    session.unlock();
+    EXPECT_TRUE(std::filesystem::exists(file));
+}
+
+TEST(Lock, RefusesASecondLockOfTheSameProcess)
+{
+    const SimulatedTarget device(target({}));
+    const Scan scan;
+    const Session first;
+    Session second;
+    expectLocked(second);
+}
+
+TEST(Lock, IsRefusedWhileAnotherProcessHasIt)
+{
+    const SimulatedTarget device(target({}));
+    const Scan scan;
+    Session session;
+    EXPECT_EQ(inAnotherProcess([&] {
+                  const int file = ::open((device.folder() / "target.json.lock").c_str(), O_RDWR);
+                  return ::flock(file, LOCK_EX | LOCK_NB) == 0 ? 0 : 1;
+              }),
+              1);
+    session.unlock();
+    EXPECT_EQ(inAnotherProcess([&] {
+                  const int file = ::open((device.folder() / "target.json.lock").c_str(), O_RDWR);
+                  return ::flock(file, LOCK_EX | LOCK_NB) == 0 ? 0 : 1;
+              }),
+              0);
+}
+
+TEST(Lock, RespectsTheLockOfAnotherProcess)
+{
+    const SimulatedTarget device(target({}));
+    const Scan scan;
+    const int file = ::open((device.folder() / "target.json.lock").c_str(), O_RDWR | O_CREAT, 0666);
+    ASSERT_EQ(::flock(file, LOCK_EX), 0);
+    {
+        Session refused;
+        expectLocked(refused);
+    }
+    ::close(file);
+    const Session session;
+    EXPECT_NE(session.handle, 0U);
+}
+
+TEST(Lock, IsFreeAgainWhenItsProcessDies)
+{
+    const SimulatedTarget device(target({}));
+    const Scan scan;
+    ASSERT_EQ(inAnotherProcess([] {
+                  unsigned handle = 0;
+                  ErrorPool errors;
+                  Session::manager().lock(errors, 0x10003, handle);
+                  return handle != 0 ? 0 : 1;
+              }),
+              0);
+    const Session session;
+    EXPECT_NE(session.handle, 0U);
+}
+
+TEST(Lock, ReportsATargetFileThatIsNoneAnyMore)
+{
+    const SimulatedTarget device(target({}));
+    const Scan scan;
+    std::ofstream(device.path()) << "{}";
+    Session session;
+    EXPECT_EQ(session.handle, 0U);
+    ASSERT_EQ(session.errors.count(), 1U);
+    EXPECT_EQ(session.errors.code(0), 0x26300007U);
+    EXPECT_EQ(session.errors.text(0), "The target file " + device.path().string() + " cannot be read: tree: missing.");
+    EXPECT_EQ(TrellanSimulation::resources().locks, 0);
+    std::ofstream(device.path()) << R"({"tree": {"id": "ROOT"}})";
+    const Session again;
+    EXPECT_NE(again.handle, 0U);
+}
+
+TEST(Lock, ReportsALockFileThatCannotBeOpened)
+{
+    const SimulatedTarget device(target({}));
+    const Scan scan;
+    const std::string file = device.folder() / "target.json.lock";
+    std::filesystem::create_directory(file);
+    Session session;
+    EXPECT_EQ(session.handle, 0U);
+    ASSERT_EQ(session.errors.count(), 1U);
+    EXPECT_EQ(session.errors.code(0), 0x26300007U);
+    EXPECT_EQ(session.errors.text(0),
+              "The target file " + device.path().string() + " cannot be read: open " + file + ": Is a directory.");
+}
+
+TEST(Lock, IsCountedUntilItIsGivenBack)
+{
+    const SimulatedTarget device(target({}));
+    const Scan scan;
+    EXPECT_EQ(TrellanSimulation::resources().locks, 0);
+    Session session;
+    EXPECT_EQ(TrellanSimulation::resources().locks, 1);
+    session.unlock();
+    EXPECT_EQ(TrellanSimulation::resources().locks, 0);
+}
