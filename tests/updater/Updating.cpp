@@ -1,0 +1,80 @@
+#include "Updating.h"
+
+#include <memory>
+
+using nlohmann::ordered_json;
+using namespace ZoNTrellanUpdater;
+
+ZoTOptions optionsFor(unsigned command, const std::string& archivePath)
+{
+    ZoTOptions options;
+    options.archivePath = archivePath;
+    options.descriptionFileName = "archive.json";
+    options.noProgress = true;
+    options.command = command;
+    return options;
+}
+
+ordered_json processorBoard(std::vector<ordered_json> elements, std::vector<ordered_json> items)
+{
+    return board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}, {"PRODUCT/NAME", "Processor board"}}, elements, items);
+}
+
+ordered_json installedFirmware(unsigned id)
+{
+    return updateElement(id, {{"NAME", "UserFirmware"}, {"VERSION", "23.2"}, {"CHECKSUM_CRC32", 5}});
+}
+
+ordered_json processorTarget()
+{
+    return target({processorBoard({installedFirmware()})});
+}
+
+ordered_json firmwareEntry(ordered_json overrides)
+{
+    ordered_json entry = fileEntry("firmware.bin", {{"version", "23.3"}});
+    entry.update(overrides);
+    return entry;
+}
+
+std::string afterBanner(const std::string& text)
+{
+    const std::string firstLine = "\nVelorant Device Update Tool, Vs 1.0\n";
+    EXPECT_EQ(text.substr(0, firstLine.size()), firstLine);
+    if (text.size() < firstLine.size())
+        return "no banner";
+    const auto noticeEnd = text.find('\n', firstLine.size());
+    EXPECT_NE(noticeEnd, std::string::npos) << "no notice";
+    if (noticeEnd == std::string::npos)
+        return "no notice";
+    EXPECT_GT(noticeEnd, firstLine.size()) << "empty notice";
+    EXPECT_EQ(text.substr(noticeEnd + 1, 2), " \n");
+    return text.substr(std::min(text.size(), noticeEnd + 3));
+}
+
+std::vector<ordered_json> callsOf(const std::string& name, const std::vector<ordered_json>& trace)
+{
+    std::vector<ordered_json> calls;
+    for (const ordered_json& call : trace)
+        if (call.at("call") == name)
+            calls.push_back(call);
+    return calls;
+}
+
+std::vector<ZoTUpdateElement> elementsOf(ZoITrellanUpdater& updater)
+{
+    ZoTUpdateElement* list = nullptr;
+    unsigned count = 0;
+    updater.getUpdateElementList(list, count);
+    const std::unique_ptr<ZoTUpdateElement[]> owner(list);
+    return {list, list + count};
+}
+
+std::vector<ZoTUpdateFile> filesOf(ZoITrellanUpdater& updater)
+{
+    ZoTUpdateFile* list = nullptr;
+    unsigned count = 0;
+    updater.getUpdateFileList(list, count);
+    const std::unique_ptr<ZoTUpdateFile[]> owner(list);
+    return {list, list + count};
+}
