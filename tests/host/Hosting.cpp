@@ -1,0 +1,58 @@
+#include "Hosting.h"
+
+#include <dlfcn.h>
+
+#include <stdexcept>
+
+using nlohmann::ordered_json;
+using namespace ZoNTrellanUpdater;
+
+namespace {
+
+ordered_json element(unsigned id, const std::string& name)
+{
+    return updateElement(id, {{"NAME", name}, {"VERSION", "1.0"}, {"CHECKSUM_CRC32", 5}});
+}
+
+}  // namespace
+
+Library::Library() : handle(::dlopen(TRELLAN_LIBRARY, RTLD_NOW | RTLD_LOCAL))
+{
+    if (handle == nullptr)
+        throw std::runtime_error(::dlerror());
+    void* symbol = ::dlsym(handle, "_ZN17ZoITrellanUpdater14createInstanceEN17ZoNTrellanUpdater10ZoTOptionsE");
+    if (symbol == nullptr)
+        throw std::runtime_error(::dlerror());
+    factory = reinterpret_cast<Factory*>(symbol);
+}
+
+Library::~Library()
+{
+    EXPECT_EQ(::dlclose(handle), 0);
+}
+
+std::unique_ptr<ZoITrellanUpdater> Library::create(const ZoTOptions& options) const
+{
+    return std::unique_ptr<ZoITrellanUpdater>(factory(options));
+}
+
+ZoTOptions optionsFor(unsigned command, const std::string& archivePath)
+{
+    ZoTOptions options;
+    options.archivePath = archivePath;
+    options.descriptionFileName = "archive.json";
+    options.noProgress = true;
+    options.command = command;
+    return options;
+}
+
+ordered_json twoElements()
+{
+    return target({board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}, {"PRODUCT/NAME", "Board"}},
+                         {element(1, "UserFirmware"), element(2, "UserFpga")})});
+}
+
+ordered_json twoFiles()
+{
+    return description({fileEntry("firmware.bin"), fileEntry("fpga.bin", {{"id", 2}, {"sequence", 2}})});
+}
