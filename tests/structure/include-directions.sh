@@ -18,32 +18,34 @@ set -u
 root=${1:?project folder}
 violations=0
 
+# The functions below answer in the variable `answer`: a process for each answer would take most of the time.
+
 # group FILE: the group of a file, named relative to the project's folder.
 group() {
     case $1 in
-        include/*) echo include ;;
-        platform/*) echo platform ;;
-        src/updater/ZoCTrellanUpdater.h | src/*/ZoSUpdate*.h) echo facade ;;
-        src/updater/*.h) echo leaf ;;
-        src/*/*) local folder=${1#src/}; echo "${folder%%/*}" ;;
-        simulation/*) echo simulation ;;
-        tool/*) echo tool ;;
-        *) echo unknown ;;
+        include/*) answer=include ;;
+        platform/*) answer=platform ;;
+        src/updater/ZoCTrellanUpdater.h | src/*/ZoSUpdate*.h) answer=facade ;;
+        src/updater/*.h) answer=leaf ;;
+        src/*/*) answer=${1#src/}; answer=${answer%%/*} ;;
+        simulation/*) answer=simulation ;;
+        tool/*) answer=tool ;;
+        *) answer=unknown ;;
     esac
 }
 
 # allowed GROUP: the groups that the group may include.
 allowed() {
     case $1 in
-        include) ;;
-        platform) echo platform ;;
-        leaf | facade) echo include platform leaf facade ;;
-        archive | inventory) echo include platform leaf facade "$1" ;;
-        assignment) echo include platform leaf facade archive inventory assignment ;;
-        operation) echo include platform leaf facade archive inventory assignment operation ;;
-        updater) echo include platform leaf facade archive inventory assignment operation updater ;;
-        simulation) echo platform simulation ;;
-        tool) echo include tool ;;
+        platform) answer="platform" ;;
+        leaf | facade) answer="include platform leaf facade" ;;
+        archive | inventory) answer="include platform leaf facade $1" ;;
+        assignment) answer="include platform leaf facade archive inventory assignment" ;;
+        operation) answer="include platform leaf facade archive inventory assignment operation" ;;
+        updater) answer="include platform leaf facade archive inventory assignment operation updater" ;;
+        simulation) answer="platform simulation" ;;
+        tool) answer="include tool" ;;
+        *) answer="" ;;
     esac
 }
 
@@ -55,24 +57,32 @@ complain() {
 # resolve FILE NAME: the project's file that an #include "NAME" in FILE means; empty when there is none.
 resolve() {
     local place
-    for place in "$(dirname "$1")/" include/ platform/ src/ ""; do
+    for place in "${1%/*}/" include/ platform/ src/ ""; do
         if [ -f "$root/$place$2" ]; then
-            realpath --relative-to="$root" "$root/$place$2"
+            answer=$place$2
+            case $answer in
+                *./*) answer=$(realpath --relative-to="$root" "$root/$answer") ;;
+            esac
             return
         fi
     done
+    answer=""
 }
 
 check_quoted() {
     local file=$1 name=$2 from=$3 to
-    to=$(resolve "$file" "$name")
+    resolve "$file" "$name"
+    to=$answer
     if [ -z "$to" ]; then
         complain "$file: includes \"$name\", which is no file of this project"
         return
     fi
-    case " $(allowed "$from") " in
-        *" $(group "$to") "*) ;;
-        *) complain "$file ($from): must not include $to ($(group "$to"))" ;;
+    group "$to"
+    local target=$answer
+    allowed "$from"
+    case " $answer " in
+        *" $target "*) ;;
+        *) complain "$file ($from): must not include $to ($target)" ;;
     esac
 }
 
@@ -80,7 +90,8 @@ check_angled() {
     local file=$1 name=$2 from=$3
     case $from in
         simulation | tool)
-            [ -z "$(resolve / "$name")" ] || complain "$file: includes <$name>, a file of this project, in angle brackets"
+            resolve none/ "$name"
+            [ -z "$answer" ] || complain "$file: includes <$name>, a file of this project, in angle brackets"
             ;;
         platform | include)
             case $name in
@@ -99,7 +110,8 @@ check_angled() {
 files=$(cd "$root" && find include platform src simulation tool -name '*.h' -o -name '*.cpp' -o -name '*.hpp' | sort)
 [ -n "$files" ] || complain "no sources in $root"
 for file in $files; do
-    from=$(group "$file")
+    group "$file"
+    from=$answer
     [ "$from" != unknown ] || complain "$file: belongs to no group"
     while IFS= read -r name; do
         case $name in
