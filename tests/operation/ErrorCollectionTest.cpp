@@ -211,6 +211,27 @@ TEST_F(ErrorCollectionTest, IgnoresElementsThatWereNotStarted)
     EXPECT_EQ(journal->told(), "[OK]\n");
 }
 
+TEST_F(ErrorCollectionTest, CancelsFromTheNextPhaseOn)
+{
+    addElement(1, 1, 1);
+    addElement(1, 2, 1);
+    addElement(2, 1, 1);
+    addElement(2, 2, 2);
+    prepare();
+    ASSERT_TRUE(update());
+    journal->clear();
+    element(0).updateState = 3;
+    element(1).updateState = 1;
+    element(2).updateState = 3;
+    element(3).updateState = 1;
+    PhaseList list = {&element(0), &element(2)};
+
+    operation().updateErrors(list);
+
+    EXPECT_THAT(states(), ElementsAre(3u, 1u, 3u, 4u));
+    EXPECT_EQ(journal->told(), "<failure 3>[ERROR]\n");
+}
+
 TEST_F(ErrorCollectionTest, CancelsNothingForAFileOfTheFlashDrive)
 {
     hasFlashDrive = true;
