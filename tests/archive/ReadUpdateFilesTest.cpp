@@ -171,6 +171,17 @@ TEST(ReadUpdateFiles, InventoryTreeWithoutChecksumLeavesNone)
     EXPECT_EQ(reader.file(0).checksumCrc32, 0xFFFFFFFEu);
 }
 
+TEST(ReadUpdateFiles, FileTooShortForABinaryHeaderIsTriedAsAnInventoryTree)
+{
+    const std::string tree = R"({"inventoryTree":{"id":"CN"},"checksumCrc32":7})";
+    ASSERT_LT(tree.size(), 48u);
+    TestArchive archive(description({open("short.json")}));
+    archive.addFile("short.json", tree);
+    ArchiveReader reader(archive);
+    EXPECT_TRUE(reader.read());
+    EXPECT_EQ(reader.file(0).checksumCrc32, 7u);
+}
+
 TEST(ReadUpdateFiles, MissingFileIsReportedWithItsPathAndMarked)
 {
     TestArchive archive(description({open("missing.bin")}));

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <set>
 
 #include "Device.h"
 #include "support/SimulatedTarget.h"
@@ -219,6 +220,34 @@ TEST(TargetFile, NamesThePlaceOfAnyMemberThatIsOfTheWrongType)
         }
         EXPECT_EQ(faultOf(document).substr(0, place.size()), place.substr(1) + ':') << pointer.to_string();
     }
+}
+
+TEST(TargetFile, MayLackEveryMemberButItemsIdsTheTreeAndWhatAnErrorSays)
+{
+    const ordered_json whole = fullDocument();
+    std::vector<ordered_json::json_pointer> pointers;
+    collectPointers(whole, ordered_json::json_pointer(), pointers);
+    unsigned mandatory = 0;
+    for (const auto& pointer : pointers) {
+        ordered_json document = whole;
+        ordered_json& parent = document[pointer.parent_pointer()];
+        if (parent.is_array()) {
+            parent.erase(static_cast<std::size_t>(std::stoul(pointer.back())));
+        } else {
+            parent.erase(pointer.back());
+        }
+        const bool isMandatory = std::set<std::string>{"id", "tree", "code", "text"}.count(pointer.back()) != 0;
+        mandatory += isMandatory ? 1 : 0;
+        if (isMandatory) {
+            EXPECT_TRUE(faultOf(document).ends_with(pointer.back() + ": missing")) << pointer.to_string();
+            continue;
+        }
+        const SimulatedTarget device(document);
+        const Scan scan;
+        EXPECT_EQ(scan.result, 0) << pointer.to_string();
+        EXPECT_NE(scan.tree, nullptr) << pointer.to_string();
+    }
+    EXPECT_EQ(mandatory, 13U);
 }
 
 TEST(TargetFile, NeedsNothingButTheTreesRoot)

@@ -225,3 +225,24 @@ TEST_F(PrintErrorList, WrapsForTheIndentThatIsAsked)
     EXPECT_EQ(printed({error(1, std::string(78, 'x'))}, 0),
               "ERROR 0x1 (reported by Host PC):\n  " + std::string(78, 'x') + "\n");
 }
+
+TEST_F(PrintErrorList, GivesEveryPieceToTheCallbackByItself)
+{
+    ZoNTrellanUpdater::ZoTOptions options = optionsFor(0);
+    options.verbose = true;
+    ZoCTrellanUpdater updater(options);
+    ErrorPool pool;
+    ZoSErrorRecord record = error(5, std::string(70, 'x') + " yy");
+    record.originNode = 42;
+    record.timeStamp = 1500;
+    record.mainModule = 12;
+    record.function = "flashWrite";
+    pool.get().addError(record);
+    pool.get().addError(error(6, ""));
+    const MessageCapture capture(updater);
+    updater.printErrorList(pool, 7);
+    EXPECT_EQ(capture.fragments(),
+              (std::vector<std::string>{"       ERROR 0x5 (reported by S/N 42)", ", time  1.500 sec.", ", module 12/0",
+                                        ", in flashWrite():0", ":\n", margin + std::string(70, 'x') + " \n",
+                                        margin + "yy\n", "       ERROR 0x6 (reported by Host PC)", ":\n"}));
+}

@@ -4,10 +4,20 @@
 #include <string>
 
 #include "Updating.h"
+#include "inventory/ZoCUpdateInventory.h"
 #include "support/MessageCapture.h"
 
 using nlohmann::ordered_json;
 using namespace ZoNTrellanUpdater;
+
+// The inventory itself never gives a state above 4: a test reaches for the place where it is kept.
+std::uint32_t& rebootSupportStateOf(ZoCUpdateInventory& inventory);
+
+template <std::uint32_t ZoCUpdateInventory::*state>
+struct RebootSupportState {
+    friend std::uint32_t& rebootSupportStateOf(ZoCUpdateInventory& inventory) { return inventory.*state; }
+};
+template struct RebootSupportState<&ZoCUpdateInventory::rebootSupportState>;
 
 namespace {
 
@@ -107,6 +117,16 @@ TEST_F(Reboot, TellsWhenTheCheckFailed)
         "ERROR: Device cannot be rebooted automatically (an error occurred while checking the reboot support "
         "status).\n";
     expectState(target({item("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}})}), 4, message, message);
+}
+
+TEST_F(Reboot, SaysNothingOfAStateThatHasNoMessage)
+{
+    for (const unsigned state : {5u, 6u, 0xFFFFFFFFu}) {
+        ZoCTrellanUpdater updater(optionsFor(READ_INVENTORY));
+        MessageCapture capture(updater);
+        rebootSupportStateOf(updater.getInventory()) = state;
+        expectState(updater, capture, state, "", "");
+    }
 }
 
 TEST_F(Reboot, AsksTheSupportCheckOfADerivedUpdater)

@@ -248,6 +248,34 @@ TEST_F(Run, UpdatesNothingAfterTheTargetWasFoundUnsupported)
     EXPECT_EQ(callsOf("unlock", device.trace()).size(), 1u);
 }
 
+TEST_F(Run, GivesTheTextOfEveryCommandToTheCallbackAndNothingToStandardOutput)
+{
+    archive.addFile("archive.json", description({firmwareEntry(), firmwareEntry({{"id", 2}, {"sequence", 2}}),
+                                                 fileEntry("new.bin", {{"featureLevel", 3}})})
+                                        .dump());
+    for (unsigned command = TOOL_VERSION; command <= UPDATE; ++command) {
+        ordered_json document = target({processorBoard({installedFirmware(1), installedFirmware(2)})});
+        document["script"]["elements"]["/ROOT/HCN#1"]["polls"] = {busy, busy};
+        document["script"]["unlock"] = {busy};
+        const SimulatedTarget device(document);
+        ZoTOptions options = optionsFor(command, archive.path());
+        options.verbose = true;
+        options.noProgress = false;
+        ZoCTrellanUpdater updater(options);
+        const MessageCapture capture(updater);
+        testing::internal::CaptureStdout();
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(updater.apply(), 0u) << command;
+        EXPECT_EQ(updater.run(), command == UPDATE ? 0 : 1) << command;
+        unsigned state = 0;
+        updater.checkRebootSupport(state);
+        updater.reboot();
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), "") << command;
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << command;
+        EXPECT_NE(capture.text(), "") << command;
+    }
+}
+
 class RunWithUnsupportedEntries : public Run {
 protected:
     RunWithUnsupportedEntries() { partlySupported.addFile("firmware.bin", "firmware"); }

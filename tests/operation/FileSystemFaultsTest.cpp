@@ -1,0 +1,87 @@
+// What is said when the file system answers well and does otherwise, or refuses what cannot be refused by its rights:
+// this program's remove() and rename() stand before those of the C library.
+#include <dlfcn.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <optional>
+#include <string>
+
+#include "operation/FlashDriveTest.h"
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+namespace {
+
+enum class Answer { asUsual, refuses, doesNothing };
+
+Answer ofRemove = Answer::asUsual;
+Answer ofRename = Answer::asUsual;
+
+// The result without the call, or nothing where the call is to be made.
+std::optional<int> resultOf(Answer answer)
+{
+    if (answer == Answer::asUsual)
+        return std::nullopt;
+    errno = EIO;
+    return answer == Answer::refuses ? -1 : 0;
+}
+
+}  // namespace
+
+extern "C" int remove(const char* path) noexcept
+{
+    using Remove = int(const char*);
+    static Remove* const usual = reinterpret_cast<Remove*>(::dlsym(RTLD_NEXT, "remove"));
+    const auto result = resultOf(ofRemove);
+    return result ? *result : usual(path);
+}
+
+extern "C" int rename(const char* from, const char* to) noexcept
+{
+    using Rename = int(const char*, const char*);
+    static Rename* const usual = reinterpret_cast<Rename*>(::dlsym(RTLD_NEXT, "rename"));
+    const auto result = resultOf(ofRename);
+    return result ? *result : usual(from, to);
+}
+
+class FileSystemFaultsTest : public FlashDriveTest {
+protected:
+    // Writes "c.bin" over an old one; expects that it fails with this message and flushes nothing.
+    void expectFailure(const std::string& message)
+    {
+        EXPECT_FALSE(write("c.bin", "c.bin"));
+        ofRemove = Answer::asUsual;
+        ofRename = Answer::asUsual;
+        EXPECT_THAT(messages, ElementsAre(message));
+        EXPECT_THAT(trace(), IsEmpty());
+        EXPECT_EQ(contentOf(drive() / "c.bin.tmp"), "content of c");
+    }
+};
+
+TEST_F(FileSystemFaultsTest, TellsWhenTheOldFileIsStillThereAfterItsDeletion)
+{
+    prepareDrive();
+    put(drive() / "c.bin", "old");
+    ofRemove = Answer::doesNothing;
+    expectFailure("ERROR: Deleting /mnt/cn/cfdrive/c.bin failed.\n");
+    EXPECT_EQ(contentOf(drive() / "c.bin"), "old");
+}
+
+TEST_F(FileSystemFaultsTest, TellsWhenTheTemporaryFileCannotBeRenamed)
+{
+    prepareDrive();
+    put(drive() / "c.bin", "old");
+    ofRename = Answer::refuses;
+    expectFailure("ERROR: Cannot rename /mnt/cn/cfdrive/c.bin.tmp.\n");
+    EXPECT_THAT(onDrive(), ElementsAre("c.bin.tmp"));
+}
+
+TEST_F(FileSystemFaultsTest, TellsWhenTheTargetIsNotThereAfterTheRenaming)
+{
+    prepareDrive();
+    ofRename = Answer::doesNothing;
+    expectFailure("ERROR: Renaming of /mnt/cn/cfdrive/c.bin.tmp failed.\n");
+    EXPECT_THAT(onDrive(), ElementsAre("c.bin.tmp"));
+}
