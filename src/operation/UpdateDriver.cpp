@@ -27,39 +27,59 @@ ZoCUpdateOperation::ZoCUpdateOperation(const ZoCTrellanUpdater* updater, const Z
 
 bool ZoCUpdateOperation::update(ZoCErrorListPool& errors)
 {
-    const unsigned phaseCount = assignment->getNumberOfUpdatePhases();
-    elementsByPhase.assign(phaseCount, {});
-    for (ZoSUpdateElement& element : elements) {
-        const bool isPending = !element.disabled && element.updateFileIndex != -1;
-        element.updateState = isPending ? PENDING : NOTHING_TO_DO;
-        if (isPending && element.phase < phaseCount) {
-            elementsByPhase[element.phase].push_back(&element);
-        }
-    }
+    collectPendingElements();
     if (!lockInventory(errors)) {
         return false;
     }
-    assignment->printUnsupportedUpdateElements();
-    assignment->printNotRequiredUpdates();
-
     bool filesMissing = false;
-    for (unsigned phase = 0; phase < phaseCount; ++phase) {
-        updatePhase(phase, filesMissing);
+    try {
+        assignment->printUnsupportedUpdateElements();
+        assignment->printNotRequiredUpdates();
+        filesMissing = updatePhases();
+    } catch (...) {  // out of memory, or a host's callback: the target must not stay locked
+        unlockInventory(errors);
+        throw;
     }
-    updater->ReportPhase(endOfPhases);
     unlockInventory(errors);
     return printUpdateResults(errors, filesMissing);
 }
 
-void ZoCUpdateOperation::updatePhase(unsigned phase, bool& filesMissing)
+void ZoCUpdateOperation::collectPendingElements()
+{
+    elementsByPhase.assign(assignment->getNumberOfUpdatePhases(), {});
+    elementsByBoard.clear();
+    for (ZoSUpdateElement& element : elements) {
+        const bool isPending = !element.disabled && element.updateFileIndex != -1;
+        element.updateState = isPending ? PENDING : NOTHING_TO_DO;
+        if (isPending && element.phase < elementsByPhase.size()) {
+            elementsByPhase[element.phase].push_back(&element);
+            elementsByBoard[element.boardAddress.toString().c_str()].elements.push_back(&element);
+        }
+    }
+}
+
+// True when an update file was missing.
+bool ZoCUpdateOperation::updatePhases()
+{
+    bool filesMissing = false;
+    for (unsigned phase = 0; phase < elementsByPhase.size(); ++phase) {
+        filesMissing |= updatePhase(phase);
+    }
+    updater->ReportPhase(endOfPhases);
+    return filesMissing;
+}
+
+// True when an update file was missing.
+bool ZoCUpdateOperation::updatePhase(unsigned phase)
 {
     updater->ReportPhase(phase);
     PhaseList list;
     getUpdateElementsOfPhase(phase, list);
-    filesMissing |= checkMissingUpdateFiles(list);
+    const bool filesMissing = checkMissingUpdateFiles(list);
     startUpdatesOfPhase(list);
     updateStatus(list);
     updateErrors(list);
+    return filesMissing;
 }
 
 bool ZoCUpdateOperation::lockInventory(ZoCErrorListPool& errors)
@@ -126,10 +146,15 @@ bool ZoCUpdateOperation::checkMissingUpdateFiles(PhaseList& list)
 
 void ZoCUpdateOperation::cancelUpdates(const ZoCInventoryAddress& boardAddress, unsigned fromPhase)
 {
-    for (ZoSUpdateElement& element : elements) {
-        if (element.updateState == PENDING && element.phase >= fromPhase && element.boardAddress == boardAddress) {
-            element.updateState = CANCELLED;
-            updater->ReportFailure(element.index);
+    const auto found = elementsByBoard.find(boardAddress.toString().c_str());
+    if (found == elementsByBoard.end() || fromPhase >= found->second.cancelledFrom) {
+        return;  // every failure of a board asks for this, but there is something to cancel only once
+    }
+    found->second.cancelledFrom = fromPhase;
+    for (ZoSUpdateElement* const element : found->second.elements) {
+        if (element->updateState == PENDING && element->phase >= fromPhase) {
+            element->updateState = CANCELLED;
+            updater->ReportFailure(element->index);
         }
     }
 }
@@ -141,5 +166,5 @@ const ZoSUpdateFile& ZoCUpdateOperation::fileOf(const ZoSUpdateElement& element)
 
 std::string ZoCUpdateOperation::pathOf(const ZoSUpdateFile& file) const
 {
-    return options->archivePath + "/" + ZoCTrellanUpdater::ZoCString2tstring(file.name);
+    return options->archivePath + "/" + pathText(file.name);
 }

@@ -22,11 +22,11 @@ constexpr unsigned statusFinished = 2;
 
 void ZoCUpdateOperation::updateStatus(PhaseList& list)
 {
-    bool again = !list.empty();
-    if (!again) {
+    if (list.empty()) {
         return;
     }
-    while (again) {
+    bool again;
+    do {
         unsigned long long sum = 0;
         unsigned counted = 0;
         again = false;
@@ -55,7 +55,7 @@ void ZoCUpdateOperation::updateStatus(PhaseList& list)
         }
         updater->ReportProgress(percent);
         ZoNRtosAbstraction::usleep(pauseBetweenPasses);
-    }
+    } while (again);
     if (!options->noProgress) {
         updater->print("%3u%% %-51.51s", complete, "");  // overwrites the spinner; the result follows on this line
     }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "ZoITrellanUpdater.h"
@@ -29,7 +30,7 @@ public:
     bool lockInventory(ZoCErrorListPool& errors);
     bool unlockInventory(ZoCErrorListPool& errors);
 
-    // Appends the pending elements of the phase, in list order.
+    // Appends the pending elements of the phase, in list order. Knows the elements that the last update() began with.
     void getUpdateElementsOfPhase(unsigned phase, PhaseList& list);
 
     // Takes the elements whose update file is missing out of the update. True when at least one was missing.
@@ -44,7 +45,8 @@ public:
     // Fetches the errors of the list's finished updates, and cancels later updates of a board whose update failed.
     void updateErrors(PhaseList& list);
 
-    // Cancels the pending updates of a board from the phase `fromPhase` on: they build on the ones before.
+    // Cancels the pending updates of a board from the phase `fromPhase` on: they build on the ones before. Knows the
+    // elements that the last update() began with.
     void cancelUpdates(const ZoCInventoryAddress& boardAddress, unsigned fromPhase);
 
     // Prints the outcome and appends all elements' errors to `errors`. True only for a complete success.
@@ -57,7 +59,15 @@ public:
                                 std::vector<std::string>& messages);
 
 private:
-    void updatePhase(unsigned phase, bool& filesMissing);
+    // The elements of a board that an update began with, in list order.
+    struct BoardUpdates {
+        PhaseList elements;
+        unsigned cancelledFrom = 0xFFFFFFFF;  // phase from which they have been cancelled
+    };
+
+    void collectPendingElements();
+    bool updatePhases();
+    bool updatePhase(unsigned phase);
     void startFileSystemUpdate(ZoNUpdateInventory::ZoSUpdateElement& element);
     void startInventoryUpdate(ZoNUpdateInventory::ZoSUpdateElement& element);
     bool requestUpdate(ZoNUpdateInventory::ZoSUpdateElement& element);
@@ -73,6 +83,8 @@ private:
     ZoCUpdateAssignment* assignment;
     std::vector<ZoNUpdateArchive::ZoSUpdateFile>& files;  // the archive's
     ZoCUpdateInventory::ElementList& elements;            // the inventory's
-    std::vector<PhaseList> elementsByPhase;  // set by update, so that no phase has to search the whole list
-    std::uint32_t lockHandle = 0;            // 0: not locked
+    // What an update began with, so that neither a phase nor a failure has to search the whole list.
+    std::vector<PhaseList> elementsByPhase;
+    std::unordered_map<std::string, BoardUpdates> elementsByBoard;  // by the board's address as text
+    std::uint32_t lockHandle = 0;                                   // 0: not locked
 };

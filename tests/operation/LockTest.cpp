@@ -1,4 +1,6 @@
 // Locking and unlocking the target.
+#include <stdexcept>
+
 #include "operation/OperationTest.h"
 
 using ::testing::ElementsAre;
@@ -259,4 +261,26 @@ TEST_F(LockTest, UnlocksAfterAFailedUpdate)
     EXPECT_EQ(calls("unlock")[0].value("errors", 0), 0);
     EXPECT_THAT(calls("update2"), ::testing::SizeIs(1));
     EXPECT_THAT(calls("updateStatus2"), IsEmpty());
+}
+
+namespace {
+
+void throwAtAnyPhase(unsigned)
+{
+    throw std::runtime_error("the host has failed");
+}
+
+}  // namespace
+
+TEST_F(LockTest, UnlocksTheTargetWhenTheHostThrows)
+{
+    addElement(1, 1);
+    prepare();
+    updater->setPhaseCallBack(throwAtAnyPhase);
+
+    EXPECT_THROW(update(), std::runtime_error);
+
+    EXPECT_THAT(callNames(), ElementsAre("lock", "unlock"));
+    updater->setPhaseCallBack(nullptr);
+    EXPECT_TRUE(update());
 }
