@@ -49,7 +49,7 @@ public:
 private:
     bool checkPaths()
     {
-        if (leavesFolder(location)) {
+        if (leavesFolder(std::string(driveRoot), location)) {
             return fail("ERROR: Invalid target file path: %s\n", target);
         }
         if (!fileExists(source)) {
@@ -85,8 +85,8 @@ private:
             return true;
         }
         if (const int error = errno; error != EEXIST) {
-            std::string& message = messages.emplace_back();
-            updater.sprint(message, "ERROR: Cannot create directory %s (error code: %d).\n", directory.c_str(), error);
+            updater.sprint(messages.emplace_back(), "ERROR: Cannot create directory %s (error code: %d).\n",
+                           directory.c_str(), error);
             return false;
         }
         return true;
@@ -155,6 +155,6 @@ bool ZoCUpdateOperation::writeFileSystemElement(const ZoSUpdateFile& file, const
                                                 std::vector<std::string>& messages)
 {
     messages.clear();
-    const std::string targetPath = ZoCTrellanUpdater::ZoCString2tstring(location);
+    const std::string targetPath = pathText(location);
     return FileWriter(*updater, options->verbose, pathOf(file), targetPath, messages).write();
 }

@@ -1,22 +1,35 @@
 #include "operation/PathChecks.h"
 
 #include <algorithm>
+#include <filesystem>
 
-bool leavesFolder(std::string_view path)
+namespace {
+
+bool isSymbolicLink(const std::string& path)
+{
+    std::error_code error;
+    return std::filesystem::is_symlink(path, error);
+}
+
+}  // namespace
+
+bool leavesFolder(const std::string& folder, const std::string& path)
 {
     int depth = 0;
-    while (!path.empty()) {
-        const std::size_t length = std::min(path.find('/'), path.size());
-        const std::string_view component = path.substr(0, length);
-        path.remove_prefix(std::min(length + 1, path.size()));
+    bool passedLink = false;
+    for (std::size_t begin = 0; begin < path.size();) {
+        const std::size_t end = std::min(path.find('/', begin), path.size());
+        const std::string component = path.substr(begin, end - begin);
         if (component == "..") {
             --depth;
+            if (depth < 0 || passedLink) {
+                return true;
+            }
         } else if (!component.empty() && component != ".") {
             ++depth;
+            passedLink = passedLink || isSymbolicLink(folder + "/" + path.substr(0, end));
         }
-        if (depth < 0) {
-            return true;
-        }
+        begin = end + 1;
     }
     return false;
 }

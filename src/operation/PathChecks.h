@@ -1,11 +1,13 @@
-// What is refused as a path of a file on the flash drive.
+// What is refused in the paths of a file that is copied to the flash drive.
 #pragma once
 
+#include <string>
 #include <string_view>
 
-// True when `path`, relative to a folder, leads out of it through "..".
-bool leavesFolder(std::string_view path);
+// True when `path`, relative to `folder`, leads out of it through "..": by its components alone, or because a component
+// before a ".." is a symbolic link, whose parent folder may be anywhere.
+bool leavesFolder(const std::string& folder, const std::string& path);
 
-// True when a shell takes every character of `path` literally: no blanks, no control characters, none with a meaning of
-// its own.
+// True when a shell takes every character of `path` literally wherever it stands: no blanks, no control characters,
+// none that some shell treats specially somewhere in a word.
 bool isLiteralForShell(std::string_view path);

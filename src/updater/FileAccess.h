@@ -6,9 +6,23 @@
 
 #include <string>
 
+#include "libZoComposite/ZoCString.h"
+
+// The whole of a path's text, a NUL in it included, so that the operations below see it.
+inline std::string pathText(const ZoCString& path)
+{
+    return std::string(path.c_str(), path.length());
+}
+
+// False for an empty path and for one with a NUL in it: the system would look at its beginning only.
+inline bool canNameFile(const std::string& path)
+{
+    return !path.empty() && path.find('\0') == std::string::npos;
+}
+
 inline bool isAccessible(const std::string& path, int mode)
 {
-    return path.find('\0') == std::string::npos && access(path.c_str(), mode) == 0;
+    return canNameFile(path) && access(path.c_str(), mode) == 0;
 }
 
 inline bool fileExists(const std::string& path)

@@ -1,5 +1,6 @@
 // Paths that are not written to the flash drive: no archive can leave the drive or run a command on the target.
 #include "operation/FlashDriveTest.h"
+#include "support/TempDir.h"
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -280,4 +281,36 @@ TEST_F(RefusedPathsTest, FailsTheUpdateOfAnElementWithAnUnsafeLocation)
               "\n    Update failed!\n");
     EXPECT_THAT(onDrive(), IsEmpty());
     EXPECT_THAT(below(here.path()), IsEmpty());
+}
+
+TEST_F(RefusedPathsTest, RefusesToClimbFromASymbolicLink)
+{
+    prepareDriveAndMarker();
+    const TempDir outside;
+    fs::create_directories(outside.path() / "folder/sub");
+    fs::create_symlink(outside.path() / "folder", drive() / "link");
+    fs::create_directories(drive() / "real");
+
+    for (const std::string location : {"link/../escaped.bin", "link/sub/../../escaped.bin", "real/../link/../x.bin"}) {
+        EXPECT_FALSE(write("c.bin", location)) << location;
+        EXPECT_THAT(messages, ElementsAre("ERROR: Invalid target file path: /mnt/cn/cfdrive/" + location + "\n"));
+    }
+
+    EXPECT_THAT(below(outside.path()), ElementsAre("folder/", "folder/sub/"));
+    EXPECT_THAT(onDrive(), ElementsAre("link/", "real/"));
+}
+
+TEST_F(RefusedPathsTest, RefusesNamesWithANulThatWouldBeCut)
+{
+    prepareDriveAndMarker();
+    ZoNUpdateArchive::ZoSUpdateFile update;
+    update.name = "c.bin";
+    const std::string location("c\0d.bin", 7);
+    EXPECT_FALSE(operation().writeFileSystemElement(update, ZoCString(location.data(), location.size()), messages));
+    EXPECT_THAT(messages, ElementsAre("ERROR: Cannot write /mnt/cn/cfdrive/c. Error code: 22\n"));
+
+    update.name = ZoCString("c.bin\0x", 7);
+    EXPECT_FALSE(operation().writeFileSystemElement(update, "e.bin", messages));
+    EXPECT_THAT(messages, ElementsAre("ERROR: File " + archive->path() + "/c.bin does not exist.\n"));
+    EXPECT_THAT(onDrive(), IsEmpty());
 }
