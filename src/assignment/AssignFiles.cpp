@@ -1,10 +1,10 @@
 // Which file each element gets, and the elements for flash-drive files that are not on the target yet.
-#include "assignment/FileIndex.h"
+#include "assignment/WaitingElements.h"
 #include "assignment/ZoCUpdateAssignment.h"
 #include "updater/ZoCTrellanUpdater.h"
 
 using ZoNUpdateArchive::ZoSUpdateFile;
-using ZoNUpdateAssignment::FileIndex;
+using ZoNUpdateAssignment::WaitingElements;
 using ZoNUpdateInventory::ZoSUpdateElement;
 using ZoNUpdateInventory::ZoSUpdateElementValues;
 
@@ -57,16 +57,13 @@ void ZoCUpdateAssignment::assignUpdateFiles()
     addFileSystemElements();
 }
 
+// Goes through the files, not the elements: an element taken by the first file that fits it is out of the others' way.
 void ZoCUpdateAssignment::assignFilesToElements()
 {
-    const FileIndex fileIndex(updateFiles);
-    for (ZoSUpdateElement& element : updateElements) {
-        for (const std::uint32_t index : fileIndex.candidates(element)) {
-            std::string targetPath;
-            if (matches(element, updateFiles[index], targetPath)) {
-                giveFile(element, updateFiles, index);
-                break;
-            }
+    WaitingElements waitingElements(updateElements);
+    for (std::uint32_t index = 0; index < updateFiles.size(); ++index) {
+        for (ZoSUpdateElement* const element : waitingElements.takeFitting(updateFiles[index])) {
+            giveFile(*element, updateFiles, index);
         }
     }
 }

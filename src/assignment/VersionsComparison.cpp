@@ -1,6 +1,7 @@
 // The table of installed and available versions.
 #include "assignment/ZoCUpdateAssignment.h"
 #include "inventory/ElementMarker.h"
+#include "updater/CellText.h"
 #include "updater/ZoCTrellanUpdater.h"
 
 using ZoNUpdateArchive::ZoSUpdateFile;
@@ -10,46 +11,31 @@ namespace {
 
 using Row = std::vector<std::string>;
 
-std::string text(const ZoCString& string)
-{
-    return ZoCTrellanUpdater::ZoCString2tstring(string);
-}
-
-std::string numberText(std::uint32_t number)
-{
-    return text(ZoCString(number));
-}
-
-std::string versionText(const ZoCVersion& version)
-{
-    return version.getAsULong64() != 0 ? text(version.getAsString()) : "---";
-}
-
 std::string checksumsText(const ZoSUpdateElement& element, const ZoSUpdateFile* file)
 {
     if (file == nullptr) {
-        return element.hasChecksum ? numberText(element.checksumCrc32) + " != ---" : "";
+        return element.hasChecksum ? cellText(element.checksumCrc32) + " != ---" : "";
     }
     // An element that reports no checksum differs from any file.
     if (!element.hasChecksum) {
-        return "--- != " + numberText(file->checksumCrc32);
+        return "--- != " + cellText(file->checksumCrc32);
     }
     const char* const relation = element.checksumCrc32 == file->checksumCrc32 ? " == " : " != ";
-    return numberText(element.checksumCrc32) + relation + numberText(file->checksumCrc32);
+    return cellText(element.checksumCrc32) + relation + cellText(file->checksumCrc32);
 }
 
 Row rowOf(std::uint32_t number, const ZoSUpdateElement& element, const ZoSUpdateFile* file)
 {
     Row row{
-        numberText(number),
-        text(element.displayName),
-        versionText(element.version),
-        file != nullptr ? versionText(file->version) : "---",
+        cellText(number),
+        cellText(element.displayName),
+        cellText(element.version),
+        file != nullptr ? cellText(file->version) : "---",
         checksumsText(element, file),
         file == nullptr       ? ""
         : element.notRequired ? "Y"
                               : "N",
-        file != nullptr && !element.disabled ? numberText(element.phase) : "-",
+        file != nullptr && !element.disabled ? cellText(element.phase) : "-",
     };
     if (const char* const marker = elementMarker(element)) {
         row.emplace_back(marker);

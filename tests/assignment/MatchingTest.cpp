@@ -322,3 +322,13 @@ TEST(MatchingTest, ABoardWithoutATargetPathKeepsThePathAndComparesIt)
 }
 
 }  // namespace
+
+TEST(MatchingTest, AVariantThatIsEmptyUpToANulIsNoVariant)
+{
+    const Element element = elementWith([](Element& element) { element.variant = ZoCString("\0x", 2); });
+    std::string targetPath;
+    const File emptyVariant = fileOf({{"name", "f"}, {"boardType", "A"}, {"id", 1}, {"boardVariant", ""}});
+    const File noVariant = fileOf({{"name", "f"}, {"boardType", "A"}, {"id", 1}});
+    EXPECT_FALSE(ZoCUpdateAssignment::matches(element, emptyVariant, targetPath));
+    EXPECT_TRUE(ZoCUpdateAssignment::matches(element, noVariant, targetPath));
+}
