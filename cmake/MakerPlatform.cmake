@@ -1,8 +1,5 @@
 # The maker's own platform: headers in TRELLAN_PLATFORM_DIR/include, libraries in TRELLAN_PLATFORM_DIR/lib, under the names
 # of platform/. The libraries are on the target, so they are not installed with ours.
-set(TRELLAN_MAKER_LIBRARIES
-    ZoErrorHandling ZoComposite ZoCompositeFactory ZoInventoryTree ZoInventoryManagerAP ZoJsonLib ZoRtosAbstraction)
-
 if(NOT IS_DIRECTORY "${TRELLAN_PLATFORM_DIR}/include")
     message(FATAL_ERROR "TRELLAN_PLATFORM_DIR: there is no folder ${TRELLAN_PLATFORM_DIR}/include with the maker's headers.")
 endif()

@@ -8,7 +8,8 @@
 //   const bool updated = updater->apply() == 0 && updater->run() == 1;
 //
 // The library starts no threads; an updater is not to be used from two threads at once. Everything it has to say goes
-// to standard output or to the message callback. Compiles as C++11.
+// to standard output or to the message callback; the platform's error manager also gets a log entry for each update and
+// one warning. Compiles as C++11.
 #ifndef ZOITRELLANUPDATER_H
 #define ZOITRELLANUPDATER_H
 
@@ -112,11 +113,11 @@ public:
 
     // Reads what the command needs: the archive, the target's inventory, and which file fits which element. Returns 0
     // on success; 1 when the archive or the inventory cannot be read; 2 when the archive does not support the target
-    // (no element will be updated then).
+    // (no element will be updated then). To be called once; after 1 the updater is only good for deleting it.
     virtual unsigned apply() = 0;
 
     // Carries out the command; to be called after apply() returned 0. Returns 1 on success, 0 when it failed or errors
-    // were reported.
+    // were reported: those that the platform has collected in this process, from apply() and earlier updaters too.
     virtual int run() = 0;
 
     // What the archive says of itself.

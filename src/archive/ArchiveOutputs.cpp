@@ -1,5 +1,6 @@
 // What the archive can be asked to show: its version, its table, its description as JSON, and what it says of itself.
 #include "archive/ZoCUpdateArchive.h"
+#include "updater/CellText.h"
 #include "updater/ZoCTrellanUpdater.h"
 
 using namespace ZoNUpdateArchive;
@@ -8,8 +9,6 @@ namespace {
 
 using ZoNJson::json;
 
-constexpr const char* noValue = "---";
-
 std::string text(const ZoCString& string)
 {
     return ZoCTrellanUpdater::ZoCString2tstring(string);
@@ -17,7 +16,7 @@ std::string text(const ZoCString& string)
 
 std::string numberText(const json& number)
 {
-    return text(ZoCString(static_cast<unsigned>(number)));
+    return cellText(static_cast<unsigned>(number));
 }
 
 std::string join(const std::vector<std::string>& texts)
@@ -85,6 +84,19 @@ std::string targetCell(const json& entry)
     return cell;
 }
 
+std::vector<std::string> tableRow(const ZoSUpdateFile& file)
+{
+    std::vector<std::string> row{
+        boardCell(file.jsonEntry),  cellText(file.name),
+        cellText(file.version),     file.checksumCrc32 != notAvailable ? cellText(file.checksumCrc32) : "---",
+        targetCell(file.jsonEntry),
+    };
+    if (file.fileMissing) {
+        row.emplace_back("[FILE MISSING]");
+    }
+    return row;
+}
+
 // Puts a "0" in place of the character after the second dot.
 std::string withZeroThirdNumber(std::string version)
 {
@@ -119,21 +131,6 @@ void ZoCUpdateArchive::printArchive() const
         rows.push_back(tableRow(file));
     }
     owner->printTable(rows);
-}
-
-std::vector<std::string> ZoCUpdateArchive::tableRow(const ZoSUpdateFile& file) const
-{
-    std::vector<std::string> row{
-        boardCell(file.jsonEntry),
-        text(file.name),
-        file.version.getAsULong64() != 0 ? text(file.version.getAsString()) : noValue,
-        file.checksumCrc32 != notAvailable ? text(ZoCString(file.checksumCrc32)) : noValue,
-        targetCell(file.jsonEntry),
-    };
-    if (file.fileMissing) {
-        row.emplace_back("[FILE MISSING]");
-    }
-    return row;
 }
 
 void ZoCUpdateArchive::outputDescriptionFile() const

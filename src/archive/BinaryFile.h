@@ -2,8 +2,11 @@
 #pragma once
 
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <string>
+
+#include "updater/FileAccess.h"
 
 struct FileCloser {
     void operator()(std::FILE* file) const noexcept { std::fclose(file); }
@@ -11,9 +14,14 @@ struct FileCloser {
 
 using BinaryFile = std::unique_ptr<std::FILE, FileCloser>;
 
-// Null when the file cannot be opened.
+// Null when the file cannot be opened, and for pipes and devices: reading one might never end.
 inline BinaryFile openForReading(const std::string& path)
 {
-    const bool namesFile = !path.empty() && path.find('\0') == std::string::npos;
-    return BinaryFile(namesFile ? std::fopen(path.c_str(), "rb") : nullptr);
+    if (!canNameFile(path)) {
+        return nullptr;
+    }
+    std::error_code error;
+    const auto type = std::filesystem::status(path, error).type();
+    const bool hasEnd = type == std::filesystem::file_type::regular || type == std::filesystem::file_type::directory;
+    return BinaryFile(hasEnd ? std::fopen(path.c_str(), "rb") : nullptr);
 }

@@ -5,6 +5,30 @@
 
 using namespace ZoNUpdateArchive;
 
+namespace {
+
+// Tries the kinds of update files one after the other.
+bool readChecksum(const std::string& path, std::uint32_t& checksumCrc32)
+{
+    std::uint32_t minHw, maxHw, minSw, maxSw, typeId;
+    std::uint32_t checksum = notAvailable;
+    ZoCVersion version;
+    int result = ZoCUpdateArchive::readUpdateFileHeader(path, minHw, maxHw, minSw, maxSw, typeId, checksum, version);
+    if (result == 1) {
+        result = ZoCUpdateArchive::readUpdateFileInventory(path, minHw, maxHw, minSw, maxSw, typeId, checksum, version);
+        if (result == 1) {
+            result = ZoCUpdateArchive::readPgiBitstreamFileHeader(path, checksum);
+        }
+    }
+    if (result != 0) {
+        return false;
+    }
+    checksumCrc32 = checksum;
+    return true;
+}
+
+}  // namespace
+
 bool ZoCUpdateArchive::readUpdateFiles()
 {
     unsigned openedFiles = 0;
@@ -12,7 +36,7 @@ bool ZoCUpdateArchive::readUpdateFiles()
         if (file.checksumCrc32 != notAvailable) {
             continue;
         }
-        const std::string path = options->archivePath + "/" + ZoCTrellanUpdater::ZoCString2tstring(file.name);
+        const std::string path = options->archivePath + "/" + pathText(file.name);
         if (!isReadable(path)) {
             file.fileMissing = true;
             return fail("ERROR: Cannot read checksum from update file. '%s' not found.\n", path.c_str());
@@ -26,25 +50,5 @@ bool ZoCUpdateArchive::readUpdateFiles()
         owner->print("%u update files needed to be opened to get parameters not contained in the description file.\n\n",
                      openedFiles);
     }
-    return true;
-}
-
-// Tries the kinds of update files one after the other.
-bool ZoCUpdateArchive::readChecksum(const std::string& path, std::uint32_t& checksumCrc32) const
-{
-    std::uint32_t minHw, maxHw, minSw, maxSw, typeId;
-    std::uint32_t checksum = notAvailable;
-    ZoCVersion version;
-    int result = readUpdateFileHeader(path, minHw, maxHw, minSw, maxSw, typeId, checksum, version);
-    if (result == 1) {
-        result = readUpdateFileInventory(path, minHw, maxHw, minSw, maxSw, typeId, checksum, version);
-        if (result == 1) {
-            result = readPgiBitstreamFileHeader(path, checksum);
-        }
-    }
-    if (result != 0) {
-        return false;
-    }
-    checksumCrc32 = checksum;
     return true;
 }

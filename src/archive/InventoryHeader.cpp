@@ -6,6 +6,7 @@
 #include "libZoInventoryTree/ZoNInventoryIDs.h"
 #include "updater/ErrorGuard.h"
 #include "updater/ErrorListHandle.h"
+#include "updater/FileAccess.h"
 
 namespace {
 
@@ -43,7 +44,7 @@ int ZoCUpdateArchive::readUpdateFileInventory(const std::string& path, std::uint
                                               std::uint32_t& maxSwCompatibilityId, std::uint32_t& typeId,
                                               std::uint32_t& checksumCrc32, ZoCVersion& version)
 {
-    if (path.empty()) {
+    if (!canNameFile(path)) {
         return 1;
     }
     const ErrorListHandle errors = makeErrorList();

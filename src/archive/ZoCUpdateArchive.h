@@ -38,9 +38,10 @@ public:
     // Fills in the checksum of every file for which the description gives none.
     bool readUpdateFiles();
 
-    // The readers of update-file headers. Outputs that the file does not give become notAvailable (a version: that
-    // 64-bit value). They return 0 when the file is of their kind, 1 when it is not, 2 when it cannot be read; they
-    // print nothing.
+    // The readers of update-file headers. They return 0 when the file is of their kind and 1 when it is not or cannot
+    // be read; readUpdateFileHeader returns 2 when it cannot be opened. With 0 all outputs are set, to notAvailable (a
+    // version: to that 64-bit value) where the file does not give them; otherwise they are not to be used. They print
+    // nothing.
     static int readUpdateFileHeader(const std::string& path, std::uint32_t& minHwCompatibilityId,
                                     std::uint32_t& maxHwCompatibilityId, std::uint32_t& minSwCompatibilityId,
                                     std::uint32_t& maxSwCompatibilityId, std::uint32_t& typeId,
@@ -89,8 +90,6 @@ private:
     ZoNUpdateArchive::ZoSUpdateFile makeUpdateFile(const ZoNJson::json& entry, const Targets& targets) const;
     bool checkPropertyTypes(const ZoNJson::json& object, std::uint32_t entry, std::int32_t board) const;
     bool checkPropertyElements(const ZoNJson::json& object, std::uint32_t entry, std::int32_t board) const;
-    bool readChecksum(const std::string& path, std::uint32_t& checksumCrc32) const;
-    std::vector<std::string> tableRow(const ZoNUpdateArchive::ZoSUpdateFile& file) const;
 
     // Prints the message and returns false.
     bool fail(const char* format, ...) const __attribute__((format(printf, 2, 3)));

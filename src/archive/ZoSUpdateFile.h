@@ -14,7 +14,7 @@ constexpr std::uint32_t notAvailable = 0xFFFFFFFE;
 
 // How an update file replaces what is installed.
 enum class UpdateMode : std::uint32_t {
-    standard = 0,  // whatever differs is replaced
+    standard = 0,  // replaced when the file's version or checksum differs
     upgrade = 1    // only an older version is replaced
 };
 
@@ -23,7 +23,7 @@ struct ZoSUpdateFile {
     std::uint32_t sequence = 0;                  // files with a smaller number are installed first
     ZoCVersion version;                          // of the content; empty when not known
     std::uint32_t checksumCrc32 = notAvailable;  // of the content, as the file's header states it
-    ZoNJson::json jsonEntry;                     // the whole entry as read, shared with the document
+    ZoNJson::json jsonEntry;                     // the whole entry as read
     bool hasTargetPath = false;                  // meant for a file on the flash drive
     UpdateMode mode = UpdateMode::standard;
     std::uint32_t assignedElementCount = 0;  // elements that the assignment has given this file

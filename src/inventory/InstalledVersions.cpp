@@ -2,6 +2,7 @@
 #include "inventory/ElementMarker.h"
 #include "inventory/UnitTitle.h"
 #include "inventory/ZoCUpdateInventory.h"
+#include "updater/CellText.h"
 #include "updater/ZoCTrellanUpdater.h"
 
 using namespace ZoNUpdateInventory;
@@ -17,9 +18,7 @@ Row header()
 
 Row rowOf(const ZoSUpdateElement& element)
 {
-    const ZoCVersion& version = element.version;
-    Row row{ZoCTrellanUpdater::ZoCString2tstring(element.displayName),
-            version.getAsULong64() != 0 ? ZoCTrellanUpdater::ZoCString2tstring(version.getAsString()) : "---"};
+    Row row{cellText(element.displayName), cellText(element.version)};
     if (const char* const marker = elementMarker(element)) {
         row.emplace_back(marker);
     }

@@ -41,7 +41,8 @@ public:
                                       const ZoCString& name, ZoCString& displayType, ZoCString& displayName);
 
     // Makes the record from which elements for files that are not on the target yet are made. There is none in
-    // configuration runs, without an HCN and a CN, and without any element.
+    // configuration runs, on a target with neither an HCN nor a CN, without any element, and when the first element's
+    // board is not one of these nodes.
     void initFileSystemElementTemplate();
 
     // True when `item` is one of the names in `list`, separated by commas and/or blanks. The empty name is in every

@@ -49,7 +49,7 @@ struct ZoSUpdateElementValues {
     bool isFileSystemElement = false;
     ZoCInventoryAddress address;
     std::uint32_t id = 0;  // with boardAddress, names the element in calls of the inventory manager
-    ZoCString location;    // of a file-system element: path on the flash drive
+    ZoCString location;    // of a file-system element: path on the flash drive; "*": any
     std::uint32_t hwCompatibilityId = 0;
     std::uint32_t swCompatibilityId = 0;
     std::uint32_t typeId = 0;
@@ -69,7 +69,7 @@ struct ZoSUpdateElementValues {
     std::int32_t updateFileIndex = -1;  // -1: no file
     std::uint32_t phase = 0;
     bool notRequired = false;  // the installed content already equals the file
-    bool disabled = false;     // left out of the update
+    bool disabled = false;     // left out of the update; also set by the search and by the host
 
     // Written by the operation.
     std::uint32_t updateState = NOTHING_TO_DO;

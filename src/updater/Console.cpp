@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr unsigned consoleWidth = 78;  // of 80 columns, with two left free at the right
+constexpr unsigned textWidth = 78;  // of 80 columns, less the two by which an error's text is indented further
 
 // Formats into `out` and returns the number of characters, negative when `format` cannot be used.
 int formatText(std::string& out, const char* format, va_list arguments)
@@ -140,7 +140,7 @@ void ZoCTrellanUpdater::printError(const ZoCErrorListPool& errors, unsigned inde
     std::string text = errors.getErrorText(index);
     std::replace(text.begin(), text.end(), '\n', ' ');
     std::replace(text.begin(), text.end(), '\r', ' ');
-    const unsigned width = indent < consoleWidth ? consoleWidth - indent : 1;
+    const unsigned width = indent < textWidth ? textWidth - indent : 1;
     for (const std::string_view piece : wrapText(text, width)) {
         print("%*s%s\n", blanks + 2, "", std::string(piece).c_str());
     }

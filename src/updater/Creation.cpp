@@ -89,5 +89,5 @@ ZoCString ZoCTrellanUpdater::tstring2ZoCString(const std::string& text)
 
 std::string ZoCTrellanUpdater::ZoCString2tstring(const ZoCString& text)
 {
-    return std::string(text.c_str(), text.length());
+    return std::string(text.c_str());
 }

@@ -57,6 +57,9 @@ unsigned ZoCTrellanUpdater::apply()
             " \n",
             getToolVersion().getAsString().c_str());
     }
+    if (needed.archive) {
+        forgetAssignment();
+    }
     if (needed.archive && !archive->read(errors)) {
         print("ERROR: Failed to read firmware archive.\n");
         return readFailed;
@@ -76,6 +79,14 @@ unsigned ZoCTrellanUpdater::apply()
         return notSupported;
     }
     return applied;
+}
+
+// An element of an earlier apply() must not refer to a file that is gone once the archive is read again.
+void ZoCTrellanUpdater::forgetAssignment()
+{
+    for (auto& element : inventory->getUpdateElementList()) {
+        element.updateFileIndex = -1;
+    }
 }
 
 bool ZoCTrellanUpdater::checkHcnCnSupport()

@@ -10,7 +10,7 @@ public:
     explicit ErrorGuard(const ZoCErrorListPool& errors) : errors(errors), countBefore(errors.getErrorCount()) {}
 
     // True when errors were added since the guard was made.
-    bool failed() const { return errors.getErrorCount() != countBefore; }
+    bool failed() const { return errors.getErrorCount() > countBefore; }
 
 private:
     const ZoCErrorListPool& errors;

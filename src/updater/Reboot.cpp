@@ -18,7 +18,7 @@ constexpr const char* rebootMessages[] = {
 bool ZoCTrellanUpdater::checkRebootSupport(unsigned& state)
 {
     state = inventory->getRebootSupportState();
-    if (state != 0 && state < std::size(rebootMessages)) {
+    if (state < std::size(rebootMessages)) {
         print("%s", rebootMessages[state]);
     }
     return state == 0;

@@ -59,7 +59,8 @@ public:
     int print(const char* format, ...) const __attribute__((format(printf, 2, 3)));
     int vprint(const char* format, va_list arguments) const __attribute__((format(printf, 2, 0)));
 
-    // Formats like printf into `out`. Returns the number of characters.
+    // Formats like printf into `out`, which may be among the arguments; it becomes empty when there is nothing to
+    // format. Returns the number of characters.
     int sprint(std::string& out, const char* format, ...) const __attribute__((format(printf, 3, 4)));
 
     // Prints `rows` as columns separated by " | ", with a rule below the first row. Cells may be missing at a row's
@@ -70,6 +71,7 @@ public:
     // and where they happened.
     void printErrorList(const ZoCErrorListPool& errors, unsigned indent) const;
 
+    // Conversions of text. The first keeps NULs, the second ends at the first one.
     static ZoCString tstring2ZoCString(const std::string& text);
     static std::string ZoCString2tstring(const ZoCString& text);
 
@@ -77,7 +79,7 @@ public:
     // All elements are disabled then: a target of which the archive knows only a part must not be updated at all.
     bool checkHcnCnSupport();
 
-    // The working classes.
+    // The working classes; the unit tests reach them here.
     ZoCUpdateArchive& getArchive() { return *archive; }
     ZoCUpdateInventory& getInventory() { return *inventory; }
     ZoCUpdateAssignment& getAssignment() { return *assignment; }
@@ -87,6 +89,7 @@ private:
     void printError(const ZoCErrorListPool& errors, unsigned index, unsigned indent) const;
     void printErrorDetails(const ZoCErrorListPool& errors, unsigned index) const;
     bool performCommand(ZoCErrorListPool& errors);
+    void forgetAssignment();
 
     ZoNTrellanUpdater::ZoTOptions options;
     std::unique_ptr<ZoCUpdateArchive> archive;

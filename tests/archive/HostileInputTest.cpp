@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <filesystem>
 #include <string>
 
@@ -196,4 +198,21 @@ TEST(HostileInput, TwentyThousandEntries)
         std::string("{\"info\":") + infoText + ",\"files\":[" +
         repeat("{\"name\":\"a\",\"sequence\":1,\"boardType\":\"A\",\"id\":1,\"checksumCrc32\":1},", 20000) + "5]}");
     expectRefused(archive, "ERROR: File entry 20000 is invalid.\n");
+}
+
+TEST(HostileInput, APipeInPlaceOfTheDescriptionIsNotWaitedFor)
+{
+    const TempDir folder;
+    ASSERT_EQ(mkfifo((folder.path() / "archive.json").c_str(), 0600), 0);
+    ArchiveReader reader(folder.path().string(), "archive.json");
+    EXPECT_FALSE(reader.read());
+    EXPECT_EQ(reader.text(),
+              "ERROR: Cannot open archive description file " + folder.path().string() + "/archive.json\n");
+}
+
+TEST(HostileInput, APipeInPlaceOfAnUpdateFileIsNotWaitedFor)
+{
+    const TestArchive archive(withEntry("\"name\":\"pipe.bin\""));
+    ASSERT_EQ(mkfifo((archive.path() + "/pipe.bin").c_str(), 0600), 0);
+    expectRefused(archive, "ERROR: Cannot read checksum from update file pipe.bin.\n");
 }

@@ -203,3 +203,21 @@ TEST_F(Apply, SucceedsInSpiteOfErrorsThatDidNotStopTheScan)
     EXPECT_EQ(apply(optionsFor(READ_INVENTORY)).result, 0u);
     EXPECT_EQ(masterErrors().getErrorCount(), 1u);
 }
+
+TEST_F(Updating, ForgetsTheFilesOfAnArchiveThatCannotBeReadAgain)
+{
+    const SimulatedTarget target(processorTarget());
+    TestArchive archive(description({firmwareEntry()}));
+    archive.addFile("firmware.bin", "firmware");
+    const std::unique_ptr<ZoITrellanUpdater> updater(
+        ZoITrellanUpdater::createInstance(optionsFor(ZoNTrellanUpdater::COMPARE_VERSIONS, archive.path())));
+    const MessageCapture messages(*updater);
+    ASSERT_EQ(updater->apply(), 0u);
+    ASSERT_TRUE(elementsOf(*updater).at(0).hasUpdateFile);
+
+    archive.addFile("archive.json", "{}");
+    EXPECT_EQ(updater->apply(), 1u);
+
+    EXPECT_FALSE(elementsOf(*updater).at(0).hasUpdateFile);
+    EXPECT_EQ(elementsOf(*updater).at(0).availableVersion, "");
+}

@@ -205,6 +205,11 @@ TEST_F(Creation, StringsKeepTheirCharactersBothWays)
     EXPECT_EQ(ZoCTrellanUpdater::ZoCString2tstring(ZoCString()), "");
 }
 
+TEST_F(Creation, StandardStringEndsWhereThePlatformStringHasItsFirstNul)
+{
+    EXPECT_EQ(ZoCTrellanUpdater::ZoCString2tstring(ZoCString("ab\0cd", 5)), "ab");
+}
+
 TEST_F(Creation, OptionsStandInTheAgreedOrder)
 {
     const std::size_t offsets[] = {offsetof(ZoTOptions, archivePath),
