@@ -1,6 +1,5 @@
 // The walk through the inventory tree: where it descends, in which order elements are found, and how they are grouped.
 #include <algorithm>
-#include <ctime>
 #include <map>
 #include <random>
 
@@ -137,45 +136,6 @@ TEST_F(ElementSearchTest, RecordsStayWhereTheyAreWhenOthersAreInserted)
     EXPECT_EQ(indices(), (std::vector<unsigned>{0, 1, 2, 3}));
     EXPECT_EQ(&element(0), first);
     EXPECT_EQ(&element(3), second);
-}
-
-class GrowthTest : public InventoryFixture {
-protected:
-    // Processor seconds for the search in a unit whose boards, with `count` elements, stand around one of another unit,
-    // so that half of the elements are inserted before others. The shortest of three.
-    double timeOfSearch(unsigned count)
-    {
-        std::vector<Json> items;
-        for (unsigned index = 1; index <= count / 10; ++index) {
-            std::vector<Json> elements;
-            for (unsigned id = 1; id <= 10; ++id)
-                elements.push_back(updateElement(id, {}));
-            items.push_back(board("IOMODULE[" + std::to_string(index) + "]", {}, elements));
-        }
-        const auto middle = items.begin() + static_cast<std::ptrdiff_t>(items.size() / 2);
-        std::vector<Json> inner(items.begin(), middle);
-        items.insert(middle, item("ION", unit("Shelf"), inner));
-        const SimulatedTarget simulated(target({item("NETC", unit("Box"), items)}));
-        ZoCInventoryItem* tree = nullptr;
-        EXPECT_EQ(ZoCInventoryManager::getInstance()->scan(errors, tree, true, nullptr), 0);
-        double shortest = 1e9;
-        for (int round = 0; round < 3; ++round) {
-            const std::clock_t start = std::clock();
-            inventory().searchUpdateElements(errors, tree, nullptr, true);
-            shortest = std::min(shortest, static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
-        }
-        EXPECT_EQ(inventory().getUpdateElementList().size(), count / 10 * 10 + inner.size() * 10);
-        ZoCInventoryManager::getInstance()->deleteInventoryTree(tree);
-        return shortest;
-    }
-};
-
-TEST_F(GrowthTest, TheSearchTakesTimeInProportionToTheElements)
-{
-    const double few = timeOfSearch(1000);
-    const double many = timeOfSearch(16000);
-    // 16 times the elements: in proportion 16 times the time, with a walk along the list for each of them 256 times.
-    EXPECT_LT(many, 80 * few) << few << " s, " << many << " s";
 }
 
 // A random tree of boards. Some are units of their own; every other board belongs to the unit of its parent. Every
