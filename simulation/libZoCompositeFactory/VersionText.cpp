@@ -79,17 +79,23 @@ bool readAfterMar(Reader& reader, Numbers& numbers)
 
 std::string formatStage(const Numbers& numbers)
 {
-    const std::string spn = std::to_string(numbers.spn);
+    std::string stage;
     switch (numbers.spb) {
         case 0:
-            return numbers.spn == 0 ? "" : "r" + spn;
+            if (numbers.spn == 0)
+                return stage;
+            stage = "r";
+            break;
         case 1:
-            return "a" + spn;
+            stage = "a";
+            break;
         case 2:
-            return "b" + spn;
+            stage = "b";
+            break;
         default:
-            return "s" + std::to_string(numbers.spb) + "." + spn;
+            stage.append("s").append(std::to_string(numbers.spb)).append(".");
     }
+    return stage.append(std::to_string(numbers.spn));
 }
 
 }  // namespace
@@ -105,12 +111,13 @@ std::optional<Numbers> parse(std::string_view text)
 
 std::string format(const Numbers& numbers)
 {
-    std::string text = std::to_string(numbers.mar) + "." + std::to_string(numbers.mir);
+    std::string text = std::to_string(numbers.mar);
+    text.append(".").append(std::to_string(numbers.mir));
     if (numbers.mai != 0)
-        text += "." + std::to_string(numbers.mai);
+        text.append(".").append(std::to_string(numbers.mai));
     text += formatStage(numbers);
     if (numbers.plv != 0)
-        text += "p" + std::to_string(numbers.plv);
+        text.append("p").append(std::to_string(numbers.plv));
     return text;
 }
 
