@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <string>
 
-#include "simulation/target/FileDescriptor.h"
+#include "simulation/base/FileDescriptor.h"
 #include "simulation/target/SystemFault.h"
 
 namespace TrellanSimulation {

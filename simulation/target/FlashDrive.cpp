@@ -7,11 +7,12 @@
 #include <sys/stat.h>
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "simulation/target/FileDescriptor.h"
+#include "simulation/base/FileDescriptor.h"
 #include "simulation/target/SystemFault.h"
 
 namespace TrellanSimulation {
@@ -143,32 +144,66 @@ void makeDriveFolder()
     makeFolder(drive);
 }
 
+// Also when one of them is reached through a symbolic link.
+bool liesIn(const std::filesystem::path& file, const char* folder)
+{
+    std::error_code fault;
+    return std::filesystem::equivalent(file.parent_path(), folder, fault);
+}
+
 }  // namespace
 
-void FlashDrive::attach(const std::filesystem::path& folder)
+void FlashDrive::attach(const std::filesystem::path& target, const std::optional<std::filesystem::path>& folder)
+{
+    requireShared(target, folder.has_value());
+    if (!folder) {
+        detach();
+        return;
+    }
+    enterNamespaceOnce();
+    // Opened before anything is mounted: the folder may itself be below /mnt.
+    const FileDescriptor source = openFolder(AT_FDCWD, folder->string());
+    checkSystem(source.get(), "flash drive " + folder->string());
+    struct stat status = {};
+    checkSystem(::fstat(source.get(), &status), "flash drive " + folder->string());
+    const Identity identity(status.st_dev, status.st_ino);
+    if (attached == identity) {
+        return;
+    }
+    detach();
+    if (!std::filesystem::is_directory(drive)) {
+        makeDriveFolder();
+        coversMnt = true;
+    }
+    bind(throughDescriptor(source, ""), drive);
+    attached = identity;
+}
+
+void FlashDrive::requireShared(const std::filesystem::path& target, bool withDrive) const
+{
+    const bool covered = coversMnt || (withDrive && !std::filesystem::is_directory(drive));
+    if (covered && (liesIn(target, "/mnt") || liesIn(target, "/mnt/cn"))) {
+        throw std::runtime_error(
+            "beside a flash drive a target must not lie directly in /mnt or /mnt/cn on this machine, move it to a "
+            "folder "
+            "of its own");
+    }
+}
+
+void FlashDrive::enterNamespaceOnce()
 {
     if (!inNamespace) {
         enterNamespace();
         inNamespace = true;
     }
-    // Opened before anything is mounted: the folder may itself be below /mnt.
-    const FileDescriptor source = openFolder(AT_FDCWD, folder.string());
-    checkSystem(source.get(), "flash drive " + folder.string());
-    struct stat status = {};
-    checkSystem(::fstat(source.get(), &status), "flash drive " + folder.string());
-    const Identity identity(status.st_dev, status.st_ino);
-    if (attached == identity) {
-        return;
-    }
+}
+
+void FlashDrive::detach()
+{
     if (attached) {
         checkSystem(::umount2(drive.c_str(), MNT_DETACH), "unmount " + drive);
         attached.reset();
     }
-    if (!std::filesystem::is_directory(drive)) {
-        makeDriveFolder();
-    }
-    bind(throughDescriptor(source, ""), drive);
-    attached = identity;
 }
 
 }  // namespace TrellanSimulation

@@ -161,9 +161,7 @@ std::unique_ptr<TreeItem> Target::readTree()
     const TargetFile& file = locked ? session->file() : *fresh;
     script = file.script();
     useClock(file.clock());
-    if (file.flashDrive()) {
-        flashDrive.attach(*file.flashDrive());
-    }
+    flashDrive.attach(path, file.flashDrive());
     return file.makeTree();
 }
 

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <memory>
 
-#include "simulation/target/FileDescriptor.h"
+#include "simulation/base/FileDescriptor.h"
 
 namespace TrellanSimulation {
 

@@ -159,3 +159,45 @@ TEST(FlashDrive, MakesElementsValidWhoseFileIsThere)
     EXPECT_EQ(errors.count(), 0U);
     EXPECT_EQ(device.target.document(), before);
 }
+
+TEST(FlashDrive, IsGoneForATargetWithoutOne)
+{
+    {
+        const FlashTarget device;
+        std::ofstream(device.flash() / "a.txt") << "1";
+        const Scan scan;
+        ASSERT_EQ(scan.result, 0) << scan.errors.text(0);
+        EXPECT_EQ(namesIn(drive), (std::set<std::string>{"a.txt"}));
+    }
+    {
+        const SimulatedTarget device(target({}));
+        const Scan scan;
+        ASSERT_EQ(scan.result, 0) << scan.errors.text(0);
+        EXPECT_FALSE(fs::exists(drive / "a.txt"));
+    }
+    const FlashTarget next;
+    const Scan scan;
+    ASSERT_EQ(scan.result, 0) << scan.errors.text(0);
+    std::ofstream(drive / "b.txt") << "2";
+    EXPECT_EQ(namesIn(next.flash()), (std::set<std::string>{"b.txt"}));
+}
+
+TEST(FlashDrive, LeavesNoPlaceForTargetsDirectlyInMntWhereItIsPrivate)
+{
+    if (fs::exists(drive)) {
+        GTEST_SKIP() << "this machine has " << drive;
+    }
+    const FlashTarget device;
+    const Scan scan;
+    ASSERT_EQ(scan.result, 0) << scan.errors.text(0);
+    std::ofstream("/mnt/target.json") << R"({"tree": {"id": "ROOT"}})";  // nobody else sees it
+    ::setenv("TRELLAN_TARGET", "/mnt/target.json", 1);
+    testing::internal::CaptureStderr();
+    const Scan refused;
+    testing::internal::GetCapturedStderr();
+    ASSERT_EQ(refused.errors.count(), 1U);
+    EXPECT_EQ(refused.errors.text(0),
+              "The target file /mnt/target.json cannot be read: beside a flash drive a target must not lie directly in "
+              "/mnt or /mnt/cn on this machine, move it to a folder of its own.");
+    fs::remove("/mnt/target.json");
+}

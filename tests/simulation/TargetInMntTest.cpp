@@ -1,0 +1,62 @@
+// Targets in /mnt, on a machine whose /mnt is empty: each test runs the tool with an empty file system there.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "support/Process.h"
+#include "support/TempDir.h"
+
+namespace {
+
+constexpr const char* withDrive = R"({"clock": "virtual", "flashDrive": "flash", "tree": {"id": "ROOT"}})";
+constexpr const char* refusal =
+    " cannot be read: beside a flash drive a target must not lie directly in /mnt or /mnt/cn on this machine, move it "
+    "to a folder of its own.\n";
+
+// Writes `document` to /mnt/NAME with an empty folder "flash" beside it, scans that target, and gives what the tool
+// prints to standard error.
+std::string scanErrors(const std::string& name, const std::string& document, const std::string& prepare = ":")
+{
+    const TempDir folder;
+    folder.write("target.json", document);
+    const std::string script = "mount -t tmpfs tmpfs /mnt && " + prepare +
+                               " && mkdir -p \"$(dirname \"$2\")/flash\" && cp target.json \"$2\" && "
+                               "exec \"$1\" scan --target \"$2\" >output";
+    return runProcess("/usr/bin/unshare",
+                      {"--map-root-user", "--mount", "sh", "-c", script, "sh", TRELLAN_TOOL, "/mnt/" + name},
+                      folder.path())
+        .errors;
+}
+
+}  // namespace
+
+TEST(TargetInMnt, IsRefusedWhereTheFlashDrivesPlaceHasToBeMade)
+{
+    EXPECT_EQ(scanErrors("target.json", withDrive),
+              std::string("ERROR 0x26300007: The target file /mnt/target.json") + refusal);
+    EXPECT_EQ(scanErrors("cn/target.json", withDrive),
+              std::string("ERROR 0x26300007: The target file /mnt/cn/target.json") + refusal);
+}
+
+TEST(TargetInMnt, IsRefusedBehindASymbolicLink)
+{
+    EXPECT_EQ(scanErrors("link.json", withDrive,
+                         "mkdir /mnt/cn && : >/mnt/cn/target.json && ln -s cn/target.json /mnt/link.json"),
+              std::string("ERROR 0x26300007: The target file /mnt/link.json") + refusal);
+}
+
+TEST(TargetInMnt, IsAcceptedInAFolderOfItsOwn)
+{
+    EXPECT_EQ(scanErrors("device/target.json", withDrive), "");
+    EXPECT_EQ(scanErrors("cn/device/target.json", withDrive), "");
+}
+
+TEST(TargetInMnt, IsAcceptedWithoutAFlashDrive)
+{
+    EXPECT_EQ(scanErrors("target.json", R"({"clock": "virtual", "tree": {"id": "ROOT"}})"), "");
+}
+
+TEST(TargetInMnt, IsAcceptedWhereTheMachineHasThePlace)
+{
+    EXPECT_EQ(scanErrors("target.json", withDrive, "mkdir -p /mnt/cn/cfdrive"), "");
+}
