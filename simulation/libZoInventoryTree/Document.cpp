@@ -1,10 +1,9 @@
 #include "simulation/libZoInventoryTree/Document.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <fstream>
 #include <vector>
+
+#include "simulation/libZoInventoryTree/DocumentBuilder.h"
 
 namespace TrellanSimulation {
 
@@ -17,14 +16,6 @@ std::string faultText(const Place& place, std::string_view reason)
         text += ": ";
     }
     return text.append(reason);
-}
-
-// The parser's message without its leading "[...] " mark.
-std::string parserMessage(const nlohmann::json::exception& exception)
-{
-    const std::string text = exception.what();
-    const auto mark = text.find("] ");
-    return mark == std::string::npos ? text : text.substr(mark + 2);
 }
 
 }  // namespace
@@ -55,19 +46,11 @@ DocumentFault::DocumentFault(const Place& place, std::string_view reason) : std:
 
 Json readDocument(const std::filesystem::path& path)
 {
-    std::error_code fault;
-    if (std::filesystem::is_directory(path, fault)) {
-        throw DocumentFault(std::strerror(EISDIR));
-    }
-    errno = 0;
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
-        throw DocumentFault(std::strerror(errno));
-    }
     try {
-        return Json::parse(file);
-    } catch (const nlohmann::json::exception& exception) {
-        throw DocumentFault(parserMessage(exception));
+        RegularFile file(path);
+        return parseDocument(file);
+    } catch (const FileFault& fault) {
+        throw DocumentFault(fault.what());
     }
 }
 

@@ -44,7 +44,7 @@ public:
     explicit DocumentFault(const std::string& reason) : std::runtime_error(reason) {}
 };
 
-// The JSON document in the file at `path`. Throws DocumentFault when it cannot be read or is not valid JSON.
+// The JSON document in the regular file at `path`. Throws DocumentFault when it cannot be read or is not valid JSON.
 Json readDocument(const std::filesystem::path& path);
 
 // Throws DocumentFault when `value` is not an object, or has a member that is not one of `known`.

@@ -1,13 +1,15 @@
 #include "simulation/libZoInventoryTree/InventoryFile.h"
 
 #include "simulation/libZoInventoryTree/Document.h"
+#include "simulation/libZoInventoryTree/DocumentBuilder.h"
 #include "simulation/libZoInventoryTree/TreeBuilder.h"
 
 namespace TrellanSimulation {
 
-InventoryFile readInventoryFile(const std::filesystem::path& path)
+namespace {
+
+InventoryFile inventoryIn(const Json& document)
 {
-    const Json document = readDocument(path);
     const Place top;
     requireMembers(document, {"inventoryTree", "checksumCrc32"}, top);
     InventoryFile file;
@@ -16,6 +18,18 @@ InventoryFile readInventoryFile(const std::filesystem::path& path)
         file.checksum = static_cast<std::uint32_t>(getNumber(*checksum, Place(top, "checksumCrc32")));
     }
     return file;
+}
+
+}  // namespace
+
+InventoryFile readInventoryFile(const std::filesystem::path& path)
+{
+    return inventoryIn(readDocument(path));
+}
+
+InventoryFile readInventoryFile(RegularFile& file)
+{
+    return inventoryIn(parseDocument(file));
 }
 
 }  // namespace TrellanSimulation

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 
+#include "simulation/base/RegularFile.h"
 #include "simulation/libZoInventoryTree/TreeItem.h"
 
 namespace TrellanSimulation {
@@ -17,5 +18,8 @@ struct InventoryFile {
 
 // Reads the inventory-tree file at `path`. Throws DocumentFault when it cannot be read or is no such file.
 InventoryFile readInventoryFile(const std::filesystem::path& path);
+
+// The same for the opened `file`, from where it is read next; throws FileFault when it cannot be read.
+InventoryFile readInventoryFile(RegularFile& file);
 
 }  // namespace TrellanSimulation

@@ -19,13 +19,12 @@
 
 #include <zlib.h>
 
-#include <array>
-#include <fstream>
 #include <string_view>
 #include <vector>
 
 #include "libZoCompositeFactory/ZoCVersion.h"
 #include "libZoInventoryTree/ZoNInventoryIDs.h"
+#include "simulation/base/RegularFile.h"
 #include "simulation/libZoInventoryTree/Document.h"
 #include "simulation/libZoInventoryTree/InventoryFile.h"
 
@@ -50,6 +49,8 @@ constexpr std::size_t bitstreamFormatOffset = 12;
 constexpr std::size_t bitstreamChecksumOffset = 88;
 constexpr std::size_t bitstreamHeaderSize = 92;
 
+constexpr std::size_t blockSize = 1 << 16;
+
 std::uint32_t bigEndian(std::string_view bytes, std::size_t offset, std::size_t width)
 {
     std::uint32_t value = 0;
@@ -59,22 +60,14 @@ std::uint32_t bigEndian(std::string_view bytes, std::size_t offset, std::size_t 
     return value;
 }
 
-std::optional<std::ifstream> openRegularFile(const std::filesystem::path& path)
-{
-    std::error_code fault;
-    if (!std::filesystem::is_regular_file(path, fault)) {
-        return std::nullopt;
-    }
-    std::ifstream file(path, std::ios::binary);
-    return file ? std::optional(std::move(file)) : std::nullopt;
-}
-
 // The first bytes of the file; a file shorter than a binary header is filled up with zeros.
-std::string readHead(std::ifstream& file, std::size_t& length)
+std::string readHead(RegularFile& file, std::size_t& length)
 {
     std::string head(binaryHeaderSize, '\0');
-    file.read(head.data(), static_cast<std::streamsize>(head.size()));
-    length = static_cast<std::size_t>(file.gcount());
+    length = 0;
+    while (const std::size_t read = file.read(head.data() + length, head.size() - length)) {
+        length += read;
+    }
     return head;
 }
 
@@ -89,13 +82,22 @@ bool isBitstreamFile(std::string_view head, std::size_t length)
            bigEndian(head, bitstreamFormatOffset, 4) == 1;
 }
 
-bool mayBeJson(std::string_view head)
+// Whether the first byte that is no blank, behind a byte-order mark, opens an object.
+bool mayBeJson(RegularFile& file)
 {
-    if (head.starts_with("\xEF\xBB\xBF")) {
-        head.remove_prefix(3);
+    constexpr auto mark = "\xEF\xBB\xBF"sv;
+    file.rewind();
+    std::string block(blockSize, '\0');
+    std::size_t length = file.read(block.data(), block.size());
+    std::size_t skipped = std::string_view(block).starts_with(mark) ? mark.size() : 0;
+    for (; length != 0; length = file.read(block.data(), block.size())) {
+        const std::string_view text = std::string_view(block).substr(0, length);
+        if (const auto start = text.find_first_not_of(" \t\r\n", skipped); start != std::string_view::npos) {
+            return text[start] == '{';
+        }
+        skipped = 0;
     }
-    const auto start = head.find_first_not_of(" \t\r\n");
-    return start != std::string_view::npos && head[start] == '{';
+    return false;
 }
 
 void readBinaryHeader(std::string_view head, UpdateContent& content)
@@ -125,16 +127,17 @@ const Value* valueOf(const TreeItem& item, const ZoCInventoryAddress& address)
 }
 
 // False when the file holds no inventory tree.
-bool readInventory(const std::filesystem::path& path, UpdateContent& content)
+bool readInventory(RegularFile& file, UpdateContent& content)
 try {
     using namespace ZoNInventoryIDs;
-    const InventoryFile file = readInventoryFile(path);
-    content.checksum = file.checksum;
-    const auto* checksum = valueOf<std::uint64_t>(*file.root, FIRMWARE / CHECKSUM_CRC32);
+    file.rewind();
+    const InventoryFile inventory = readInventoryFile(file);
+    content.checksum = inventory.checksum;
+    const auto* checksum = valueOf<std::uint64_t>(*inventory.root, FIRMWARE / CHECKSUM_CRC32);
     if (!content.checksum && checksum != nullptr && *checksum <= std::numeric_limits<std::uint32_t>::max()) {
         content.checksum = static_cast<std::uint32_t>(*checksum);
     }
-    if (const auto* version = valueOf<std::string>(*file.root, FIRMWARE / VERSION)) {
+    if (const auto* version = valueOf<std::string>(*inventory.root, FIRMWARE / VERSION)) {
         content.version = *version;
     }
     return true;
@@ -142,41 +145,49 @@ try {
     return false;
 }
 
-}  // namespace
-
-std::optional<UpdateContent> readUpdateContent(const std::filesystem::path& path)
+std::uint32_t checksumOf(RegularFile& file)
 {
-    auto file = openRegularFile(path);
-    if (!file) {
-        return std::nullopt;
+    file.rewind();
+    std::vector<char> block(blockSize);
+    uLong checksum = crc32(0, nullptr, 0);
+    while (const std::size_t length = file.read(block.data(), block.size())) {
+        checksum = crc32(checksum, reinterpret_cast<const Bytef*>(block.data()), static_cast<uInt>(length));
     }
+    return static_cast<std::uint32_t>(checksum);
+}
+
+UpdateContent contentOf(RegularFile& file)
+{
     std::size_t length = 0;
-    const std::string head = readHead(*file, length);
+    const std::string head = readHead(file, length);
     UpdateContent content;
-    content.size = std::filesystem::file_size(path);
+    content.size = file.size();
     if (isBinaryFile(head)) {
         readBinaryHeader(head, content);
     } else if (isBitstreamFile(head, length)) {
         readBitstreamHeader(head, content);
-    } else if (!mayBeJson(head) || !readInventory(path, content)) {
-        content.checksum = fileChecksum(path);
+    } else if (!mayBeJson(file) || !readInventory(file, content)) {
+        content.checksum = checksumOf(file);
     }
     return content;
 }
 
+}  // namespace
+
+std::optional<UpdateContent> readUpdateContent(const std::filesystem::path& path)
+try {
+    RegularFile file(path);
+    return contentOf(file);
+} catch (const FileFault&) {
+    return std::nullopt;
+}
+
 std::optional<std::uint32_t> fileChecksum(const std::filesystem::path& path)
-{
-    auto file = openRegularFile(path);
-    if (!file) {
-        return std::nullopt;
-    }
-    std::vector<char> block(1 << 16);
-    uLong checksum = crc32(0, nullptr, 0);
-    while (*file) {
-        file->read(block.data(), static_cast<std::streamsize>(block.size()));
-        checksum = crc32(checksum, reinterpret_cast<const Bytef*>(block.data()), static_cast<uInt>(file->gcount()));
-    }
-    return static_cast<std::uint32_t>(checksum);
+try {
+    RegularFile file(path);
+    return checksumOf(file);
+} catch (const FileFault&) {
+    return std::nullopt;
 }
 
 }  // namespace TrellanSimulation

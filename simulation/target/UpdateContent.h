@@ -15,10 +15,11 @@ struct UpdateContent {
 };
 
 // Reads the update file at `path`: a file with a binary header, an FPGA bitstream file, an inventory-tree file or, when
-// it is none of these, a plain image. Nothing when it is no regular file or cannot be read.
+// it is none of these, a plain image. Nothing when it is no regular file or cannot be read to its end.
 std::optional<UpdateContent> readUpdateContent(const std::filesystem::path& path);
 
-// CRC-32 (zlib's) of the bytes of the regular file at `path`. Nothing when there is no such file or it cannot be read.
+// CRC-32 (zlib's) of the bytes of the regular file at `path`. Nothing when there is no such file or it cannot be read
+// to its end.
 std::optional<std::uint32_t> fileChecksum(const std::filesystem::path& path);
 
 }  // namespace TrellanSimulation

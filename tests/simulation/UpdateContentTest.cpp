@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <zlib.h>
 
 #include "simulation/target/UpdateContent.h"
@@ -121,4 +122,37 @@ TEST(UpdateContent, IsMissingWhereNoFileCanBeRead)
     EXPECT_FALSE(readUpdateContent("/dev/null"));
     EXPECT_FALSE(readUpdateContent(""));
     EXPECT_FALSE(fileChecksum("/tmp"));
+}
+
+TEST(UpdateContent, OfAnInventoryFileMayFollowAnyNumberOfBlanks)
+{
+    const std::string inventory = UpdateFiles::inventoryFile({{"FIRMWARE/CHECKSUM_CRC32", 7}});
+    for (const std::size_t count : {999U, 1000U, 65536U, 200000U}) {
+        EXPECT_EQ(contentOf(std::string(count, ' ') + inventory).checksum, 7U) << count;
+        EXPECT_EQ(contentOf("\xEF\xBB\xBF" + std::string(count, '\n') + inventory).checksum, 7U) << count;
+    }
+    const std::string blanks(3000, ' ');
+    EXPECT_EQ(contentOf(blanks).checksum,
+              crc32(0, reinterpret_cast<const Bytef*>(blanks.data()), static_cast<uInt>(blanks.size())));
+}
+
+TEST(UpdateContent, OfAnInventoryFileEndsWithIt)
+{
+    const std::string bytes = UpdateFiles::inventoryFile({{"FIRMWARE/CHECKSUM_CRC32", 7}}) + std::string(1, '\0');
+    EXPECT_EQ(contentOf(bytes).checksum,
+              crc32(0, reinterpret_cast<const Bytef*>(bytes.data()), static_cast<uInt>(bytes.size())));
+}
+
+TEST(UpdateContent, IsMissingWhereReadingFails)
+{
+    EXPECT_FALSE(readUpdateContent("/proc/self/mem"));  // a regular file whose first page cannot be read
+    EXPECT_FALSE(fileChecksum("/proc/self/mem"));
+}
+
+TEST(UpdateContent, IsMissingInAPipe)
+{
+    const TempDir folder;
+    const std::string pipe = folder.path() / "update.bin";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_FALSE(readUpdateContent(pipe));
 }

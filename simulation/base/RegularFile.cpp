@@ -1,0 +1,49 @@
+#include "simulation/base/RegularFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <system_error>
+
+namespace TrellanSimulation {
+
+namespace {
+
+template <class Result>
+Result check(Result result)
+{
+    if (result < 0) {
+        throw FileFault(std::generic_category().message(errno));
+    }
+    return result;
+}
+
+}  // namespace
+
+// Without O_NONBLOCK, opening a pipe would wait for a writer.
+RegularFile::RegularFile(const std::filesystem::path& path)
+    : file(check(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)))
+{
+    struct stat status = {};
+    check(::fstat(file.get(), &status));
+    if (S_ISDIR(status.st_mode)) {
+        throw FileFault(std::generic_category().message(EISDIR));
+    }
+    if (!S_ISREG(status.st_mode)) {
+        throw FileFault("not a regular file");
+    }
+    bytes = static_cast<std::uint64_t>(status.st_size);
+}
+
+std::size_t RegularFile::read(char* buffer, std::size_t length)
+{
+    return static_cast<std::size_t>(check(::read(file.get(), buffer, length)));
+}
+
+void RegularFile::rewind()
+{
+    check(::lseek(file.get(), 0, SEEK_SET));
+}
+
+}  // namespace TrellanSimulation
