@@ -51,6 +51,34 @@ ordered_json manyBoards()
                           board("IOMODULE[3]", {{"PRODUCT/BOARD_TYPE", "B"}, {"PRODUCT/ID", 7}}, elements(0, 2))})});
 }
 
+// The same boards without processing nodes: an archive need not have a file for each of their elements.
+ordered_json ioBoards()
+{
+    return target({board("IOMODULE[1]", {{"PRODUCT/BOARD_TYPE", "C"}}, elements(2, 3)),
+                   board("IOMODULE[2]", {{"PRODUCT/BOARD_TYPE", "A"}}, elements(0, 3)),
+                   board("IOMODULE[3]", {{"PRODUCT/BOARD_TYPE", "B"}, {"PRODUCT/VARIANT", "V"}}, elements(1, 3))});
+}
+
+// What an update prints, its result, and which elements it updates with which files.
+std::string runUpdate(const std::string& folder, const std::string& descriptionFileName)
+{
+    const SimulatedTarget target(ioBoards());
+    ZoNTrellanUpdater::ZoTOptions options;
+    options.archivePath = folder;
+    options.descriptionFileName = descriptionFileName;
+    options.noProgress = true;
+    options.command = ZoNTrellanUpdater::UPDATE;
+    ZoCTrellanUpdater updater(options);
+    MessageCapture messages(updater);
+    EXPECT_EQ(updater.apply(), 0u) << messages.text();
+    messages.clear();
+    std::string outcome = "result " + std::to_string(updater.run()) + messages.text();
+    for (const ordered_json& call : target.trace())
+        if (call["call"] == "update2")
+            outcome += call["board"].dump() + call["id"].dump() + call["path"].dump() + "\n";
+    return outcome;
+}
+
 void expectSameFile(const ZoSUpdateFile& written, const ZoSUpdateFile& original)
 {
     EXPECT_EQ(written.name, original.name);
@@ -78,7 +106,7 @@ void expectSameFiles(const TestArchive& archive, const std::vector<GeneratedArch
     }
 }
 
-// Reads the archive, prints its description and reads that; returns the comparison with the target.
+// Reads the archive, prints its description and reads that; returns the comparison with the target and the update.
 std::string roundTrip(const GeneratedArchive& generated)
 {
     using namespace ZoNTrellanUpdater;
@@ -91,9 +119,15 @@ std::string roundTrip(const GeneratedArchive& generated)
         EXPECT_EQ(runCommand(archive.path(), "written.json", command),
                   runCommand(archive.path(), "archive.json", command))
             << "command " << command;
-    const std::string comparison = runCommand(archive.path(), "archive.json", COMPARE_VERSIONS);
-    EXPECT_EQ(runCommand(archive.path(), "written.json", COMPARE_VERSIONS), comparison);
-    return comparison;
+    std::string comparison;
+    {
+        const SimulatedTarget target(manyBoards());
+        comparison = runCommand(archive.path(), "archive.json", COMPARE_VERSIONS);
+        EXPECT_EQ(runCommand(archive.path(), "written.json", COMPARE_VERSIONS), comparison);
+    }
+    const std::string update = runUpdate(archive.path(), "archive.json");
+    EXPECT_EQ(runUpdate(archive.path(), "written.json"), update);
+    return comparison + update;
 }
 
 bool contains(const std::string& text, const std::string& part)
@@ -105,20 +139,21 @@ bool contains(const std::string& text, const std::string& part)
 
 TEST(RoundTrip, WrittenDescriptionIsAsGoodAsTheOneRead)
 {
-    const SimulatedTarget target(manyBoards());
     ArchiveGenerator generator(seed);
-    unsigned withMatches = 0, withEqualChecksums = 0;
+    unsigned withMatches = 0, withEqualChecksums = 0, withUpdates = 0;
     for (unsigned i = 0; i < archiveCount; ++i) {
         const GeneratedArchive generated = generator.next();
         SCOPED_TRACE(generated.description.dump());
         const std::string comparison = roundTrip(generated);
         withMatches += contains(comparison, "| N ");
         withEqualChecksums += contains(comparison, "100 == 100");
+        withUpdates += contains(comparison, "\"/ROOT/IOMODULE");
         if (HasFailure())
             break;
     }
     EXPECT_GT(withMatches, archiveCount / 4);
     EXPECT_GT(withEqualChecksums, 10u);
+    EXPECT_GT(withUpdates, archiveCount / 4);
     for (const char* feature :
          {"skipped entry", "id", "targetPath", "boards", "null variant", "variant", "null version", "version",
           "stated checksum", "binary header", "inventory tree", "bitstream", "bitstream without checksum"})
