@@ -30,10 +30,16 @@ public:
         }
     }
 
-    void takeModeOf(const std::filesystem::path& path)
+    // Owner and group too, where the system lets this process give files away.
+    void takeAttributesOf(const std::filesystem::path& path)
     {
         struct stat status = {};
         checkSystem(::stat(path.c_str(), &status), "stat " + path.string());
+        // EINVAL: an owner or group that this process's user namespace does not know.
+        if (::fchown(file.get(), status.st_uid, status.st_gid) != 0 && errno != EPERM && errno != EINVAL) {
+            throwSystemFault("chown " + name);
+        }
+        // The mode comes second, since a new owner takes set-id bits away.
         checkSystem(::fchmod(file.get(), status.st_mode & 07777), "chmod " + name);
     }
 
@@ -60,22 +66,23 @@ private:
     FileDescriptor file;
 };
 
-void syncFolder(const std::filesystem::path& folder)
+FileDescriptor openFolder(const std::filesystem::path& folder)
 {
-    const FileDescriptor descriptor(
+    return FileDescriptor(
         checkSystem(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC), "open " + folder.string()));
-    checkSystem(::fsync(descriptor.get()), "sync " + folder.string());
 }
 
 }  // namespace
 
 void replaceFile(const std::filesystem::path& path, std::string_view content)
 {
+    // Opened first: a folder that cannot be synced shall not get the new file.
+    const FileDescriptor folder = openFolder(path.parent_path());
     TemporaryFile file(path);
-    file.takeModeOf(path);
+    file.takeAttributesOf(path);
     file.write(content);
     file.replace(path);
-    syncFolder(path.parent_path());
+    checkSystem(::fsync(folder.get()), "sync " + path.parent_path().string());
 }
 
 }  // namespace TrellanSimulation

@@ -6,9 +6,11 @@
 
 namespace TrellanSimulation {
 
-// Puts `content` in the place of the existing file at `path`, which keeps its mode: at every moment, also after a
-// crash, the path names either the old file or the complete new one. Throws std::system_error when that is not
-// possible; the old file is then unchanged.
+// Puts `content` in the place of the existing file at `path` (absolute), which keeps its mode, and its owner and group
+// where this process may give files away: at every moment, also after a crash, the path names either the old file or
+// the complete new one. Throws std::system_error when that is not possible; the old file is then unchanged. A failure
+// to sync the folder is the exception: the new file is in its place, but the machine may still come back with the old
+// one after a crash.
 void replaceFile(const std::filesystem::path& path, std::string_view content);
 
 }  // namespace TrellanSimulation

@@ -1,0 +1,122 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <system_error>
+
+#include "archive/Unprivileged.h"
+#include "simulation/target/AtomicFile.h"
+#include "support/TempDir.h"
+#include "support/TextFile.h"
+
+using TrellanSimulation::replaceFile;
+namespace fs = std::filesystem;
+
+namespace {
+
+// A file with the content "old" in a folder where everybody may make files.
+class ReplacedFile : public testing::Test {
+protected:
+    ReplacedFile() { fs::permissions(folder.path(), fs::perms::all); }
+
+    struct stat status() const
+    {
+        struct stat status = {};
+        EXPECT_EQ(::stat(path.c_str(), &status), 0);
+        return status;
+    }
+
+    std::string fault() const
+    {
+        try {
+            replaceFile(path, "new");
+            return "";
+        } catch (const std::system_error& error) {
+            return error.what();
+        }
+    }
+
+    TempDir folder;
+    fs::path path = folder.write("file", "old");
+};
+
+// Makes this process a user namespace's only user, who may give files to nobody else.
+void enterUserNamespace()
+{
+    const std::string user = std::to_string(::geteuid());
+    const std::string group = std::to_string(::getegid());
+    if (::unshare(CLONE_NEWUSER) != 0) {
+        throw std::system_error(errno, std::generic_category());
+    }
+    std::ofstream("/proc/self/setgroups") << "deny";
+    std::ofstream("/proc/self/uid_map") << user + ' ' + user + " 1";
+    std::ofstream("/proc/self/gid_map") << group + ' ' + group + " 1";
+}
+
+}  // namespace
+
+TEST_F(ReplacedFile, HasTheNewContent)
+{
+    EXPECT_EQ(fault(), "");
+    EXPECT_EQ(readText(path), "new");
+}
+
+TEST_F(ReplacedFile, StaysTheOldOneInAFolderThatCannotBeSynced)
+{
+    fs::permissions(folder.path(), static_cast<fs::perms>(0333));
+    {
+        const Unprivileged user;
+        EXPECT_EQ(fault(), "open " + folder.path().string() + ": Permission denied");
+    }
+    fs::permissions(folder.path(), fs::perms::all);
+    EXPECT_EQ(readText(path), "old");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()), 1);
+}
+
+TEST_F(ReplacedFile, KeepsOwnerGroupAndMode)
+{
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root can give files away";
+    }
+    ASSERT_EQ(::chown(path.c_str(), 1, 2), 0);
+    ASSERT_EQ(::chmod(path.c_str(), 06751), 0);
+    EXPECT_EQ(fault(), "");
+    EXPECT_EQ(readText(path), "new");
+    EXPECT_EQ(status().st_uid, 1U);
+    EXPECT_EQ(status().st_gid, 2U);
+    EXPECT_EQ(status().st_mode & 07777, 06751U);
+}
+
+TEST_F(ReplacedFile, BelongsToWhoMayNotGiveItAway)
+{
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "there is no other user's file";
+    }
+    ASSERT_EQ(::chmod(path.c_str(), 0644), 0);
+    {
+        const Unprivileged user;
+        EXPECT_EQ(fault(), "");
+    }
+    EXPECT_EQ(readText(path), "new");
+    EXPECT_EQ(status().st_uid, 65534U);
+    EXPECT_EQ(status().st_mode & 07777, 0644U);
+}
+
+TEST_F(ReplacedFile, MayHaveAnOwnerUnknownInTheUserNamespace)
+{
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "there is no other user's file";
+    }
+    ASSERT_EQ(::chown(path.c_str(), 1, 2), 0);
+    const auto replaceInNamespace = [this] {
+        enterUserNamespace();
+        std::fputs(fault().c_str(), stderr);
+        std::_Exit(0);
+    };
+    EXPECT_EXIT(replaceInNamespace(), testing::ExitedWithCode(0), testing::Eq(""));
+    EXPECT_EQ(readText(path), "new");
+    EXPECT_EQ(status().st_uid, 0U);
+}
