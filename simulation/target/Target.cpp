@@ -50,7 +50,7 @@ int Target::scan(ZoCErrorListPool& errors, ZoCInventoryItem*& tree)
         tree = TreeItem::handOut(std::move(items));
         return 0;
     } catch (const std::runtime_error& fault) {
-        addTargetFault(errors, fault);
+        addTargetFault(errors, "", fault);
         std::fprintf(stderr, "ERROR 0x%08X: %s\n", static_cast<unsigned>(PlatformError::targetUnreadable),
                      platformErrorText(PlatformError::targetUnreadable, {name, fault.what()}).c_str());
         return failed;
@@ -77,7 +77,7 @@ unsigned Target::lock(ZoCErrorListPool& errors)
         script = session->file().script();
         return ++lastHandle;
     } catch (const std::runtime_error& fault) {
-        addTargetFault(errors, fault);
+        addTargetFault(errors, "", fault);
         return 0;
     }
 }
@@ -147,7 +147,7 @@ void Target::unlock(ZoCErrorListPool& errors, unsigned handle)
     try {
         session->file().save();
     } catch (const std::runtime_error& fault) {
-        addTargetFault(errors, fault);
+        addTargetFault(errors, "it cannot be written: ", fault);
     }
     session.reset();
 }
@@ -195,13 +195,13 @@ void Target::finish(ZoCErrorListPool& errors, const std::string& key)
     try {
         session->finish(key);
     } catch (const std::runtime_error& fault) {
-        addTargetFault(errors, fault);
+        addTargetFault(errors, "it cannot be written: ", fault);
     }
 }
 
-void Target::addTargetFault(ZoCErrorListPool& errors, const std::exception& fault) const
+void Target::addTargetFault(ZoCErrorListPool& errors, const std::string& operation, const std::exception& fault) const
 {
-    addPlatformError(errors, PlatformError::targetUnreadable, {name, fault.what()});
+    addPlatformError(errors, PlatformError::targetUnreadable, {name, operation + fault.what()});
 }
 
 }  // namespace TrellanSimulation

@@ -49,7 +49,7 @@ private:
     std::unique_ptr<TreeItem> readTree();
     void select();
     bool checkHandle(ZoCErrorListPool& errors, unsigned handle) const;
-    void addTargetFault(ZoCErrorListPool& errors, const std::exception& fault) const;
+    void addTargetFault(ZoCErrorListPool& errors, const std::string& operation, const std::exception& fault) const;
     void finish(ZoCErrorListPool& errors, const std::string& key);
 
     std::string name;            // of the target file, as it was given

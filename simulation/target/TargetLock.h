@@ -12,7 +12,7 @@ class TargetLock {
 public:
     // Locks the target file at `path` by an advisory lock on the file beside it with ".lock" appended, which stays
     // there for good. Null when the target is locked already, by this process or another one. Throws std::system_error
-    // when the lock file cannot be opened or locked.
+    // when the lock file cannot be opened for reading or locked.
     static std::unique_ptr<TargetLock> acquire(const std::filesystem::path& path);
 
     // Unlocks the target. The lock also ends with the process.

@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "Device.h"
+#include "archive/Unprivileged.h"
 #include "simulation/base/Resources.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
@@ -147,8 +148,9 @@ TEST(Lock, ReportsALockFileThatCannotBeOpened)
     EXPECT_EQ(session.handle, 0U);
     ASSERT_EQ(session.errors.count(), 1U);
     EXPECT_EQ(session.errors.code(0), 0x26300007U);
-    EXPECT_EQ(session.errors.text(0),
-              "The target file " + device.path().string() + " cannot be read: open " + file + ": Is a directory.");
+    EXPECT_EQ(session.errors.text(0), "The target file " + device.path().string() +
+                                          " cannot be read: its lock file cannot be opened: open " + file +
+                                          ": Is a directory.");
 }
 
 TEST(Lock, IsCountedUntilItIsGivenBack)
@@ -160,4 +162,18 @@ TEST(Lock, IsCountedUntilItIsGivenBack)
     EXPECT_EQ(TrellanSimulation::resources().locks, 1);
     session.unlock();
     EXPECT_EQ(TrellanSimulation::resources().locks, 0);
+}
+
+TEST(Lock, NeedsALockFileForReadingOnly)
+{
+    const SimulatedTarget device(target({}));
+    const std::string file = device.folder() / "target.json.lock";
+    std::ofstream(file).flush();
+    std::filesystem::permissions(device.folder(), std::filesystem::perms::all);
+    std::filesystem::permissions(file, static_cast<std::filesystem::perms>(0444));
+    const Scan scan;
+    const Unprivileged user;
+    const Session session;
+    EXPECT_EQ(session.errors.count(), 0U);
+    EXPECT_NE(session.handle, 0U);
 }

@@ -256,8 +256,8 @@ TEST(UpdateSession, ReportsATargetFileThatCannotBeWritten)
     ASSERT_EQ(session.errors.count(), 1U);
     EXPECT_EQ(session.errors.code(0), 0x26300007U);
     const std::string path = device.target.path();
-    EXPECT_EQ(session.errors.text(0),
-              "The target file " + path + " cannot be read: stat " + path + ": No such file or directory.");
+    EXPECT_EQ(session.errors.text(0), "The target file " + path + " cannot be read: it cannot be written: stat " +
+                                          path + ": No such file or directory.");
     std::vector<std::string> left;
     for (const auto& entry : std::filesystem::directory_iterator(device.target.folder())) {
         left.push_back(entry.path().filename());
