@@ -8,8 +8,8 @@ namespace ZoNRtosAbstraction {
 // Suspends the calling thread for at least `microseconds`.
 void usleep(unsigned microseconds);
 
-// Writes buffered data of `file`, or of all files when it is null, to the medium and waits for it for at most `timeout`
-// milliseconds. Returns 0 on success.
+// Writes buffered data of `file`, or of all files when it is null, to the medium. All files are waited for at most
+// `timeout` milliseconds, a single one as long as it takes. Returns 0 on success.
 int syncFileSystem(std::FILE* file, unsigned timeout);
 
 }  // namespace ZoNRtosAbstraction

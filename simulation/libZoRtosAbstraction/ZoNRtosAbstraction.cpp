@@ -35,9 +35,6 @@ void ZoNRtosAbstraction::usleep(unsigned microseconds)
 int ZoNRtosAbstraction::syncFileSystem(std::FILE* file, unsigned timeout)
 {
     const int result = (file == nullptr ? flushAll(timeout) : flushFile(file)) ? 0 : -1;
-    TrellanSimulation::TraceRecord record{{"call", "syncFileSystem"}, {"timeout", timeout}};
-    if (result != 0)
-        record["result"] = result;
-    TrellanSimulation::trace(record);
+    TrellanSimulation::trace({{"call", "syncFileSystem"}, {"timeout", timeout}, {"result", result}});
     return result;
 }

@@ -96,8 +96,8 @@ TEST_F(Flushing, IsTraced)
     ZoNRtosAbstraction::syncFileSystem(nullptr, 500);
     ZoNRtosAbstraction::syncFileSystem(file.get(), 20);
     EXPECT_EQ(trace.text(),
-              "{\"call\":\"syncFileSystem\",\"timeout\":500}\n"
-              "{\"call\":\"syncFileSystem\",\"timeout\":20}\n");
+              "{\"call\":\"syncFileSystem\",\"timeout\":500,\"result\":0}\n"
+              "{\"call\":\"syncFileSystem\",\"timeout\":20,\"result\":0}\n");
 }
 
 TEST(Sleeping, IsTraced)
