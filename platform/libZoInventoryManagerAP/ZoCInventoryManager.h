@@ -29,7 +29,7 @@ public:
     void deleteInventoryTree(ZoCInventoryItem* tree);
 
     // Locks the target for updates by this process; `mode` says what is locked. `handle` becomes the handle that the
-    // operations below ask for; it is never 0, and 0 when locking failed.
+    // operations below ask for: never 0 on success, 0 when locking failed.
     int lock(ZoCErrorListPool& errors, int mode, unsigned& handle);
 
     // Starts the update of element `elementId` of the board at `boardAddress` with the file at `filePath` (absolute).

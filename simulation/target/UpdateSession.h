@@ -22,13 +22,13 @@ struct UpdateProgress {
 
 class UpdateSession {
 public:
-    // Reads the target file at `path` anew, since another process may have updated the device before it was locked, and
-    // goes on under `lock`. Throws DocumentFault when the file cannot be read.
+    // Reads the target file at `path` (absolute, without symbolic links) anew, since another process may have updated
+    // the device before it was locked, and goes on under `lock`. Throws DocumentFault when the file cannot be read.
     UpdateSession(const std::filesystem::path& path, std::unique_ptr<TargetLock> lock, unsigned handle);
 
     TargetFile& file() { return target; }
 
-    // Of the target file, as it was given.
+    // Of the target file, absolute and without symbolic links.
     const std::filesystem::path& path() const { return targetPath; }
 
     // What the session's caller knows it by.
