@@ -158,7 +158,7 @@ std::unique_ptr<TreeItem> Target::readTree()
     select();
     const bool locked = session && session->path() == path;
     const auto fresh = locked ? nullptr : std::make_unique<TargetFile>(path);
-    const TargetFile& file = locked ? session->file() : *fresh;
+    TargetFile& file = locked ? session->file() : *fresh;
     script = file.script();
     useClock(file.clock());
     flashDrive.attach(path, file.flashDrive());

@@ -17,6 +17,19 @@ ClockKind readClock(const Json& value, const Place& place)
     return text == "virtual" ? ClockKind::virtualTime : ClockKind::real;
 }
 
+// The system takes a NUL character for the end of a path, and nothing for the target file's own folder.
+const std::string& readFolder(const Json& value, const Place& place)
+{
+    const std::string& text = getText(value, place);
+    if (text.empty()) {
+        throw DocumentFault(place, "empty");
+    }
+    if (text.find('\0') != std::string::npos) {
+        throw DocumentFault(place, "holds a NUL character");
+    }
+    return text;
+}
+
 // What names the update element `item`; nothing when it is no update element, or one that cannot be named.
 std::optional<std::string> keyOf(const TreeItem& item)
 {
@@ -70,9 +83,9 @@ TargetFile::TargetFile(const std::filesystem::path& path)
     findElements();
 }
 
-std::unique_ptr<TreeItem> TargetFile::makeTree() const
+std::unique_ptr<TreeItem> TargetFile::makeTree()
 {
-    auto tree = buildTree(*findMember(document, "tree"), Place(Place(), "tree"));
+    auto tree = unused ? std::move(unused) : buildTree(*findMember(document, "tree"), Place(Place(), "tree"));
     if (flash) {
         tree->forEach([this](TreeItem& item) { readFlashFile(item, *flash); });
     }
@@ -82,6 +95,7 @@ std::unique_ptr<TreeItem> TargetFile::makeTree() const
 
 void TargetFile::installElement(const std::string& key, const UpdateContent& content)
 {
+    unused.reset();
     Json& parameters = (*elements.at(key))["parameters"];
     const auto set = [&](const char* name, const Json& value) {
         Json& parameter = parameters[name];
@@ -116,7 +130,7 @@ void TargetFile::readMembers()
         rate = getNumber(*bytes, Place(top, "bytesPerSecond"), 1, std::numeric_limits<std::uint64_t>::max());
     }
     if (const Json* folder = findMember(document, "flashDrive")) {
-        flash = path.parent_path() / getText(*folder, Place(top, "flashDrive"));
+        flash = path.parent_path() / readFolder(*folder, Place(top, "flashDrive"));
     }
     const Json* script = findMember(document, "script");
     calls = std::make_shared<Script>(script == nullptr ? Script() : readScript(*script, Place(top, "script")));
@@ -125,8 +139,8 @@ void TargetFile::readMembers()
 void TargetFile::findElements()
 {
     const Place top;
-    const auto tree = buildTree(getMember(document, "tree", top), Place(top, "tree"));
-    collectElements(*tree, document["tree"], elements);
+    unused = buildTree(getMember(document, "tree", top), Place(top, "tree"));
+    collectElements(*unused, document["tree"], elements);
 }
 
 }  // namespace TrellanSimulation

@@ -34,7 +34,7 @@ public:
 
     // The device's inventory tree, with the script's faults of its values. File-system elements whose file is on the
     // flash drive are valid and have its checksum.
-    std::unique_ptr<TreeItem> makeTree() const;
+    std::unique_ptr<TreeItem> makeTree();
 
     // Whether the board with the element `key` (elementKey()) has it: an UPDATE_ELEMENT with that ID below the board's
     // UPDATE_INFO.
@@ -58,6 +58,7 @@ private:
     std::optional<std::filesystem::path> flash;
     std::shared_ptr<const Script> calls;
     std::unordered_map<std::string, Json*> elements;  // their items in the document
+    std::unique_ptr<TreeItem> unused;                 // the tree as the document says, built to find the elements
     bool changed = false;
 };
 

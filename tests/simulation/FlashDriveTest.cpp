@@ -201,3 +201,20 @@ TEST(FlashDrive, LeavesNoPlaceForTargetsDirectlyInMntWhereItIsPrivate)
               "/mnt or /mnt/cn on this machine, move it to a folder of its own.");
     fs::remove("/mnt/target.json");
 }
+
+TEST(FlashDrive, HasANameThatIsAPath)
+{
+    for (const auto& [name, reason] :
+         {std::pair<std::string, std::string>{"", "empty"}, {std::string("flash\0y", 7), "holds a NUL character"}}) {
+        ordered_json whole = document({});
+        whole["flashDrive"] = name;
+        const SimulatedTarget device(whole);
+        fs::create_directory(device.folder() / "flash");
+        testing::internal::CaptureStderr();
+        const Scan scan;
+        testing::internal::GetCapturedStderr();
+        ASSERT_EQ(scan.errors.count(), 1U);
+        EXPECT_EQ(scan.errors.text(0),
+                  "The target file " + device.path().string() + " cannot be read: flashDrive: " + reason + ".");
+    }
+}
