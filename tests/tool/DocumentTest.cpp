@@ -132,6 +132,20 @@ TEST(DocumentTest, AnExcludedElementIsDisabled)
     EXPECT_EQ(document["elements"][1]["disabled"], true);
 }
 
+TEST(DocumentTest, AnExcludedElementKeepsItsPhase)
+{
+    const SimulatedTarget target(device());
+    const TestArchive archive(
+        description({fileEntry("fpga.bin", {{"boardVariant", "X"}, {"checksumCrc32", 8}}),
+                     fileEntry("tuning.bin", {{"id", 2}, {"boardVariant", "X"}, {"sequence", 2}})}));
+    for (const bool excluded : {false, true}) {
+        const ordered_json document = excluded ? documentOf({"compare", archive.path(), "--json", "--exclude", "1"})
+                                               : documentOf({"compare", archive.path(), "--json"});
+        EXPECT_EQ(document["elements"][1]["phase"], 1) << excluded;
+        EXPECT_EQ(document["elements"][1]["disabled"], excluded);
+    }
+}
+
 TEST(DocumentTest, ListGivesTheArchiveAndItsFiles)
 {
     const TestArchive archive(twoFiles());
