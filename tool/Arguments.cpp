@@ -51,6 +51,19 @@ constexpr TextOption textOptions[] = {
     {"--element-names", &ZoTOptions::elementNames, "LIST", "Only elements with these names"},
 };
 
+struct FileOption {
+    const char* name;
+    std::optional<std::string> Arguments::*field;
+    const char* description;
+};
+
+constexpr FileOption fileOptions[] = {
+    {"--target", &Arguments::targetFile, "Simulated target to work on (sets TRELLAN_TARGET)"},
+    {"--trace", &Arguments::traceFile, "Where to trace the platform's calls (sets TRELLAN_TRACE)"},
+};
+
+constexpr const char* excludeOption = "--exclude";
+
 struct FlagOption {
     const char* name;
     bool ZoTOptions::*field;
@@ -90,18 +103,12 @@ std::string checkIndex(const std::string& text)
     return parseIndex(text) ? "" : "'" + text + "' is no index (0 to 4294967295)";
 }
 
-// An option whose value was forgotten would otherwise take the next option for it.
-std::string checkValue(const std::string& text)
+std::string checkText(const std::string&)
 {
-    return text.starts_with('-') ? "a value is expected, not '" + text + "'" : "";
+    return "";
 }
 
 std::string checkPath(const std::string& text)
-{
-    return text.empty() ? "the path is empty" : checkValue(text);
-}
-
-std::string checkArchive(const std::string& text)
 {
     return text.empty() ? "the path is empty" : "";
 }
@@ -128,7 +135,7 @@ void addOptions(CLI::App& app, Arguments& arguments)
 {
     for (const TextOption& entry : textOptions)
         takeOneValue(app.add_option(entry.name, arguments.options.*entry.field, entry.description), entry.placeholder,
-                     checkValue);
+                     checkText);
     for (const FlagOption& entry : flagOptions)
         app.add_flag(entry.name, arguments.options.*entry.field, entry.description);
     const auto exclude = [&arguments](const std::vector<std::string>& indices) {
@@ -136,17 +143,17 @@ void addOptions(CLI::App& app, Arguments& arguments)
             arguments.excluded.push_back(parseIndex(index).value());
     };
     takeOneValue(app.add_option_function<std::vector<std::string>>(
-                     "--exclude", exclude, "Leave the element with this number out of the update; may be repeated"),
+                     excludeOption, exclude, "Leave the element with this number out of the update; may be repeated"),
                  "INDEX", checkIndex);
-    addFileOption(app, "--target", arguments.targetFile, "Simulated target to work on (sets TRELLAN_TARGET)");
-    addFileOption(app, "--trace", arguments.traceFile, "Where to trace the platform's calls (sets TRELLAN_TRACE)");
+    for (const FileOption& entry : fileOptions)
+        addFileOption(app, entry.name, arguments.*entry.field, entry.description);
 }
 
 void addArchive(CLI::App& app, std::string& archivePath)
 {
     const auto keep = [&archivePath](const std::string& path) { archivePath = absolutePath(path); };
     takeOneValue(app.add_option_function<std::string>("ARCHIVE", keep, "Folder of the firmware archive"), "(required)",
-                 checkArchive)
+                 checkPath)
         ->required();
 }
 
@@ -166,19 +173,38 @@ void addCommand(CLI::App& app, const CommandEntry& entry, Arguments& arguments)
     });
 }
 
+bool takesText(const std::string& option)
+{
+    const auto isOption = [&](const auto& entry) { return option == entry.name; };
+    return std::any_of(std::begin(textOptions), std::end(textOptions), isOption) ||
+           std::any_of(std::begin(fileOptions), std::end(fileOptions), isOption);
+}
+
+// An option whose value was forgotten would take the next option for it. What is behind "=" cannot be meant otherwise.
+void checkValues(const std::vector<std::string>& arguments)
+{
+    for (std::size_t i = 0; i + 1 < arguments.size() && arguments[i] != "--"; ++i) {
+        const bool text = takesText(arguments[i]);
+        const std::string& value = arguments[i + 1];
+        if (text && value.starts_with('-'))
+            throw UsageError(arguments[i] + ": a value is expected, not '" + value + "'");
+        if (text || arguments[i] == excludeOption)
+            ++i;
+    }
+}
+
 // The arguments in the order that the parser takes them off: the last one first. "--name=" is written as two arguments,
 // since the parser would take the argument after it as the value.
-std::vector<std::string> toBeParsed(int argc, const char* const* argv)
+std::vector<std::string> toBeParsed(std::vector<std::string> typed)
 {
     std::vector<std::string> arguments;
     bool options = true;
-    for (int i = 1; i < argc; ++i) {
-        std::string argument = argv[i];
+    for (std::string& argument : typed) {
         options = options && argument != "--";
-        const bool emptyValue = options && argument.starts_with("--") && argument.ends_with('=');
+        const bool emptyValue = options && argument.starts_with("--") && argument.find('=') == argument.size() - 1;
         if (emptyValue)
             argument.pop_back();
-        arguments.push_back(argument);
+        arguments.push_back(std::move(argument));
         if (emptyValue)
             arguments.emplace_back();
     }
@@ -186,8 +212,19 @@ std::vector<std::string> toBeParsed(int argc, const char* const* argv)
     return arguments;
 }
 
+// What was typed for the argument `rest` that the parser left: of "-vx" it takes the "v" off.
+std::string asTyped(const std::string& rest, const std::vector<std::string>& typed)
+{
+    const auto cutTo = [&](const std::string& argument) {
+        return argument.starts_with('-') && !argument.starts_with("--") && argument.ends_with(rest.substr(1));
+    };
+    const bool uncut = std::find(typed.begin(), typed.end(), rest) != typed.end();
+    const auto found = uncut || !rest.starts_with('-') ? typed.end() : std::find_if(typed.begin(), typed.end(), cutTo);
+    return found == typed.end() ? rest : *found;
+}
+
 // The parser would not say which command is unknown, and would name several unexpected arguments backwards.
-void checkRest(const CLI::App& app)
+void checkRest(const CLI::App& app, const std::vector<std::string>& typed)
 {
     const std::vector<std::string> rest = app.remaining(true);
     const bool hasCommand = !app.get_subcommands().empty();
@@ -198,13 +235,14 @@ void checkRest(const CLI::App& app)
     if (app.remaining_size(true) == 0)  // which does not count the "--" before a positional argument
         return;
     const auto unexpected = std::find_if(rest.begin(), rest.end(), [](const auto& text) { return text != "--"; });
-    throw UsageError("unexpected argument '" + (unexpected == rest.end() ? "--" : *unexpected) + "'");
+    throw UsageError("unexpected argument '" + (unexpected == rest.end() ? "--" : asTyped(*unexpected, typed)) + "'");
 }
 
 }  // namespace
 
 Arguments parseArguments(int argc, const char* const* argv)
 {
+    const std::vector<std::string> typed(argv + std::min(argc, 1), argv + argc);
     Arguments arguments;
     arguments.options.descriptionFileName = "archive.json";
 
@@ -216,15 +254,16 @@ Arguments parseArguments(int argc, const char* const* argv)
     for (const CommandEntry& entry : commands)
         addCommand(app, entry, arguments);
 
+    checkValues(typed);
     try {
-        app.parse(toBeParsed(argc, argv));
+        app.parse(toBeParsed(typed));
     } catch (const CLI::CallForHelp&) {
         arguments.help = app.help();
         return arguments;
     } catch (const CLI::ParseError& error) {
         throw UsageError(error.what());
     }
-    checkRest(app);
+    checkRest(app, typed);
     return arguments;
 }
 

@@ -142,6 +142,21 @@ TEST(ArgumentsTest, AnEmptyValueIsAValue)
     EXPECT_EQ(arguments.options.archivePath, "/a");
 }
 
+TEST(ArgumentsTest, AValueBehindAnEqualsSignMayBeginOrEndWithAnything)
+{
+    const Arguments arguments =
+        parsed({"list", "/a", "--description=--force", "--board-types=-v",
+                "--serial-numbers==", "--element-names=A=", "--target=-t", "--trace=--", "--exclude=1"});
+    EXPECT_EQ(arguments.options.descriptionFileName, "--force");
+    EXPECT_EQ(arguments.options.boardTypes, "-v");
+    EXPECT_EQ(arguments.options.serialNumbers, "=");
+    EXPECT_EQ(arguments.options.elementNames, "A=");
+    EXPECT_EQ(arguments.targetFile, here + "/-t");
+    EXPECT_EQ(arguments.traceFile, here + "/--");
+    EXPECT_FALSE(arguments.options.force);
+    EXPECT_FALSE(arguments.options.verbose);
+}
+
 TEST(ArgumentsTest, ValuesAreTakenAsTheyStand)
 {
     EXPECT_EQ(parsed({"list", "/a", "--board-types", "[A,B]"}).options.boardTypes, "[A,B]");

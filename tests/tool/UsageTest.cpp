@@ -92,6 +92,8 @@ TEST(UsageTest, AnUnknownOptionIsNamed)
     expectRefused({"update", "/a", "--forces"}, "unexpected argument '--forces'");
     expectRefused({"update", "--forces=1", "/a"}, "unexpected argument '--forces=1'");
     expectRefused({"version", "-x"}, "unexpected argument '-x'");
+    expectRefused({"version", "-v=1"}, "unexpected argument '-v=1'");
+    expectRefused({"update", "/1x", "-vx"}, "unexpected argument '-vx'");
     expectRefused({"--version"}, "'--version' is no command");
 }
 
@@ -120,6 +122,7 @@ TEST(UsageTest, TheFirstSuperfluousArgumentIsNamed)
     expectRefused({"update", "/a", "/b", "/c"}, "unexpected argument '/b'");
     expectRefused({"list", "/a", "list"}, "unexpected argument 'list'");
     expectRefused({"list", "--", "-a", "-b"}, "unexpected argument '-b'");
+    expectRefused({"list", "--", "-ab", "-b"}, "unexpected argument '-b'");
 }
 
 TEST(UsageTest, AnIndexIsAnUnsigned32BitDecimal)
@@ -135,6 +138,9 @@ TEST(UsageTest, AForgottenValueIsNotTakenFromTheNextOption)
 {
     expectRefused({"update", "/a", "--board-types", "--force"}, "--board-types: a value is expected, not '--force'");
     expectRefused({"update", "/a", "--target", "-v"}, "--target: a value is expected, not '-v'");
+    expectRefused({"update", "/a", "--trace", "--"}, "--trace: a value is expected, not '--'");
+    expectRefused({"update", "/a", "--description", "d", "--board-types", "-1"},
+                  "--board-types: a value is expected, not '-1'");
     expectRefused({"update", "/a", "--exclude", "--force"}, "--exclude: '--force' is no index (0 to 4294967295)");
 }
 
