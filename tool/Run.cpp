@@ -3,6 +3,7 @@
 #include <stdlib.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -48,6 +49,13 @@ bool supportsReboot(ZoITrellanUpdater& updater)
     return updater.checkRebootSupport(state);
 }
 
+// The library prints to standard output but does not tell when that fails.
+bool isWritten(std::ostream& out)
+{
+    const bool flushed = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+    return out.flush() && flushed;
+}
+
 int carryOut(const Arguments& arguments, std::ostream& out, std::ostream& err)
 {
     setEnvironment("TRELLAN_TARGET", arguments.targetFile);
@@ -62,8 +70,19 @@ int carryOut(const Arguments& arguments, std::ostream& out, std::ostream& err)
         return supportsReboot(*updater) ? SUCCESS : FAILURE;
     const bool successful = updater->run() == 1;
     if (arguments.json)
-        out << document(*updater, arguments.command, arguments.options.command) << std::flush;
-    return successful && out ? SUCCESS : FAILURE;
+        out << document(*updater, arguments.command, arguments.options.command);
+    return successful ? SUCCESS : FAILURE;
+}
+
+int runCommand(int argc, const char* const* argv, std::ostream& out, std::ostream& err)
+{
+    const Arguments arguments = parseArguments(argc, argv);
+    out << arguments.help;
+    const int status = arguments.help.empty() ? carryOut(arguments, out, err) : SUCCESS;
+    if (status != SUCCESS || isWritten(out))
+        return status;
+    err << "trellan-update: standard output cannot be written\n";
+    return FAILURE;
 }
 
 }  // namespace
@@ -71,11 +90,7 @@ int carryOut(const Arguments& arguments, std::ostream& out, std::ostream& err)
 int run(int argc, const char* const* argv, std::ostream& out, std::ostream& err)
 {
     try {
-        const Arguments arguments = parseArguments(argc, argv);
-        if (arguments.help.empty())
-            return carryOut(arguments, out, err);
-        out << arguments.help << std::flush;
-        return SUCCESS;
+        return runCommand(argc, argv, out, err);
     } catch (const UsageError& error) {
         err << "trellan-update: " << error.what() << "\nSee trellan-update --help.\n";
         return WRONG_USAGE;

@@ -17,7 +17,8 @@ enum ExitStatus {
 // Carries out the command line `argv` (argv[0] is passed over) and returns an ExitStatus. Help and JSON documents go to
 // `out`, what the tool itself has to complain about to `err`. The library's text goes to the process's standard output;
 // to its standard error where a JSON document is asked for. Sets TRELLAN_TARGET and TRELLAN_TRACE when --target and
-// --trace are given. Throws nothing that derives from std::exception.
+// --trace are given. A success whose output cannot be written is a FAILURE. Throws nothing that derives from
+// std::exception.
 int run(int argc, const char* const* argv, std::ostream& out, std::ostream& err);
 
 }  // namespace TrellanTool

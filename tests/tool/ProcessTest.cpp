@@ -33,6 +33,11 @@ protected:
         return folder.write("target.json", document.dump(2)).string();
     }
 
+    std::string faultlessTarget() const
+    {
+        return folder.write("good.json", target({item("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}})}).dump()).string();
+    }
+
     TempDir folder;
 };
 
@@ -112,4 +117,16 @@ TEST_F(ProcessTest, WrongUsageTouchesNothing)
     EXPECT_EQ(result.output, "");
     EXPECT_EQ(result.errors, "trellan-update: unexpected argument '--bogus'\nSee trellan-update --help.\n");
     EXPECT_FALSE(std::filesystem::exists(folder.path() / "trace"));
+}
+
+TEST_F(ProcessTest, AFullStandardOutputEndsWith1)
+{
+    const std::string target = faultlessTarget();
+    for (const std::string command : {"version", "--help", "scan --help", "scan", "installed --json"}) {
+        const std::string line = "exec \"$1\" " + command + " >/dev/full";
+        const ProcessResult result =
+            runProcess("/bin/sh", {"-c", line, "sh", TRELLAN_TOOL}, folder.path(), {"TRELLAN_TARGET=" + target});
+        EXPECT_EQ(result.status, 1) << command;
+        EXPECT_TRUE(result.errors.ends_with("trellan-update: standard output cannot be written\n")) << result.errors;
+    }
 }
