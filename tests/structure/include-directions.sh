@@ -5,7 +5,7 @@
 #   platform                      the standard library, platform
 #   include                       the standard library
 #   leaf (src/updater/*.h)        include, platform, leaf
-#   facade (ZoCTrellanUpdater.h)  the same; likewise the records (ZoSUpdateFile.h, ZoSUpdateElement.h)
+#   facade (ZoCTrellanUpdater.h)  the above, facade; likewise the records (ZoSUpdateFile.h, ZoSUpdateElement.h)
 #   archive, inventory            the above, their own folder
 #   assignment                    the above, archive, inventory
 #   operation                     the above, assignment
@@ -38,7 +38,8 @@ group() {
 allowed() {
     case $1 in
         platform) answer="platform" ;;
-        leaf | facade) answer="include platform leaf facade" ;;
+        leaf) answer="include platform leaf" ;;
+        facade) answer="include platform leaf facade" ;;
         archive | inventory) answer="include platform leaf facade $1" ;;
         assignment) answer="include platform leaf facade archive inventory assignment" ;;
         operation) answer="include platform leaf facade archive inventory assignment operation" ;;
