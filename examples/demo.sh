@@ -22,17 +22,19 @@ echo "=== Update of the example target ==="
 "$tool" update "$demo/archive" --target "$demo/target.json" "$@" | tee "$demo/first.txt" ||
     fail "the first update failed"
 grep -q "Update completed successfully!" "$demo/first.txt" || fail "the first update does not report success"
-grep -q "^Updating:" "$demo/first.txt" || fail "the first update updated nothing"
 
 echo
 echo "=== The same update again ==="
 "$tool" update "$demo/archive" --target "$demo/target.json" "$@" | tee "$demo/second.txt" ||
     fail "the second update failed"
 grep -q "Update completed successfully!" "$demo/second.txt" || fail "the second update does not report success"
-if grep -q "^Updating:" "$demo/second.txt"; then
-    fail "the second update still found something to do"
-fi
 
 echo
+if [ $# -gt 0 ]; then # what is updated depends on the options
+    echo "Shown: two updates of the example target with the options $*"
+    exit 0
+fi
+grep -q "^Updating:" "$demo/first.txt" || fail "the first update updated nothing"
+! grep -q "^Updating:" "$demo/second.txt" || fail "the second update still found something to do"
 echo "Shown: a target with four boards was updated in three phases, and a second update found nothing left to do."
 echo "By hand: $tool compare $demo/archive --target $demo/target.json   (fresh copies are in $example)"

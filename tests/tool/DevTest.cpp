@@ -1,0 +1,114 @@
+// The developer's commands and the demonstration.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "support/Process.h"
+#include "support/TempDir.h"
+#include "support/TextFile.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// A project folder with the script "dev" whose tools are replaced by scripts.
+class DevTest : public testing::Test {
+protected:
+    DevTest()
+    {
+        fs::copy(TRELLAN_SOURCE_DIR "/dev", folder.path() / "dev");
+        folder.write("packages.txt", "");
+        script("tools/cmake", "exit 0");
+    }
+
+    void script(const std::string& name, const std::string& commands) const
+    {
+        fs::permissions(folder.write(name, "#!/bin/sh\n" + commands + "\n"), fs::perms::owner_all);
+    }
+
+    ProcessResult dev(const std::string& command) const
+    {
+        const std::string line = "PATH=$PWD/tools:$PATH && exec ./dev " + command;
+        return runProcess("/bin/sh", {"-c", line}, folder.path());
+    }
+
+    TempDir folder;
+};
+
+// The demonstration's output, run with `options` and on a virtual clock.
+std::string demo(const std::vector<std::string>& options)
+{
+    const TempDir folder;
+    fs::copy(TRELLAN_SOURCE_DIR "/examples", folder.path(), fs::copy_options::recursive);
+    auto target = nlohmann::ordered_json::parse(readText(folder.path() / "target.json"));
+    target["clock"] = "virtual";
+    writeText(folder.path() / "target.json", target.dump());
+    fs::create_directories(folder.path() / "build/bin");
+    fs::create_symlink(TRELLAN_TOOL, folder.path() / "build/bin/trellan-update");
+    std::vector<std::string> arguments = {"demo.sh", "build"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    const ProcessResult result = runProcess("/bin/bash", arguments, folder.path());
+    EXPECT_EQ(result.status, 0) << result.errors;
+    return result.output;
+}
+
+}  // namespace
+
+TEST_F(DevTest, ApproveRewritesTheReadmeEvenWhenAScenarioFails)
+{
+    script("build/release/bin/test_scenarios", "exit 1");
+    script("build/release/bin/test_readme", "echo \"approve $TRELLAN_APPROVE\"");
+    const ProcessResult result = dev("approve");
+    EXPECT_EQ(result.output, "approve 1\n");
+    EXPECT_EQ(result.status, 1);
+}
+
+TEST_F(DevTest, ApproveSucceedsWhenBothDo)
+{
+    script("build/release/bin/test_scenarios", "exit 0");
+    script("build/release/bin/test_readme", "exit 0");
+    EXPECT_EQ(dev("approve").status, 0);
+    script("build/release/bin/test_readme", "exit 1");
+    EXPECT_EQ(dev("approve").status, 1);
+}
+
+TEST_F(DevTest, BuildLeavesNothingBesideTheBuildFolder)
+{
+    script("tools/cmake", "kill -KILL $PPID");
+    EXPECT_NE(dev("build").status, 0);
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder.path())) {
+        names.push_back(entry.path().filename());
+    }
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(names, (std::vector<std::string>{"build", "dev", "packages.txt", "tools"}));
+}
+
+TEST_F(DevTest, BuildShowsWhyConfiguringFailed)
+{
+    script("tools/cmake", "echo reason; exit 1");
+    const ProcessResult result = dev("build");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.errors, "reason\n");
+}
+
+TEST_F(DevTest, HelpTellsWhatApproveRewritesAndWhereTheDemosOptionsGo)
+{
+    const std::string help = dev("help").output;
+    EXPECT_NE(help.find("the README's commands print now as its transcripts"), std::string::npos) << help;
+    EXPECT_NE(help.find("options behind it are passed to the tool's update"), std::string::npos) << help;
+}
+
+TEST(DemoTest, TellsWhatTheExampleShows)
+{
+    EXPECT_NE(demo({}).find("\nShown: a target with four boards was updated in three phases, and a second update found "
+                            "nothing left to do.\nBy hand: "),
+              std::string::npos);
+}
+
+TEST(DemoTest, ClaimsNothingAboutAnUpdateWithOptions)
+{
+    EXPECT_TRUE(demo({"--force", "--no-progress"})
+                    .ends_with("\nShown: two updates of the example target with the options --force --no-progress\n"));
+}
