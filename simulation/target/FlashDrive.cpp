@@ -144,6 +144,18 @@ void makeDriveFolder()
     makeFolder(drive);
 }
 
+void bindDrive(const std::string& source)
+{
+    if (::mount(source.c_str(), drive.c_str(), nullptr, MS_BIND | MS_REC, nullptr) == 0) {
+        return;
+    }
+    // The folder there is gone: one that was attached before this library was loaded again.
+    if (errno == ENOENT) {
+        checkSystem(::umount2(drive.c_str(), MNT_DETACH), "unmount " + drive);
+    }
+    bind(source, drive);
+}
+
 // Also when one of them is reached through a symbolic link.
 bool liesIn(const std::filesystem::path& file, const char* folder)
 {
@@ -164,19 +176,13 @@ void FlashDrive::attach(const std::filesystem::path& target, const std::optional
     // Opened before anything is mounted: the folder may itself be below /mnt.
     const FileDescriptor source = openFolder(AT_FDCWD, folder->string());
     checkSystem(source.get(), "flash drive " + folder->string());
-    struct stat status = {};
-    checkSystem(::fstat(source.get(), &status), "flash drive " + folder->string());
-    const Identity identity(status.st_dev, status.st_ino);
-    if (attached == identity) {
-        return;
-    }
     detach();
     if (!std::filesystem::is_directory(drive)) {
         makeDriveFolder();
         coversMnt = true;
     }
-    bind(throughDescriptor(source, ""), drive);
-    attached = identity;
+    bindDrive(throughDescriptor(source, ""));
+    attached = true;
 }
 
 void FlashDrive::requireShared(const std::filesystem::path& target, bool withDrive) const
@@ -185,8 +191,7 @@ void FlashDrive::requireShared(const std::filesystem::path& target, bool withDri
     if (covered && (liesIn(target, "/mnt") || liesIn(target, "/mnt/cn"))) {
         throw std::runtime_error(
             "beside a flash drive a target must not lie directly in /mnt or /mnt/cn on this machine, move it to a "
-            "folder "
-            "of its own");
+            "folder of its own");
     }
 }
 
@@ -202,7 +207,7 @@ void FlashDrive::detach()
 {
     if (attached) {
         checkSystem(::umount2(drive.c_str(), MNT_DETACH), "unmount " + drive);
-        attached.reset();
+        attached = false;
     }
 }
 

@@ -1,11 +1,8 @@
 // The flash drive of a simulated target: a folder that this process, and no other one, sees as /mnt/cn/cfdrive.
 #pragma once
 
-#include <sys/types.h>
-
 #include <filesystem>
 #include <optional>
-#include <utility>
 
 namespace TrellanSimulation {
 
@@ -23,15 +20,13 @@ public:
     void attach(const std::filesystem::path& target, const std::optional<std::filesystem::path>& folder);
 
 private:
-    using Identity = std::pair<dev_t, ino_t>;
-
     void requireShared(const std::filesystem::path& target, bool withDrive) const;
     void enterNamespaceOnce();
     void detach();
 
     bool inNamespace = false;
-    bool coversMnt = false;            // a file system in memory is mounted on /mnt
-    std::optional<Identity> attached;  // the folder that is the drive now
+    bool coversMnt = false;  // a file system in memory is mounted on /mnt
+    bool attached = false;   // a folder is the drive now
 };
 
 }  // namespace TrellanSimulation
