@@ -162,12 +162,12 @@ TEST(FlashDrive, MakesElementsValidWhoseFileIsThere)
 
 TEST(FlashDrive, IsGoneForATargetWithoutOne)
 {
+    const FlashTarget first;
+    std::ofstream(first.flash() / "a.txt") << "1";
     {
-        const FlashTarget device;
-        std::ofstream(device.flash() / "a.txt") << "1";
         const Scan scan;
         ASSERT_EQ(scan.result, 0) << scan.errors.text(0);
-        EXPECT_EQ(namesIn(drive), (std::set<std::string>{"a.txt"}));
+        EXPECT_TRUE(fs::exists(drive / "a.txt"));
     }
     {
         const SimulatedTarget device(target({}));
