@@ -204,7 +204,7 @@ TEST_F(Apply, SucceedsInSpiteOfErrorsThatDidNotStopTheScan)
     EXPECT_EQ(masterErrors().getErrorCount(), 1u);
 }
 
-TEST_F(Updating, ForgetsTheFilesOfAnArchiveThatCannotBeReadAgain)
+TEST_F(Apply, ForgetsTheFilesOfAnArchiveThatCannotBeReadAgain)
 {
     const SimulatedTarget target(processorTarget());
     TestArchive archive(description({firmwareEntry()}));
