@@ -15,7 +15,7 @@ using ZoNUpdateArchive::ZoSUpdateFile;
 namespace {
 
 constexpr unsigned seed = 20240229;
-constexpr unsigned archiveCount = 200;
+constexpr unsigned archiveCount = 120;
 
 // What a host sees of a command: apply() must succeed; the text is that of run() alone.
 std::string runCommand(const std::string& folder, const std::string& descriptionFileName, std::uint32_t command)
