@@ -1,6 +1,7 @@
 // The time stamp that the target notes for an update file.
 #include <cstdlib>
 #include <ctime>
+#include <string>
 
 #include "operation/OperationTest.h"
 
@@ -33,14 +34,27 @@ private:
     std::optional<std::string> before;
 };
 
+// The zone `names` (as in TZ) with daylight saving in force from 40 days before today until 40 days after, so that it
+// is in force now and there is standard time within the year: with neither, the C library has to guess how far apart
+// the two are.
+std::string withDaylightSavingNow(const char* names)
+{
+    const std::time_t now = std::time(nullptr);
+    std::tm today;
+    ::gmtime_r(&now, &today);
+    const int first = (today.tm_yday + 365 - 40) % 365 + 1;
+    const int last = (today.tm_yday + 40) % 365 + 1;
+    return std::string(names) + ",J" + std::to_string(first) + "/0,J" + std::to_string(last) + "/0";
+}
+
 }  // namespace
 
 class FileTimeTest : public OperationTest {
 protected:
     // Updates one element in `zone` and expects a file time `ahead` seconds ahead of the time of the update.
-    void expectFileTimeAhead(const char* zone, long long ahead)
+    void expectFileTimeAhead(const std::string& zone, long long ahead)
     {
-        const TimeZone here(zone);
+        const TimeZone here(zone.c_str());
         addElement(1, 1);
         prepare();
         const long long before = std::time(nullptr);
@@ -66,15 +80,15 @@ TEST_F(FileTimeTest, IsTheTimeOfTheUpdateInAZoneWithoutDaylightSaving)
 
 TEST_F(FileTimeTest, IsOneHourAheadWhileDaylightSavingIsInForce)
 {
-    expectFileTimeAhead("STD0DST,0/0,J365/25", 3600);
+    expectFileTimeAhead(withDaylightSavingNow("STD0DST-1"), 3600);
 }
 
 TEST_F(FileTimeTest, IsOneHourAheadAlsoFarFromUniversalTime)
 {
-    expectFileTimeAhead("STD8DST,0/0,J365/25", 3600);
+    expectFileTimeAhead(withDaylightSavingNow("STD8DST7"), 3600);
 }
 
 TEST_F(FileTimeTest, IsHalfAnHourAheadWhereDaylightSavingIsHalfAnHour)
 {
-    expectFileTimeAhead("STD-10:30DST-11,0/0,J365/25", 1800);
+    expectFileTimeAhead(withDaylightSavingNow("STD-10:30DST-11"), 1800);
 }
