@@ -6,7 +6,7 @@ using nlohmann::ordered_json;
 
 namespace {
 
-constexpr std::uint32_t missing = 0xFFFFFFFE;
+constexpr std::uint32_t missingChecksum = 0xFFFFFFFE;
 
 }  // namespace
 
@@ -142,6 +142,6 @@ std::uint32_t ArchiveGenerator::makeContent(std::uint32_t checksum, std::string&
         default:
             saw("bitstream without checksum");
             content = UpdateFiles::bitstreamFile(checksum, 88);
-            return missing;
+            return missingChecksum;
     }
 }

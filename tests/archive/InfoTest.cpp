@@ -14,7 +14,7 @@ struct InfoRule {
 };
 
 // In the order of the checks.
-const InfoRule rules[] = {
+const InfoRule infoRules[] = {
     {"formatVersion", true,
      "ERROR: The archive description file is corrupt. \"formatVersion\" is missing or invalid.\n"},
     {"archiveVersion", true,
@@ -46,14 +46,14 @@ ordered_json infoWith(const std::string& key, const ordered_json& value)
 
 TEST(Info, MandatoryMembersMustBePresent)
 {
-    for (const InfoRule& rule : rules)
+    for (const InfoRule& rule : infoRules)
         if (rule.mandatory)
             expectRefused(withInfo(without(info(), rule.key)), rule.message);
 }
 
 TEST(Info, MembersMustBeStrings)
 {
-    for (const InfoRule& rule : rules)
+    for (const InfoRule& rule : infoRules)
         for (const ordered_json& value : {ordered_json(nullptr), ordered_json(true), ordered_json(1), ordered_json(1.0),
                                           ordered_json::array({"1.0"}), ordered_json::object()})
             expectRefused(infoWith(rule.key, value), rule.message);
@@ -61,9 +61,9 @@ TEST(Info, MembersMustBeStrings)
 
 TEST(Info, MembersAreCheckedInTheirOrder)
 {
-    for (const InfoRule& first : rules) {
+    for (const InfoRule& first : infoRules) {
         ordered_json object = info();
-        for (const InfoRule* rule = &first; rule != std::end(rules); ++rule)
+        for (const InfoRule* rule = &first; rule != std::end(infoRules); ++rule)
             object[rule->key] = 5;
         expectRefused(withInfo(object), first.message);
     }

@@ -26,7 +26,7 @@ struct PropertyRule {
 };
 
 // In the order of the type check.
-const PropertyRule rules[] = {
+const PropertyRule propertyRules[] = {
     {"boardType", {"text", "array"}},
     {"boardVariant", {"null", "text", "array"}},
     {"boardId", {"unsigned", "array"}},
@@ -120,7 +120,7 @@ TEST_F(OptionalProperties, MayAllBeAbsent)
 
 TEST_F(OptionalProperties, AcceptTheirTypesAtTheEntry)
 {
-    for (const PropertyRule& rule : rules)
+    for (const PropertyRule& rule : propertyRules)
         for (const std::string& kind : rule.acceptedKinds)
             expectAccepted(member(rule.name, valueOf(kind, rule.name)));
 }
@@ -128,7 +128,7 @@ TEST_F(OptionalProperties, AcceptTheirTypesAtTheEntry)
 TEST_F(OptionalProperties, AcceptTheirTypesInABoard)
 {
     const std::vector<std::string> belongToTheFile = {"version", "checksumCrc32", "mode"};
-    for (const PropertyRule& rule : rules)
+    for (const PropertyRule& rule : propertyRules)
         for (const std::string& kind : rule.acceptedKinds)
             if (std::count(belongToTheFile.begin(), belongToTheFile.end(), rule.name) == 0)
                 expectAccepted(member(rule.name, valueOf(kind, rule.name)), 3);
@@ -136,7 +136,7 @@ TEST_F(OptionalProperties, AcceptTheirTypesInABoard)
 
 TEST_F(OptionalProperties, RefuseEveryOtherType)
 {
-    for (const PropertyRule& rule : rules)
+    for (const PropertyRule& rule : propertyRules)
         for (const std::string kind : kinds)
             if (std::count(rule.acceptedKinds.begin(), rule.acceptedKinds.end(), kind) == 0)
                 expectWrongType(member(rule.name, valueOf(kind, rule.name)), rule.name);
@@ -149,8 +149,8 @@ TEST_F(OptionalProperties, OtherMembersAreNotLookedAt)
 
 TEST_F(OptionalProperties, LastPropertyOfAWrongTypeIsNamed)
 {
-    for (const PropertyRule* first = rules; first != std::end(rules); ++first)
-        for (const PropertyRule* last = first + 1; last != std::end(rules); ++last) {
+    for (const PropertyRule* first = propertyRules; first != std::end(propertyRules); ++first)
+        for (const PropertyRule* last = first + 1; last != std::end(propertyRules); ++last) {
             expectWrongType(member(first->name, "true") + "," + member(last->name, "true"), last->name);
             expectWrongType(member(last->name, "true") + "," + member(first->name, "true"), last->name);
         }

@@ -4,9 +4,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <fstream>
-#include <memory>
 #include <sstream>
 
+#include "OpenFile.h"
 #include "TraceFile.h"
 #include "libZoRtosAbstraction/ZoNRtosAbstraction.h"
 #include "simulation/base/Clock.h"
@@ -15,11 +15,6 @@
 using TrellanSimulation::ClockKind;
 
 namespace {
-
-struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
 
 std::string contentOf(const std::string& path)
 {
@@ -36,7 +31,7 @@ protected:
 
     TempDir directory;
     std::string path = directory.path() / "file";
-    File file{std::fopen(path.c_str(), "wb")};
+    OpenFile file{std::fopen(path.c_str(), "wb")};
 };
 
 }  // namespace
@@ -82,7 +77,7 @@ TEST_F(Flushing, LeavesNoProcessBehindThatIsToBeCollected)
 TEST_F(Flushing, OfAFileOnAFullMediumFails)
 {
     const TraceFile trace;
-    const File full(std::fopen("/dev/full", "wb"));
+    const OpenFile full(std::fopen("/dev/full", "wb"));
     ASSERT_NE(full, nullptr);
     std::fputs("buffered", full.get());
     EXPECT_NE(ZoNRtosAbstraction::syncFileSystem(full.get(), 500), 0);
