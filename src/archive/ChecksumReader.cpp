@@ -1,5 +1,6 @@
 // Completion of missing checksums from the update files themselves.
 #include "archive/ZoCUpdateArchive.h"
+#include "updater/AllText.h"
 #include "updater/FileAccess.h"
 #include "updater/ZoCTrellanUpdater.h"
 
@@ -36,7 +37,7 @@ bool ZoCUpdateArchive::readUpdateFiles()
         if (file.checksumCrc32 != notAvailable) {
             continue;
         }
-        const std::string path = options->archivePath + "/" + pathText(file.name);
+        const std::string path = options->archivePath + "/" + allText(file.name);
         if (!isReadable(path)) {
             file.fileMissing = true;
             return fail("ERROR: Cannot read checksum from update file. '%s' not found.\n", path.c_str());

@@ -8,6 +8,7 @@
 #include "libZoRtosAbstraction/ZoNRtosAbstraction.h"
 #include "operation/PathChecks.h"
 #include "operation/ZoCUpdateOperation.h"
+#include "updater/AllText.h"
 #include "updater/FileAccess.h"
 #include "updater/ZoCTrellanUpdater.h"
 
@@ -155,6 +156,6 @@ bool ZoCUpdateOperation::writeFileSystemElement(const ZoSUpdateFile& file, const
                                                 std::vector<std::string>& messages)
 {
     messages.clear();
-    const std::string targetPath = pathText(location);
+    const std::string targetPath = allText(location);
     return FileWriter(*updater, options->verbose, pathOf(file), targetPath, messages).write();
 }

@@ -1,6 +1,7 @@
 // The course of an update: lock, phase after phase, unlock, results.
 #include "libZoInventoryManagerAP/ZoCInventoryManager.h"
 #include "operation/ZoCUpdateOperation.h"
+#include "updater/AllText.h"
 #include "updater/ErrorGuard.h"
 #include "updater/FileAccess.h"
 #include "updater/ZoCTrellanUpdater.h"
@@ -166,5 +167,5 @@ const ZoSUpdateFile& ZoCUpdateOperation::fileOf(const ZoSUpdateElement& element)
 
 std::string ZoCUpdateOperation::pathOf(const ZoSUpdateFile& file) const
 {
-    return options->archivePath + "/" + pathText(file.name);
+    return options->archivePath + "/" + allText(file.name);
 }

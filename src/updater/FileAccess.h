@@ -6,14 +6,6 @@
 
 #include <string>
 
-#include "libZoComposite/ZoCString.h"
-
-// The whole of a path's text, a NUL in it included, so that the operations below see it.
-inline std::string pathText(const ZoCString& path)
-{
-    return std::string(path.c_str(), path.length());
-}
-
 // False for an empty path and for one with a NUL in it: the system would look at its beginning only.
 inline bool canNameFile(const std::string& path)
 {
