@@ -41,6 +41,7 @@ ordered_json entry(const ordered_json& members)
 
 TEST(ArchiveVersion, IsPrintedAsOneLine)
 {
+    EXPECT_EQ(archiveVersionText("23.1.1"), "23.1.1\n");
     EXPECT_EQ(archiveVersionText("23.1.4"), "23.1.4\n");
     EXPECT_EQ(archiveVersionText("23.1.10b2p3"), "23.1.10b2p3\n");
 }
@@ -78,6 +79,14 @@ TEST(PrintArchive, ShowsAFileInEachRowInTheirOrder)
               "A         | a.bin | ---     | 5        | /x           \n");
 }
 
+TEST(PrintArchive, ShowsAVersionWhoseFirstNumberIsZero)
+{
+    EXPECT_EQ(textOf(description({entry({{"boardType", "A"}, {"id", 1}, {"version", "0.1"}})}), table),
+              "BoardType | File  | Version | Checksum | Id/TargetPath\n"
+              "------------------------------------------------------\n"
+              "A         | a.bin | 0.1     | 5        | 1            \n");
+}
+
 TEST(PrintArchive, ShowsNumbersAsDecimalDigits)
 {
     EXPECT_EQ(textOf(description({entry({{"boardType", "A"}, {"id", 4294967295u}, {"checksumCrc32", 4294967295u}}),
@@ -92,11 +101,13 @@ TEST(PrintArchive, ShowsNumbersAsDecimalDigits)
 TEST(PrintArchive, JoinsBoardTypes)
 {
     EXPECT_EQ(textOf(description({entry({{"boardType", {"A", "B", "C"}}, {"id", 1}}),
+                                  entry({{"boardType", {"", "A", ""}}, {"id", 1}}),
                                   entry({{"boardType", ordered_json::array()}, {"id", 1}})}),
                      table),
               "BoardType | File  | Version | Checksum | Id/TargetPath\n"
               "------------------------------------------------------\n"
               "A,B,C     | a.bin | 1.2     | 5        | 1            \n"
+              ",A,       | a.bin | 1.2     | 5        | 1            \n"
               "          | a.bin | 1.2     | 5        | 1            \n");
 }
 
@@ -111,6 +122,28 @@ TEST(PrintArchive, ShowsWhatEachBoardIsGiven)
         "----------------------------------------------------------------\n"
         "A,B,C     | a.bin | 1.2     | 5        | A,B: 3, others: 7      \n"
         "A,B,C,D   | a.bin | 1.2     | 5        | A,B: 3, D: 5, others: 8\n");
+}
+
+TEST(PrintArchive, NamesABoardWithAnEmptyTypeByNothing)
+{
+    const ordered_json boards = ordered_json::array({{{"boardType", ""}, {"id", 3}}, {{"boardType", ""}, {"id", 5}}});
+    EXPECT_EQ(textOf(description({entry({{"boards", boards}})}), table),
+              "BoardType | File  | Version | Checksum | Id/TargetPath\n"
+              "------------------------------------------------------\n"
+              ",         | a.bin | 1.2     | 5        | : 3, : 5     \n");
+}
+
+TEST(PrintArchive, ShowsATargetPathBehindAnIdOfOneDigit)
+{
+    // No description gives one entry both of them.
+    TestArchive archive(description({entry({{"boardType", "A"}, {"id", 7}})}));
+    ArchiveReader reader(archive);
+    ASSERT_TRUE(reader.read());
+    reader.archive().getUpdateFileList()[0].jsonEntry["targetPath"] = "/x";
+    EXPECT_EQ(reader.textOf(table),
+              "BoardType | File  | Version | Checksum | Id/TargetPath\n"
+              "------------------------------------------------------\n"
+              "A         | a.bin | 1.2     | 5        | 7, others: /x\n");
 }
 
 TEST(PrintArchive, ShowsTargetPathsInTheSameWay)
@@ -254,6 +287,42 @@ TEST(OutputDescription, FillsInChecksumsAndLeavesOutSkippedEntries)
               "    }\n"
               "}\n");
     EXPECT_FALSE(reader.file(0).jsonEntry.contains("checksumCrc32")) << "the record is only printed";
+}
+
+TEST(OutputDescription, PutsTheChecksumOfTheFileInPlaceOfOneThatMeansNone)
+{
+    const ordered_json none = {{"checksumCrc32", 4294967294u}};
+    TestArchive archive(description({fileEntry("a.bit", none), fileEntry("b.bit", none)}));
+    archive.addFile("a.bit", UpdateFiles::bitstreamFile(88));
+    archive.addFile("b.bit", UpdateFiles::bitstreamFile(88, 91));
+    ArchiveReader reader(archive, ZoNTrellanUpdater::OUTPUT_DESCRIPTION);
+    ASSERT_TRUE(reader.read());
+    EXPECT_EQ(reader.textOf(json),
+              "{\n"
+              "    \"files\": [\n"
+              "        {\n"
+              "            \"boardType\": \"KR5120\",\n"
+              "            \"checksumCrc32\": 88,\n"
+              "            \"id\": 1,\n"
+              "            \"name\": \"a.bit\",\n"
+              "            \"sequence\": 1\n"
+              "        },\n"
+              "        {\n"
+              "            \"boardType\": \"KR5120\",\n"
+              "            \"checksumCrc32\": 4294967294,\n"
+              "            \"id\": 1,\n"
+              "            \"name\": \"b.bit\",\n"
+              "            \"sequence\": 1\n"
+              "        }\n"
+              "    ],\n"
+              "    \"info\": {\n"
+              "        \"archiveName\": \"Test archive\",\n"
+              "        \"archiveVersion\": \"2.3.4\",\n"
+              "        \"formatVersion\": \"1.0\",\n"
+              "        \"productName\": \"Test product\"\n"
+              "    }\n"
+              "}\n")
+        << "the entry as it was read, where its file has no checksum either";
 }
 
 TEST(OutputDescription, LeavesOutAnEmptyVariant)

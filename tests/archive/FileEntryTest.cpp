@@ -100,6 +100,14 @@ TEST(FileEntry, SkippedEntryLeavesNoGap)
     EXPECT_EQ(reader.archive().getMaxSequence(), 2u);
 }
 
+TEST(FileEntry, EverySkippedEntryIsCounted)
+{
+    TestArchive archive(description({entryWith("featureLevel", 3), fileEntry("a.bin"), entryWith("featureLevel", 4)}));
+    ArchiveReader reader(archive);
+    EXPECT_TRUE(reader.read());
+    EXPECT_EQ(reader.archive().getUnsupportedElements(), 2u);
+}
+
 TEST(FileEntry, NothingElseOfASkippedEntryIsChecked)
 {
     TestArchive archive(description({{{"featureLevel", 3}, {"name", 5}, {"boards", 5}, {"mode", "none"}}}));
@@ -231,6 +239,23 @@ TEST(FileEntry, EmptyVersionIsRefused)
 {
     expectRefused(description({fileEntry("a.bin", {{"version", ""}})}),
                   "ERROR: File entry 0 is invalid. Property \"version\" is invalid.\n");
+}
+
+TEST(FileEntry, VersionIsNotCutAtANul)
+{
+    expectRefused(description({fileEntry("a.bin", {{"version", std::string("1.0\0x", 5)}})}),
+                  "ERROR: File entry 0 is invalid. Property \"version\" is invalid.\n");
+}
+
+TEST(FileEntry, NumbersBeyondThirtyTwoBitsBecomeTheLargest)
+{
+    TestArchive archive(description({fileEntry("a.bin", {{"sequence", 4294967297u}, {"checksumCrc32", 8589934590u}})}));
+    ArchiveReader reader(archive);
+    EXPECT_TRUE(reader.read());
+    ASSERT_EQ(reader.fileCount(), 1u);
+    EXPECT_EQ(reader.file(0).sequence, 4294967295u);
+    EXPECT_EQ(reader.archive().getMaxSequence(), 4294967295u);
+    EXPECT_EQ(reader.file(0).checksumCrc32, 4294967295u);
 }
 
 TEST(FileEntry, AbsentChecksumIsNotAvailable)

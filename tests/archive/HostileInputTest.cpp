@@ -1,7 +1,6 @@
 // Description files that nobody wrote with good intent, or that a medium has damaged: each ends with its message.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <sys/stat.h>
 
 #include <filesystem>
@@ -9,6 +8,7 @@
 
 #include "ArchiveReader.h"
 #include "Unprivileged.h"
+#include "support/UpdateFiles.h"
 
 namespace {
 
@@ -137,6 +137,7 @@ TEST(HostileInput, NulInAName)
 TEST(HostileInput, EscapedNulInAName)
 {
     TestArchive archive(withEntry("\"name\":\"a\\u0000b\""));
+    archive.addFile("a", UpdateFiles::bitstreamFile(5));
     expectRefused(archive, "ERROR: Cannot read checksum from update file. '" + archive.path() + "/a' not found.\n");
 }
 

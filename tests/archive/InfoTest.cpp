@@ -76,6 +76,15 @@ TEST(Info, FormatVersionMustParse)
                       "ERROR: The archive description file is corrupt. \"formatVersion\" is invalid.\n");
 }
 
+TEST(Info, VersionsAreNotCutAtANul)
+{
+    const std::string version("1.0\0x", 5);
+    expectRefused(infoWith("formatVersion", version),
+                  "ERROR: The archive description file is corrupt. \"formatVersion\" is invalid.\n");
+    expectRefused(infoWith("archiveVersion", version),
+                  "ERROR: The archive description file is corrupt. \"archiveVersion\" is invalid.\n");
+}
+
 TEST(Info, FormatVersionMustBeOfTheFirstGeneration)
 {
     for (const char* version : {"2.0", "0.1", "0.0.1", "10.0", "255.255"})
@@ -143,6 +152,18 @@ TEST(Info, AbsentVariantIsEmpty)
     reader.archive().getInfo(name, version, product, format, variant);
     EXPECT_EQ(variant, "");
     EXPECT_EQ(version, "2.3.4");
+}
+
+TEST(Info, VariantIsForgottenWhenAnArchiveWithoutOneIsRead)
+{
+    TestArchive archive(infoWith("archiveVariant", "lean"));
+    ArchiveReader reader(archive);
+    ASSERT_TRUE(reader.read());
+    archive.addFile("archive.json", description({}).dump());
+    ASSERT_TRUE(reader.read());
+    std::string name, version, product, format, variant = "old";
+    reader.archive().getInfo(name, version, product, format, variant);
+    EXPECT_EQ(variant, "");
 }
 
 TEST(Info, IsEmptyBeforeReading)
