@@ -1,5 +1,6 @@
 // What the archive can be asked to show: its version, its table, its description as JSON, and what it says of itself.
 #include "archive/ZoCUpdateArchive.h"
+#include "updater/AllText.h"
 #include "updater/CellText.h"
 #include "updater/ZoCTrellanUpdater.h"
 
@@ -8,11 +9,6 @@ using namespace ZoNUpdateArchive;
 namespace {
 
 using ZoNJson::json;
-
-std::string text(const ZoCString& string)
-{
-    return ZoCTrellanUpdater::ZoCString2tstring(string);
-}
 
 std::string numberText(const json& number)
 {
@@ -120,7 +116,7 @@ void ZoCUpdateArchive::outputArchiveVersion() const
     // The text form leaves a zero third number out. So it is taken with a 9 in its place, which is then overwritten.
     const ZoCVersion complete(version.getMar(), version.getMir(), 9, version.getSpb(), version.getSpn(),
                               version.getPlv());
-    owner->print("%s\n", withZeroThirdNumber(text(complete.getAsString())).c_str());
+    owner->print("%s\n", withZeroThirdNumber(allText(complete.getAsString())).c_str());
 }
 
 void ZoCUpdateArchive::printArchive() const
@@ -142,12 +138,12 @@ void ZoCUpdateArchive::outputDescriptionFileJson() const
 {
     json info = json::object();
     info["formatVersion"] = "1.0";
-    info["archiveVersion"] = text(archiveVersion.getAsString());
-    info["productName"] = text(productName);
+    info["archiveVersion"] = allText(archiveVersion.getAsString());
+    info["productName"] = allText(productName);
     if (!archiveVariant.isEmpty()) {
-        info["archiveVariant"] = text(archiveVariant);
+        info["archiveVariant"] = allText(archiveVariant);
     }
-    info["archiveName"] = text(archiveName);
+    info["archiveName"] = allText(archiveName);
 
     json entries = json::array();
     for (std::size_t i = 0; i < files.size(); ++i) {
@@ -167,9 +163,9 @@ void ZoCUpdateArchive::outputDescriptionFileJson() const
 void ZoCUpdateArchive::getInfo(std::string& name, std::string& version, std::string& product, std::string& format,
                                std::string& variant) const
 {
-    name = text(archiveName);
-    version = text(archiveVersion);
-    product = text(productName);
-    format = text(formatVersion);
-    variant = text(archiveVariant);
+    name = allText(archiveName);
+    version = allText(archiveVersion);
+    product = allText(productName);
+    format = allText(formatVersion);
+    variant = allText(archiveVariant);
 }

@@ -58,7 +58,10 @@ public:
     // Prints the table of update files.
     void printArchive() const;
 
-    // Prints the description as JSON: as read, with the checksums found in the update files.
+    // Prints a description of the archive as JSON. Accepted entries stand in it as they were read, with the checksums
+    // found in the update files; skipped entries are left out. "info" has the members that this library knows and no
+    // other, the format version 1.0, and the archive version as the platform writes it ("23.1.0" becomes "23.1").
+    // Other members of the top level are left out.
     void outputDescriptionFile() const;
     void outputDescriptionFileJson() const;
 

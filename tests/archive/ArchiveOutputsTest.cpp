@@ -340,6 +340,25 @@ TEST(OutputDescription, KeepsCharactersBeyondAscii)
               std::string::npos);
 }
 
+TEST(OutputDescription, KeepsTextsBeyondANul)
+{
+    ordered_json document = description({});
+    document["info"]["archiveName"] = std::string("Na\0me", 5);
+    document["info"]["archiveVariant"] = std::string("\0x", 2);
+    document["info"]["productName"] = std::string("Product\0", 8);
+    EXPECT_EQ(textOf(document, json),
+              "{\n"
+              "    \"files\": [],\n"
+              "    \"info\": {\n"
+              "        \"archiveName\": \"Na\\u0000me\",\n"
+              "        \"archiveVariant\": \"\\u0000x\",\n"
+              "        \"archiveVersion\": \"2.3.4\",\n"
+              "        \"formatVersion\": \"1.0\",\n"
+              "        \"productName\": \"Product\\u0000\"\n"
+              "    }\n"
+              "}\n");
+}
+
 TEST(OutputDescription, IsHandedOutAsOnePiece)
 {
     TestArchive archive(description({fileEntry("a.bin"), fileEntry("b.bin")}));

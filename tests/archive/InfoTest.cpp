@@ -143,6 +143,22 @@ TEST(Info, IsGivenToTheHost)
     EXPECT_EQ(variant, "lean");
 }
 
+TEST(Info, IsGivenToTheHostWithTextsBeyondANul)
+{
+    TestArchive archive(withInfo({{"formatVersion", "1.0"},
+                                  {"archiveVersion", "2.0"},
+                                  {"productName", std::string("p\0q", 3)},
+                                  {"archiveVariant", std::string("\0v", 2)},
+                                  {"archiveName", std::string("n\0", 2)}}));
+    ArchiveReader reader(archive);
+    ASSERT_TRUE(reader.read());
+    std::string name, version, product, format, variant;
+    reader.archive().getInfo(name, version, product, format, variant);
+    EXPECT_EQ(name, std::string("n\0", 2));
+    EXPECT_EQ(product, std::string("p\0q", 3));
+    EXPECT_EQ(variant, std::string("\0v", 2));
+}
+
 TEST(Info, AbsentVariantIsEmpty)
 {
     TestArchive archive(description({}));
