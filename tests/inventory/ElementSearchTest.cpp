@@ -79,6 +79,15 @@ TEST_F(ElementSearchTest, SearchesABoardsOwnUpdateInfoFirstWhereverItStandsAndOn
     EXPECT_EQ(names(), (Names{"first", "second", "module", "function block"}));
 }
 
+TEST_F(ElementSearchTest, SearchesEveryUpdateInfoOfABoard)
+{
+    ASSERT_EQ(read({item("HCN", {},
+                         {item("UPDATE_INFO", {}, {named(1, "A")}),
+                          item("UPDATE_INFO", {}, {named(1, "B"), named(2, "C")})})}),
+              1);
+    EXPECT_EQ(names(), (Names{"A", "B", "C"}));
+}
+
 TEST_F(ElementSearchTest, FindsUpdateAndFileSystemElementsInTheOrderOfTheTree)
 {
     ASSERT_EQ(read({board("HCN", {}, {named(2, "B"), fileElement(1, {{"NAME", "file"}}), named(1, "A")})}), 1);

@@ -117,6 +117,14 @@ TEST_F(FileSystemTemplateTest, ThereIsNoneWithoutAProcessingNode)
     EXPECT_EQ(printed(), "Reboot support status: 3\n");
 }
 
+TEST_F(FileSystemTemplateTest, ThatOfAnEarlierReadIsForgotten)
+{
+    ASSERT_EQ(read({board("HCN", processorBoard(), {firmware()})}), 1);
+    ASSERT_NE(inventory().getFileSystemElementTemplate(), nullptr);
+    ASSERT_EQ(read({board("NETC", processorBoard(), {firmware()})}), 1);
+    EXPECT_EQ(inventory().getFileSystemElementTemplate(), nullptr);
+}
+
 TEST_F(FileSystemTemplateTest, ThereIsNoneWithoutAnyElement)
 {
     options.verbose = true;

@@ -37,11 +37,14 @@ TEST_F(InstalledVersionsTest, ShowsTheVersionsOfAllElements)
 
 TEST_F(InstalledVersionsTest, AMissingOrEmptyVersionIsShownByDashes)
 {
-    EXPECT_EQ(table({boardNamed("HCN", "Board", {named(1, "A"), named(2, "B", {{"VERSION", "0.0"}})})}),
-              "Update element | Version\n"
-              "------------------------\n"
-              "Board, A       | ---    \n"
-              "Board, B       | ---    \n");
+    EXPECT_EQ(
+        table({boardNamed("HCN", "Board",
+                          {named(1, "A"), named(2, "B", {{"VERSION", "0.0"}}), named(3, "C", {{"VERSION", "0.1"}})})}),
+        "Update element | Version\n"
+        "------------------------\n"
+        "Board, A       | ---    \n"
+        "Board, B       | ---    \n"
+        "Board, C       | 0.1    \n");
 }
 
 TEST_F(InstalledVersionsTest, MarksInvalidAndInactiveElements)
@@ -164,6 +167,22 @@ TEST_F(InstalledVersionsTest, WithVerboseElementsBeforeTheFirstTitleHaveNoHeader
               "Board, A      | ---\n"
               "-------------------\n"
               "Board, Longer | 1.0\n"
+              "\n"
+              "*******\n"
+              "* Box *\n"
+              "*******\n"
+              "Update element | Version\n"
+              "------------------------\n"
+              "Board, B       | ---    \n");
+}
+
+TEST_F(InstalledVersionsTest, WithVerboseASingleElementBeforeTheFirstTitleHasNoHeaderEither)
+{
+    options.verbose = true;
+    EXPECT_EQ(table({boardNamed("NETC", "Board", {named(1, "A")}),
+                     boardNamed("NETC[2]", "Board", {named(1, "B")}, {{"PRODUCT/UNITNAME", "Box"}})}),
+              "Board, A | ---\n"
+              "--------------\n"
               "\n"
               "*******\n"
               "* Box *\n"

@@ -36,6 +36,7 @@ TEST(OptionListTest, FindsANameBehindNamesThatContainIt)
 TEST(OptionListTest, FindsANameThatOverlapsItself)
 {
     EXPECT_TRUE(contains("xABA ABA", "ABA"));
+    EXPECT_TRUE(contains("xA A A", "A A"));
     EXPECT_FALSE(contains("ABABA", "ABA"));
 }
 

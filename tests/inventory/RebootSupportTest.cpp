@@ -49,6 +49,7 @@ TEST_F(RebootSupportTest, DependsOnTheFirmwareVersionOfAKr5140)
 {
     EXPECT_EQ(stateOf("KR5140", {firmware("4.9")}), 2u);
     EXPECT_EQ(stateOf("KR5140", {firmware("5.0b7")}), 2u);
+    EXPECT_EQ(stateOf("KR5140", {firmware("5.0s255.65535p65535")}), 2u);
     EXPECT_EQ(stateOf("KR5140", {firmware("5.0")}), 0u);
     EXPECT_EQ(stateOf("KR5140", {firmware("5.1")}), 0u);
 }
@@ -130,12 +131,14 @@ TEST_F(RebootSupportTest, AnEmptyTargetIsAnError)
 TEST_F(RebootSupportTest, AnHcnWithoutATypeIsAnError)
 {
     EXPECT_EQ(stateOf({board("HCN", {}, {firmware("24.0")})}), 4u);
+    EXPECT_EQ(errors.count(), 0u);
 }
 
 TEST_F(RebootSupportTest, AnHcnWithoutUpdateInfoIsAnErrorWhateverItsType)
 {
     EXPECT_EQ(stateOf({item("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}})}), 4u);
     EXPECT_EQ(stateOf({item("HCN", {{"PRODUCT/BOARD_TYPE", "XY"}})}), 4u);
+    EXPECT_EQ(errors.count(), 0u);
 }
 
 TEST_F(RebootSupportTest, AValueThatCannotBeReadIsAnError)
@@ -145,6 +148,11 @@ TEST_F(RebootSupportTest, AValueThatCannotBeReadIsAnError)
     EXPECT_EQ(stateWhenReadingFails("/ROOT/HCN/UPDATE_INFO/UPDATE_ELEMENT:NAME"), 4u);
     EXPECT_EQ(stateWhenReadingFails("/ROOT/HCN/UPDATE_INFO/UPDATE_ELEMENT:VERSION"), 4u);
     EXPECT_EQ(stateWhenReadingFails("/ROOT/HCN/UPDATE_INFO/UPDATE_ELEMENT:VERSION_HISTORY"), 0u);
+}
+
+TEST_F(RebootSupportTest, AnActiveValueBeyondEightBitsIsAnError)
+{
+    EXPECT_EQ(stateOf("KR5120", {named(1, "UserFirmware", {{"VERSION", "24.0"}, {"ACTIVE", 256}})}), 4u);
 }
 
 TEST_F(RebootSupportTest, AFirmwareWithoutAVersionIsAnErrorAndAnUnreadableOneIsTooOld)

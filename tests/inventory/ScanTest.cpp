@@ -61,6 +61,16 @@ TEST_F(ScanTest, ErrorsOfASuccessfulScanStopNothing)
     EXPECT_EQ(errorTexts(), std::vector<std::string>{"noise"});
 }
 
+TEST_F(ScanTest, ErrorsOfTheSearchComeBeforeThoseOfTheRebootSupport)
+{
+    ordered_json document = target({board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}}, {named(1, "UserFirmware")},
+                                          {board("CN", {{"PRODUCT/ID", "none"}}, {named(1, "A")})})});
+    EXPECT_EQ(readTarget(document), 1);
+    EXPECT_EQ(errorTexts(),
+              (std::vector<std::string>{"Parameter PRODUCT/ID of /ROOT/HCN/CN has another type.",
+                                        "Parameter VERSION of /ROOT/HCN/UPDATE_INFO/UPDATE_ELEMENT does not exist."}));
+}
+
 TEST_F(ScanTest, ANewSearchForgetsTheElementsAndTheProcessingNodes)
 {
     ASSERT_EQ(read({board("HCN", {}, {named(1, "A"), named(2, "B")}), board("CN", {}, {})}), 1);

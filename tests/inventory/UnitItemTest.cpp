@@ -24,6 +24,23 @@ TEST_F(UnitItemTest, AnItemWithAPackageNameIsAUnitToo)
     EXPECT_EQ(str(element().unitProductName), "Package");
 }
 
+TEST_F(UnitItemTest, AnEmptyUnitNameGoesBeforeThePackageName)
+{
+    ASSERT_EQ(read({board("NETC", {{"PRODUCT/UNITNAME", ""}, {"PRODUCT/PACKAGE_NAME", "Package"}}, {named(1, "A")})}),
+              1);
+    EXPECT_EQ(str(element().unitProductName), "");
+}
+
+TEST_F(UnitItemTest, AnUpdateElementMayBeAUnitOfItsOwn)
+{
+    ASSERT_EQ(read({board("NETC", {{"PRODUCT/UNITNAME", "Box"}},
+                          {named(1, "A"), named(2, "B", {{"PRODUCT/UNITNAME", "Element"}}), named(3, "C")})}),
+              1);
+    EXPECT_EQ(names(), (std::vector<std::string>{"A", "C", "B"}));
+    EXPECT_EQ(str(element(1).unitProductName), "Box");
+    EXPECT_EQ(str(element(2).unitProductName), "Element");
+}
+
 TEST_F(UnitItemTest, TheUnitHoldsForEverythingBelowUpToTheNextUnit)
 {
     ASSERT_EQ(read({board("NETC", {{"PRODUCT/UNITNAME", "Outer"}}, {named(1, "A")},
@@ -54,6 +71,18 @@ TEST_F(UnitItemTest, AnHcnTakesTheFirstBackplaneOfItsFirstCn)
                            item("CN[2]", {}, {backplane("BACKPLANE", "other")})})}),
               1);
     EXPECT_EQ(str(element().unitProductName), "first");
+}
+
+TEST_F(UnitItemTest, TheFirstCnOfAnHcnMayHaveAnyIndex)
+{
+    ASSERT_EQ(read({board("HCN", {}, {named(1, "A")},
+                          {backplane("BACKPLANE", "own"), item("CN[2]", {}, {backplane("BACKPLANE", "of the only")})}),
+                    board("HCN[2]", {}, {named(1, "B")},
+                          {item("CN[2]", {}, {backplane("BACKPLANE", "first")}),
+                           item("CN", {}, {backplane("BACKPLANE", "second")})})}),
+              1);
+    EXPECT_EQ(str(element(0).unitProductName), "of the only");
+    EXPECT_EQ(str(element(1).unitProductName), "first");
 }
 
 TEST_F(UnitItemTest, AnHcnWithoutACnTakesItsOwnFirstBackplane)
@@ -154,10 +183,11 @@ TEST_F(UnitItemTest, AUnitWithoutAUnitNameGivesItsRackName)
 std::vector<ordered_json> routerUnit(ordered_json parameters)
 {
     parameters["PRODUCT/UNITNAME"] = "Router";
-    return {board("IOROUTER", parameters, {named(1, "A")},
-                  {item("NETWORK", {},
-                        {item("ION[16]", {{"UNITNAME", "Node 16"}, {"RACKNAME", "Rack 16"}}),
-                         item("ION[17]", {{"RACKNAME", "Rack 17"}})})})};
+    return {board(
+        "IOROUTER", parameters, {named(1, "A")},
+        {item("NETWORK", {},
+              {item("ION[16]", {{"UNITNAME", "Node 16"}, {"RACKNAME", "Rack 16"}}),
+               item("ION[17]", {{"RACKNAME", "Rack 17"}}), item("ION[8388624]", {{"UNITNAME", "Node 8388624"}})})})};
 }
 
 TEST_F(UnitItemTest, AnIoRouterUnitIsNamedByTheNetworkItemOfItsSerialNumber)
@@ -172,6 +202,8 @@ TEST_F(UnitItemTest, OnlyTheLow24BitsOfTheSerialNumberNameTheNetworkItem)
 {
     ASSERT_EQ(read(routerUnit({{"PRODUCT/SERIAL_NUMBER", 0xFF000010u}})), 1);
     EXPECT_EQ(str(element().unitName), "Node 16");
+    ASSERT_EQ(read(routerUnit({{"PRODUCT/SERIAL_NUMBER", 0xFF800010u}})), 1);
+    EXPECT_EQ(str(element().unitName), "Node 8388624");
 }
 
 TEST_F(UnitItemTest, ANetworkItemWithoutAUnitNameStillNamesTheRouter)
