@@ -6,6 +6,7 @@
 #include "support/Process.h"
 #include "support/TargetBuilder.h"
 #include "support/TempDir.h"
+#include "support/TestArchive.h"
 #include "support/TextFile.h"
 
 using nlohmann::json;
@@ -129,4 +130,22 @@ TEST_F(ProcessTest, AFullStandardOutputEndsWith1)
         EXPECT_EQ(result.status, 1) << command;
         EXPECT_TRUE(result.errors.ends_with("trellan-update: standard output cannot be written\n")) << result.errors;
     }
+}
+
+// A pipe whose reader is gone: every attempt to write to it fails.
+TEST_F(ProcessTest, AReaderThatGoesAwayDoesNotStopAnUpdate)
+{
+    const ordered_json device = target({board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}, {"PRODUCT/NAME", "Board"}},
+                                              {updateElement(1, {{"NAME", "UserFirmware"}, {"VERSION", "1.0"}})})});
+    folder.write("target.json", device.dump(2));
+    TestArchive archive(description({fileEntry("firmware.bin", {{"id", 1}, {"version", "2.0"}})}));
+    archive.addFile("firmware.bin", "firmware");
+    const std::string line =
+        "mkfifo pipe && exec 3<>pipe 4>pipe 3<&- && exec \"$0\" update \"$1\" --target target.json --trace trace >&4";
+    const ProcessResult result = runProcess("/bin/sh", {"-c", line, TRELLAN_TOOL, archive.path()}, folder.path());
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.errors, "trellan-update: standard output cannot be written\n");
+    const std::string trace = readText(folder.path() / "trace");
+    for (const char* const call : {"updateFinish", "unlock"})
+        EXPECT_NE(trace.find(std::string("{\"call\":\"") + call + "\""), std::string::npos) << trace;
 }
