@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
+#include <system_error>
 
 namespace TrellanTool {
 
@@ -18,6 +19,9 @@ struct CommandEntry {
     bool givesJson;
     bool rebootSupport;
     const char* description;
+
+    // The commands from this one on read the target's inventory, and with it the elements.
+    bool readsTarget() const { return code >= ZoNTrellanUpdater::INSTALLED_VERSIONS; }
 };
 
 constexpr CommandEntry commands[] = {
@@ -116,12 +120,20 @@ std::string checkPath(const std::string& text)
 // The whole text is one value, also in brackets; where an option may occur several times, each takes one.
 CLI::Option* takeOneValue(CLI::Option* option, const char* placeholder, std::string (*check)(const std::string&))
 {
-    return option->allow_extra_args(false)->option_text(placeholder)->check(CLI::Validator(check, ""));
+    return option->allow_extra_args(false)
+        ->type_name(placeholder)
+        ->option_text(placeholder)
+        ->check(CLI::Validator(check, ""));
 }
 
 std::string absolutePath(const std::string& path)
 {
-    return std::filesystem::absolute(path).string();
+    std::error_code error;
+    const std::filesystem::path absolute = std::filesystem::absolute(path, error);
+    if (error)
+        throw std::runtime_error("cannot tell which file the relative path '" + path +
+                                 "' means: there is no working folder (" + error.message() + ")");
+    return absolute.string();
 }
 
 void addFileOption(CLI::App& app, const char* name, std::optional<std::string>& file, const char* description)
@@ -170,26 +182,45 @@ void addCommand(CLI::App& app, const CommandEntry& entry, Arguments& arguments)
         arguments.command = entry.name;
         arguments.options.command = entry.code;
         arguments.rebootSupport = entry.rebootSupport;
+        arguments.hasElements = entry.readsTarget();
     });
 }
 
-bool takesText(const std::string& option)
+// The option that has this name with some command, or null.
+const CLI::Option* findOption(const CLI::App& app, const std::string& name)
 {
-    const auto isOption = [&](const auto& entry) { return option == entry.name; };
-    return std::any_of(std::begin(textOptions), std::end(textOptions), isOption) ||
-           std::any_of(std::begin(fileOptions), std::end(fileOptions), isOption);
+    for (const CLI::App* const command : app.get_subcommands(nullptr)) {
+        if (const CLI::Option* const option = command->get_option_no_throw(name))
+            return option;
+    }
+    return nullptr;
 }
 
-// An option whose value was forgotten would take the next option for it. What is behind "=" cannot be meant otherwise.
-void checkValues(const std::vector<std::string>& arguments)
+// The parser would read "-v-force" as "-v --force", and "-v-" as "-v --".
+void checkShortFlags(const std::string& argument)
 {
-    for (std::size_t i = 0; i + 1 < arguments.size() && arguments[i] != "--"; ++i) {
-        const bool text = takesText(arguments[i]);
-        const std::string& value = arguments[i + 1];
-        if (text && value.starts_with('-'))
-            throw UsageError(arguments[i] + ": a value is expected, not '" + value + "'");
-        if (text || arguments[i] == excludeOption)
-            ++i;
+    if (argument.starts_with('-') && !argument.starts_with("--") && argument.find('-', 1) != std::string::npos)
+        throw UsageError("unexpected argument '" + argument + "'");
+}
+
+// A flag has no value, though the parser would take one. An option whose value was forgotten would take the next option
+// for it; what is behind "=" cannot be meant otherwise.
+void checkValues(const CLI::App& app, const std::vector<std::string>& arguments)
+{
+    for (std::size_t i = 0; i < arguments.size() && arguments[i] != "--"; ++i) {
+        checkShortFlags(arguments[i]);
+        const std::string name = arguments[i].substr(0, arguments[i].find('='));
+        const CLI::Option* const option = name.starts_with("--") ? findOption(app, name) : nullptr;
+        const bool hasValue = name != arguments[i];
+        if (option == nullptr)
+            continue;
+        if (option->get_items_expected_max() == 0 && hasValue)
+            throw UsageError(name + ": no value is expected");
+        if (option->get_items_expected_max() == 0 || hasValue || i + 1 == arguments.size())
+            continue;
+        const std::string& value = arguments[++i];
+        if (name != excludeOption && value.starts_with('-'))
+            throw UsageError(name + ": a value is expected, not '" + value + "'");
     }
 }
 
@@ -254,7 +285,7 @@ Arguments parseArguments(int argc, const char* const* argv)
     for (const CommandEntry& entry : commands)
         addCommand(app, entry, arguments);
 
-    checkValues(typed);
+    checkValues(app, typed);
     try {
         app.parse(toBeParsed(typed));
     } catch (const CLI::CallForHelp&) {

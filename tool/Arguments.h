@@ -20,6 +20,7 @@ struct Arguments {
     std::optional<std::string> targetFile;  // value for TRELLAN_TARGET, absolute
     std::optional<std::string> traceFile;   // value for TRELLAN_TRACE, absolute
     bool json = false;                      // print a JSON document in place of the library's text
+    bool hasElements = false;               // the command reads the target's update elements
     bool rebootSupport = false;             // tell whether the device can be rebooted automatically
 };
 

@@ -35,6 +35,10 @@ void excludeElements(ZoITrellanUpdater& updater, const Arguments& arguments, std
 {
     if (arguments.excluded.empty())
         return;
+    if (!arguments.hasElements) {
+        err << "trellan-update: warning: " << arguments.command << " has no elements to exclude\n";
+        return;
+    }
     const unsigned count = countElements(updater);
     for (const std::uint32_t index : arguments.excluded) {
         if (index >= count)

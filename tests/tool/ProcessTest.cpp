@@ -149,3 +149,19 @@ TEST_F(ProcessTest, AReaderThatGoesAwayDoesNotStopAnUpdate)
     for (const char* const call : {"updateFinish", "unlock"})
         EXPECT_NE(trace.find(std::string("{\"call\":\"") + call + "\""), std::string::npos) << trace;
 }
+
+TEST_F(ProcessTest, ARelativePathInAFolderThatIsGoneIsNamed)
+{
+    const std::string line = "mkdir gone && cd gone && rmdir ../gone && exec \"$0\" ";
+    for (const std::string command : {"list archive", "scan --target archive", "scan --trace archive"}) {
+        const ProcessResult result = runProcess("/bin/sh", {"-c", line + command, TRELLAN_TOOL}, folder.path());
+        EXPECT_EQ(result.status, 1) << command;
+        EXPECT_EQ(result.output, "") << command;
+        EXPECT_EQ(
+            result.errors,
+            "trellan-update: cannot tell which file the relative path 'archive' means: there is no working folder "
+            "(No such file or directory)\n")
+            << command;
+    }
+    EXPECT_EQ(runProcess("/bin/sh", {"-c", line + "version", TRELLAN_TOOL}, folder.path()).output, "1.0\n");
+}

@@ -131,6 +131,30 @@ TEST(RunTest, AnIndexBeyondTheElementsGivesAWarningAndTheRunGoesOn)
     EXPECT_EQ(startedUpdates(device), 1u);
 }
 
+TEST(RunTest, ACommandWithoutElementsSaysSoInsteadOfNamingTheExcludedOnes)
+{
+    const SimulatedTarget device(twoElements());
+    TestArchive archive(firmwareAndFpga());
+    archive.addFile("firmware.bin", "firmware");
+    archive.addFile("fpga.bin", "FPGA");
+    PrintedText printed;
+    const RunResult version = ran({"version", "--exclude", "1"});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_EQ(version.err, "trellan-update: warning: version has no elements to exclude\n");
+    for (const std::string command : {"archive-version", "list", "describe"}) {
+        const RunResult result = ran({command, archive.path(), "--exclude", "1", "--exclude", "9"});
+        EXPECT_EQ(result.status, 0) << command;
+        EXPECT_EQ(result.err, "trellan-update: warning: " + command + " has no elements to exclude\n");
+    }
+    for (const std::string command : {"installed", "scan"}) {
+        const RunResult result = ran({command, "--exclude", "1", "--exclude", "9"});
+        EXPECT_EQ(result.err, "trellan-update: warning: there is no element 9 to exclude\n") << command;
+    }
+    const RunResult compared = ran({"compare", archive.path(), "--exclude", "1", "--exclude", "9"});
+    EXPECT_EQ(compared.err, "trellan-update: warning: there is no element 9 to exclude\n");
+    printed.take();
+}
+
 TEST(RunTest, RebootSupportEndsWith0WhereTheFirmwareIsNewEnough)
 {
     const SimulatedTarget device(twoElements("23.2"));

@@ -95,6 +95,22 @@ TEST(UsageTest, AnUnknownOptionIsNamed)
     expectRefused({"version", "-v=1"}, "unexpected argument '-v=1'");
     expectRefused({"update", "/1x", "-vx"}, "unexpected argument '-vx'");
     expectRefused({"--version"}, "'--version' is no command");
+    expectRefused({"list", "/a", "-v-"}, "unexpected argument '-v-'");
+    expectRefused({"list", "/a", "-v-force"}, "unexpected argument '-v-force'");
+    expectRefused({"list", "-v-", "/a"}, "unexpected argument '-v-'");
+}
+
+TEST(UsageTest, AFlagTakesNoValue)
+{
+    for (const std::string flag : {"--verbose", "--force", "--no-progress", "--configuration",
+                                   "--disable-custom-elements", "--json", "--help"}) {
+        for (const char* const value : {"=", "=2", "=true", "=false", "=a=b"})
+            expectRefused({"compare", "/a", flag + value}, flag + ": no value is expected");
+    }
+    expectRefused({"--help=x"}, "--help: no value is expected");
+    expectRefused({"compare", "/a", "--board-types", "--force=2"},
+                  "--board-types: a value is expected, not '--force=2'");
+    EXPECT_TRUE(parsed({"list", "--", "--force=2"}).options.archivePath.ends_with("/--force=2"));
 }
 
 TEST(UsageTest, OptionsStandAfterTheCommand)
@@ -146,8 +162,11 @@ TEST(UsageTest, AForgottenValueIsNotTakenFromTheNextOption)
 
 TEST(UsageTest, AnOptionNeedsItsValue)
 {
-    expectRefused({"update", "/a", "--description"}, "--description: 1 required TEXT missing");
-    expectRefused({"update", "/a", "--exclude"}, "--exclude: 1 required TEXT missing");
+    expectRefused({"update", "/a", "--description"}, "--description: 1 required NAME missing");
+    expectRefused({"update", "/a", "--board-types"}, "--board-types: 1 required LIST missing");
+    expectRefused({"update", "/a", "--exclude"}, "--exclude: 1 required INDEX missing");
+    expectRefused({"update", "/a", "--target"}, "--target: 1 required FILE missing");
+    expectRefused({"update", "/a", "--trace"}, "--trace: 1 required FILE missing");
 }
 
 TEST(UsageTest, OnlyExcludeMayBeRepeated)
