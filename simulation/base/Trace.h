@@ -8,8 +8,8 @@ namespace TrellanSimulation {
 // A traced call: "call", then its arguments, results and number of errors, in this order.
 using TraceRecord = nlohmann::ordered_json;
 
-// Appends `record` to the file that the environment variable TRELLAN_TRACE names at this moment; does nothing when it is
-// unset or empty.
+// Appends `record` to the file that the environment variable TRELLAN_TRACE names at this moment; does nothing when it
+// is unset or empty.
 void trace(const TraceRecord& record);
 
 }  // namespace TrellanSimulation

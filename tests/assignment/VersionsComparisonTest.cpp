@@ -146,12 +146,11 @@ TEST_F(VersionsComparisonTest, NewFileSystemElementsFollow)
     addFileForId(1, {{"version", "1.1"}, {"checksumCrc32", 8}, {"sequence", 3}});
     addFile({{"boardType", "T"}, {"targetPath", "/a/b"}, {"version", "2.0"}, {"checksumCrc32", 9}, {"sequence", 4}});
     addElement({.version = "1.0"});
-    EXPECT_EQ(
-        table(),
-        "No. | Update element            | Installed | Available | Checksums | Up-to-date | Phase |          \n"
-        "----------------------------------------------------------------------------------------------------\n"
-        "0   | Element 0                 | 1.0       | 1.1       | --- != 8  | N          | 0     |          \n"
-        "1   | Board, Updatable file (b) | ---       | 2.0       | --- != 9  | N          | 1     | [INVALID]\n");
+    EXPECT_EQ(table(),
+              "No. | Update element            | Installed | Available | Checksums | Up-to-date | Phase |          \n"
+              "----------------------------------------------------------------------------------------------------\n"
+              "0   | Element 0                 | 1.0       | 1.1       | --- != 8  | N          | 0     |          \n"
+              "1   | Board, Updatable file (b) | ---       | 2.0       | --- != 9  | N          | 1     | [INVALID]\n");
 }
 
 }  // namespace
