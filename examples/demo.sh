@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Updates a copy of the example target twice, the second time with nothing left to do.
+# Updates a copy of the example target twice, the second time with nothing left to do. The copy is in BUILD_FOLDER/demo.
 # Usage: examples/demo.sh BUILD_FOLDER [options of the update command]
 set -euo pipefail
 
@@ -8,6 +8,14 @@ shift
 example=$(cd "$(dirname "$0")" && pwd)
 tool=$build/bin/trellan-update
 demo=$build/demo
+
+# The files for a flash drive come from a path that a shell takes literally.
+case $(realpath "$build") in
+    *[![:alnum:]/._+,:=@%-]*)
+        demo=$(mktemp -d /tmp/trellan-demo-XXXXXX)
+        echo "The path of the build folder holds blanks or the like; the copy of the example is in $demo"
+        ;;
+esac
 
 rm -rf "$demo"
 mkdir -p "$demo"
@@ -37,4 +45,5 @@ fi
 grep -q "^Updating:" "$demo/first.txt" || fail "the first update updated nothing"
 ! grep -q "^Updating:" "$demo/second.txt" || fail "the second update still found something to do"
 echo "Shown: a target with four boards was updated in three phases, and a second update found nothing left to do."
-echo "By hand: $tool compare $demo/archive --target $demo/target.json   (fresh copies are in $example)"
+printf 'By hand: %q compare %s --target %s   (fresh copies are in %s)\n' \
+    "$tool" "$demo/archive" "$demo/target.json" "$example"

@@ -1,4 +1,5 @@
-// The README's transcripts and its host program, run as they stand there.
+// The README's transcripts and its host program, run as they stand there. With TRELLAN_APPROVE=1 in the environment the
+// README gets the transcripts that are printed now, unless a command fails.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -6,7 +7,9 @@
 #include <fstream>
 #include <sstream>
 
+#include "support/Process.h"
 #include "support/TempDir.h"
+#include "support/TextFile.h"
 
 namespace {
 
@@ -14,33 +17,23 @@ namespace fs = std::filesystem;
 
 const fs::path readmePath = fs::path(TRELLAN_SOURCE_DIR) / "README.md";
 
-std::string read(const fs::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream content;
-    content << file.rdbuf();
-    return content.str();
-}
-
 // A copy of the example on a virtual clock.
 class Example {
 public:
     Example()
     {
         fs::copy(fs::path(TRELLAN_SOURCE_DIR) / "examples", folder.path(), fs::copy_options::recursive);
-        std::string target = read(folder.path() / "target.json");
+        std::string target = readText(folder.path() / "target.json");
         const std::string realClock = "\"clock\": \"real\"";
         target.replace(target.find(realClock), realClock.size(), "\"clock\": \"virtual\"");
         folder.write("target.json", target);
     }
 
-    // Runs a shell command in the example's folder; gives its standard output and exit status.
-    std::string run(const std::string& command, int& status) const
+    // Runs a shell command in the example's folder, where the tool is found by its name.
+    ProcessResult run(const std::string& command) const
     {
-        const std::string output = (folder.path() / "output").string();
-        const std::string line = "cd " + folder.path().string() + " && { " + command + "; } > " + output;
-        status = std::system(line.c_str());
-        return read(output);
+        const std::string tools = fs::path(TRELLAN_TOOL).parent_path().string();
+        return runProcess("/bin/sh", {"-c", "PATH=$0:$PATH; " + command, tools}, path());
     }
 
     fs::path path() const { return folder.path(); }
@@ -48,6 +41,12 @@ public:
 private:
     TempDir folder;
 };
+
+bool approving()
+{
+    const char* const value = std::getenv("TRELLAN_APPROVE");
+    return value != nullptr && std::string(value) == "1";
+}
 
 // The README with the output of every "$ trellan-update" line in it as it is printed now.
 std::string withPresentOutput(const std::string& readme, const Example& example)
@@ -66,9 +65,10 @@ std::string withPresentOutput(const std::string& readme, const Example& example)
         } else if (!inTranscript) {
             result += line + "\n";
         } else if (line.starts_with(prompt)) {
-            int status = 0;
-            result += line + "\n" + example.run(TRELLAN_TOOL + line.substr(prompt.size()), status);
-            EXPECT_EQ(status, 0) << line;
+            const ProcessResult present = example.run(line.substr(2));
+            result += line + "\n" + present.output;
+            EXPECT_EQ(present.status, 0) << line;
+            EXPECT_EQ(present.errors, "") << line;
         }
     }
     return result;
@@ -77,17 +77,16 @@ std::string withPresentOutput(const std::string& readme, const Example& example)
 TEST(Readme, ItsTranscriptsAreWhatTheToolPrints)
 {
     const Example example;
-    const std::string readme = read(readmePath);
+    const std::string readme = readText(readmePath);
     const std::string present = withPresentOutput(readme, example);
-    if (std::getenv("TRELLAN_APPROVE") != nullptr) {
-        std::ofstream(readmePath, std::ios::binary) << present;
-    }
-    EXPECT_EQ(read(readmePath), present);
+    if (approving() && !HasFailure())
+        writeText(readmePath, present);
+    EXPECT_EQ(readText(readmePath), present);
 }
 
 TEST(Readme, ItsTranscriptsShowEveryCommand)
 {
-    const std::string readme = read(readmePath);
+    const std::string readme = readText(readmePath);
     for (const char* const command : {"version", "archive-version", "list", "describe", "installed", "scan", "compare",
                                       "update", "reboot-support"}) {
         EXPECT_NE(readme.find("\n$ trellan-update " + std::string(command)), std::string::npos) << command;
@@ -97,24 +96,26 @@ TEST(Readme, ItsTranscriptsShowEveryCommand)
 TEST(Readme, ItsHostProgramUpdatesTheExample)
 {
     const Example example;
-    const std::string readme = read(readmePath);
+    const std::string readme = readText(readmePath);
     const std::string fence = "```cpp\n";
     const std::size_t begin = readme.find(fence) + fence.size();
     const fs::path source = example.path() / "host.cpp";
     std::ofstream(source) << readme.substr(begin, readme.find("```", begin) - begin);
 
     const fs::path library = TRELLAN_LIBRARY;
-    const std::string include = (fs::path(TRELLAN_SOURCE_DIR) / "include").string();
-    int status = 0;
-    example.run(std::string(TRELLAN_COMPILER) + " -std=c++11 -Wall -Wextra -Werror " + TRELLAN_HOST_FLAGS + " -I" +
-                    include + " host.cpp -o host " + library.string() + " -Wl,-rpath," +
-                    library.parent_path().string() + " -Wl,-rpath-link," + library.parent_path().string(),
-                status);
-    ASSERT_EQ(status, 0);
-    const std::string output =
-        example.run("TRELLAN_TARGET=target.json ./host " + (example.path() / "archive").string(), status);
-    EXPECT_EQ(status, 0);
-    EXPECT_EQ(output, "phase 0\nphase 1\nphase 2\nphase -1\ndone\n");
+    const std::string libraries = library.parent_path().string();
+    std::vector<std::string> arguments = {"-std=c++11", "-Wall", "-Wextra", "-Werror"};
+    arguments.insert(arguments.end(), {"-I" TRELLAN_SOURCE_DIR "/include", "host.cpp", "-o", "host", library.string()});
+    for (const char* const option : {"-rpath", "-rpath-link"})
+        arguments.insert(arguments.end(), {"-Xlinker", option, "-Xlinker", libraries});
+    if (*TRELLAN_HOST_FLAGS != '\0')
+        arguments.push_back(TRELLAN_HOST_FLAGS);
+    const ProcessResult compiled = runProcess(TRELLAN_COMPILER, arguments, example.path());
+    ASSERT_EQ(compiled.status, 0) << compiled.errors;
+    const ProcessResult hosted = runProcess(example.path() / "host", {(example.path() / "archive").string()},
+                                            example.path(), {"TRELLAN_TARGET=target.json"});
+    EXPECT_EQ(hosted.status, 0) << hosted.errors;
+    EXPECT_EQ(hosted.output, "phase 0\nphase 1\nphase 2\nphase -1\ndone\n");
 }
 
 }  // namespace

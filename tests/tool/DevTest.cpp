@@ -36,17 +36,17 @@ protected:
     TempDir folder;
 };
 
-// The demonstration's output, run with `options` and on a virtual clock.
-std::string demo(const std::vector<std::string>& options)
+// The demonstration's output, run with `options` and on a virtual clock, the tool being in `build`.
+std::string demo(const std::vector<std::string>& options, const std::string& build = "build")
 {
     const TempDir folder;
     fs::copy(TRELLAN_SOURCE_DIR "/examples", folder.path(), fs::copy_options::recursive);
     auto target = nlohmann::ordered_json::parse(readText(folder.path() / "target.json"));
     target["clock"] = "virtual";
     writeText(folder.path() / "target.json", target.dump());
-    fs::create_directories(folder.path() / "build/bin");
-    fs::create_symlink(TRELLAN_TOOL, folder.path() / "build/bin/trellan-update");
-    std::vector<std::string> arguments = {"demo.sh", "build"};
+    fs::create_directories(folder.path() / build / "bin");
+    fs::create_symlink(TRELLAN_TOOL, folder.path() / build / "bin/trellan-update");
+    std::vector<std::string> arguments = {"demo.sh", build};
     arguments.insert(arguments.end(), options.begin(), options.end());
     const ProcessResult result = runProcess("/bin/bash", arguments, folder.path());
     EXPECT_EQ(result.status, 0) << result.errors;
@@ -105,6 +105,21 @@ TEST(DemoTest, TellsWhatTheExampleShows)
     EXPECT_NE(demo({}).find("\nShown: a target with four boards was updated in three phases, and a second update found "
                             "nothing left to do.\nBy hand: "),
               std::string::npos);
+}
+
+TEST(DemoTest, WorksElsewhereWhenTheBuildFoldersPathHoldsABlank)
+{
+    const std::string output = demo({}, "my build");
+    const std::string prefix = "the copy of the example is in ";
+    const std::size_t begin = output.find(prefix) + prefix.size();
+    const std::string copy = output.substr(begin, output.find('\n') - begin);
+    EXPECT_TRUE(copy.starts_with("/tmp/trellan-demo-")) << output;
+    EXPECT_NE(output.find("\nBy hand: my\\ build/bin/trellan-update compare " + copy + "/archive --target " + copy +
+                          "/target.json "),
+              std::string::npos)
+        << output;
+    if (copy.starts_with("/tmp/trellan-demo-"))
+        fs::remove_all(copy);
 }
 
 TEST(DemoTest, ClaimsNothingAboutAnUpdateWithOptions)
