@@ -47,17 +47,29 @@ void ZoCUpdateInventory::searchUpdateElements(ZoCErrorListPool& errors, ZoCInven
 {
     if (reset) {
         updateElements.clear();
-        lastElementOfUnit.clear();
         hcnAddress = ZoCInventoryAddress();
         hcnFound = false;
         cnAddress = ZoCInventoryAddress();
         cnFound = false;
     }
+    noteUnits();
     search(errors, item, unitItem);
 
     std::uint32_t index = 0;
     for (ZoSUpdateElement& element : updateElements) {
         element.index = index++;
+    }
+}
+
+// The assignment too has put elements into the list, so what an earlier search noted may no longer hold.
+void ZoCUpdateInventory::noteUnits()
+{
+    lastElementOfUnit.clear();
+    for (auto element = updateElements.begin(); element != updateElements.end(); ++element) {
+        const auto [entry, isNewUnit] = lastElementOfUnit.try_emplace(element->unitItem, element);
+        if (!isNewUnit && std::next(entry->second) == element) {
+            entry->second = element;
+        }
     }
 }
 
@@ -162,7 +174,7 @@ bool ZoCUpdateInventory::passesFilters(ZoCErrorListPool& errors, const ZoCInvent
     return true;
 }
 
-// Makes a new record behind the last one of its unit, or at the end of the list.
+// Makes a new record behind the first run of its unit's records, or at the end of the list.
 ZoSUpdateElement& ZoCUpdateInventory::insertElement(ZoCInventoryItem* unitItem)
 {
     const auto [entry, isNewUnit] = lastElementOfUnit.try_emplace(unitItem, updateElements.end());

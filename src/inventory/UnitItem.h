@@ -7,8 +7,9 @@
 
 namespace ZoNUpdateInventory {
 
-// The unit item of `item` and what is below it: itself when it has a unit's name, the named backplane of an HCN or an
-// I/O router, else `inherited`, the unit item of its parent.
+// The unit item of `item` and what is below it: itself when it has a unit's name or a package's; for an HCN or an I/O
+// router the first backplane directly below it, if that has a unit's name; else `inherited`, the unit item of its
+// parent. An HCN with a CN has its first CN's first backplane looked at in place of its own.
 ZoCInventoryItem* unitItemOf(ZoCInventoryItem& item, ZoCInventoryItem* inherited);
 
 // Fills in what the element's record says of its unit. Read errors go to `errors`.

@@ -31,9 +31,9 @@ public:
     // it was before.
     int getInventory(ZoCErrorListPool& errors);
 
-    // Adds the update elements of `item` and everything below it to the list; `unitItem` is the unit that it sits in.
-    // `reset` starts a new search with an empty list. Misplaced elements are warned of and left out; read errors go to
-    // `errors` and stop nothing.
+    // Adds the update elements of `item` and everything below it to the list, each behind those of its unit, and
+    // numbers all elements; `unitItem` is the unit that `item` sits in. `reset` starts a new search with an empty list.
+    // Misplaced elements are warned of and left out; read errors go to `errors` and stop nothing.
     void searchUpdateElements(ZoCErrorListPool& errors, ZoCInventoryItem* item, ZoCInventoryItem* unitItem, bool reset);
 
     // Makes the label and the short kind of an element from its name and its board.
@@ -53,10 +53,11 @@ public:
     // firmware.
     void determineRebootSupport(ZoCErrorListPool& errors, ZoCInventoryItem* tree);
 
-    // Prints the installed versions, with `verbose` in a table for each unit.
+    // Prints the installed versions, with `verbose` in a table for each run of elements with the same unit title.
     void printVersions() const;
 
-    // The elements, those of a unit next to each other. Records never move.
+    // The elements that the search has found, those of a unit next to each other, and behind them those that the
+    // assignment has appended for files. Records never move.
     ElementList& getUpdateElementList() { return updateElements; }
     const ElementList& getUpdateElementList() const { return updateElements; }
 
@@ -74,6 +75,7 @@ public:
     std::uint32_t getRebootSupportState() const { return rebootSupportState; }
 
 private:
+    void noteUnits();
     void search(ZoCErrorListPool& errors, ZoCInventoryItem* item, ZoCInventoryItem* unitItem);
     void noteProcessingNodes(const ZoCInventoryItem& item);
     void considerUpdateElement(ZoCErrorListPool& errors, const ZoCInventoryItem& item, ZoCInventoryItem* unitItem);
@@ -92,6 +94,7 @@ private:
     bool cnFound = false;
     std::uint32_t rebootSupportState = 1;
 
-    // Last element of each unit: where the unit's next element goes, found without walking the list.
+    // During a search, for each unit the last element of the first run of its elements: behind it the unit's next
+    // element goes, without a walk through the list.
     std::unordered_map<const ZoCInventoryItem*, ElementList::iterator> lastElementOfUnit;
 };

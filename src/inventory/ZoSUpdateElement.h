@@ -45,7 +45,7 @@ struct ZoSUpdateElementValues {
     ZoCString rackName;
 
     // The element itself.
-    std::uint32_t index = 0;  // its position in the list: the number by which the host names it
+    std::uint32_t index = 0;  // position in the list, by which the host names it; given when a search has ended
     bool isFileSystemElement = false;
     ZoCInventoryAddress address;
     std::uint32_t id = 0;  // with boardAddress, names the element in calls of the inventory manager

@@ -19,6 +19,23 @@ ordered_json unit(const std::string& name)
     return {{"PRODUCT/UNITNAME", name}};
 }
 
+// The tree of a target with these items, for the time of a scope.
+class ScannedTree {
+public:
+    ScannedTree(ErrorPool& errors, const std::vector<ordered_json>& items) : device(target(items))
+    {
+        EXPECT_EQ(ZoCInventoryManager::getInstance()->scan(errors, root, true, nullptr), 0);
+    }
+    ~ScannedTree() { ZoCInventoryManager::getInstance()->deleteInventoryTree(root); }
+    ScannedTree(const ScannedTree&) = delete;
+    ScannedTree& operator=(const ScannedTree&) = delete;
+
+    ZoCInventoryItem* root = nullptr;
+
+private:
+    SimulatedTarget device;
+};
+
 class DescentTest : public InventoryFixture, public ::testing::WithParamInterface<const char*> {};
 
 TEST_P(DescentTest, SearchesBelowThisKindOfItem)
@@ -135,16 +152,47 @@ TEST_F(ElementSearchTest, RecordsStayWhereTheyAreWhenOthersAreInserted)
     const Element* const first = &element(0);
     const Element* const second = &element(1);
 
-    const SimulatedTarget more(target({board("NETC[3]", {}, {named(1, "none 2"), named(2, "none 3")})}));
-    ZoCInventoryItem* tree = nullptr;
-    ASSERT_EQ(ZoCInventoryManager::getInstance()->scan(errors, tree, true, nullptr), 0);
-    inventory().searchUpdateElements(errors, tree, nullptr, false);
-    ZoCInventoryManager::getInstance()->deleteInventoryTree(tree);
+    const ScannedTree more(errors, {board("NETC[3]", {}, {named(1, "none 2"), named(2, "none 3")})});
+    inventory().searchUpdateElements(errors, more.root, nullptr, false);
 
     EXPECT_EQ(names(), (Names{"none 1", "none 2", "none 3", "box"}));
     EXPECT_EQ(indices(), (std::vector<unsigned>{0, 1, 2, 3}));
     EXPECT_EQ(&element(0), first);
     EXPECT_EQ(&element(3), second);
+}
+
+TEST_F(ElementSearchTest, PutsElementsBehindThoseThatOthersHaveAppendedToTheirUnit)
+{
+    ASSERT_EQ(read({board("NETC", {}, {named(1, "none 1")})}), 1);
+    inventory().getUpdateElementList().emplace_back().name = "file";
+    const ScannedTree more(errors, {board("NETC", {}, {named(1, "none 2"), named(2, "none 3")})});
+    inventory().searchUpdateElements(errors, more.root, nullptr, false);
+    EXPECT_EQ(names(), (Names{"none 1", "file", "none 2", "none 3"}));
+    EXPECT_EQ(indices(), (std::vector<unsigned>{0, 1, 2, 3}));
+}
+
+TEST_F(ElementSearchTest, PutsElementsIntoAUnitThatOnlyOthersHaveAppended)
+{
+    const ScannedTree tree(
+        errors, {board("NETC", unit("Box"), {named(1, "box")}), board("NETC[2]", unit("Rack"), {named(1, "rack")}),
+                 board("NETC[3]", {}, {named(1, "none")})});
+    ASSERT_NE(tree.root, nullptr);
+    ZoCInventoryItem* const box = tree.root->getFirstSubItem();
+    inventory().searchUpdateElements(errors, box, nullptr, true);
+    inventory().getUpdateElementList().emplace_back().name = "file";
+    inventory().searchUpdateElements(errors, box->getNext(), nullptr, false);
+    inventory().searchUpdateElements(errors, box->getNext()->getNext(), nullptr, false);
+    EXPECT_EQ(names(), (Names{"box", "file", "none", "rack"}));
+    EXPECT_EQ(indices(), (std::vector<unsigned>{0, 1, 2, 3}));
+}
+
+TEST_F(ElementSearchTest, PutsElementsBehindTheFirstOfSeveralRunsOfTheirUnit)
+{
+    ASSERT_EQ(read({board("NETC", {}, {named(1, "none 1")}), board("NETC[2]", unit("Box"), {named(1, "box")})}), 1);
+    inventory().getUpdateElementList().emplace_back().name = "file";
+    const ScannedTree more(errors, {board("NETC", {}, {named(1, "none 2")})});
+    inventory().searchUpdateElements(errors, more.root, nullptr, false);
+    EXPECT_EQ(names(), (Names{"none 1", "none 2", "box", "file"}));
 }
 
 // A random tree of boards. Some are units of their own; every other board belongs to the unit of its parent. Every
