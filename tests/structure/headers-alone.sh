@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# Checks that every header compiles by itself, and twice in one file. Usage: headers-alone.sh PROJECT_FOLDER COMPILER
+# Checks that every header compiles by itself, and twice in one file. Usage: headers-alone.sh PROJECT_FOLDER COMPILER JOBS
 set -u
 root=${1:?project folder}
 export compiler=${2:?compiler}
+jobs=${3:?number of jobs}
 cd "$root" || exit 1
 
 check() {
@@ -26,5 +27,5 @@ export -f check
 headers=$(find include platform src simulation tool -name '*.h' | sort)
 [ -n "$headers" ] || { echo "no headers in $root"; exit 1; }
 # shellcheck disable=SC2016
-xargs -n 1 -P "$(nproc)" bash -c 'check "$0"' <<<"$headers" || exit 1
+xargs -n 1 -P "$jobs" bash -c 'check "$0"' <<<"$headers" || exit 1
 echo "$(wc -w <<<"$headers") headers compile by themselves"
