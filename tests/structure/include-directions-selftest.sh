@@ -50,6 +50,23 @@ forbid() {
     expect 1 "$1 including $2 must be found"
 }
 
+# allow FILE INCLUDE: adding this file must not be complained about.
+allow() {
+    fresh
+    put "$1" "$2"
+    expect 0 "$1 including $2 must pass"
+}
+
+# loop FILE...: the headers, each including the next and the last one the first, must be found.
+loop() {
+    local files=("$@" "$1") i
+    fresh
+    for ((i = 0; i < $#; i++)); do
+        put "${files[i]}" "\"${files[i + 1]}\""
+    done
+    expect 1 "the loop from $1 must be found"
+}
+
 fresh
 expect 0 "a project without violations must pass"
 forbid include/More.h '"libZoX/ZoCX.h"'
@@ -59,6 +76,21 @@ forbid platform/libZoX/More.h '<nlohmann/json.hpp>'
 forbid src/updater/Leaf.h '"archive/ZoCUpdateArchive.h"'
 forbid src/updater/Leaf.h '"updater/ZoCTrellanUpdater.h"'
 forbid src/updater/Leaf.h '"archive/ZoSUpdateFile.h"'
+forbid src/archive/More.h '"archive/ZoCUpdateArchive.h"'
+forbid src/archive/ZoSUpdateMore.h '"archive/ZoSUpdateFile.h"'
+forbid src/archive/ZoSUpdateMore.h '"updater/ZoCTrellanUpdater.h"'
+forbid src/inventory/More.h '"inventory/ZoCUpdateInventory.h"'
+forbid src/assignment/More.h '"assignment/ZoCUpdateAssignment.h"'
+forbid src/operation/More.h '"operation/ZoCUpdateOperation.h"'
+allow src/archive/More.cpp '"archive/ZoCUpdateArchive.h"'
+allow src/operation/More.cpp '"operation/ZoCUpdateOperation.h"'
+allow src/updater/Leaf.h '"updater/ErrorGuard.h"'
+loop src/updater/Leaf.h
+loop src/updater/Leaf.h src/updater/Other.h
+loop src/updater/Leaf.h src/updater/Other.h src/updater/Third.h
+loop platform/libZoX/One.h platform/libZoX/Two.h
+loop simulation/base/One.h simulation/target/Two.h
+loop tool/One.h tool/Two.h
 forbid src/archive/More.h '"inventory/ZoCUpdateInventory.h"'
 forbid src/archive/More.cpp '"assignment/ZoCUpdateAssignment.h"'
 forbid src/inventory/More.cpp '"archive/ZoCUpdateArchive.h"'

@@ -13,10 +13,13 @@
 #   simulation                    platform, simulation, any library
 #   tool                          include, tool, any library
 #
+# A header of src has a level, and includes what is below it only, not what else is in its folder; leaves may include one
+# another. No headers include each other in a loop: tsort finds them.
 # In src any header of the C or C++ library may be used, but no other library's.
 set -u
 root=${1:?project folder}
 violations=0
+edges="" # pairs of a header and one that it includes
 
 # The functions below answer in the variable `answer`: a process for each answer would take most of the time.
 
@@ -85,6 +88,20 @@ check_quoted() {
         *" $target "*) ;;
         *) complain "$file ($from): must not include $to ($target)" ;;
     esac
+    case $file in
+        *.h) check_header "$file" "$to" "$from" "$target" ;;
+    esac
+}
+
+# check_header HEADER INCLUDED GROUP INCLUDED_GROUP
+check_header() {
+    edges+="$1 $2"$'\n'
+    [ "$1" != "$2" ] || complain "$1: includes itself" # which tsort does not tell
+    case $3 in
+        facade | archive | inventory | assignment | operation)
+            [ "$3" != "$4" ] || complain "$1 ($3): a header must not include $2, which is on its own level"
+            ;;
+    esac
 }
 
 check_angled() {
@@ -121,6 +138,8 @@ for file in $files; do
         esac
     done < <(sed -nE 's/^[[:space:]]*#[[:space:]]*include[[:space:]]*("[^"]*"|<[^>]*>).*/\1/p' "$root/$file")
 done
+
+loops=$(tsort <<<"$edges" 2>&1 >/dev/null) || complain "$loops"
 
 [ "$violations" -eq 0 ] || { echo "$violations includes in wrong directions"; exit 1; }
 echo "$(wc -w <<<"$files") files include in the agreed directions"
