@@ -10,15 +10,15 @@ namespace ZoNUpdateInventory {
 void readBoard(ZoCErrorListPool& errors, const ZoCInventoryItem& board, ZoSUpdateElementValues& element)
 {
     element.boardAddress = board.getAddress();
-    readIfPresent(errors, board, productBoardType, element.boardType);
-    readIfPresent(errors, board, productVariant, element.variant);
-    readIfPresent(errors, board, productId, element.productId);
-    readIfPresent(errors, board, productSerialNumber, element.serialNumber);
-    readIfPresent(errors, board, productSlotCount, element.slotCount);
+    readIfPresent(errors, board, product().boardType, element.boardType);
+    readIfPresent(errors, board, product().variant, element.variant);
+    readIfPresent(errors, board, product().id, element.productId);
+    readIfPresent(errors, board, product().serialNumber, element.serialNumber);
+    readIfPresent(errors, board, product().slotCount, element.slotCount);
     if (element.slotCount != 0) {
         readIfPresent(errors, board, SLOT, element.slot);
     }
-    if (!readIfPresent(errors, board, productName, element.boardName)) {
+    if (!readIfPresent(errors, board, product().name, element.boardName)) {
         element.boardName = element.boardType;
     }
     if (!element.variant.isEmpty()) {

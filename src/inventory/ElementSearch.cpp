@@ -164,11 +164,11 @@ bool ZoCUpdateInventory::passesFilters(ZoCErrorListPool& errors, const ZoCInvent
         return false;
     }
     if (!options.boardTypes.empty() &&
-        !stringListContains(options.boardTypes, stringValue(errors, board, productBoardType))) {
+        !stringListContains(options.boardTypes, stringValue(errors, board, product().boardType))) {
         return false;
     }
     if (!options.serialNumbers.empty()) {
-        const unsigned serialNumber = board.getValue<unsigned int>(errors, productSerialNumber);
+        const unsigned serialNumber = board.getValue<unsigned int>(errors, product().serialNumber);
         return stringListContains(options.serialNumbers, std::to_string(serialNumber));
     }
     return true;

@@ -80,10 +80,10 @@ std::uint32_t ZoCUpdateInventory::rebootSupportOf(ZoCErrorListPool& errors, ZoCI
         return notSupportedByDevice;
     }
     const ZoCInventoryItem* const updateInfo = board->getItem(UPDATE_INFO);
-    if (board->getParameter(productBoardType) == nullptr || updateInfo == nullptr) {
+    if (board->getParameter(product().boardType) == nullptr || updateInfo == nullptr) {
         return checkFailed;
     }
-    const auto boardType = readChecked<ZoCString>(errors, *board, productBoardType);
+    const auto boardType = readChecked<ZoCString>(errors, *board, product().boardType);
     if (!boardType) {
         return checkFailed;
     }

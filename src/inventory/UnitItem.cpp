@@ -22,7 +22,7 @@ const ZoCInventoryItem& namingItemOf(ZoCErrorListPool& errors, const ZoCInventor
     if (hasParameter(unit, UNITNAME) || unit.getID()[1] != IOROUTER) {
         return unit;
     }
-    const unsigned serialNumber = unit.getValue<unsigned int>(errors, productSerialNumber);
+    const unsigned serialNumber = unit.getValue<unsigned int>(errors, product().serialNumber);
     const ZoCInventoryItem* const node = unit.getItem(NETWORK / ION[serialNumber & serialNumberMask]);
     return node != nullptr ? *node : unit;
 }
@@ -31,7 +31,7 @@ const ZoCInventoryItem& namingItemOf(ZoCErrorListPool& errors, const ZoCInventor
 
 ZoCInventoryItem* unitItemOf(ZoCInventoryItem& item, ZoCInventoryItem* inherited)
 {
-    if (hasParameter(item, productUnitName) || hasParameter(item, productPackageName)) {
+    if (hasParameter(item, product().unitName) || hasParameter(item, product().packageName)) {
         return &item;
     }
     const bool isHcn = isOfKind(item, HCN);
@@ -40,13 +40,13 @@ ZoCInventoryItem* unitItemOf(ZoCInventoryItem& item, ZoCInventoryItem* inherited
     }
     const ZoCInventoryItem* const computeNode = isHcn ? firstSubItemOfKind(item, CN) : nullptr;
     ZoCInventoryItem* const backplane = firstSubItemOfKind(computeNode != nullptr ? *computeNode : item, BACKPLANE);
-    return backplane != nullptr && hasParameter(*backplane, productUnitName) ? backplane : inherited;
+    return backplane != nullptr && hasParameter(*backplane, product().unitName) ? backplane : inherited;
 }
 
 void readUnit(ZoCErrorListPool& errors, const ZoCInventoryItem& unit, ZoSUpdateElementValues& element)
 {
-    if (!readIfPresent(errors, unit, productUnitName, element.unitProductName)) {
-        readIfPresent(errors, unit, productPackageName, element.unitProductName);
+    if (!readIfPresent(errors, unit, product().unitName, element.unitProductName)) {
+        readIfPresent(errors, unit, product().packageName, element.unitProductName);
     }
     const ZoCInventoryItem& namingItem = namingItemOf(errors, unit);
     readIfPresent(errors, namingItem, UNITNAME, element.unitName);
