@@ -5,7 +5,7 @@
 #include <fstream>
 #include <stdexcept>
 
-Workspace::Workspace() : instance(std::make_unique<ZoCTrellanUpdater>(ZoNTrellanUpdater::ZoTOptions()))
+Workspace::Workspace() : instance(std::make_unique<OpenUpdater>(ZoNTrellanUpdater::ZoTOptions()))
 {
     std::string name = (std::filesystem::temp_directory_path() / "trellan-bench-XXXXXX").string();
     if (mkdtemp(name.data()) == nullptr)

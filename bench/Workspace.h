@@ -6,8 +6,8 @@
 #include <string>
 
 #include "libZoErrorHandling/ZoCErrorList.h"
+#include "support/OpenUpdater.h"
 #include "updater/ErrorListHandle.h"
-#include "updater/ZoCTrellanUpdater.h"
 
 class Workspace {
 public:
@@ -20,12 +20,12 @@ public:
     // Writes `document` to the folder's file `name` and returns its path.
     std::string write(const std::string& name, const nlohmann::json& document) const;
 
-    ZoCTrellanUpdater& updater() { return *instance; }
+    OpenUpdater& updater() { return *instance; }
     ZoCErrorListPool& errors() { return *errorList; }
 
 private:
     std::filesystem::path folder;
-    std::unique_ptr<ZoCTrellanUpdater> instance;
+    std::unique_ptr<OpenUpdater> instance;
     ErrorListHandle errorList;
 };
 

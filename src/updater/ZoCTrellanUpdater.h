@@ -79,11 +79,13 @@ public:
     // All elements are disabled then: a target of which the archive knows only a part must not be updated at all.
     bool checkHcnCnSupport();
 
-    // The working classes; the unit tests reach them here.
-    ZoCUpdateArchive& getArchive() { return *archive; }
-    ZoCUpdateInventory& getInventory() { return *inventory; }
-    ZoCUpdateAssignment& getAssignment() { return *assignment; }
-    ZoCUpdateOperation& getOperation() { return *operation; }
+protected:
+    // In the order of their construction; the working classes refer to what stands above them.
+    ZoNTrellanUpdater::ZoTOptions options;
+    std::unique_ptr<ZoCUpdateArchive> archive;
+    std::unique_ptr<ZoCUpdateInventory> inventory;
+    std::unique_ptr<ZoCUpdateAssignment> assignment;
+    std::unique_ptr<ZoCUpdateOperation> operation;
 
 private:
     void printError(const ZoCErrorListPool& errors, unsigned index, unsigned indent) const;
@@ -91,11 +93,6 @@ private:
     bool performCommand(ZoCErrorListPool& errors);
     void forgetAssignment();
 
-    ZoNTrellanUpdater::ZoTOptions options;
-    std::unique_ptr<ZoCUpdateArchive> archive;
-    std::unique_ptr<ZoCUpdateInventory> inventory;
-    std::unique_ptr<ZoCUpdateAssignment> assignment;
-    std::unique_ptr<ZoCUpdateOperation> operation;
     void (*phaseCallBack)(unsigned) = nullptr;
     void (*failureCallBack)(unsigned) = nullptr;
     void (*progressCallBack)(unsigned) = nullptr;

@@ -8,8 +8,8 @@
 #include "archive/ZoCUpdateArchive.h"
 #include "support/ErrorPool.h"
 #include "support/MessageCapture.h"
+#include "support/OpenUpdater.h"
 #include "support/TestArchive.h"
-#include "updater/ZoCTrellanUpdater.h"
 
 class ArchiveReader {
 public:
@@ -37,7 +37,7 @@ public:
         return text();
     }
 
-    ZoCTrellanUpdater updater;
+    OpenUpdater updater;
     MessageCapture messages;
     ErrorPool errors;
 };

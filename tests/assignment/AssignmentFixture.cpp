@@ -84,10 +84,10 @@ void AssignmentFixture::makeTemplate(const Json& hcnParameters)
     ASSERT_NE(updater().getInventory().getFileSystemElementTemplate(), nullptr);
 }
 
-ZoCTrellanUpdater& AssignmentFixture::updater()
+OpenUpdater& AssignmentFixture::updater()
 {
     if (!instance) {
-        instance = std::make_unique<ZoCTrellanUpdater>(options);
+        instance = std::make_unique<OpenUpdater>(options);
         messages = std::make_unique<MessageCapture>(*instance);
     }
     return *instance;

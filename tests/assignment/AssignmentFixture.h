@@ -10,7 +10,7 @@
 
 #include "assignment/ZoCUpdateAssignment.h"
 #include "support/MessageCapture.h"
-#include "updater/ZoCTrellanUpdater.h"
+#include "support/OpenUpdater.h"
 
 using Element = ZoNUpdateInventory::ZoSUpdateElement;
 using File = ZoNUpdateArchive::ZoSUpdateFile;
@@ -57,7 +57,7 @@ protected:
     // file-system elements. The element is then removed, so that the list is empty.
     void makeTemplate(const Json& hcnParameters = Json::object());
 
-    ZoCTrellanUpdater& updater();
+    OpenUpdater& updater();
     ZoCUpdateAssignment& assignment() { return updater().getAssignment(); }
     ZoCUpdateInventory::ElementList& elements() { return updater().getInventory().getUpdateElementList(); }
     std::vector<File>& files() { return updater().getArchive().getUpdateFileList(); }
@@ -73,6 +73,6 @@ protected:
     std::string printed();
 
 private:
-    std::unique_ptr<ZoCTrellanUpdater> instance;
+    std::unique_ptr<OpenUpdater> instance;
     std::unique_ptr<MessageCapture> messages;
 };

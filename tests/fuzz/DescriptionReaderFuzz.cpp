@@ -8,7 +8,7 @@
 
 #include "archive/ZoCUpdateArchive.h"
 #include "libZoErrorHandling/ZoCErrorManager.h"
-#include "updater/ZoCTrellanUpdater.h"
+#include "support/OpenUpdater.h"
 
 static unsigned errors = 0;
 
@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const int file = ::memfd_create("description", 0);
     if (file < 0 || ::write(file, data, size) != static_cast<ssize_t>(size))
         std::abort();
-    ZoCTrellanUpdater updater{ZoNTrellanUpdater::ZoTOptions()};
+    OpenUpdater updater{ZoNTrellanUpdater::ZoTOptions()};
     updater.setMessageCallBack([](const std::string& text) { errors += text.rfind("ERROR: ", 0) == 0; });
     errors = 0;
     const bool read = updater.getArchive().readDescriptionFileJson(

@@ -7,7 +7,7 @@ using nlohmann::ordered_json;
 ZoCUpdateInventory& InventoryFixture::inventory()
 {
     if (!updater) {
-        updater = std::make_unique<ZoCTrellanUpdater>(options);
+        updater = std::make_unique<OpenUpdater>(options);
         messages = std::make_unique<MessageCapture>(*updater);
     }
     return updater->getInventory();

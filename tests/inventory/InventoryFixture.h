@@ -11,9 +11,9 @@
 #include "inventory/ZoCUpdateInventory.h"
 #include "support/ErrorPool.h"
 #include "support/MessageCapture.h"
+#include "support/OpenUpdater.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
-#include "updater/ZoCTrellanUpdater.h"
 
 class InventoryFixture : public ::testing::Test {
 protected:
@@ -51,7 +51,7 @@ protected:
 
 private:
     std::unique_ptr<SimulatedTarget> simulated;
-    std::unique_ptr<ZoCTrellanUpdater> updater;
+    std::unique_ptr<OpenUpdater> updater;
     std::unique_ptr<MessageCapture> messages;
 };
 

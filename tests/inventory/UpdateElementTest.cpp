@@ -132,7 +132,7 @@ TEST_F(InventoryObjectTest, DeletesTheElementsErrorListsWithTheUpdater)
     const int before = resources().errorLists;
     {
         const SimulatedTarget simulated(target({board("HCN", {}, {named(1, "A"), named(2, "B")})}));
-        ZoCTrellanUpdater updater{ZoNTrellanUpdater::ZoTOptions()};
+        OpenUpdater updater{ZoNTrellanUpdater::ZoTOptions()};
         ASSERT_EQ(updater.getInventory().getInventory(errors), 1);
         EXPECT_EQ(resources().errorLists, before + 4);
     }

@@ -94,7 +94,7 @@ void OperationTest::prepare()
     if (actual.archivePath.empty()) {
         actual.archivePath = archive->path();
     }
-    updater = std::make_unique<ZoCTrellanUpdater>(actual);
+    updater = std::make_unique<OpenUpdater>(actual);
     journal.emplace(*updater);
     ASSERT_EQ(updater->apply(), 0u) << journal->text();
     journal->clear();

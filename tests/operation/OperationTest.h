@@ -18,10 +18,10 @@
 #include "operation/Journal.h"
 #include "operation/ZoCUpdateOperation.h"
 #include "support/ErrorPool.h"
+#include "support/OpenUpdater.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
 #include "support/TestArchive.h"
-#include "updater/ZoCTrellanUpdater.h"
 
 class OperationTest : public ::testing::Test {
 protected:
@@ -79,7 +79,7 @@ protected:
 
     std::unique_ptr<SimulatedTarget> simulated;
     std::unique_ptr<TestArchive> archive;
-    std::unique_ptr<ZoCTrellanUpdater> updater;
+    std::unique_ptr<OpenUpdater> updater;
     std::optional<Journal> journal;
     ErrorPool errors;
 

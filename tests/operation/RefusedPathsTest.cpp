@@ -159,7 +159,7 @@ TEST_F(RefusedPathsTest, RefusesAnUnsafeArchivePath)
     parent.write("my archive/c.bin", "content");
     ZoNTrellanUpdater::ZoTOptions other = options;
     other.archivePath = (parent.path() / "my archive").string();
-    ZoCTrellanUpdater otherUpdater(other);
+    OpenUpdater otherUpdater(other);
     ZoNUpdateArchive::ZoSUpdateFile file;
     file.name = "c.bin";
 
@@ -176,7 +176,7 @@ TEST_F(RefusedPathsTest, RefusesASourceThatLooksLikeAnOption)
     archive->addFile("-r/c.bin", "content");
     ZoNTrellanUpdater::ZoTOptions other = options;
     other.archivePath = "-r";
-    ZoCTrellanUpdater otherUpdater(other);
+    OpenUpdater otherUpdater(other);
     ZoNUpdateArchive::ZoSUpdateFile file;
     file.name = "c.bin";
 

@@ -6,6 +6,7 @@
 #include "Updating.h"
 #include "inventory/ZoCUpdateInventory.h"
 #include "support/MessageCapture.h"
+#include "support/OpenUpdater.h"
 
 using nlohmann::ordered_json;
 using namespace ZoNTrellanUpdater;
@@ -122,7 +123,7 @@ TEST_F(Reboot, TellsWhenTheCheckFailed)
 TEST_F(Reboot, SaysNothingOfAStateThatHasNoMessage)
 {
     for (const unsigned state : {5u, 6u, 0xFFFFFFFFu}) {
-        ZoCTrellanUpdater updater(optionsFor(READ_INVENTORY));
+        OpenUpdater updater(optionsFor(READ_INVENTORY));
         MessageCapture capture(updater);
         rebootSupportStateOf(updater.getInventory()) = state;
         expectState(updater, capture, state, "", "");
