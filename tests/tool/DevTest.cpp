@@ -93,6 +93,30 @@ TEST_F(DevTest, BuildShowsWhyConfiguringFailed)
     EXPECT_EQ(result.errors, "reason\n");
 }
 
+TEST_F(DevTest, FuzzSaysWhatToInstallWithoutClang)
+{
+    const std::string missing =
+        "./dev fuzz: install clang and its fuzzer first: apt-get install clang libclang-rt-14-dev\n";
+    script("tools/clang++", "exit 127");
+    const ProcessResult withoutClang = dev("fuzz");
+    EXPECT_EQ(withoutClang.status, 1);
+    EXPECT_EQ(withoutClang.errors, missing);
+    script("tools/clang++", "echo resources");
+    const ProcessResult withoutFuzzer = dev("fuzz");
+    EXPECT_EQ(withoutFuzzer.status, 1);
+    EXPECT_EQ(withoutFuzzer.errors, missing);
+}
+
+TEST_F(DevTest, FuzzKeepsWhatItFindsOutOfTheCommittedCorpus)
+{
+    script("tools/clang++", "echo resources");
+    folder.write("resources/lib/linux/libclang_rt.fuzzer-x86_64.a", "");
+    script("build/fuzz/bin/fuzz_description", "test -d build/fuzz/finds && echo \"$*\"");
+    const std::string folders = " -artifact_prefix=build/fuzz/ build/fuzz/finds tests/fuzz/corpus/description\n";
+    EXPECT_EQ(dev("fuzz").output, "-max_total_time=60" + folders);
+    EXPECT_EQ(dev("fuzz 5").output, "-max_total_time=5" + folders);
+}
+
 TEST_F(DevTest, HelpTellsWhatApproveRewritesAndWhereTheDemosOptionsGo)
 {
     const std::string help = dev("help").output;
