@@ -1,5 +1,6 @@
 // The course of an update: lock, phase after phase, unlock, results.
 #include "libZoInventoryManagerAP/ZoCInventoryManager.h"
+#include "operation/PendingElements.h"
 #include "operation/ZoCUpdateOperation.h"
 #include "updater/AllText.h"
 #include "updater/ErrorGuard.h"
@@ -13,6 +14,23 @@ namespace {
 
 constexpr int updateLock = 0x10003;           // what the inventory manager is asked to lock
 constexpr unsigned endOfPhases = 0xFFFFFFFF;  // reported in place of a phase
+
+// The pending elements of a running update, known by `known` for the time of its scope.
+class KnownPendingElements {
+public:
+    KnownPendingElements(ZoCUpdateInventory::ElementList& elements, PendingElements*& known)
+        : pendingElements(elements), known(known)
+    {
+        known = &pendingElements;
+    }
+    ~KnownPendingElements() { known = nullptr; }
+    KnownPendingElements(const KnownPendingElements&) = delete;
+    KnownPendingElements& operator=(const KnownPendingElements&) = delete;
+
+private:
+    PendingElements pendingElements;
+    PendingElements*& known;
+};
 
 }  // namespace
 
@@ -28,7 +46,11 @@ ZoCUpdateOperation::ZoCUpdateOperation(const ZoCTrellanUpdater* updater, const Z
 
 bool ZoCUpdateOperation::update(ZoCErrorListPool& errors)
 {
-    collectPendingElements();
+    if (pendingElements != nullptr) {
+        return false;  // asked for by a host's callback, in the middle of an update
+    }
+    setUpdateStates();
+    const KnownPendingElements known(elements, pendingElements);
     if (!lockInventory(errors)) {
         return false;
     }
@@ -45,17 +67,11 @@ bool ZoCUpdateOperation::update(ZoCErrorListPool& errors)
     return printUpdateResults(errors, filesMissing);
 }
 
-void ZoCUpdateOperation::collectPendingElements()
+void ZoCUpdateOperation::setUpdateStates()
 {
-    elementsByPhase.assign(assignment->getNumberOfUpdatePhases(), {});
-    elementsByBoard.clear();
     for (ZoSUpdateElement& element : elements) {
         const bool isPending = !element.disabled && element.updateFileIndex != -1;
         element.updateState = isPending ? PENDING : NOTHING_TO_DO;
-        if (isPending && element.phase < elementsByPhase.size()) {
-            elementsByPhase[element.phase].push_back(&element);
-            elementsByBoard[element.boardAddress.toString().c_str()].elements.push_back(&element);
-        }
     }
 }
 
@@ -63,7 +79,8 @@ void ZoCUpdateOperation::collectPendingElements()
 bool ZoCUpdateOperation::updatePhases()
 {
     bool filesMissing = false;
-    for (unsigned phase = 0; phase < elementsByPhase.size(); ++phase) {
+    const unsigned phases = assignment->getNumberOfUpdatePhases();
+    for (unsigned phase = 0; phase < phases; ++phase) {
         filesMissing |= updatePhase(phase);
     }
     updater->ReportPhase(endOfPhases);
@@ -118,11 +135,9 @@ bool ZoCUpdateOperation::unlockInventory(ZoCErrorListPool& errors)
 
 void ZoCUpdateOperation::getUpdateElementsOfPhase(unsigned phase, PhaseList& list)
 {
-    if (phase >= elementsByPhase.size()) {
-        return;
-    }
-    for (ZoSUpdateElement* const element : elementsByPhase[phase]) {
-        if (element->updateState == PENDING) {
+    for (ZoSUpdateElement* const element :
+         pendingElements != nullptr ? pendingElements->ofPhase(phase) : allElements()) {
+        if (element->phase == phase && element->updateState == PENDING) {
             list.push_back(element);
         }
     }
@@ -147,17 +162,22 @@ bool ZoCUpdateOperation::checkMissingUpdateFiles(PhaseList& list)
 
 void ZoCUpdateOperation::cancelUpdates(const ZoCInventoryAddress& boardAddress, unsigned fromPhase)
 {
-    const auto found = elementsByBoard.find(boardAddress.toString().c_str());
-    if (found == elementsByBoard.end() || fromPhase >= found->second.cancelledFrom) {
-        return;  // every failure of a board asks for this, but there is something to cancel only once
-    }
-    found->second.cancelledFrom = fromPhase;
-    for (ZoSUpdateElement* const element : found->second.elements) {
-        if (element->updateState == PENDING && element->phase >= fromPhase) {
+    for (ZoSUpdateElement* const element :
+         pendingElements != nullptr ? pendingElements->ofBoard(boardAddress) : allElements()) {
+        if (element->updateState == PENDING && element->phase >= fromPhase && element->boardAddress == boardAddress) {
             element->updateState = CANCELLED;
             updater->ReportFailure(element->index);
         }
     }
+}
+
+ZoCUpdateOperation::PhaseList ZoCUpdateOperation::allElements()
+{
+    PhaseList list;
+    for (ZoSUpdateElement& element : elements) {
+        list.push_back(&element);
+    }
+    return list;
 }
 
 const ZoSUpdateFile& ZoCUpdateOperation::fileOf(const ZoSUpdateElement& element) const

@@ -3,12 +3,12 @@
 
 #include <cstdint>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "ZoITrellanUpdater.h"
 #include "assignment/ZoCUpdateAssignment.h"
 
+class PendingElements;
 class ZoCTrellanUpdater;
 
 class ZoCUpdateOperation {
@@ -21,8 +21,9 @@ public:
     ZoCUpdateOperation(const ZoCUpdateOperation&) = delete;
     ZoCUpdateOperation& operator=(const ZoCUpdateOperation&) = delete;
 
-    // Updates the target. True only for a complete success; what failed has been printed, and the errors are in
-    // `errors`.
+    // Updates the target. True only for a complete success; otherwise what failed has been printed (a failed lock only
+    // with `verbose`), and the errors are in `errors`. False at once, with nothing touched, when it is asked for in a
+    // host's callback while an update is running.
     bool update(ZoCErrorListPool& errors);
 
     // Lock and unlock the target. False when errors were added; printed only with `verbose`. Unlocking tells the CN and
@@ -30,7 +31,7 @@ public:
     bool lockInventory(ZoCErrorListPool& errors);
     bool unlockInventory(ZoCErrorListPool& errors);
 
-    // Appends the pending elements of the phase, in list order. Knows the elements that the last update() began with.
+    // Appends the pending elements of the phase, in list order.
     void getUpdateElementsOfPhase(unsigned phase, PhaseList& list);
 
     // Takes the elements whose update file is missing out of the update. True when at least one was missing.
@@ -45,8 +46,7 @@ public:
     // Fetches the errors of the list's finished updates, and cancels later updates of a board whose update failed.
     void updateErrors(PhaseList& list);
 
-    // Cancels the pending updates of a board from the phase `fromPhase` on: they build on the ones before. Knows the
-    // elements that the last update() began with.
+    // Cancels the pending updates of a board from the phase `fromPhase` on: they build on the ones before.
     void cancelUpdates(const ZoCInventoryAddress& boardAddress, unsigned fromPhase);
 
     // Prints the outcome and appends all elements' errors to `errors`. True only for a complete success.
@@ -59,13 +59,7 @@ public:
                                 std::vector<std::string>& messages);
 
 private:
-    // The elements of a board that an update began with, in list order.
-    struct BoardUpdates {
-        PhaseList elements;
-        unsigned cancelledFrom = 0xFFFFFFFF;  // phase from which they have been cancelled
-    };
-
-    void collectPendingElements();
+    void setUpdateStates();
     bool updatePhases();
     bool updatePhase(unsigned phase);
     void startFileSystemUpdate(ZoNUpdateInventory::ZoSUpdateElement& element);
@@ -74,6 +68,7 @@ private:
     void failToStart(ZoNUpdateInventory::ZoSUpdateElement& element);
     unsigned long long pollElement(ZoNUpdateInventory::ZoSUpdateElement& element);
     bool collectErrors(ZoNUpdateInventory::ZoSUpdateElement& element);
+    PhaseList allElements();
     void printFailure(const ZoNUpdateInventory::ZoSUpdateElement& element) const;
     const ZoNUpdateArchive::ZoSUpdateFile& fileOf(const ZoNUpdateInventory::ZoSUpdateElement& element) const;
     std::string pathOf(const ZoNUpdateArchive::ZoSUpdateFile& file) const;
@@ -83,8 +78,6 @@ private:
     ZoCUpdateAssignment* assignment;
     std::vector<ZoNUpdateArchive::ZoSUpdateFile>& files;  // the archive's
     ZoCUpdateInventory::ElementList& elements;            // the inventory's
-    // What an update began with, so that neither a phase nor a failure has to search the whole list.
-    std::vector<PhaseList> elementsByPhase;
-    std::unordered_map<std::string, BoardUpdates> elementsByBoard;  // by the board's address as text
-    std::uint32_t lockHandle = 0;                                   // 0: not locked
+    PendingElements* pendingElements = nullptr;           // of the running update; null: none is running
+    std::uint32_t lockHandle = 0;                         // 0: not locked
 };

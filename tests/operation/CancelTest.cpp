@@ -138,3 +138,70 @@ TEST_F(CancelTest, CancelsPendingElementsFromThePhaseOn)
     EXPECT_THAT(states(), ElementsAre(1u, 1u, 4u, 0u, 2u, 3u, 5u, 4u, 1u));
     EXPECT_EQ(journal->told(), "<failure 2><failure 7>");
 }
+
+TEST_F(CancelTest, FindsPendingElementsOutsideOfAnUpdate)
+{
+    addElement(1, 1, 1);
+    addElement(1, 2, 2);
+    addElement(2, 1, 2);
+    prepare();
+    for (unsigned i = 0; i < 3; ++i) {
+        element(i).updateState = 1;
+    }
+
+    operation().cancelUpdates(element(2).boardAddress, 1);
+    EXPECT_THAT(states(), ElementsAre(1u, 1u, 4u));
+
+    operation().cancelUpdates(element(0).boardAddress, 0);
+    EXPECT_THAT(states(), ElementsAre(4u, 4u, 4u));
+    EXPECT_EQ(journal->told(), "<failure 2><failure 0><failure 1>");
+}
+
+TEST_F(CancelTest, FindsElementsThatHaveBecomePendingAgain)
+{
+    scriptOf(1, 1)["polls"] = Json::array({{{"status", 3}}});
+    addElement(1, 1, 1);
+    addElement(1, 2, 2);
+    addElement(1, 3, 3);
+    prepare();
+    updater->disableUpdateElement(1);
+    ASSERT_FALSE(update());
+    ASSERT_THAT(states(), ElementsAre(3u, 0u, 4u));
+    element(1).updateState = 1;
+    element(2).updateState = 1;
+
+    operation().cancelUpdates(element(0).boardAddress, 1);
+
+    EXPECT_THAT(states(), ElementsAre(3u, 4u, 4u));
+}
+
+TEST_F(CancelTest, CancelsNothingOfAnotherBoard)
+{
+    addElement(1, 1);
+    prepare();
+    element(0).updateState = 1;
+
+    operation().cancelUpdates(element(0).boardAddress[3], 0);
+    operation().cancelUpdates(ZoCInventoryAddress(), 0);
+
+    EXPECT_THAT(states(), ElementsAre(1u));
+    EXPECT_EQ(journal->told(), "");
+}
+
+TEST_F(CancelTest, CancelsAgainInALaterUpdate)
+{
+    scriptOf(1, 1)["polls"] = Json::array({{{"status", 3}}, {{"status", 3}}});
+    addElement(1, 1, 1);
+    addElement(1, 2, 2);
+    prepare();
+    ASSERT_FALSE(update());
+    ASSERT_THAT(states(), ElementsAre(3u, 4u));
+    journal->clear();
+
+    EXPECT_FALSE(update());
+
+    EXPECT_THAT(states(), ElementsAre(3u, 4u));
+    EXPECT_EQ(calls("update2").size(), 2u);
+    EXPECT_THAT(journal->reports(), ElementsAre("phase 0", "failure 0", "progress 100", "progress 100", "failure 1",
+                                                "phase 1", "phase 4294967295"));
+}

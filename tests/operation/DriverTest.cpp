@@ -223,6 +223,26 @@ TEST_F(DriverTest, CollectsThePendingElementsOfAPhaseBehindWhatTheListHolds)
     EXPECT_THAT(list, ElementsAre(&element(5), &element(0), &element(4)));
 }
 
+TEST_F(DriverTest, CollectsThePendingElementsOfAPhaseAlsoOutsideOfAnUpdate)
+{
+    addElement(1, 1, 1);
+    addElement(1, 2, 2);
+    addElement(1, 3, 2);
+    addElement(1, 4, 2);
+    prepare();
+    const std::uint32_t newStates[] = {1, 1, 0, 1};
+    for (unsigned i = 0; i < 4; ++i) {
+        element(i).updateState = newStates[i];
+    }
+    element(3).phase = 7;
+
+    PhaseList list;
+    operation().getUpdateElementsOfPhase(1, list);
+    operation().getUpdateElementsOfPhase(7, list);
+
+    EXPECT_THAT(list, ElementsAre(&element(1), &element(3)));
+}
+
 TEST_F(DriverTest, FindsNoElementOfAPhaseBeyondTheLast)
 {
     addElement(1, 1);
