@@ -72,6 +72,7 @@ void ZoCUpdateOperation::setUpdateStates()
     for (ZoSUpdateElement& element : elements) {
         const bool isPending = !element.disabled && element.updateFileIndex != -1;
         element.updateState = isPending ? PENDING : NOTHING_TO_DO;
+        element.statusErrorCount = 0;
     }
 }
 

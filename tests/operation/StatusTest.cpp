@@ -229,6 +229,25 @@ TEST_F(StatusTest, CountsConsecutiveFailedPollsOnly)
     EXPECT_EQ(element(0).statusErrorCount, 2u);
 }
 
+TEST_F(StatusTest, ToleratesAFailedPollAlsoInASecondUpdate)
+{
+    scriptOf(1, 1)["polls"] =
+        Json::array({failing(4, "a"), failing(4, "b"), failing(4, "c"), running(5, 10), status(2)});
+    addElement(1, 1);
+    prepare();
+    ASSERT_FALSE(update());
+    ASSERT_THAT(states(), ElementsAre(3u));
+    journal->clear();
+
+    EXPECT_FALSE(update());
+
+    // The errors of the first update are still with the element, so that it is reported once it has finished.
+    EXPECT_THAT(states(), ElementsAre(5u));
+    EXPECT_EQ(calls("updateStatus2").size(), 5u);
+    EXPECT_THAT(journal->reports(), ElementsAre("phase 0", "progress 0", "progress 50", "progress 100", "progress 100",
+                                                "failure 0", "phase 4294967295"));
+}
+
 TEST_F(StatusTest, DoesNotTrustTheStatusOfAFailedPoll)
 {
     Json failed = failing(4, "lost");
