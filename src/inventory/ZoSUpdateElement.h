@@ -84,7 +84,7 @@ struct ZoSUpdateElement : ZoSUpdateElementValues {
         resultErrorList = makeErrorList();
     }
 
-    ErrorListHandle statusErrorList;  // errors of starting and polling
+    ErrorListHandle statusErrorList;  // errors of starting, of polling, and of asking for the result
     ErrorListHandle resultErrorList;  // errors reported by the finished update
 };
 

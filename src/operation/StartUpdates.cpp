@@ -13,8 +13,12 @@ using namespace ZoNUpdateInventory;
 
 namespace {
 
-constexpr int resultColumn = 56;               // where "[OK]" and "[ERROR]" stand
+constexpr int resultColumn = 56;  // of a failed start's "[ERROR]"; a progress line, which the verdict ends, is as long
 constexpr unsigned pauseAfterStart = 500'000;  // microseconds
+
+// Readers of the target's log know the message by this line and its function, wherever it stands today.
+constexpr unsigned loggedLine = 504;
+constexpr const char* loggedFunction = "startUpdatesOfPhase";
 
 // The time that the target notes for an update file: local time taken as standard time, also while daylight saving is
 // in force. Targets compare it with values made in this way.
@@ -46,7 +50,7 @@ void ZoCUpdateOperation::startUpdatesOfPhase(PhaseList& list)
         if (printed < resultColumn) {
             updater->print("%*s", resultColumn - printed, "");
         }
-        errorManager().sendLog(ZoTrellanUpdateLib::updateStarted, 504, "startUpdatesOfPhase", "%s",
+        errorManager().sendLog(ZoTrellanUpdateLib::updateStarted, loggedLine, loggedFunction, "%s",
                                element->displayName.c_str());
         if (element->isFileSystemElement) {
             startFileSystemUpdate(*element);

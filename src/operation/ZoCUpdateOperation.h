@@ -49,12 +49,14 @@ public:
     // Cancels the pending updates of a board from the phase `fromPhase` on: they build on the ones before.
     void cancelUpdates(const ZoCInventoryAddress& boardAddress, unsigned fromPhase);
 
-    // Prints the outcome and appends all elements' errors to `errors`. True only for a complete success.
+    // Prints the outcome and appends the errors of every element that had something to do to `errors`. True only for a
+    // complete success.
     bool printUpdateResults(ZoCErrorListPool& errors, bool filesMissing) const;
 
     // Writes `file` to `location` on the flash drive by way of a temporary file. `messages` becomes what there is to
-    // tell, in order; after false its last entry is the error. Refuses paths that leave the drive or that a shell does
-    // not take literally, before anything is changed. After a failure the temporary file may be left.
+    // tell, in order; after false its last entry is the error. A location that leaves the drive through ".." and a path
+    // that a shell does not take literally are refused before anything is changed; a symbolic link on the drive is
+    // followed. After a failure the temporary file may be left.
     bool writeFileSystemElement(const ZoNUpdateArchive::ZoSUpdateFile& file, const ZoCString& location,
                                 std::vector<std::string>& messages);
 
