@@ -127,7 +127,7 @@ TEST_F(FileSystemWriterTest, FlushesTheFileSystemAfterSuccess)
 
     EXPECT_TRUE(write("c.bin", "c.bin"));
 
-    EXPECT_THAT(callNames(), ElementsAre("syncFileSystem"));
+    ASSERT_THAT(callNames(), ElementsAre("syncFileSystem"));
     EXPECT_EQ(trace()[0].at("timeout"), 500);
 }
 

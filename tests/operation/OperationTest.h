@@ -94,6 +94,14 @@ private:
     std::size_t traceStart = 0;
 };
 
+// What a successful update of element 1 of board 1 alone prints, without progress lines.
+constexpr const char* textOfOneUpdate =
+    "\nUpdating:\n"
+    "        Board 1, SN 1, Element 1                        \n"
+    "[OK]\n"
+    "\nResults:\n"
+    "\n    Update completed successfully!\n";
+
 // The text with "*" in the place of every spinner: it starts where an earlier update in the process has left it. For
 // texts without other "-", "\\", "|" and "/".
 std::string withStars(std::string text);

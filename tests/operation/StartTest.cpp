@@ -3,6 +3,7 @@
 
 #include "operation/OperationTest.h"
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -44,6 +45,30 @@ protected:
         }
         operation().startUpdatesOfPhase(list);
     }
+
+    // Makes the update of a single file on the flash drive.
+    void updateOneFile()
+    {
+        hasFlashDrive = true;
+        addFileElement(1, 1, "c.bin");
+        prepare();
+        EXPECT_TRUE(update());
+    }
+
+    // Prepares an update from an archive with this file, named relative to the working folder: `prefix` and its name.
+    void prepareRelative(const Json& entry, const std::string& prefix = "")
+    {
+        relative.emplace(description({entry}));
+        relative->addFile(entry.at("name"), "content");
+        here.emplace(std::filesystem::path(relative->path()).parent_path());
+        options.archivePath = prefix + relativeName();
+        prepare();
+    }
+
+    std::string relativeName() const { return std::filesystem::path(relative->path()).filename().string(); }
+
+    std::optional<TestArchive> relative;
+    std::optional<WorkingFolder> here;
 };
 
 TEST_F(StartTest, PrintsTheHeadingOnceBeforeTheFirstElement)
@@ -150,7 +175,8 @@ TEST_F(StartTest, PrintsAndLogsANameWithPercentSignsLiterally)
     start({&element(0)});
 
     EXPECT_EQ(journal->told(), "\nUpdating:\n        100%s of %n and %1                              \n");
-    EXPECT_EQ(calls("sendLog").back().at("text"), "Firmware update: 100%s of %n and %1...");
+    ASSERT_EQ(calls("sendLog").size(), 2u);
+    EXPECT_EQ(calls("sendLog")[1].at("text"), "Firmware update: 100%s of %n and %1...");
 }
 
 TEST_F(StartTest, LogsEachStart)
@@ -171,10 +197,7 @@ TEST_F(StartTest, LogsEachStart)
 
 TEST_F(StartTest, LogsTheStartOfAFileOnTheFlashDriveToo)
 {
-    hasFlashDrive = true;
-    addFileElement(1, 1, "c.bin");
-    prepare();
-    EXPECT_TRUE(update());
+    updateOneFile();
 
     ASSERT_EQ(calls("sendLog").size(), 1u);
     EXPECT_EQ(calls("sendLog")[0].at("code"), 0x26500000);
@@ -231,10 +254,7 @@ TEST_F(StartTest, DoesNotWaitAfterAFailedStart)
 
 TEST_F(StartTest, DoesNotWaitAfterAFileOnTheFlashDrive)
 {
-    hasFlashDrive = true;
-    addFileElement(1, 1, "c.bin");
-    prepare();
-    EXPECT_TRUE(update());
+    updateOneFile();
 
     ASSERT_EQ(calls("usleep").size(), 1u);
     EXPECT_EQ(calls("usleep")[0].at("microseconds"), 200000);
@@ -295,13 +315,8 @@ TEST_F(StartTest, DoesNotTakeEarlierErrorsOfTheElementForAFailedStart)
 
 TEST_F(StartTest, RefusesARelativeArchivePathQuietly)
 {
-    TestArchive relative(description({fileEntry("b1e1.bin", {{"boardType", "T1"}})}));
-    relative.addFile("b1e1.bin", "content");
-    const std::filesystem::path folder = relative.path();
-    const WorkingFolder here(folder.parent_path());
-    options.archivePath = folder.filename();
     addElement(1, 1);
-    prepare();
+    prepareRelative(fileEntry("b1e1.bin", {{"boardType", "T1"}}));
 
     EXPECT_FALSE(update());
 
@@ -323,14 +338,9 @@ TEST_F(StartTest, RefusesARelativeArchivePathQuietly)
 
 TEST_F(StartTest, NamesTheRelativePathInVerboseMode)
 {
-    TestArchive relative(description({fileEntry("b1e1.bin", {{"boardType", "T1"}})}));
-    relative.addFile("b1e1.bin", "content");
-    const std::filesystem::path folder = relative.path();
-    const WorkingFolder here(folder.parent_path());
-    options.archivePath = folder.filename();
     options.verbose = true;
     addElement(1, 1);
-    prepare();
+    prepareRelative(fileEntry("b1e1.bin", {{"boardType", "T1"}}));
 
     EXPECT_FALSE(update());
 
@@ -339,7 +349,7 @@ TEST_F(StartTest, NamesTheRelativePathInVerboseMode)
               "\nUpdating:\n"
               "        Board 1, SN 1, Element 1                        "
               "ERROR: Given path is not absolute: '" +
-                  folder.filename().string() +
+                  relativeName() +
                   "/b1e1.bin'\n"
                   "[ERROR]\n"
                   "<failure 0>"
@@ -351,16 +361,25 @@ TEST_F(StartTest, NamesTheRelativePathInVerboseMode)
                   "\n    Update failed!\n");
 }
 
+TEST_F(StartTest, TakesAPathThatBeginsWithADotForRelative)
+{
+    options.verbose = true;
+    addElement(1, 1);
+    prepareRelative(fileEntry("b1e1.bin", {{"boardType", "T1"}}), "./");
+
+    EXPECT_FALSE(update());
+
+    EXPECT_THAT(journal->fragments(),
+                Contains("ERROR: Given path is not absolute: './" + relativeName() + "/b1e1.bin'\n"));
+    EXPECT_THAT(calls("update2"), IsEmpty());
+    EXPECT_THAT(states(), ElementsAre(3u));
+}
+
 TEST_F(StartTest, WritesFilesOfTheFlashDriveAlsoFromARelativeArchivePath)
 {
-    TestArchive relative(description({fileEntry("b1f1.bin", {{"boardType", "T1"}, {"targetPath", "c.bin"}})}));
-    relative.addFile("b1f1.bin", "content");
-    const std::filesystem::path folder = relative.path();
-    const WorkingFolder here(folder.parent_path());
-    options.archivePath = folder.filename();
     hasFlashDrive = true;
     addFileElement(1, 1, "c.bin");
-    prepare();
+    prepareRelative(fileEntry("b1f1.bin", {{"boardType", "T1"}, {"targetPath", "c.bin"}}));
 
     EXPECT_TRUE(update());
 
