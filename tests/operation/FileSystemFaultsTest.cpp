@@ -1,9 +1,11 @@
-// What is said when the file system answers well and does otherwise, or refuses what cannot be refused by its rights:
-// this program's remove() and rename() stand before those of the C library.
+// What is asked of the system, and what is said when it answers well and does otherwise, or refuses what cannot be
+// refused by its rights: this program's remove(), rename(), mkdir() and system() stand before those of the C library.
 #include <dlfcn.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <optional>
 #include <string>
 
@@ -18,6 +20,10 @@ enum class Answer { asUsual, refuses, doesNothing };
 
 Answer ofRemove = Answer::asUsual;
 Answer ofRename = Answer::asUsual;
+Answer ofSystem = Answer::asUsual;
+
+std::vector<std::string> madeFolders;
+std::vector<std::string> commands;
 
 // The result without the call, or nothing where the call is to be made.
 std::optional<int> resultOf(Answer answer)
@@ -44,6 +50,23 @@ extern "C" int rename(const char* from, const char* to) noexcept
     static Rename* const usual = reinterpret_cast<Rename*>(::dlsym(RTLD_NEXT, "rename"));
     const auto result = resultOf(ofRename);
     return result ? *result : usual(from, to);
+}
+
+extern "C" int mkdir(const char* path, mode_t mode) noexcept
+{
+    using Mkdir = int(const char*, mode_t);
+    static Mkdir* const usual = reinterpret_cast<Mkdir*>(::dlsym(RTLD_NEXT, "mkdir"));
+    madeFolders.push_back(path);
+    return usual(path, mode);
+}
+
+extern "C" int system(const char* command)
+{
+    using System = int(const char*);
+    static System* const usual = reinterpret_cast<System*>(::dlsym(RTLD_NEXT, "system"));
+    commands.push_back(command);
+    const auto result = resultOf(ofSystem);
+    return result ? *result : usual(command);
 }
 
 class FileSystemFaultsTest : public FlashDriveTest {
@@ -84,4 +107,50 @@ TEST_F(FileSystemFaultsTest, TellsWhenTheTargetIsNotThereAfterTheRenaming)
     ofRename = Answer::doesNothing;
     expectFailure("ERROR: Renaming of /mnt/cn/cfdrive/c.bin.tmp failed.\n");
     EXPECT_THAT(onDrive(), ElementsAre("c.bin.tmp"));
+}
+
+TEST_F(FileSystemFaultsTest, CopiesWithThePlainCommand)
+{
+    prepareDrive();
+    commands.clear();
+
+    EXPECT_TRUE(write("c.bin", "a/d.bin"));
+
+    EXPECT_THAT(commands, ElementsAre("cp " + archive->path() + "/c.bin /mnt/cn/cfdrive/a/d.bin.tmp"));
+}
+
+TEST_F(FileSystemFaultsTest, TellsTheResultOfACommandThatCannotBeRunAsAnUnsignedNumber)
+{
+    prepareDrive();
+    ofSystem = Answer::refuses;
+    EXPECT_FALSE(write("c.bin", "c.bin"));
+    ofSystem = Answer::asUsual;
+
+    EXPECT_THAT(messages, ElementsAre("ERROR: Cannot write /mnt/cn/cfdrive/c.bin.tmp. Error code: 4294967295\n"));
+    EXPECT_THAT(onDrive(), IsEmpty());
+}
+
+TEST_F(FileSystemFaultsTest, TellsWhenTheTemporaryFileIsNotThereAfterTheCopy)
+{
+    prepareDrive();
+    put(drive() / "c.bin", "old");
+    ofSystem = Answer::doesNothing;
+    EXPECT_FALSE(write("c.bin", "c.bin"));
+    ofSystem = Answer::asUsual;
+
+    EXPECT_THAT(messages, ElementsAre("ERROR: Writing /mnt/cn/cfdrive/c.bin.tmp failed.\n"));
+    EXPECT_EQ(contentOf(drive() / "c.bin"), "old");
+}
+
+TEST_F(FileSystemFaultsTest, NeverMakesTheDriveItself)
+{
+    prepareDrive();
+    madeFolders.clear();
+
+    EXPECT_TRUE(write("c.bin", "1.bin"));
+    EXPECT_TRUE(write("c.bin", "/2.bin"));
+    EXPECT_THAT(madeFolders, IsEmpty());
+
+    EXPECT_TRUE(write("c.bin", "a/b/3.bin"));
+    EXPECT_THAT(madeFolders, ElementsAre("/mnt/cn/cfdrive/a", "/mnt/cn/cfdrive/a/b"));
 }

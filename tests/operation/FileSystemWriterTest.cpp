@@ -1,10 +1,28 @@
 // Writing update files to the flash drive.
+#include <sys/stat.h>
+
 #include "operation/FlashDriveTest.h"
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 namespace fs = std::filesystem;
+
+namespace {
+
+// Sets the mask of the modes of new files for the time of a scope.
+class FileModeMask {
+public:
+    explicit FileModeMask(mode_t mask) : before(::umask(mask)) {}
+    ~FileModeMask() { ::umask(before); }
+    FileModeMask(const FileModeMask&) = delete;
+    FileModeMask& operator=(const FileModeMask&) = delete;
+
+private:
+    mode_t before;
+};
+
+}  // namespace
 
 using FileSystemWriterTest = FlashDriveTest;
 
@@ -54,6 +72,18 @@ TEST_F(FileSystemWriterTest, WritesIntoTheDriveItselfWithoutMakingAFolder)
 
     EXPECT_THAT(messages, ElementsAre("Successfully written /mnt/cn/cfdrive/c.bin.\n"));
     EXPECT_THAT(onDrive(), ElementsAre("c.bin"));
+}
+
+TEST_F(FileSystemWriterTest, MakesFoldersThatEverybodyMayUse)
+{
+    prepareDrive();
+    {
+        const FileModeMask none(0);
+        EXPECT_TRUE(write("c.bin", "a/b/c.bin"));
+    }
+
+    EXPECT_EQ(fs::status(drive() / "a").permissions() & fs::perms::all, fs::perms::all);
+    EXPECT_EQ(fs::status(drive() / "a/b").permissions() & fs::perms::all, fs::perms::all);
 }
 
 TEST_F(FileSystemWriterTest, TakesALocationWithALeadingSlash)

@@ -1,6 +1,10 @@
-// The time stamp that the target notes for an update file.
+// The time stamp that the target notes for an update file. Where the machine's own time will not do, this program's
+// localtime_r() and mktime() stand before those of the C library.
+#include <dlfcn.h>
+
 #include <cstdlib>
 #include <ctime>
+#include <optional>
 #include <string>
 
 #include "operation/OperationTest.h"
@@ -47,7 +51,24 @@ std::string withDaylightSavingNow(const char* names)
     return std::string(names) + ",J" + std::to_string(first) + "/0,J" + std::to_string(last) + "/0";
 }
 
+bool knowsLocalTime = true;
+std::optional<std::time_t> fixedTime;
+
 }  // namespace
+
+extern "C" std::tm* localtime_r(const std::time_t* time, std::tm* local) noexcept
+{
+    using LocalTime = std::tm*(const std::time_t*, std::tm*);
+    static LocalTime* const usual = reinterpret_cast<LocalTime*>(::dlsym(RTLD_NEXT, "localtime_r"));
+    return knowsLocalTime ? usual(time, local) : nullptr;
+}
+
+extern "C" std::time_t mktime(std::tm* local) noexcept
+{
+    using MakeTime = std::time_t(std::tm*);
+    static MakeTime* const usual = reinterpret_cast<MakeTime*>(::dlsym(RTLD_NEXT, "mktime"));
+    return fixedTime ? *fixedTime : usual(local);
+}
 
 class FileTimeTest : public OperationTest {
 protected:
@@ -91,4 +112,28 @@ TEST_F(FileTimeTest, IsOneHourAheadAlsoFarFromUniversalTime)
 TEST_F(FileTimeTest, IsHalfAnHourAheadWhereDaylightSavingIsHalfAnHour)
 {
     expectFileTimeAhead(withDaylightSavingNow("STD-10:30DST-11"), 1800);
+}
+
+TEST_F(FileTimeTest, IsZeroWhereTheLocalTimeIsNotKnown)
+{
+    addElement(1, 1);
+    prepare();
+    knowsLocalTime = false;
+    EXPECT_TRUE(update());
+    knowsLocalTime = true;
+
+    ASSERT_EQ(calls("update2").size(), 1u);
+    EXPECT_EQ(calls("update2")[0].at("fileTime"), 0u);
+}
+
+TEST_F(FileTimeTest, IsExtendedTo64BitsWithItsSign)
+{
+    addElement(1, 1);
+    prepare();
+    fixedTime = -2;
+    EXPECT_TRUE(update());
+    fixedTime.reset();
+
+    ASSERT_EQ(calls("update2").size(), 1u);
+    EXPECT_EQ(calls("update2")[0].at("fileTime"), 18446744073709551614u);
 }

@@ -76,6 +76,7 @@ TEST_F(LockTest, EndsAtOnceWhenItCannotLock)
 
     EXPECT_EQ(journal->told(), "");
     EXPECT_THAT(callNames(), ElementsAre("lock"));
+    EXPECT_THAT(states(), ElementsAre(1u));
     EXPECT_THAT(listed(errors), ElementsAre("5 occupied"));
 }
 

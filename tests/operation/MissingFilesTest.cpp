@@ -110,6 +110,24 @@ TEST_F(MissingFilesTest, NamesAMissingFileOfTheFlashDriveToo)
     EXPECT_TRUE(std::filesystem::is_empty(drive()));
 }
 
+TEST_F(MissingFilesTest, NamesAMissingFileForEachOfItsElements)
+{
+    addElement(1, 1);
+    addElement(2, 1);
+    missingFiles = {"b1e1.bin"};
+    prepare();
+    element(1).updateFileIndex = 0;
+
+    EXPECT_FALSE(update());
+
+    EXPECT_EQ(journal->text(),
+              "\nBoard 1, SN 1, Element 1 cannot be updated. Update file b1e1.bin not found!\n"
+              "\nBoard 2, SN 2, Element 1 cannot be updated. Update file b1e1.bin not found!\n"
+              "\nResults:\n"
+              "\n    Update incomplete due to missing files in the source folder!\n");
+    EXPECT_THAT(states(), ElementsAre(0u, 0u));
+}
+
 TEST_F(MissingFilesTest, TakesALinkThatLeadsNowhereForMissing)
 {
     addElement(1, 1);

@@ -24,6 +24,17 @@ private:
     std::filesystem::path before;
 };
 
+// The callbacks carry no context: the target, and the last of its calls before each end of a line.
+const SimulatedTarget* watchedByStart = nullptr;
+std::vector<std::string> callsBeforeLineEnds;
+
+void noteCallBeforeLineEnd(const std::string& text)
+{
+    if (text == "\n") {
+        callsBeforeLineEnds.push_back(watchedByStart->trace().back().at("call"));
+    }
+}
+
 }  // namespace
 
 class StartTest : public OperationTest {
@@ -239,6 +250,20 @@ TEST_F(StartTest, WaitsHalfASecondAfterEachStartedUpdate)
     EXPECT_EQ(all[5].at("call"), "update2");
     EXPECT_EQ(all[6].at("call"), "usleep");
     EXPECT_EQ(all[6].at("microseconds"), 500000);
+}
+
+TEST_F(StartTest, EndsTheLineBeforeItWaits)
+{
+    addElement(1, 1);
+    addElement(1, 2);
+    prepare();
+    watchedByStart = simulated.get();
+    callsBeforeLineEnds.clear();
+    updater->setMessageCallBack(noteCallBeforeLineEnd);
+
+    EXPECT_TRUE(update());
+
+    EXPECT_THAT(callsBeforeLineEnds, ElementsAre("update2", "update2"));
 }
 
 TEST_F(StartTest, DoesNotWaitAfterAFailedStart)

@@ -4,6 +4,19 @@
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
+namespace {
+
+// The callbacks carry no context: the target, and the last of its calls before each report of progress.
+const SimulatedTarget* watchedByStatus = nullptr;
+std::vector<std::string> callsBeforeProgress;
+
+void noteCallBeforeProgress(unsigned)
+{
+    callsBeforeProgress.push_back(watchedByStatus->trace().back().at("call"));
+}
+
+}  // namespace
+
 class StatusTest : public OperationTest {
 protected:
     static Json running(std::uint32_t done, std::uint32_t total)
@@ -133,6 +146,21 @@ TEST_F(StatusTest, WaitsAFifthOfASecondForEachPassNotForEachElement)
         waits.push_back(call.at("microseconds"));
     }
     EXPECT_THAT(waits, ElementsAre(500000u, 500000u, 500000u, 200000u, 200000u, 200000u));
+}
+
+TEST_F(StatusTest, ReportsTheProgressOfAPassBeforeItWaits)
+{
+    scriptOf(1, 1)["polls"] = Json::array({running(1, 2), status(2)});
+    addElement(1, 1);
+    prepare();
+    watchedByStatus = simulated.get();
+    callsBeforeProgress.clear();
+    updater->setProgressCallBack(noteCallBeforeProgress);
+
+    EXPECT_TRUE(update());
+
+    // The pass at the end polls nothing: before it comes the wait of the one before.
+    EXPECT_THAT(callsBeforeProgress, ElementsAre("updateStatus2", "updateStatus2", "usleep"));
 }
 
 TEST_F(StatusTest, PollsTheRunningElementsInTheirOrder)
