@@ -7,7 +7,7 @@
 #include <string>
 
 #include "ArchiveReader.h"
-#include "Unprivileged.h"
+#include "support/Unprivileged.h"
 #include "support/UpdateFiles.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "ArchiveReader.h"
-#include "Unprivileged.h"
+#include "support/Unprivileged.h"
 #include "support/UpdateFiles.h"
 
 using nlohmann::ordered_json;

@@ -7,10 +7,10 @@
 #include <fstream>
 #include <system_error>
 
-#include "archive/Unprivileged.h"
 #include "simulation/target/AtomicFile.h"
 #include "support/TempDir.h"
 #include "support/TextFile.h"
+#include "support/Unprivileged.h"
 
 using TrellanSimulation::replaceFile;
 namespace fs = std::filesystem;

@@ -7,10 +7,10 @@
 #include <fstream>
 
 #include "Device.h"
-#include "archive/Unprivileged.h"
 #include "simulation/base/Resources.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
+#include "support/Unprivileged.h"
 
 using nlohmann::ordered_json;
 
