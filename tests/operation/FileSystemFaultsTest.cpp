@@ -1,7 +1,9 @@
 // What is asked of the system, and what is said when it answers well and does otherwise, or refuses what cannot be
-// refused by its rights: this program's remove(), rename(), mkdir() and system() stand before those of the C library.
+// refused by its rights: this program's remove(), rename(), mkdir(), access() and system() stand before those of the C
+// library.
 #include <dlfcn.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -22,6 +24,7 @@ Answer ofRemove = Answer::asUsual;
 Answer ofRename = Answer::asUsual;
 Answer ofSystem = Answer::asUsual;
 
+std::string unreadable;  // a file that is there and cannot be read, not even by root
 std::vector<std::string> madeFolders;
 std::vector<std::string> commands;
 
@@ -57,6 +60,17 @@ extern "C" int mkdir(const char* path, mode_t mode) noexcept
     using Mkdir = int(const char*, mode_t);
     static Mkdir* const usual = reinterpret_cast<Mkdir*>(::dlsym(RTLD_NEXT, "mkdir"));
     madeFolders.push_back(path);
+    return usual(path, mode);
+}
+
+extern "C" int access(const char* path, int mode) noexcept
+{
+    using Access = int(const char*, int);
+    static Access* const usual = reinterpret_cast<Access*>(::dlsym(RTLD_NEXT, "access"));
+    if (path == unreadable && (mode & R_OK) != 0) {
+        errno = EACCES;
+        return -1;
+    }
     return usual(path, mode);
 }
 
@@ -153,4 +167,23 @@ TEST_F(FileSystemFaultsTest, NeverMakesTheDriveItself)
 
     EXPECT_TRUE(write("c.bin", "a/b/3.bin"));
     EXPECT_THAT(madeFolders, ElementsAre("/mnt/cn/cfdrive/a", "/mnt/cn/cfdrive/a/b"));
+}
+
+TEST_F(FileSystemFaultsTest, TakesAnUpdateFileThatCannotBeReadForMissing)
+{
+    addElement(1, 1);
+    addElement(1, 2);
+    prepare();
+    unreadable = archive->path() + "/b1e1.bin";
+    EXPECT_FALSE(update());
+    unreadable.clear();
+
+    EXPECT_EQ(journal->text(),
+              "\nBoard 1, SN 1, Element 1 cannot be updated. Update file b1e1.bin not found!\n"
+              "\nUpdating:\n"
+              "        Board 1, SN 1, Element 2                        \n"
+              "[OK]\n"
+              "\nResults:\n"
+              "\n    Update incomplete due to missing files in the source folder!\n");
+    EXPECT_THAT(states(), ElementsAre(0u, 5u));
 }
