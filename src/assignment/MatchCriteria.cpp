@@ -1,6 +1,7 @@
 #include "assignment/MatchCriteria.h"
 
-#include "updater/ZoCTrellanUpdater.h"
+#include "assignment/ValueKey.h"
+#include "updater/AllText.h"
 
 using ZoNJson::json;
 using ZoNUpdateInventory::ZoSUpdateElement;
@@ -8,25 +9,9 @@ using ZoNUpdateInventory::ZoSUpdateElement;
 namespace ZoNUpdateAssignment {
 namespace {
 
-json variantOf(const ZoSUpdateElement& element)
+std::string variantKey(const ZoSUpdateElement& element)
 {
-    const std::string variant = ZoCTrellanUpdater::ZoCString2tstring(element.variant);
-    return variant.empty() ? json(nullptr) : json(variant);
-}
-
-json productIdOf(const ZoSUpdateElement& element)
-{
-    return json(element.productId);
-}
-
-json hwCompatibilityIdOf(const ZoSUpdateElement& element)
-{
-    return json(element.hwCompatibilityId);
-}
-
-json swCompatibilityIdOf(const ZoSUpdateElement& element)
-{
-    return json(element.swCompatibilityId);
+    return element.variant.isEmpty() ? valueKey(nullptr) : textKey(allText(element.variant));
 }
 
 }  // namespace
@@ -34,24 +19,37 @@ json swCompatibilityIdOf(const ZoSUpdateElement& element)
 const std::array<MatchCriterion, 4>& matchCriteria()
 {
     static const std::array<MatchCriterion, 4> criteria{{
-        {"boardVariant", variantOf, nullptr},
-        {"boardId", productIdOf, 0U},
-        {"hwCompatibilityId", hwCompatibilityIdOf, 0U},
-        {"swCompatibilityId", swCompatibilityIdOf, 0U},
+        {"boardVariant", variantKey, nullptr},
+        {"boardId", [](const ZoSUpdateElement& element) { return numberKey(element.productId); }, 0U},
+        {"hwCompatibilityId", [](const ZoSUpdateElement& element) { return numberKey(element.hwCompatibilityId); }, 0U},
+        {"swCompatibilityId", [](const ZoSUpdateElement& element) { return numberKey(element.swCompatibilityId); }, 0U},
     }};
     return criteria;
 }
 
-const json* EntryProperties::id() const
+std::string boardTypeKey(const ZoSUpdateElement& element)
 {
-    static const std::string key = "id";
-    return find(key);
+    return textKey(allText(element.boardType));
 }
 
-const json* EntryProperties::targetPath() const
+bool takesAnyPath(const ZoSUpdateElement& element)
 {
-    static const std::string key = "targetPath";
-    return find(key);
+    static const ZoCString wildcard("*");
+    return element.location == wildcard;
+}
+
+std::optional<std::uint32_t> EntryProperties::id() const
+{
+    static const std::string property = "id";
+    const json* const id = find(property);
+    return id != nullptr ? std::optional(static_cast<unsigned>(*id)) : std::nullopt;
+}
+
+std::optional<std::string> EntryProperties::targetPath() const
+{
+    static const std::string property = "targetPath";
+    const json* const path = find(property);
+    return path != nullptr ? std::optional(std::string(*path)) : std::nullopt;
 }
 
 }  // namespace ZoNUpdateAssignment

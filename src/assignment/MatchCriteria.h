@@ -2,6 +2,8 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
+#include <optional>
 #include <string>
 
 #include "inventory/ZoSUpdateElement.h"
@@ -12,8 +14,8 @@ namespace ZoNUpdateAssignment {
 // A property whose value, or one of whose values, must be what the element is. What an entry leaves out has a default,
 // never a wildcard.
 struct MatchCriterion {
-    std::string key;
-    ZoNJson::json (*elementValue)(const ZoNUpdateInventory::ZoSUpdateElement& element);
+    std::string property;
+    std::string (*elementKey)(const ZoNUpdateInventory::ZoSUpdateElement& element);  // key of the element's value
     ZoNJson::json defaultValue;
 };
 
@@ -23,32 +25,38 @@ const std::array<MatchCriterion, 4>& matchCriteria();
 // How many of them are tested before the kind of element and its id or target path.
 constexpr std::size_t criteriaBeforeTarget = 2;
 
+// Key of the element's board type.
+std::string boardTypeKey(const ZoNUpdateInventory::ZoSUpdateElement& element);
+
+// True for a file-system element that takes any target path.
+bool takesAnyPath(const ZoNUpdateInventory::ZoSUpdateElement& element);
+
 // What a file entry says for one of its boards: the board object's own properties come before the entry's. An entry
 // without "boards" is its own board object. Refers to both, which must outlive it.
 class EntryProperties {
 public:
     EntryProperties(const ZoNJson::json& board, const ZoNJson::json& entry) : board(board), entry(entry) {}
 
-    // Null when neither the board object nor the entry has the property.
-    const ZoNJson::json* find(const std::string& key) const
-    {
-        if (board.contains(key)) {
-            return &board[key];
-        }
-        return entry.contains(key) ? &entry[key] : nullptr;
-    }
-
     // What is expected of the element.
     const ZoNJson::json& expected(const MatchCriterion& criterion) const
     {
-        const ZoNJson::json* const value = find(criterion.key);
+        const ZoNJson::json* const value = find(criterion.property);
         return value != nullptr ? *value : criterion.defaultValue;
     }
 
-    const ZoNJson::json* id() const;
-    const ZoNJson::json* targetPath() const;
+    // Nothing when neither the board object nor the entry has it.
+    std::optional<std::uint32_t> id() const;
+    std::optional<std::string> targetPath() const;
 
 private:
+    const ZoNJson::json* find(const std::string& property) const
+    {
+        if (board.contains(property)) {
+            return &board[property];
+        }
+        return entry.contains(property) ? &entry[property] : nullptr;
+    }
+
     const ZoNJson::json& board;
     const ZoNJson::json& entry;
 };

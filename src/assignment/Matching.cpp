@@ -1,12 +1,17 @@
 // Whether an update file is meant for an update element.
 #include "assignment/MatchCriteria.h"
+#include "assignment/ValueKey.h"
 #include "assignment/ZoCUpdateAssignment.h"
-#include "updater/ZoCTrellanUpdater.h"
+#include "updater/AllText.h"
 
 using ZoNUpdateArchive::ZoSUpdateFile;
+using ZoNUpdateAssignment::boardTypeKey;
 using ZoNUpdateAssignment::criteriaBeforeTarget;
 using ZoNUpdateAssignment::EntryProperties;
 using ZoNUpdateAssignment::matchCriteria;
+using ZoNUpdateAssignment::states;
+using ZoNUpdateAssignment::takesAnyPath;
+using ZoNUpdateAssignment::valueKey;
 using ZoNUpdateInventory::ZoSUpdateElement;
 
 namespace {
@@ -17,7 +22,7 @@ bool areMet(std::size_t first, std::size_t last, const EntryProperties& properti
 {
     for (std::size_t i = first; i < last; ++i) {
         const auto& criterion = matchCriteria()[i];
-        if (!ZoCUpdateAssignment::contains(properties.expected(criterion), criterion.elementValue(element))) {
+        if (!states(properties.expected(criterion), criterion.elementKey(element))) {
             return false;
         }
     }
@@ -28,58 +33,31 @@ bool areMet(std::size_t first, std::size_t last, const EntryProperties& properti
 // is not for this type. A later board object of the same type is never looked at.
 const json* selectBoard(const json& entry, const ZoSUpdateElement& element)
 {
-    const json boardType(ZoCTrellanUpdater::ZoCString2tstring(element.boardType));
+    const std::string boardType = boardTypeKey(element);
     if (!entry.contains("boards")) {
-        return ZoCUpdateAssignment::contains(entry["boardType"], boardType) ? &entry : nullptr;
+        return states(entry["boardType"], boardType) ? &entry : nullptr;
     }
     for (const json& board : entry["boards"]) {
-        if (ZoCUpdateAssignment::contains(board["boardType"], boardType)) {
+        if (states(board["boardType"], boardType)) {
             return &board;
         }
     }
     return nullptr;
 }
 
-bool isForId(const EntryProperties& properties, const ZoSUpdateElement& element)
-{
-    const json* const id = properties.id();
-    return id != nullptr && static_cast<unsigned>(*id) == element.id;
-}
-
 bool isForLocation(const EntryProperties& properties, const ZoSUpdateElement& element, std::string& targetPath)
 {
-    if (const json* const path = properties.targetPath()) {
-        targetPath = std::string(*path);
+    if (auto path = properties.targetPath()) {
+        targetPath = *std::move(path);
     }
-    const std::string location = ZoCTrellanUpdater::ZoCString2tstring(element.location);
-    return location == "*" || location == targetPath;
-}
-
-bool isSame(const json& expected, const json& value)
-{
-    if (value.is_null()) {
-        return expected.is_null();
-    }
-    if (value.is_string()) {
-        return expected.is_string() && std::string(value) == std::string(expected);
-    }
-    return value.is_number_unsigned() && expected.is_number_unsigned() &&
-           static_cast<unsigned long long>(value) == static_cast<unsigned long long>(expected);
+    return takesAnyPath(element) || allText(element.location) == targetPath;
 }
 
 }  // namespace
 
 bool ZoCUpdateAssignment::contains(const json& expected, json value)
 {
-    if (!expected.is_array()) {
-        return isSame(expected, value);
-    }
-    for (const json& item : expected) {
-        if (isSame(item, value)) {
-            return true;
-        }
-    }
-    return false;
+    return states(expected, valueKey(value));
 }
 
 bool ZoCUpdateAssignment::matches(const ZoSUpdateElement& element, const ZoSUpdateFile& file, std::string& targetPath)
@@ -96,6 +74,6 @@ bool ZoCUpdateAssignment::matchesBoard(const ZoSUpdateElement& element, const Zo
         return false;
     }
     const bool isForTarget =
-        element.isFileSystemElement ? isForLocation(properties, element, targetPath) : isForId(properties, element);
+        element.isFileSystemElement ? isForLocation(properties, element, targetPath) : properties.id() == element.id;
     return isForTarget && areMet(criteriaBeforeTarget, matchCriteria().size(), properties, element);
 }

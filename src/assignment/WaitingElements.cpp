@@ -1,12 +1,12 @@
 #include "assignment/WaitingElements.h"
 
-#include <array>
 #include <iterator>
 #include <unordered_set>
 
 #include "assignment/MatchCriteria.h"
+#include "assignment/ValueKey.h"
 #include "assignment/ZoCUpdateAssignment.h"
-#include "updater/ZoCTrellanUpdater.h"
+#include "updater/AllText.h"
 
 using ZoNJson::json;
 using ZoNUpdateArchive::ZoSUpdateFile;
@@ -15,121 +15,56 @@ using ZoNUpdateInventory::ZoSUpdateElement;
 namespace ZoNUpdateAssignment {
 namespace {
 
-// A target is a board type and what a file is for on it. The parts of a key are set apart by a NUL, which no text of an
-// element holds: a file's text that holds one is in no element's key.
-std::string targetForId(const std::string& boardType, std::uint32_t id)
+// A target is a board type and what a file is for on it: a number, a path or, as null, any path.
+const std::string& anyPath()
 {
-    return boardType + '\0' + "id " + std::to_string(id);
-}
-
-std::string targetForPath(const std::string& boardType, const std::string& targetPath)
-{
-    return boardType + '\0' + "path " + targetPath;
-}
-
-std::string targetForAnyPath(const std::string& boardType)
-{
-    return boardType + '\0' + "any path";
+    static const std::string key = valueKey(nullptr);
+    return key;
 }
 
 std::string targetOf(const ZoSUpdateElement& element)
 {
-    const std::string boardType = ZoCTrellanUpdater::ZoCString2tstring(element.boardType);
     if (!element.isFileSystemElement) {
-        return targetForId(boardType, element.id);
+        return boardTypeKey(element) + numberKey(element.id);
     }
-    const std::string location = ZoCTrellanUpdater::ZoCString2tstring(element.location);
-    return location == "*" ? targetForAnyPath(boardType) : targetForPath(boardType, location);
-}
-
-// The value of a criterion as a part of a key; empty when it is of a type that no element has.
-std::string keyPart(const json& value)
-{
-    const std::string separator(1, '\0');
-    if (value.is_null()) {
-        return separator + "null";
-    }
-    if (value.is_string()) {
-        return separator + "text " + std::string(value);
-    }
-    return value.is_number_unsigned() ? separator + std::to_string(static_cast<unsigned long long>(value)) : "";
+    return boardTypeKey(element) + (takesAnyPath(element) ? anyPath() : textKey(allText(element.location)));
 }
 
 std::string groupOf(const ZoSUpdateElement& element)
 {
-    std::string key;
+    std::string group;
     for (const MatchCriterion& criterion : matchCriteria()) {
-        key += keyPart(criterion.elementValue(element));
+        group += criterion.elementKey(element);
     }
-    return key;
+    return group;
 }
 
-// What a file accepts, for each criterion: the parts of the keys of the groups that it fits.
-class AcceptedGroups {
-public:
-    explicit AcceptedGroups(const EntryProperties& properties)
-    {
-        for (std::size_t i = 0; i < parts.size(); ++i) {
-            parts[i] = acceptedParts(properties.expected(matchCriteria()[i]));
-        }
-    }
-
-    // True when there are more of them than `limit`.
-    bool areMoreThan(std::size_t limit) const
-    {
-        std::size_t count = 1;
-        for (const auto& accepted : parts) {
-            count *= accepted.size();
-            if (count > limit) {
-                return true;
-            }
-        }
-        return false;
-    }
-
-    // Calls `visit` with the key of each of them.
-    template <class Visitor>
-    void forEach(Visitor visit, const std::string& beginning = {}, std::size_t criterion = 0) const
-    {
-        if (criterion == parts.size()) {
-            visit(beginning);
-            return;
-        }
-        for (const std::string& part : parts[criterion]) {
-            forEach(visit, beginning + part, criterion + 1);
-        }
-    }
-
-private:
-    static std::unordered_set<std::string> acceptedParts(const json& expected)
-    {
-        std::unordered_set<std::string> accepted;
-        if (!expected.is_array()) {
-            accepted.insert(keyPart(expected));
-        }
-        for (const json& value : expected) {
-            accepted.insert(keyPart(value));
-        }
-        accepted.erase("");
-        return accepted;
-    }
-
-    std::array<std::unordered_set<std::string>, 4> parts;
-};
-
-std::vector<std::string> boardTypesOf(const json& board)
+// Asks `test` for each group that a file with these properties accepts, until it is true.
+template <class Test>
+bool anyAcceptedGroup(const EntryProperties& properties, Test test, const std::string& beginning = {},
+                      std::size_t criterion = 0)
 {
-    const json& boardType = board["boardType"];
-    if (boardType.is_string()) {
-        return {std::string(boardType)};
+    if (criterion == matchCriteria().size()) {
+        return test(beginning);
     }
-    std::vector<std::string> types;
-    for (const json& type : boardType) {
-        if (type.is_string()) {
-            types.emplace_back(type);
-        }
+    return anyValue(properties.expected(matchCriteria()[criterion]), [&](const json& value) {
+        return anyAcceptedGroup(properties, test, beginning + valueKey(value), criterion + 1);
+    });
+}
+
+// True when it is less work to ask each of `groups` groups whether the file fits than to look for each that it accepts.
+bool isLessWorkToAsk(double groups, const EntryProperties& properties)
+{
+    constexpr double comparisonsPerLookUp = 4;  // roughly
+    double values = 0;
+    double acceptedGroups = 1;  // too many, possibly, for an integer
+    for (const MatchCriterion& criterion : matchCriteria()) {
+        const json& expected = properties.expected(criterion);
+        const double count = expected.is_array() ? static_cast<double>(expected.size()) : 1;
+        values += count;
+        acceptedGroups *= count;
     }
-    return types;
+    return groups * values <= acceptedGroups * comparisonsPerLookUp;
 }
 
 }  // namespace
@@ -146,11 +81,13 @@ WaitingElements::Elements WaitingElements::takeFitting(const ZoSUpdateFile& file
     Elements taken;
     std::unordered_set<std::string> seenTypes;
     const auto takeForTypes = [&](const json& board) {
-        for (const std::string& type : boardTypesOf(board)) {
-            if (seenTypes.insert(type).second) {  // only the first board object of a type counts
-                takeForBoard(file, board, type, taken);
+        anyValue(board["boardType"], [&](const json& type) {
+            const std::string boardType = valueKey(type);
+            if (seenTypes.insert(boardType).second) {  // only the first board object of a type counts
+                takeForBoard(file, board, boardType, taken);
             }
-        }
+            return false;
+        });
     };
     if (!file.jsonEntry.contains("boards")) {
         takeForTypes(file.jsonEntry);
@@ -167,11 +104,10 @@ void WaitingElements::takeForBoard(const ZoSUpdateFile& file, const json& board,
 {
     const EntryProperties properties(board, file.jsonEntry);
     if (file.hasTargetPath) {
-        const json* const path = properties.targetPath();
-        takeFromTarget(targetForPath(boardType, path != nullptr ? std::string(*path) : ""), file, board, taken);
-        takeFromTarget(targetForAnyPath(boardType), file, board, taken);
-    } else if (const json* const id = properties.id()) {
-        takeFromTarget(targetForId(boardType, static_cast<unsigned>(*id)), file, board, taken);
+        takeFromTarget(boardType + textKey(properties.targetPath().value_or("")), file, board, taken);
+        takeFromTarget(boardType + anyPath(), file, board, taken);
+    } else if (const auto id = properties.id()) {
+        takeFromTarget(boardType + numberKey(*id), file, board, taken);
     }
 }
 
@@ -187,20 +123,20 @@ void WaitingElements::takeFromTarget(const std::string& target, const ZoSUpdateF
         taken.insert(taken.end(), group->second.begin(), group->second.end());
         return groups.erase(group);
     };
-    // Whichever is less: look for each group that the file accepts, or ask each group whether the file fits.
-    const AcceptedGroups accepted(EntryProperties(board, file.jsonEntry));
-    if (!accepted.areMoreThan(groups.size())) {
-        accepted.forEach([&](const std::string& key) {
-            if (const auto group = groups.find(key); group != groups.end()) {
-                take(group);
-            }
-        });
-    } else {
+    const EntryProperties properties(board, file.jsonEntry);
+    if (isLessWorkToAsk(static_cast<double>(groups.size()), properties)) {
         for (auto group = groups.begin(); group != groups.end();) {
             std::string targetPath;
             const bool fits = ZoCUpdateAssignment::matchesBoard(*group->second.front(), file, board, targetPath);
             group = fits ? take(group) : std::next(group);
         }
+    } else {
+        anyAcceptedGroup(properties, [&](const std::string& key) {
+            if (const auto group = groups.find(key); group != groups.end()) {
+                take(group);
+            }
+            return groups.empty();
+        });
     }
     if (groups.empty()) {
         groupsByTarget.erase(found);

@@ -1,7 +1,4 @@
 // Which file each element is given, and the elements made for flash-drive files that no element took.
-#include <algorithm>
-#include <random>
-
 #include "assignment/AssignmentFixture.h"
 #include "simulation/base/Resources.h"
 
@@ -105,6 +102,65 @@ TEST_F(AssignFilesTest, ATargetPathOfAnotherFileIsNotCarriedOver)
     EXPECT_EQ(fileIndices(), Indices{-1});
 }
 
+TEST_F(AssignFilesTest, AFileThatStatesNoPathForTheBoardIsForTheEmptyLocation)
+{
+    addFileElement("");
+    addFile(pathEntry("/a"));
+    addFile(ordered_json::parse(R"({"boards": [{"boardType": "T"}, {"boardType": "S", "targetPath": "/s"}]})"));
+    assignment().makeAssignment();
+    EXPECT_EQ(fileIndices(), Indices{1});
+}
+
+TEST_F(AssignFilesTest, NumbersOfAFileAreNotCutTo32Bits)
+{
+    addElement().productId = 4294967295;
+    addElement().productId = 0;
+    addElement().productId = 1;
+    addFileForId(1, {{"boardId", {4294967296, 4294967297}}});
+    addFileForId(1, {{"boardId", {4294967295, 1}}});
+    assignment().makeAssignment();
+    EXPECT_EQ(fileIndices(), (Indices{1, -1, 1}));
+}
+
+TEST_F(AssignFilesTest, AnIdBeyond32BitsIsTheLargestOne)
+{
+    addElement({.id = 0});
+    addElement({.id = 4294967295});
+    addFile({{"boardType", "T"}, {"id", 4294967296}});
+    assignment().makeAssignment();
+    EXPECT_EQ(fileIndices(), (Indices{-1, 0}));
+}
+
+TEST_F(AssignFilesTest, WhereOneTextEndsAndTheNextBeginsIsNotMixedUp)
+{
+    addFileElement("path /x", {.boardType = "A"});
+    addFileElement("/x", {.boardType = "A1:"});
+    addFile({{"boardType", "Apath "}, {"targetPath", "/x"}});
+    addFile({{"boardType", "A"}, {"targetPath", "1:/x"}});
+    assignment().makeAssignment();
+    EXPECT_EQ(fileIndices(), (Indices{-1, -1}));
+}
+
+TEST_F(AssignFilesTest, AnElementFitsHoweverManyValuesItsFileAndItsLikesHave)
+{
+    // Files with few values and many elements, and the other way round.
+    for (unsigned id = 1; id <= 2; ++id) {
+        const unsigned alike = id == 1 ? 40 : 1;
+        for (unsigned i = 0; i < alike; ++i)
+            addElement({.id = id}).hwCompatibilityId = i;
+    }
+    addFileForId(1, {{"hwCompatibilityId", {7, 39, 39, 7}}});
+    Json many = Json::array();
+    for (unsigned i = 0; i < 40; ++i)
+        many.push_back(39 - i);
+    addFileForId(2, {{"hwCompatibilityId", many}});
+    assignment().makeAssignment();
+    EXPECT_EQ(assignedCounts(), (Counts{2, 1}));
+    EXPECT_EQ(fileIndices()[7], 0);
+    EXPECT_EQ(fileIndices()[39], 0);
+    EXPECT_EQ(fileIndices()[40], 1);
+}
+
 TEST_F(AssignFilesTest, UnassignedFlashDriveFilesGetNewElementsInFileOrder)
 {
     makeTemplate();
@@ -157,6 +213,32 @@ TEST_F(AssignFilesTest, ANewElementTakesItsBoardFromTheTemplate)
     EXPECT_EQ(element.unitItem, nullptr);
     EXPECT_EQ(str(element.displayType), "Updatable file (app.bin)");
     EXPECT_EQ(str(element.displayName), "Processor board, SN 16(1), Updatable file (app.bin)");
+}
+
+TEST_F(AssignFilesTest, ANewElementTakesWhatFilesAskForFromTheTemplate)
+{
+    makeTemplate({{"PRODUCT/VARIANT", "V"}, {"PRODUCT/ID", 4}},
+                 {{"HW_COMPATIBILITY_ID", 5}, {"SW_COMPATIBILITY_ID", 6}});
+    addFile(ordered_json::parse(R"({"boardType": "T", "targetPath": "/a", "boardVariant": "V", "boardId": 4,
+                                    "hwCompatibilityId": 5, "swCompatibilityId": 6})"));
+    assignment().makeAssignment();
+    ASSERT_EQ(elements().size(), 1u);
+    const Element& element = elements().front();
+    EXPECT_EQ(str(element.variant), "V");
+    EXPECT_EQ(element.productId, 4u);
+    EXPECT_EQ(element.hwCompatibilityId, 5u);
+    EXPECT_EQ(element.swCompatibilityId, 6u);
+}
+
+TEST_F(AssignFilesTest, ANewElementsLocationIsThatOfItsOwnFile)
+{
+    makeTemplate();
+    addFile(pathEntry("/a"));
+    addFile(ordered_json::parse(R"({"boards": [{"boardType": "T"}, {"boardType": "S", "targetPath": "/s"}]})"));
+    assignment().makeAssignment();
+    ASSERT_EQ(elements().size(), 2u);
+    EXPECT_EQ(str(elements().front().location), "/a");
+    EXPECT_EQ(str(elements().back().location), "");
 }
 
 struct NameOfPath {
@@ -254,203 +336,6 @@ TEST_F(AssignFilesTest, ElementsStayWhereTheyAre)
     assignment().makeAssignment();
     EXPECT_EQ(elements().size(), 101u);
     EXPECT_EQ(&elements().front(), first);
-}
-
-// Archives and elements at random, over few enough values that most elements fit several files.
-class RandomAssignment {
-public:
-    explicit RandomAssignment(unsigned seed) : random(seed) {}
-
-    ordered_json entry()
-    {
-        ordered_json result = ordered_json::object();
-        const bool toFlashDrive = oneIn(3);
-        const bool withBoards = oneIn(2);
-        bool everyBoardStatesIt = withBoards;
-        if (withBoards) {
-            for (unsigned count = 1 + random() % 4; count > 0; --count) {
-                ordered_json board = {{"boardType", boardType()}};
-                addOptional(board);
-                if (oneIn(2))
-                    addDestination(board, toFlashDrive);
-                else
-                    everyBoardStatesIt = false;
-                result["boards"].push_back(board);
-            }
-        } else {
-            result["boardType"] = boardType();
-        }
-        addOptional(result);
-        if (!everyBoardStatesIt || oneIn(3))
-            addDestination(result, toFlashDrive);
-        return result;
-    }
-
-    void fill(Element& element)
-    {
-        element.boardType = ZoCString(pick(types).c_str());
-        if (oneIn(2))
-            element.variant = ZoCString(pick(variants).c_str());
-        element.productId = oneIn(3) ? random() % 3 : 0;
-        element.hwCompatibilityId = oneIn(4) ? random() % 3 : 0;
-        element.swCompatibilityId = oneIn(4) ? random() % 3 : 0;
-        element.isFileSystemElement = oneIn(3);
-        element.id = oneIn(20) ? 4294967295u : random() % 6;
-        element.location = ZoCString(oneIn(12) ? "*" : pick(paths).c_str());
-    }
-
-private:
-    bool oneIn(unsigned n) { return random() % n == 0; }
-    const std::string& pick(const std::vector<std::string>& values) { return values[random() % values.size()]; }
-
-    ordered_json boardType()
-    {
-        if (!oneIn(3))
-            return pick(types);
-        ordered_json result = ordered_json::array();
-        for (unsigned count = random() % 4; count > 0; --count)
-            result.push_back(pick(types));
-        return result;
-    }
-
-    ordered_json number()
-    {
-        if (oneIn(2))
-            return oneIn(10) ? 4294967296ull : random() % 3ull;
-        ordered_json result = ordered_json::array();
-        for (unsigned count = random() % 4; count > 0; --count)
-            result.push_back(random() % 3);
-        return result;
-    }
-
-    void addOptional(ordered_json& object)
-    {
-        if (oneIn(3))
-            object["boardVariant"] = variant();
-        if (oneIn(4))
-            object["boardId"] = number();
-        if (oneIn(5))
-            object["hwCompatibilityId"] = number();
-        if (oneIn(5))
-            object["swCompatibilityId"] = number();
-    }
-
-    ordered_json variant()
-    {
-        if (oneIn(4))
-            return nullptr;
-        if (!oneIn(3))
-            return oneIn(8) ? "" : pick(variants);
-        return {pick(variants), nullptr, pick(variants)};
-    }
-
-    void addDestination(ordered_json& object, bool toFlashDrive)
-    {
-        if (toFlashDrive)
-            object["targetPath"] = oneIn(15) ? "*" : pick(paths);
-        else
-            object["id"] = oneIn(10) ? 4294967295ull + random() % 2 : random() % 6ull;
-    }
-
-    std::mt19937 random;
-    const std::vector<std::string> types = {"T", "T2", "t", "KR5120", "KR5140", "", "X Y", "\xC3\xA4"};
-    const std::vector<std::string> variants = {"V1", "V2", "T"};
-    const std::vector<std::string> paths = {"/a", "/b", "/a/b", "b", "", "/c/", "\\d"};
-};
-
-// The result of an assignment: the file of every element, and the number of elements of every file.
-struct Assigned {
-    Indices fileOfElement;
-    Counts elementsOfFile;
-    std::vector<std::string> newLocations;
-    bool operator==(const Assigned&) const = default;
-};
-
-void give(Assigned& assigned, int file)
-{
-    assigned.fileOfElement.push_back(file);
-    if (file >= 0)
-        ++assigned.elementsOfFile[static_cast<std::size_t>(file)];
-}
-
-int firstMatch(const Element& element, const std::vector<File>& files)
-{
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        std::string targetPath;
-        if (ZoCUpdateAssignment::matches(element, files[i], targetPath))
-            return static_cast<int>(i);
-    }
-    return -1;
-}
-
-// Tries every file with every element, in order.
-Assigned assignOneByOne(const ZoCUpdateInventory::ElementList& elements, const Element& templateElement,
-                        const std::vector<File>& files)
-{
-    Assigned assigned;
-    assigned.elementsOfFile.resize(files.size());
-    for (const Element& element : elements)
-        give(assigned, firstMatch(element, files));
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        std::string targetPath;
-        if (!files[i].hasTargetPath || assigned.elementsOfFile[i] != 0 ||
-            !ZoCUpdateAssignment::matches(templateElement, files[i], targetPath))
-            continue;
-        give(assigned, static_cast<int>(i));
-        assigned.newLocations.push_back(targetPath);
-    }
-    return assigned;
-}
-
-class RandomAssignmentTest : public AssignmentFixture, public ::testing::WithParamInterface<unsigned> {
-protected:
-    // What makeAssignment has done; the first `count` elements were there before.
-    Assigned result(std::size_t count)
-    {
-        Assigned assigned;
-        assigned.fileOfElement = fileIndices();
-        assigned.elementsOfFile = assignedCounts();
-        for (auto element = std::next(elements().begin(), static_cast<std::ptrdiff_t>(count));
-             element != elements().end(); ++element)
-            assigned.newLocations.push_back(str(element->location));
-        return assigned;
-    }
-};
-
-TEST_P(RandomAssignmentTest, GivesTheSameAsTryingEveryFileInOrder)
-{
-    makeTemplate();
-    RandomAssignment random(GetParam());
-    constexpr std::size_t count = 300;
-    for (std::size_t i = 0; i < count; ++i)
-        random.fill(addElement());
-    for (std::size_t i = 0; i < 15 * GetParam(); ++i)
-        addFile(random.entry());
-
-    const Assigned expected =
-        assignOneByOne(elements(), *updater().getInventory().getFileSystemElementTemplate(), files());
-    assignment().makeAssignment();
-    EXPECT_EQ(result(count).fileOfElement, expected.fileOfElement);
-    EXPECT_EQ(result(count).elementsOfFile, expected.elementsOfFile);
-    EXPECT_EQ(result(count).newLocations, expected.newLocations);
-}
-
-INSTANTIATE_TEST_SUITE_P(Seeds, RandomAssignmentTest, ::testing::Range(1u, 25u));
-
-TEST_F(AssignFilesTest, TheRandomArchivesGiveFilesToManyElementsButNotToAll)
-{
-    makeTemplate();
-    RandomAssignment random(20);
-    for (int i = 0; i < 300; ++i)
-        random.fill(addElement());
-    for (int i = 0; i < 300; ++i)
-        addFile(random.entry());
-    const Assigned assigned =
-        assignOneByOne(elements(), *updater().getInventory().getFileSystemElementTemplate(), files());
-    const auto without = std::count(assigned.fileOfElement.begin(), assigned.fileOfElement.begin() + 300, -1);
-    EXPECT_GT(without, 30);
-    EXPECT_LT(without, 270);
-    EXPECT_GT(assigned.newLocations.size(), 3u);
 }
 
 }  // namespace

@@ -73,11 +73,13 @@ void AssignmentFixture::addFileForId(std::uint32_t id, Json more)
     addFile(entry);
 }
 
-void AssignmentFixture::makeTemplate(const Json& hcnParameters)
+void AssignmentFixture::makeTemplate(const Json& hcnParameters, const Json& elementParameters)
 {
     Json parameters = {{"PRODUCT/BOARD_TYPE", "T"}};
     parameters.update(hcnParameters);
-    const SimulatedTarget simulated(target({board("HCN", parameters, {updateElement(1, {{"NAME", "UserFirmware"}})})}));
+    Json firmwareParameters = {{"NAME", "UserFirmware"}};
+    firmwareParameters.update(elementParameters);
+    const SimulatedTarget simulated(target({board("HCN", parameters, {updateElement(1, firmwareParameters)})}));
     ErrorPool errors;
     ASSERT_EQ(updater().getInventory().getInventory(errors), 1);
     elements().clear();
@@ -123,4 +125,12 @@ std::string AssignmentFixture::printed()
     std::string text = messages->text();
     messages->clear();
     return text;
+}
+
+std::vector<std::string> AssignmentFixture::printedFragments()
+{
+    updater();
+    std::vector<std::string> fragments = messages->fragments();
+    messages->clear();
+    return fragments;
 }

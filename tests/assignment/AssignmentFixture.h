@@ -53,9 +53,9 @@ protected:
     // Appends a file for the elements with the number `id` of boards of type "T"; `more` has further members.
     void addFileForId(std::uint32_t id, Json more = Json::object());
 
-    // Reads a target with one HCN of type "T" that carries one element: it gives the inventory its template for new
+    // Reads a target with one HCN of type "T" that carries one element: they give the inventory its template for new
     // file-system elements. The element is then removed, so that the list is empty.
-    void makeTemplate(const Json& hcnParameters = Json::object());
+    void makeTemplate(const Json& hcnParameters = Json::object(), const Json& elementParameters = Json::object());
 
     OpenUpdater& updater();
     ZoCUpdateAssignment& assignment() { return updater().getAssignment(); }
@@ -69,8 +69,9 @@ protected:
     // One value of every file, in archive order.
     std::vector<unsigned> assignedCounts();
 
-    // What was printed since the last call.
+    // What was printed since the last call, joined or one entry for each call of the message callback.
     std::string printed();
+    std::vector<std::string> printedFragments();
 
 private:
     std::unique_ptr<OpenUpdater> instance;

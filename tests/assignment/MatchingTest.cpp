@@ -171,6 +171,15 @@ TEST(MatchingTest, TheIdMustBeEqual)
     EXPECT_TRUE(fits(elementWithId(4294967295u), R"({"boardType": "A", "id": 4294967295})"));
 }
 
+TEST(MatchingTest, AnIdBeyond32BitsIsTheLargestOne)
+{
+    for (const char* entry : {R"({"boardType": "A", "id": 4294967296})", R"({"boardType": "A", "id": 8589934593})"}) {
+        EXPECT_TRUE(fits(elementWithId(4294967295u), entry));
+        EXPECT_FALSE(fits(elementWithId(0), entry));
+        EXPECT_FALSE(fits(elementWithId(1), entry));
+    }
+}
+
 TEST(MatchingTest, AFileWithoutAnIdFitsNoElement)
 {
     EXPECT_FALSE(fits(elementWithId(0), R"({"boardType": "A"})"));
@@ -297,17 +306,21 @@ TEST(MatchingTest, ABoardsTargetPathGoesBeforeTheEntrys)
     EXPECT_EQ(pathAfter(other, entry, true), "/entry");
 }
 
-TEST(MatchingTest, TheTargetPathStaysWhenTheElementsKindOrBoardDoesNotFit)
+TEST(MatchingTest, TheTargetPathStaysWhenTheElementsKindOrBoardOrVariantDoesNotFit)
 {
     EXPECT_EQ(pathAfter(plainElement(), R"({"boardType": "A", "id": 1})", true), "before");
     EXPECT_EQ(pathAfter(plainElement(), R"({"boardType": "A", "targetPath": "/a"})", false), "before");
     EXPECT_EQ(pathAfter(fileElementAt("*"), R"({"boardType": "B", "targetPath": "/a"})", false), "before");
     EXPECT_EQ(pathAfter(fileElementAt("*"), R"({"boardType": "A", "boardId": 5, "targetPath": "/a"})", false),
               "before");
+    EXPECT_EQ(pathAfter(fileElementAt("*"), R"({"boardType": "A", "boardVariant": "V", "targetPath": "/a"})", false),
+              "before");
 }
 
 TEST(MatchingTest, TheTargetPathIsGivenBeforeTheCompatibilityIsChecked)
 {
+    EXPECT_EQ(pathAfter(fileElementAt("*"), R"({"boardType": "A", "targetPath": "/a", "swCompatibilityId": 5})", false),
+              "/a");
     EXPECT_EQ(pathAfter(fileElementAt("*"), R"({"boardType": "A", "targetPath": "/a", "hwCompatibilityId": 5})", false),
               "/a");
     EXPECT_EQ(pathAfter(fileElementAt("/b"), R"({"boardType": "A", "targetPath": "/a"})", false), "/a");
@@ -321,14 +334,60 @@ TEST(MatchingTest, ABoardWithoutATargetPathKeepsThePathAndComparesIt)
     EXPECT_EQ(pathAfter(fileElementAt("/b"), entry, false), "before");
 }
 
-}  // namespace
+// Texts with a NUL: what fits only where texts are compared to their ends, and what would fit their beginnings.
+struct TextWithNul {
+    const char* name;
+    void (*set)(Element& element);
+    const char* fitting;
+    const char* notFitting;
+};
 
-TEST(MatchingTest, AVariantThatIsEmptyUpToANulIsNoVariant)
+std::ostream& operator<<(std::ostream& out, const TextWithNul& text)
 {
-    const Element element = elementWith([](Element& element) { element.variant = ZoCString("\0x", 2); });
-    std::string targetPath;
-    const File emptyVariant = fileOf({{"name", "f"}, {"boardType", "A"}, {"id", 1}, {"boardVariant", ""}});
-    const File noVariant = fileOf({{"name", "f"}, {"boardType", "A"}, {"id", 1}});
-    EXPECT_FALSE(ZoCUpdateAssignment::matches(element, emptyVariant, targetPath));
-    EXPECT_TRUE(ZoCUpdateAssignment::matches(element, noVariant, targetPath));
+    return out << text.name;
 }
+
+const TextWithNul textsWithNul[] = {
+    {"BoardType", [](Element& element) { element.boardType = ZoCString("A\0Z", 3); },
+     R"({"boardType": "A\u0000Z", "id": 1})", R"({"boardType": "A", "id": 1})"},
+    {"Variant", [](Element& element) { element.variant = ZoCString("v\0w", 3); },
+     R"({"boardType": "A", "id": 1, "boardVariant": "v\u0000w"})",
+     R"({"boardType": "A", "id": 1, "boardVariant": "v"})"},
+    {"VariantThatBeginsWithIt", [](Element& element) { element.variant = ZoCString("\0v", 2); },
+     R"({"boardType": "A", "id": 1, "boardVariant": "\u0000v"})",
+     R"({"boardType": "A", "id": 1, "boardVariant": ["", null]})"},
+    {"Location",
+     [](Element& element) {
+         element.isFileSystemElement = true;
+         element.location = ZoCString("/a\0b", 4);
+     },
+     R"({"boardType": "A", "targetPath": "/a\u0000b"})", R"({"boardType": "A", "targetPath": "/a"})"},
+    {"LocationThatBeginsWithAStar",
+     [](Element& element) {
+         element.isFileSystemElement = true;
+         element.location = ZoCString("*\0x", 3);
+     },
+     R"({"boardType": "A", "targetPath": "*\u0000x"})", R"({"boardType": "A", "targetPath": "/any"})"},
+};
+
+class TextWithNulTest : public AssignmentFixture, public ::testing::WithParamInterface<TextWithNul> {};
+
+TEST_P(TextWithNulTest, IsComparedToItsEnd)
+{
+    EXPECT_TRUE(fits(elementWith(GetParam().set), GetParam().fitting));
+    EXPECT_FALSE(fits(elementWith(GetParam().set), GetParam().notFitting));
+}
+
+TEST_P(TextWithNulTest, IsAssignedTheFileThatFits)
+{
+    GetParam().set(addElement({.boardType = "A"}));
+    addFile(Json::parse(GetParam().notFitting));
+    addFile(Json::parse(GetParam().fitting));
+    assignment().makeAssignment();
+    EXPECT_EQ(fileIndices(), std::vector<int>{1});
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, TextWithNulTest, ::testing::ValuesIn(textsWithNul),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+}  // namespace
