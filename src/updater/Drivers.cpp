@@ -81,11 +81,13 @@ unsigned ZoCTrellanUpdater::apply()
     return applied;
 }
 
-// An element of an earlier apply() must not refer to a file that is gone once the archive is read again.
+// An element of an earlier apply() must not refer to a file that is gone once the archive is read again, nor be marked
+// as having its content.
 void ZoCTrellanUpdater::forgetAssignment()
 {
     for (auto& element : inventory->getUpdateElementList()) {
         element.updateFileIndex = -1;
+        element.notRequired = false;
     }
 }
 

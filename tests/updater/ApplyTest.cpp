@@ -4,7 +4,9 @@
 #include <string>
 
 #include "Updating.h"
+#include "inventory/ZoCUpdateInventory.h"
 #include "support/MessageCapture.h"
+#include "support/OpenUpdater.h"
 
 using nlohmann::ordered_json;
 using namespace ZoNTrellanUpdater;
@@ -220,4 +222,19 @@ TEST_F(Apply, ForgetsTheFilesOfAnArchiveThatCannotBeReadAgain)
 
     EXPECT_FALSE(elementsOf(*updater).at(0).hasUpdateFile);
     EXPECT_EQ(elementsOf(*updater).at(0).availableVersion, "");
+}
+
+TEST_F(Apply, ForgetsThatAnUpdateIsNotRequiredWithTheFileItWasFor)
+{
+    const SimulatedTarget target(processorTarget());
+    TestArchive archive(description({firmwareEntry({{"version", "23.2"}, {"checksumCrc32", 5}})}));
+    OpenUpdater updater(optionsFor(COMPARE_VERSIONS, archive.path()));
+    const MessageCapture messages(updater);
+    const auto& elements = updater.getInventory().getUpdateElementList();
+    ASSERT_EQ(updater.apply(), 0u);
+    ASSERT_TRUE(elements.front().notRequired);
+
+    archive.addFile("archive.json", "{}");
+    EXPECT_EQ(updater.apply(), 1u);
+    EXPECT_FALSE(elements.front().notRequired);
 }
