@@ -33,7 +33,7 @@ public:
     // Gives each element the first file that fits it, and makes elements for flash-drive files that no element took.
     void assignUpdateFiles();
 
-    // Marks updates that are not required, and disables them unless they are forced.
+    // Marks updates that are not required and disables them; with force those of upgrade files only.
     void computeRedundantUpdates();
 
     // Orders the enabled elements that have a file into phases by their files' sequence numbers.

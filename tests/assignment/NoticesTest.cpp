@@ -47,6 +47,23 @@ TEST_F(NoticesTest, ElementsThatNeedNoUpdateAreListed)
               "        Element 3\n");
 }
 
+TEST_F(NoticesTest, ALineIsOnePieceOfText)
+{
+    fill();
+    assignment().printNotRequiredUpdates();
+    EXPECT_EQ(printedFragments(), (std::vector<std::string>{"\nNo update is required for these elements:\n",
+                                                            "        Element 0\n", "        Element 3\n"}));
+    assignment().printUnsupportedUpdateElements();
+    EXPECT_EQ(printedFragments(), (std::vector<std::string>{"\nUnsupported update elements (will be ignored):\n",
+                                                            "        Element 2\n", "        Element 4\n", "\n"}));
+}
+
+TEST_F(NoticesTest, AMarkedElementThatHasNoFileIsNotListed)
+{
+    addElement().notRequired = true;
+    EXPECT_EQ(notRequired(), "");
+}
+
 TEST_F(NoticesTest, WithForceNothingIsSaidOfThem)
 {
     options.force = true;
