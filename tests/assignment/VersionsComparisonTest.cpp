@@ -88,6 +88,31 @@ TEST_F(VersionsComparisonTest, AnElementWithoutAChecksumDiffersFromAnyFile)
               "0   | Element 0      | 1.0       | 1.0       | --- != 0  | Y          | -    \n");
 }
 
+TEST_F(VersionsComparisonTest, AChecksumOfZeroIsAChecksum)
+{
+    addFileForId(1, {{"version", "1.0"}, {"checksumCrc32", 0}});
+    addFileForId(2, {{"version", "1.0"}, {"checksumCrc32", 9}});
+    addElement({.id = 1, .version = "1.0", .hasChecksum = true, .checksum = 0});
+    addElement({.id = 2, .version = "1.0", .hasChecksum = true, .checksum = 0});
+    addElement({.id = 3, .version = "1.0", .hasChecksum = true, .checksum = 0});
+    EXPECT_EQ(table(),
+              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase\n"
+              "-----------------------------------------------------------------------------\n"
+              "0   | Element 0      | 1.0       | 1.0       | 0 == 0    | Y          | -    \n"
+              "1   | Element 1      | 1.0       | 1.0       | 0 != 9    | Y          | -    \n"
+              "2   | Element 2      | 1.0       | ---       | 0 != ---  |            | -    \n");
+}
+
+TEST_F(VersionsComparisonTest, AVersionThatBeginsWithZeroIsAVersion)
+{
+    addFileForId(1, {{"version", "0.2"}, {"checksumCrc32", 9}});
+    addElement({.version = "0.1"});
+    EXPECT_EQ(table(),
+              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase\n"
+              "-----------------------------------------------------------------------------\n"
+              "0   | Element 0      | 0.1       | 0.2       | --- != 9  | N          | 0    \n");
+}
+
 TEST_F(VersionsComparisonTest, AFilesUnknownChecksumIsShownAsItIs)
 {
     addFileForId(1, {{"version", "1.0"}});
