@@ -4,21 +4,11 @@
 #include <string>
 
 #include "Updating.h"
-#include "inventory/ZoCUpdateInventory.h"
 #include "support/MessageCapture.h"
-#include "support/OpenUpdater.h"
+#include "updater/RebootMessage.h"
 
 using nlohmann::ordered_json;
 using namespace ZoNTrellanUpdater;
-
-// The inventory itself never gives a state above 4: a test reaches for the place where it is kept.
-std::uint32_t& rebootSupportStateOf(ZoCUpdateInventory& inventory);
-
-template <std::uint32_t ZoCUpdateInventory::*state>
-struct RebootSupportState {
-    friend std::uint32_t& rebootSupportStateOf(ZoCUpdateInventory& inventory) { return inventory.*state; }
-};
-template struct RebootSupportState<&ZoCUpdateInventory::rebootSupportState>;
 
 namespace {
 
@@ -120,13 +110,10 @@ TEST_F(Reboot, TellsWhenTheCheckFailed)
     expectState(target({item("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}})}), 4, message, message);
 }
 
-TEST_F(Reboot, SaysNothingOfAStateThatHasNoMessage)
+TEST(RebootMessage, IsEmptyForStatesThatHaveNone)
 {
-    for (const unsigned state : {5u, 6u, 0xFFFFFFFFu}) {
-        OpenUpdater updater(optionsFor(READ_INVENTORY));
-        MessageCapture capture(updater);
-        rebootSupportStateOf(updater.getInventory()) = state;
-        expectState(updater, capture, state, "", "");
+    for (const unsigned state : {0u, 5u, 6u, 0xFFFFFFFFu}) {
+        EXPECT_STREQ(rebootMessage(state), "") << state;
     }
 }
 
