@@ -39,7 +39,9 @@ enum ZoTCommand : std::uint32_t {
 
 // What the updater is to do, and how.
 struct ZoTOptions {
-    std::string archivePath;          // folder of the firmware archive; absolute for an update
+    // Folder of the firmware archive; absolute for an update. A file for the flash drive is refused when this path, its
+    // name or its target path has a blank or a character that is special to a shell.
+    std::string archivePath;
     std::string descriptionFileName;  // name of the archive description file in that folder
     std::string option3;              // carried only
     // Filters: names separated by commas and/or blanks, matched whole and case-sensitively. An empty filter is off.
@@ -55,7 +57,8 @@ struct ZoTOptions {
     std::uint32_t command = TOOL_VERSION;
 };
 
-// One updatable element of the target, with the update file that it has been given.
+// One updatable element of the target, with the update file that it has been given; or a file of the archive that the
+// target's flash drive does not have yet.
 struct ZoTUpdateElement {
     std::uint32_t index = 0;  // position in the list: the number for disableUpdateElement
     std::string boardType;
@@ -82,14 +85,15 @@ struct ZoTUpdateElement {
 // One update file of the archive.
 struct ZoTUpdateFile {
     std::string name;
-    std::string version;
+    std::string version;  // "0.0" when not known
 };
 
 }  // namespace ZoNTrellanUpdater
 
 // The updater. Order of use: createInstance, the callbacks if wanted, apply(), the lists if wanted, run(), delete.
 //
-// The virtual operations are called through their slots: their order is part of the binary interface.
+// The virtual operations are called through their slots: their order is part of the binary interface. They may throw
+// std::bad_alloc when memory is short.
 class ZO_TRELLAN_EXPORT ZoITrellanUpdater {
 public:
     // Makes an updater for `options`, owned by the caller and released with delete. Reads nothing yet. Throws
@@ -98,8 +102,14 @@ public:
 
     virtual ~ZoITrellanUpdater() {}
 
-    // The callbacks. Null (the default) switches one off; they may be changed at any time. They are called on the
-    // thread that calls apply() or run().
+    // The callbacks. Null (the default) switches one off; they may be changed at any time. They are called within the
+    // host's own calls, on its thread: the message callback by apply(), run(), checkRebootSupport() and reboot(), the
+    // others by run().
+    //
+    // A callback may read the lists, which show what is known by then. Called from a callback of this updater's apply()
+    // or run(), apply() and run() do nothing and fail at once: they return 1 and 0. An update that is running does not
+    // notice that an element is disabled. The updater must not be deleted in a callback. What a callback throws passes
+    // through to the host; run() unlocks the target before.
 
     // A phase of the update begins (from 0); 0xFFFFFFFF: the last one has ended.
     virtual void setPhaseCallBack(void (*callBack)(unsigned)) = 0;
@@ -113,25 +123,28 @@ public:
 
     // Reads what the command needs: the archive, the target's inventory, and which file fits which element. Returns 0
     // on success; 1 when the archive or the inventory cannot be read; 2 when the archive does not support the target
-    // (no element will be updated then). To be called once; after 1 the updater is only good for deleting it.
+    // (no element will be updated then). To be called once; after 1 or an exception the updater is only good for
+    // deleting it.
     virtual unsigned apply() = 0;
 
     // Carries out the command; to be called after apply() returned 0. Returns 1 on success, 0 when it failed or errors
     // were reported: those that the platform has collected in this process, from apply() and earlier updaters too.
     virtual int run() = 0;
 
-    // What the archive says of itself.
+    // What the archive says of itself. Before an archive was read both versions are "0.0", the other texts empty.
     virtual void getArchiveInfo(std::string& archiveName, std::string& archiveVersion, std::string& productName,
                                 std::string& formatVersion, std::string& archiveVariant) = 0;
 
     // Always 0.
     virtual unsigned getArchiveId() = 0;
 
-    // The target's elements as apply() found them. `list` becomes a new array of `count` records, owned by the caller
-    // and released with delete[]; null when there is none.
+    // The target's elements as apply() found them, then the archive's files that the flash drive does not have yet.
+    // `list` becomes a new array of `count` records, owned by the caller and released with delete[]; null when there is
+    // none.
     virtual void getUpdateElementList(ZoNTrellanUpdater::ZoTUpdateElement*& list, unsigned& count) = 0;
 
-    // Leaves the element with this index out of the update. Does nothing when there is no such element.
+    // Leaves the element with this index out of the update that run() will make. Does nothing when there is no such
+    // element.
     virtual void disableUpdateElement(unsigned index) = 0;
 
     // The archive's update files as apply() read them. `list` as above.

@@ -11,8 +11,12 @@ namespace {
 
 // Results of apply().
 constexpr unsigned applied = 0;
-constexpr unsigned readFailed = 1;
+constexpr unsigned failed = 1;
 constexpr unsigned notSupported = 2;
+
+// Readers of the warnings know this one by its line number and function, wherever it is sent from.
+constexpr unsigned warningLine = 268;
+constexpr const char* warningFunction = "run";
 
 // What a command needs before it can run. Commands beyond the table need nothing but the banner.
 struct Needs {
@@ -38,6 +42,18 @@ Needs needsOf(std::uint32_t command)
     return command < std::size(needs) ? needs[command] : Needs{true, false, false, false};
 }
 
+// Marks an updater as at work for the time of a scope.
+class WorkMark {
+public:
+    explicit WorkMark(bool& mark) : isAtWork(mark) { isAtWork = true; }
+    ~WorkMark() { isAtWork = false; }
+    WorkMark(const WorkMark&) = delete;
+    WorkMark& operator=(const WorkMark&) = delete;
+
+private:
+    bool& isAtWork;
+};
+
 // True when the node at `address` carries the element and has no file for it.
 bool lacksFile(const ZoNUpdateInventory::ZoSUpdateElement& element, bool found, const ZoCInventoryAddress& address)
 {
@@ -48,6 +64,10 @@ bool lacksFile(const ZoNUpdateInventory::ZoSUpdateElement& element, bool found, 
 
 unsigned ZoCTrellanUpdater::apply()
 {
+    if (isAtWork) {
+        return failed;  // a callback must not pull the elements away from under its caller
+    }
+    const WorkMark mark(isAtWork);
     ZoCErrorListPool& errors = errorManager().getMasterErrorList();
     const Needs needed = needsOf(options.command);
     if (needed.banner) {
@@ -62,14 +82,14 @@ unsigned ZoCTrellanUpdater::apply()
     }
     if (needed.archive && !archive->read(errors)) {
         print("ERROR: Failed to read firmware archive.\n");
-        return readFailed;
+        return failed;
     }
     if (needed.inventory && inventory->getInventory(errors) == 0) {
         print(
             "ERROR: Cannot read target device information.\n"
             "\tPower-cycle the system and retry.\n"
             "\tIf the problem persists, contact Velorant support.\n");
-        return readFailed;
+        return failed;
     }
     if (needed.assignment) {
         assignment->makeAssignment();
@@ -115,6 +135,10 @@ bool ZoCTrellanUpdater::checkHcnCnSupport()
 
 int ZoCTrellanUpdater::run()
 {
+    if (isAtWork) {
+        return 0;
+    }
+    const WorkMark mark(isAtWork);
     ZoCErrorListPool& errors = errorManager().getMasterErrorList();
     const bool performed = performCommand(errors);
     if (errors.getErrorCount() == 0) {
@@ -152,7 +176,7 @@ bool ZoCTrellanUpdater::performCommand(ZoCErrorListPool& errors)
                 return false;
             }
             if (archive->getUnsupportedElements() != 0) {
-                errorManager().sendWarning(ZoTrellanUpdateLib::unsupportedElements, 268, "run");
+                errorManager().sendWarning(ZoTrellanUpdateLib::unsupportedElements, warningLine, warningFunction);
             }
             return true;
         default:

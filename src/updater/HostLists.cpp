@@ -1,6 +1,4 @@
 // The lists that a host shows to its user, and its choice among the elements.
-#include <iterator>
-
 #include "assignment/ZoCUpdateAssignment.h"
 #include "inventory/UnitTitle.h"
 #include "updater/ZoCTrellanUpdater.h"
@@ -75,9 +73,12 @@ void ZoCTrellanUpdater::getUpdateElementList(ZoTUpdateElement*& list, unsigned& 
 
 void ZoCTrellanUpdater::disableUpdateElement(unsigned index)
 {
-    auto& elements = inventory->getUpdateElementList();
-    if (index < elements.size()) {
-        std::next(elements.begin(), index)->disabled = true;
+    unsigned position = 0;
+    for (auto& element : inventory->getUpdateElementList()) {
+        if (position++ == index) {
+            element.disabled = true;
+            return;
+        }
     }
 }
 

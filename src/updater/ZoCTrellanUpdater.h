@@ -55,12 +55,13 @@ public:
     void ReportMessage(const std::string& message) const;
 
     // Formats like printf and hands the text out as one piece: to the message callback, or to standard output, which is
-    // flushed. An empty text is not handed to the callback. Returns the number of characters.
+    // flushed. Returns the number of characters, negative when the text cannot be formatted. The callback is given
+    // neither an empty text nor one that cannot be formatted.
     int print(const char* format, ...) const __attribute__((format(printf, 2, 3)));
     int vprint(const char* format, va_list arguments) const __attribute__((format(printf, 2, 0)));
 
     // Formats like printf into `out`, which may be among the arguments; it becomes empty when there is nothing to
-    // format. Returns the number of characters.
+    // format. Returns the number of characters, negative when the text cannot be formatted; `out` is empty then too.
     int sprint(std::string& out, const char* format, ...) const __attribute__((format(printf, 3, 4)));
 
     // Prints `rows` as columns separated by " | ", with a rule below the first row. Cells may be missing at a row's
@@ -97,4 +98,5 @@ private:
     void (*failureCallBack)(unsigned) = nullptr;
     void (*progressCallBack)(unsigned) = nullptr;
     void (*messageCallBack)(const std::string&) = nullptr;
+    bool isAtWork = false;  // in apply() or run()
 };
