@@ -9,7 +9,8 @@ using TrellanTool::Arguments;
 
 namespace {
 
-const std::string here = std::filesystem::current_path().string();
+// The working folder with what joins it to a name: nothing where it is the root.
+const std::string here = (std::filesystem::current_path() / "").string();
 
 struct CommandCase {
     const char* name;
@@ -151,8 +152,8 @@ TEST(ArgumentsTest, AValueBehindAnEqualsSignMayBeginOrEndWithAnything)
     EXPECT_EQ(arguments.options.boardTypes, "-v");
     EXPECT_EQ(arguments.options.serialNumbers, "=");
     EXPECT_EQ(arguments.options.elementNames, "A=");
-    EXPECT_EQ(arguments.targetFile, here + "/-t");
-    EXPECT_EQ(arguments.traceFile, here + "/--");
+    EXPECT_EQ(arguments.targetFile, here + "-t");
+    EXPECT_EQ(arguments.traceFile, here + "--");
     EXPECT_FALSE(arguments.options.force);
     EXPECT_FALSE(arguments.options.verbose);
 }
@@ -167,20 +168,20 @@ TEST(ArgumentsTest, ValuesAreTakenAsTheyStand)
 TEST(ArgumentsTest, PathsBecomeAbsolute)
 {
     const Arguments arguments = parsed({"update", "archive", "--target", "t.json", "--trace=../trace"});
-    EXPECT_EQ(arguments.options.archivePath, here + "/archive");
-    EXPECT_EQ(arguments.targetFile, here + "/t.json");
-    EXPECT_EQ(arguments.traceFile, here + "/../trace");
+    EXPECT_EQ(arguments.options.archivePath, here + "archive");
+    EXPECT_EQ(arguments.targetFile, here + "t.json");
+    EXPECT_EQ(arguments.traceFile, here + "../trace");
 }
 
 TEST(ArgumentsTest, AnArchiveMayHaveTheNameOfACommand)
 {
-    EXPECT_EQ(parsed({"describe", "list"}).options.archivePath, here + "/list");
+    EXPECT_EQ(parsed({"describe", "list"}).options.archivePath, here + "list");
 }
 
 TEST(ArgumentsTest, AnArchiveMayBeginWithADashAfterTwoDashes)
 {
     const Arguments arguments = parsed({"update", "--force", "--", "--verbose"});
-    EXPECT_EQ(arguments.options.archivePath, here + "/--verbose");
+    EXPECT_EQ(arguments.options.archivePath, here + "--verbose");
     EXPECT_TRUE(arguments.options.force);
     EXPECT_FALSE(arguments.options.verbose);
 }
