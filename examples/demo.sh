@@ -20,6 +20,7 @@ esac
 rm -rf "$demo"
 mkdir -p "$demo"
 cp -R "$example/target.json" "$example/flash" "$example/archive" "$demo"
+chmod -R u+w "$demo" # also where the sources may only be read
 
 fail() {
     echo "demo: $1" >&2

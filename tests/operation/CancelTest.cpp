@@ -1,5 +1,6 @@
 // Cancelling later updates of a board whose update failed: they build on the ones before.
 #include "operation/OperationTest.h"
+#include "support/Namespaces.h"
 
 using ::testing::ElementsAre;
 
@@ -85,6 +86,7 @@ TEST_F(CancelTest, ReportsEachCancelledElementOnce)
 
 TEST_F(CancelTest, CancelsFilesOfTheFlashDriveOnTheSameBoard)
 {
+    SKIP_WITHOUT_MOUNT();
     hasFlashDrive = true;
     scriptOf(1, 1)["polls"] = Json::array({{{"status", 3}}});
     addElement(1, 1, 1);

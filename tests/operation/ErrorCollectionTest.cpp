@@ -1,5 +1,6 @@
 // Collecting the errors of a phase's updates, and its verdict.
 #include "operation/OperationTest.h"
+#include "support/Namespaces.h"
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -234,6 +235,7 @@ TEST_F(ErrorCollectionTest, CancelsFromTheNextPhaseOn)
 
 TEST_F(ErrorCollectionTest, CancelsNothingForAFileOfTheFlashDrive)
 {
+    SKIP_WITHOUT_MOUNT();
     hasFlashDrive = true;
     addFileElement(1, 1, "c.bin", 1);
     addElement(1, 2, 2);
@@ -264,6 +266,7 @@ TEST_F(ErrorCollectionTest, CancelsNothingForAFileOfTheFlashDrive)
 
 TEST_F(ErrorCollectionTest, FetchesNoErrorsForAFileOfTheFlashDrive)
 {
+    SKIP_WITHOUT_MOUNT();
     hasFlashDrive = true;
     addFileElement(1, 1, "c.bin");
     prepare();

@@ -93,7 +93,7 @@ protected:
         ofRename = Answer::asUsual;
         EXPECT_THAT(messages, ElementsAre(message));
         EXPECT_THAT(trace(), IsEmpty());
-        EXPECT_EQ(contentOf(drive() / "c.bin.tmp"), "content of c");
+        EXPECT_EQ(readText(drive() / "c.bin.tmp"), "content of c");
     }
 };
 
@@ -103,7 +103,7 @@ TEST_F(FileSystemFaultsTest, TellsWhenTheOldFileIsStillThereAfterItsDeletion)
     put(drive() / "c.bin", "old");
     ofRemove = Answer::doesNothing;
     expectFailure("ERROR: Deleting /mnt/cn/cfdrive/c.bin failed.\n");
-    EXPECT_EQ(contentOf(drive() / "c.bin"), "old");
+    EXPECT_EQ(readText(drive() / "c.bin"), "old");
 }
 
 TEST_F(FileSystemFaultsTest, TellsWhenTheTemporaryFileCannotBeRenamed)
@@ -153,7 +153,7 @@ TEST_F(FileSystemFaultsTest, TellsWhenTheTemporaryFileIsNotThereAfterTheCopy)
     ofSystem = Answer::asUsual;
 
     EXPECT_THAT(messages, ElementsAre("ERROR: Writing /mnt/cn/cfdrive/c.bin.tmp failed.\n"));
-    EXPECT_EQ(contentOf(drive() / "c.bin"), "old");
+    EXPECT_EQ(readText(drive() / "c.bin"), "old");
 }
 
 TEST_F(FileSystemFaultsTest, NeverMakesTheDriveItself)

@@ -37,7 +37,7 @@ TEST_F(FileSystemWriterTest, MakesTheFoldersOneByOneAndWritesTheFile)
                 ElementsAre("Directory /mnt/cn/cfdrive/a created.\n", "Directory /mnt/cn/cfdrive/a/b created.\n",
                             "Successfully written /mnt/cn/cfdrive/a/b/c.bin.\n"));
     EXPECT_THAT(onDrive(), ElementsAre("a/", "a/b/", "a/b/c.bin"));
-    EXPECT_EQ(contentOf(drive() / "a/b/c.bin"), "content of c");
+    EXPECT_EQ(readText(drive() / "a/b/c.bin"), "content of c");
     EXPECT_EQ(journal->told(), "");
 }
 
@@ -102,7 +102,7 @@ TEST_F(FileSystemWriterTest, TakesAFileOfASubfolderOfTheArchive)
 
     EXPECT_TRUE(write("sub/d.bin", "d.bin"));
 
-    EXPECT_EQ(contentOf(drive() / "d.bin"), "content of d");
+    EXPECT_EQ(readText(drive() / "d.bin"), "content of d");
 }
 
 TEST_F(FileSystemWriterTest, ReplacesTheFileThatIsThere)
@@ -113,7 +113,7 @@ TEST_F(FileSystemWriterTest, ReplacesTheFileThatIsThere)
     EXPECT_TRUE(write("c.bin", "c.bin"));
 
     EXPECT_THAT(onDrive(), ElementsAre("c.bin"));
-    EXPECT_EQ(contentOf(drive() / "c.bin"), "content of c");
+    EXPECT_EQ(readText(drive() / "c.bin"), "content of c");
 }
 
 TEST_F(FileSystemWriterTest, ReplacesATemporaryFileThatWasLeft)
@@ -124,7 +124,7 @@ TEST_F(FileSystemWriterTest, ReplacesATemporaryFileThatWasLeft)
     EXPECT_TRUE(write("c.bin", "c.bin"));
 
     EXPECT_THAT(onDrive(), ElementsAre("c.bin"));
-    EXPECT_EQ(contentOf(drive() / "c.bin"), "content of c");
+    EXPECT_EQ(readText(drive() / "c.bin"), "content of c");
 }
 
 TEST_F(FileSystemWriterTest, CopiesBinaryContentUnchanged)
@@ -138,7 +138,7 @@ TEST_F(FileSystemWriterTest, CopiesBinaryContentUnchanged)
 
     EXPECT_TRUE(write("big.bin", "big.bin"));
 
-    EXPECT_TRUE(contentOf(drive() / "big.bin") == content);
+    EXPECT_TRUE(readText(drive() / "big.bin") == content);
 }
 
 TEST_F(FileSystemWriterTest, WritesTheSmallestFile)
@@ -148,7 +148,7 @@ TEST_F(FileSystemWriterTest, WritesTheSmallestFile)
 
     EXPECT_TRUE(write("one.bin", "one.bin"));
 
-    EXPECT_EQ(contentOf(drive() / "one.bin"), "1");
+    EXPECT_EQ(readText(drive() / "one.bin"), "1");
 }
 
 TEST_F(FileSystemWriterTest, FlushesTheFileSystemAfterSuccess)
@@ -182,7 +182,7 @@ TEST_F(FileSystemWriterTest, FailsForAnEmptyFileAndKeepsTheOldOne)
 
     EXPECT_THAT(messages, ElementsAre("ERROR: Writing /mnt/cn/cfdrive/c.bin.tmp failed.\n"));
     EXPECT_THAT(onDrive(), ElementsAre("c.bin", "c.bin.tmp"));
-    EXPECT_EQ(contentOf(drive() / "c.bin"), "old");
+    EXPECT_EQ(readText(drive() / "c.bin"), "old");
     EXPECT_THAT(trace(), IsEmpty());
 }
 
@@ -261,5 +261,5 @@ TEST_F(FileSystemWriterTest, WritesFilesThatTheTargetDoesNotHaveYet)
 
     EXPECT_TRUE(update());
 
-    EXPECT_EQ(contentOf(drive() / "a/new.bin"), "content of b1f1.bin");
+    EXPECT_EQ(readText(drive() / "a/new.bin"), "content of b1f1.bin");
 }

@@ -3,12 +3,15 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
 
 #include "operation/OperationTest.h"
+#include "support/Namespaces.h"
+#include "support/TextFile.h"
 
 class FlashDriveTest : public OperationTest {
 protected:
+    void SetUp() override { SKIP_WITHOUT_MOUNT(); }
+
     // Prepares a target with an empty flash drive and an archive that holds "c.bin".
     void prepareDrive()
     {
@@ -37,12 +40,6 @@ protected:
         }
         std::sort(found.begin(), found.end());
         return found;
-    }
-
-    static std::string contentOf(const std::filesystem::path& path)
-    {
-        std::ifstream stream(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
     }
 
     static void put(const std::filesystem::path& path, const std::string& content)

@@ -2,6 +2,7 @@
 #include <filesystem>
 
 #include "operation/OperationTest.h"
+#include "support/Namespaces.h"
 
 using ::testing::ElementsAre;
 
@@ -96,6 +97,7 @@ TEST_F(MissingFilesTest, ChecksEveryPhase)
 
 TEST_F(MissingFilesTest, NamesAMissingFileOfTheFlashDriveToo)
 {
+    SKIP_WITHOUT_MOUNT();
     hasFlashDrive = true;
     addFileElement(1, 1, "a/c.bin");
     missingFiles = {"b1f1.bin"};

@@ -139,7 +139,7 @@ TEST_F(RefusedPathsTest, ChangesNoFileOfTheDriveWhenItRefuses)
     EXPECT_FALSE(write("x y.bin", "c.bin"));
 
     EXPECT_THAT(onDrive(), ElementsAre("c.bin"));
-    EXPECT_EQ(contentOf(drive() / "c.bin"), "old");
+    EXPECT_EQ(readText(drive() / "c.bin"), "old");
 }
 
 TEST_F(RefusedPathsTest, NamesAMissingUnsafeSourceAsMissing)
@@ -253,7 +253,7 @@ TEST_F(RefusedPathsTest, WritesNamesThatAShellTakesLiterally)
         EXPECT_TRUE(write(name, name)) << name;
 
         EXPECT_THAT(messages, IsEmpty()) << name;
-        EXPECT_EQ(contentOf(drive() / name), "content of " + name);
+        EXPECT_EQ(readText(drive() / name), "content of " + name);
     }
 }
 

@@ -2,6 +2,7 @@
 #include <filesystem>
 
 #include "operation/OperationTest.h"
+#include "support/Namespaces.h"
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
@@ -208,6 +209,7 @@ TEST_F(StartTest, LogsEachStart)
 
 TEST_F(StartTest, LogsTheStartOfAFileOnTheFlashDriveToo)
 {
+    SKIP_WITHOUT_MOUNT();
     updateOneFile();
 
     ASSERT_EQ(calls("sendLog").size(), 1u);
@@ -279,6 +281,7 @@ TEST_F(StartTest, DoesNotWaitAfterAFailedStart)
 
 TEST_F(StartTest, DoesNotWaitAfterAFileOnTheFlashDrive)
 {
+    SKIP_WITHOUT_MOUNT();
     updateOneFile();
 
     ASSERT_EQ(calls("usleep").size(), 1u);
@@ -402,6 +405,7 @@ TEST_F(StartTest, TakesAPathThatBeginsWithADotForRelative)
 
 TEST_F(StartTest, WritesFilesOfTheFlashDriveAlsoFromARelativeArchivePath)
 {
+    SKIP_WITHOUT_MOUNT();
     hasFlashDrive = true;
     addFileElement(1, 1, "c.bin");
     prepareRelative(fileEntry("b1f1.bin", {{"boardType", "T1"}, {"targetPath", "c.bin"}}));
@@ -419,6 +423,7 @@ TEST_F(StartTest, WritesFilesOfTheFlashDriveAlsoFromARelativeArchivePath)
 
 TEST_F(StartTest, FinishesAFileOnTheFlashDriveAtOnce)
 {
+    SKIP_WITHOUT_MOUNT();
     hasFlashDrive = true;
     addFileElement(1, 1, "a/c.bin");
     prepare();
@@ -441,6 +446,7 @@ TEST_F(StartTest, FinishesAFileOnTheFlashDriveAtOnce)
 TEST_F(StartTest, TellsInVerboseModeWhatWasWritten)
 {
     options.verbose = true;
+    SKIP_WITHOUT_MOUNT();
     hasFlashDrive = true;
     addFileElement(1, 1, "a/c.bin");
     prepare();
@@ -459,6 +465,7 @@ TEST_F(StartTest, TellsInVerboseModeWhatWasWritten)
 
 TEST_F(StartTest, TellsWhyAFileCouldNotBeWritten)
 {
+    SKIP_WITHOUT_MOUNT();
     hasFlashDrive = true;
     addFileElement(1, 1, "c.bin");
     addFileElement(1, 2, "d.bin");

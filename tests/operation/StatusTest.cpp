@@ -1,5 +1,6 @@
 // Following the running updates of a phase, and its progress.
 #include "operation/OperationTest.h"
+#include "support/Namespaces.h"
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -357,6 +358,7 @@ TEST_F(StatusTest, ReportsTheProgressAlsoWithoutProgressLines)
 TEST_F(StatusTest, ShowsOneLineForFilesOfTheFlashDrive)
 {
     options.noProgress = false;
+    SKIP_WITHOUT_MOUNT();
     hasFlashDrive = true;
     addFileElement(1, 1, "a.bin");
     addFileElement(1, 2, "b.bin");

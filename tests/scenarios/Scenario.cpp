@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "scenarios/HeldLock.h"
+#include "support/FileTree.h"
 #include "support/Process.h"
 #include "support/TextFile.h"
 
@@ -52,7 +53,7 @@ void Scenario::takeOver(const fs::path& source) const
 {
     for (const char* const name : {"arguments", "target.json", "script.json", "archive", "flash", "hold-lock"}) {
         if (fs::exists(source / name) && !fs::exists(inWork(name)))
-            fs::copy(source / name, inWork(name), fs::copy_options::recursive);
+            copyTree(source / name, inWork(name));
     }
 }
 

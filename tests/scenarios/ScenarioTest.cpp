@@ -1,16 +1,14 @@
 // Runs every scenario of this folder with the tool itself. With TRELLAN_APPROVE=1 in the environment what the tool
 // prints is taken over as the expected text, to be read before it is committed.
 #include <gtest/gtest.h>
-#include <sched.h>
 #include <stdlib.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <iostream>
 
 #include "scenarios/Difference.h"
 #include "scenarios/Scenario.h"
+#include "support/Namespaces.h"
 #include "support/TextFile.h"
 
 namespace fs = std::filesystem;
@@ -39,16 +37,6 @@ bool approving()
 {
     const char* const value = ::getenv("TRELLAN_APPROVE");
     return value != nullptr && std::string(value) == "1";
-}
-
-// A flash drive is mounted in a namespace of the process's own, which not every machine allows.
-bool canMount()
-{
-    const pid_t child = ::fork();
-    if (child == 0)
-        ::_exit(::unshare(CLONE_NEWNS) == 0 || ::unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0 ? 0 : 1);
-    int status = 1;
-    return child > 0 && ::waitpid(child, &status, 0) == child && status == 0;
 }
 
 // The statuses of a scenario that says nothing of them: all runs succeed.
@@ -101,8 +89,9 @@ TEST_P(ScenarioTest, PrintsWhatIsExpected)
 {
     const fs::path folder = fs::path(TRELLAN_SOURCE_DIR "/tests/scenarios") / GetParam();
     const Scenario scenario(folder);
-    if (scenario.hasFlashDrive() && !canMount())
-        GTEST_SKIP() << "this machine allows no mount namespace, which a flash drive needs";
+    if (scenario.hasFlashDrive()) {
+        SKIP_WITHOUT_MOUNT();
+    }
     const ScenarioResult result = scenario.run(TRELLAN_TOOL);
     if (approving())
         approveAll(folder, result);

@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "simulation/target/AtomicFile.h"
+#include "support/Namespaces.h"
 #include "support/TempDir.h"
 #include "support/TextFile.h"
 #include "support/Unprivileged.h"
@@ -107,6 +108,7 @@ TEST_F(ReplacedFile, BelongsToWhoMayNotGiveItAway)
 
 TEST_F(ReplacedFile, MayHaveAnOwnerUnknownInTheUserNamespace)
 {
+    SKIP_WITHOUT_USER_NAMESPACE();
     if (::geteuid() != 0) {
         GTEST_SKIP() << "there is no other user's file";
     }

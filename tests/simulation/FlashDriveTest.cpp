@@ -4,6 +4,7 @@
 #include <set>
 
 #include "Device.h"
+#include "support/Namespaces.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
 
@@ -41,6 +42,11 @@ public:
     SimulatedTarget target;
 };
 
+class FlashDrive : public testing::Test {
+protected:
+    void SetUp() override { SKIP_WITHOUT_MOUNT(); }
+};
+
 std::set<std::string> namesIn(const fs::path& folder)
 {
     std::set<std::string> names;
@@ -52,7 +58,7 @@ std::set<std::string> namesIn(const fs::path& folder)
 
 }  // namespace
 
-TEST(FlashDrive, IsTheFolderBesideTheTargetFile)
+TEST_F(FlashDrive, IsTheFolderBesideTheTargetFile)
 {
     const FlashTarget device;
     const Scan scan;
@@ -61,7 +67,7 @@ TEST(FlashDrive, IsTheFolderBesideTheTargetFile)
     EXPECT_EQ(namesIn(device.flash()), (std::set<std::string>{"a.txt"}));
 }
 
-TEST(FlashDrive, LeavesTheRestBelowMntVisible)
+TEST_F(FlashDrive, LeavesTheRestBelowMntVisible)
 {
     std::set<std::string> expected = namesIn("/mnt");
     expected.insert("cn");
@@ -75,7 +81,7 @@ TEST(FlashDrive, LeavesTheRestBelowMntVisible)
     }
 }
 
-TEST(FlashDrive, BelongsToTheTargetOfTheLastScan)
+TEST_F(FlashDrive, BelongsToTheTargetOfTheLastScan)
 {
     const FlashTarget first;
     std::ofstream(first.flash() / "first") << "1";
@@ -93,7 +99,7 @@ TEST(FlashDrive, BelongsToTheTargetOfTheLastScan)
     EXPECT_EQ(namesIn(drive), (std::set<std::string>{"second"}));
 }
 
-TEST(FlashDrive, KeepsRelativePathsGood)
+TEST_F(FlashDrive, KeepsRelativePathsGood)
 {
     const FlashTarget device;
     const fs::path before = fs::current_path();
@@ -107,7 +113,7 @@ TEST(FlashDrive, KeepsRelativePathsGood)
     fs::current_path(before);
 }
 
-TEST(FlashDrive, MustExist)
+TEST_F(FlashDrive, MustExist)
 {
     const FlashTarget device;
     fs::remove(device.flash());
@@ -124,7 +130,7 @@ TEST(FlashDrive, MustExist)
     EXPECT_EQ(printed, "ERROR 0x26300007: " + text + "\n");
 }
 
-TEST(FlashDrive, MustBeAFolder)
+TEST_F(FlashDrive, MustBeAFolder)
 {
     const FlashTarget device;
     fs::remove(device.flash());
@@ -138,7 +144,7 @@ TEST(FlashDrive, MustBeAFolder)
                                        ": Not a directory.");
 }
 
-TEST(FlashDrive, MakesElementsValidWhoseFileIsThere)
+TEST_F(FlashDrive, MakesElementsValidWhoseFileIsThere)
 {
     const FlashTarget device({"etc/digits.txt", "missing.txt", "etc", ""});
     fs::create_directory(device.flash() / "etc");
@@ -160,7 +166,7 @@ TEST(FlashDrive, MakesElementsValidWhoseFileIsThere)
     EXPECT_EQ(device.target.document(), before);
 }
 
-TEST(FlashDrive, IsGoneForATargetWithoutOne)
+TEST_F(FlashDrive, IsGoneForATargetWithoutOne)
 {
     const FlashTarget first;
     std::ofstream(first.flash() / "a.txt") << "1";
@@ -182,7 +188,7 @@ TEST(FlashDrive, IsGoneForATargetWithoutOne)
     EXPECT_EQ(namesIn(next.flash()), (std::set<std::string>{"b.txt"}));
 }
 
-TEST(FlashDrive, LeavesNoPlaceForTargetsDirectlyInMntWhereItIsPrivate)
+TEST_F(FlashDrive, LeavesNoPlaceForTargetsDirectlyInMntWhereItIsPrivate)
 {
     if (fs::exists(drive)) {
         GTEST_SKIP() << "this machine has " << drive;
@@ -202,7 +208,7 @@ TEST(FlashDrive, LeavesNoPlaceForTargetsDirectlyInMntWhereItIsPrivate)
     fs::remove("/mnt/target.json");
 }
 
-TEST(FlashDrive, HasANameThatIsAPath)
+TEST_F(FlashDrive, HasANameThatIsAPath)
 {
     for (const auto& [name, reason] :
          {std::pair<std::string, std::string>{"", "empty"}, {std::string("flash\0y", 7), "holds a NUL character"}}) {

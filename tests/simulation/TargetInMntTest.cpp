@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "support/Namespaces.h"
 #include "support/Process.h"
 #include "support/TempDir.h"
 
@@ -28,9 +29,14 @@ std::string scanErrors(const std::string& name, const std::string& document, con
         .errors;
 }
 
+class TargetInMnt : public testing::Test {
+protected:
+    void SetUp() override { SKIP_WITHOUT_USER_NAMESPACE(); }
+};
+
 }  // namespace
 
-TEST(TargetInMnt, IsRefusedWhereTheFlashDrivesPlaceHasToBeMade)
+TEST_F(TargetInMnt, IsRefusedWhereTheFlashDrivesPlaceHasToBeMade)
 {
     EXPECT_EQ(scanErrors("target.json", withDrive),
               std::string("ERROR 0x26300007: The target file /mnt/target.json") + refusal);
@@ -38,25 +44,25 @@ TEST(TargetInMnt, IsRefusedWhereTheFlashDrivesPlaceHasToBeMade)
               std::string("ERROR 0x26300007: The target file /mnt/cn/target.json") + refusal);
 }
 
-TEST(TargetInMnt, IsRefusedBehindASymbolicLink)
+TEST_F(TargetInMnt, IsRefusedBehindASymbolicLink)
 {
     EXPECT_EQ(scanErrors("link.json", withDrive,
                          "mkdir /mnt/cn && : >/mnt/cn/target.json && ln -s cn/target.json /mnt/link.json"),
               std::string("ERROR 0x26300007: The target file /mnt/link.json") + refusal);
 }
 
-TEST(TargetInMnt, IsAcceptedInAFolderOfItsOwn)
+TEST_F(TargetInMnt, IsAcceptedInAFolderOfItsOwn)
 {
     EXPECT_EQ(scanErrors("device/target.json", withDrive), "");
     EXPECT_EQ(scanErrors("cn/device/target.json", withDrive), "");
 }
 
-TEST(TargetInMnt, IsAcceptedWithoutAFlashDrive)
+TEST_F(TargetInMnt, IsAcceptedWithoutAFlashDrive)
 {
     EXPECT_EQ(scanErrors("target.json", R"({"clock": "virtual", "tree": {"id": "ROOT"}})"), "");
 }
 
-TEST(TargetInMnt, IsAcceptedWhereTheMachineHasThePlace)
+TEST_F(TargetInMnt, IsAcceptedWhereTheMachineHasThePlace)
 {
     EXPECT_EQ(scanErrors("target.json", withDrive, "mkdir -p /mnt/cn/cfdrive"), "");
 }

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "support/FileTree.h"
+#include "support/Namespaces.h"
 #include "support/Process.h"
 #include "support/TempDir.h"
 #include "support/TextFile.h"
@@ -36,11 +38,16 @@ protected:
     TempDir folder;
 };
 
+class DemoTest : public testing::Test {
+protected:
+    void SetUp() override { SKIP_WITHOUT_MOUNT(); }
+};
+
 // The demonstration's output, run with `options` and on a virtual clock, the tool being in `build`.
 std::string demo(const std::vector<std::string>& options, const std::string& build = "build")
 {
     const TempDir folder;
-    fs::copy(TRELLAN_SOURCE_DIR "/examples", folder.path(), fs::copy_options::recursive);
+    copyTree(TRELLAN_SOURCE_DIR "/examples", folder.path());
     auto target = nlohmann::ordered_json::parse(readText(folder.path() / "target.json"));
     target["clock"] = "virtual";
     writeText(folder.path() / "target.json", target.dump());
@@ -124,14 +131,14 @@ TEST_F(DevTest, HelpTellsWhatApproveRewritesAndWhereTheDemosOptionsGo)
     EXPECT_NE(help.find("options behind it are passed to the tool's update"), std::string::npos) << help;
 }
 
-TEST(DemoTest, TellsWhatTheExampleShows)
+TEST_F(DemoTest, TellsWhatTheExampleShows)
 {
     EXPECT_NE(demo({}).find("\nShown: a target with four boards was updated in three phases, and a second update found "
                             "nothing left to do.\nBy hand: "),
               std::string::npos);
 }
 
-TEST(DemoTest, WorksElsewhereWhenTheBuildFoldersPathHoldsABlank)
+TEST_F(DemoTest, WorksElsewhereWhenTheBuildFoldersPathHoldsABlank)
 {
     const std::string output = demo({}, "my build");
     const std::string prefix = "the copy of the example is in ";
@@ -146,7 +153,7 @@ TEST(DemoTest, WorksElsewhereWhenTheBuildFoldersPathHoldsABlank)
         fs::remove_all(copy);
 }
 
-TEST(DemoTest, ClaimsNothingAboutAnUpdateWithOptions)
+TEST_F(DemoTest, ClaimsNothingAboutAnUpdateWithOptions)
 {
     EXPECT_TRUE(demo({"--force", "--no-progress"})
                     .ends_with("\nShown: two updates of the example target with the options --force --no-progress\n"));
