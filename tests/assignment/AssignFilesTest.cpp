@@ -1,6 +1,7 @@
 // Which file each element is given, and the elements made for flash-drive files that no element took.
 #include "assignment/AssignmentFixture.h"
 #include "simulation/base/Resources.h"
+#include "support/PlatformText.h"
 
 namespace {
 

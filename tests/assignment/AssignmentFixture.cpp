@@ -36,11 +36,6 @@ File fileOf(const ordered_json& entry)
     return file;
 }
 
-std::string str(const ZoCString& text)
-{
-    return std::string(text.c_str(), text.length());
-}
-
 Element& AssignmentFixture::addElement(const ElementData& data)
 {
     Element& element = elements().emplace_back();

@@ -31,9 +31,6 @@ ZoNJson::json parseJson(const std::string& text);
 // checksum unless stated.
 File fileOf(const nlohmann::ordered_json& entry);
 
-// The characters of `text`.
-std::string str(const ZoCString& text);
-
 class AssignmentFixture : public ::testing::Test {
 protected:
     using Json = nlohmann::ordered_json;

@@ -4,6 +4,7 @@
 #include <random>
 
 #include "assignment/AssignmentFixture.h"
+#include "support/PlatformText.h"
 
 namespace {
 

@@ -1,5 +1,6 @@
 // The label and the short kind under which an element is shown.
 #include "inventory/InventoryFixture.h"
+#include "support/PlatformText.h"
 
 namespace {
 

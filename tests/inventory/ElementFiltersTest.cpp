@@ -1,5 +1,6 @@
 // The filters of the search: configuration elements, element names, board types and serial numbers.
 #include "inventory/InventoryFixture.h"
+#include "support/PlatformText.h"
 
 namespace {
 

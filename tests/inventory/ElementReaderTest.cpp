@@ -1,5 +1,6 @@
 // What an element's record takes from the element item and from its board.
 #include "inventory/InventoryFixture.h"
+#include "support/PlatformText.h"
 
 namespace {
 

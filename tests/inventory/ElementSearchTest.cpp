@@ -5,6 +5,7 @@
 
 #include "inventory/InventoryFixture.h"
 #include "libZoInventoryManagerAP/ZoCInventoryManager.h"
+#include "support/PlatformText.h"
 #include "support/SimulatedTarget.h"
 
 namespace {

@@ -1,5 +1,6 @@
 // The record from which elements are made for files that are not on the target yet.
 #include "inventory/InventoryFixture.h"
+#include "support/PlatformText.h"
 
 namespace {
 

@@ -2,6 +2,8 @@
 
 #include <stdexcept>
 
+#include "support/PlatformText.h"
+
 using nlohmann::ordered_json;
 
 ZoCUpdateInventory& InventoryFixture::inventory()
@@ -67,9 +69,4 @@ ordered_json named(unsigned index, const std::string& name, ordered_json paramet
 {
     parameters["NAME"] = name;
     return updateElement(index, parameters);
-}
-
-std::string str(const ZoCString& text)
-{
-    return std::string(text.c_str(), text.length());
 }

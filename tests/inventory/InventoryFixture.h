@@ -60,6 +60,3 @@ nlohmann::ordered_json named(unsigned index, const std::string& name);
 
 // An update element with the name `name` and these parameters as well.
 nlohmann::ordered_json named(unsigned index, const std::string& name, nlohmann::ordered_json parameters);
-
-// The characters of `text`.
-std::string str(const ZoCString& text);

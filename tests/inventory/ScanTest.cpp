@@ -1,6 +1,7 @@
 // Reading the inventory: the scan, what a failed one leaves behind, and the processing nodes that are noted.
 #include "inventory/InventoryFixture.h"
 #include "simulation/base/Resources.h"
+#include "support/PlatformText.h"
 
 namespace {
 

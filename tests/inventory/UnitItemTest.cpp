@@ -1,5 +1,6 @@
 // Which item names the unit that a board sits in, and where the unit's names come from.
 #include "inventory/InventoryFixture.h"
+#include "support/PlatformText.h"
 
 namespace {
 

@@ -4,6 +4,7 @@
 #include "inventory/InventoryFixture.h"
 #include "libZoInventoryTree/ZoNInventoryIDs.h"
 #include "simulation/base/Resources.h"
+#include "support/PlatformText.h"
 
 namespace {
 
