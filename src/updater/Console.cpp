@@ -10,14 +10,13 @@ namespace {
 
 constexpr unsigned textWidth = 78;  // of 80 columns, less the two by which an error's text is indented further
 
-// Formats into `out` and returns the number of characters, negative when `format` cannot be used.
+// Formats into `out`, which is empty, and returns the number of characters, negative when `format` cannot be used.
 int formatText(std::string& out, const char* format, va_list arguments)
 {
     va_list measured;
     va_copy(measured, arguments);
     const int length = std::vsnprintf(nullptr, 0, format, measured);
     va_end(measured);
-    out.clear();
     if (length > 0) {
         out.resize(static_cast<std::size_t>(length));
         std::vsnprintf(out.data(), out.size() + 1, format, arguments);

@@ -149,6 +149,16 @@ TEST_F(Apply, PrintsTheBannerInOnePieceBeforeAnythingElse)
     EXPECT_EQ(capture.fragments()[2], "ERROR: Failed to read firmware archive.\n");
 }
 
+TEST_F(Apply, TellsInOnePieceThatTheTargetIsUnreadable)
+{
+    const SimulatedTarget device(brokenTarget());
+    ZoCTrellanUpdater updater(optionsFor(READ_INVENTORY));
+    const MessageCapture capture(updater);
+    EXPECT_EQ(updater.apply(), 1u);
+    ASSERT_EQ(capture.fragments().size(), 2u);
+    EXPECT_EQ(capture.fragments()[1], unreadableInventory);
+}
+
 TEST_F(Apply, FailsWithoutABannerWhenTheDescriptionCannotBeOutput)
 {
     const Applied applied = apply(optionsFor(OUTPUT_DESCRIPTION, "/no/such/archive"));

@@ -205,6 +205,12 @@ TEST_F(Creation, StringsKeepTheirCharactersBothWays)
     EXPECT_EQ(ZoCTrellanUpdater::ZoCString2tstring(ZoCString()), "");
 }
 
+TEST_F(Creation, PlatformStringKeepsNuls)
+{
+    const ZoCString text = ZoCTrellanUpdater::tstring2ZoCString(std::string("ab\0cd", 5));
+    EXPECT_EQ(std::string(text.c_str(), text.length()), std::string("ab\0cd", 5));
+}
+
 TEST_F(Creation, StandardStringEndsWhereThePlatformStringHasItsFirstNul)
 {
     EXPECT_EQ(ZoCTrellanUpdater::ZoCString2tstring(ZoCString("ab\0cd", 5)), "ab");

@@ -7,6 +7,7 @@
 
 #include "Updating.h"
 #include "support/MessageCapture.h"
+#include "support/UpdateFiles.h"
 
 using nlohmann::ordered_json;
 using namespace ZoNTrellanUpdater;
@@ -163,6 +164,43 @@ TEST_F(HostLists, CompareChecksumsAlsoWhereTheTargetReportsNone)
     EXPECT_FALSE(equal[0].checksumDiffers);
 }
 
+TEST_F(HostLists, CompareAChecksumThatTheFileDoesNotGiveLikeAnyOther)
+{
+    TestArchive unknown(
+        description({without(firmwareEntry(), "checksumCrc32"), without(firmwareEntry({{"id", 2}}), "checksumCrc32"),
+                     without(firmwareEntry({{"id", 3}}), "checksumCrc32")}));
+    unknown.addFile("firmware.bin", UpdateFiles::bitstreamFile(5, 91));  // its header is too short for the checksum
+    const SimulatedTarget device(
+        target({processorBoard({installedFirmware(1), updateElement(2, {{"NAME", "UserFpga"}}),
+                                updateElement(3, {{"NAME", "UserCpld"}, {"CHECKSUM_CRC32", 4294967294u}})})}));
+    const auto elements = elementsOf(*applied(unknown.path()));
+    ASSERT_EQ(elements.size(), 3u);
+    EXPECT_TRUE(elements[0].checksumDiffers);
+    EXPECT_TRUE(elements[1].checksumDiffers);
+    EXPECT_FALSE(elements[2].checksumDiffers);
+}
+
+TEST_F(HostLists, ShowVersionsWhoseFirstNumberIsZero)
+{
+    const SimulatedTarget device(target({processorBoard({updateElement(1, {{"VERSION", "0.1"}})})}));
+    const TestArchive early(description({firmwareEntry({{"version", "0.0.1"}})}));
+    const auto elements = elementsOf(*applied(early.path()));
+    ASSERT_EQ(elements.size(), 1u);
+    EXPECT_EQ(elements[0].installedVersion, "0.1");
+    EXPECT_EQ(elements[0].availableVersion, "0.0.1");
+}
+
+TEST_F(HostLists, ShowCustomElementsOfEveryKind)
+{
+    const SimulatedTarget device(target({processorBoard(
+        {updateElement(1, {{"CUSTOM", 0}}), updateElement(2, {{"CUSTOM", 1}}), updateElement(3, {{"CUSTOM", 2}})})}));
+    const auto elements = elementsOf(*applied(archive.path(), INSTALLED_VERSIONS));
+    ASSERT_EQ(elements.size(), 3u);
+    EXPECT_FALSE(elements[0].custom);
+    EXPECT_TRUE(elements[1].custom);
+    EXPECT_TRUE(elements[2].custom);
+}
+
 TEST_F(HostLists, ShowThePhaseOfAnElement)
 {
     const SimulatedTarget device(target({processorBoard({installedFirmware(1), installedFirmware(2)})}));
@@ -197,6 +235,18 @@ TEST_F(HostLists, ShowUpdatesThatAreNotRequiredAsDisabled)
     ASSERT_EQ(elements.size(), 1u);
     EXPECT_TRUE(elements[0].disabled);
     EXPECT_FALSE(elements[0].checksumDiffers);
+}
+
+TEST_F(HostLists, ShowForcedUpdatesThatAreNotRequiredAsEnabled)
+{
+    const SimulatedTarget device(processorTarget());
+    const TestArchive same(description({firmwareEntry({{"version", "23.2"}, {"checksumCrc32", 5}})}));
+    ZoTOptions options = optionsFor(UPDATE, same.path());
+    options.force = true;
+    ZoCTrellanUpdater updater(options);
+    const MessageCapture quiet(updater);
+    ASSERT_EQ(updater.apply(), 0u);
+    EXPECT_FALSE(elementsOf(updater).at(0).disabled);
 }
 
 TEST_F(HostLists, DescribeTheUnitByProductRackAndName)
@@ -291,6 +341,24 @@ TEST_F(HostLists, DisabledElementIsShownAndNotUpdated)
     EXPECT_EQ(started[0].at("id"), 2);
 }
 
+TEST_F(HostLists, ElementThatIsDisabledTwiceStaysDisabled)
+{
+    const SimulatedTarget device(processorTarget());
+    const auto updater = applied(archive.path());
+    updater->disableUpdateElement(0);
+    updater->disableUpdateElement(0);
+    EXPECT_TRUE(elementsOf(*updater).at(0).disabled);
+}
+
+TEST_F(HostLists, DisablingAnUpdateThatIsNotRequiredKeepsItDisabled)
+{
+    const SimulatedTarget device(processorTarget());
+    const TestArchive same(description({firmwareEntry({{"version", "23.2"}, {"checksumCrc32", 5}})}));
+    const auto updater = applied(same.path());
+    updater->disableUpdateElement(0);
+    EXPECT_TRUE(elementsOf(*updater).at(0).disabled);
+}
+
 TEST_F(HostLists, IndexBeyondTheEndDisablesNothing)
 {
     const SimulatedTarget device(target({processorBoard({installedFirmware(1), installedFirmware(2)})}));
@@ -327,4 +395,18 @@ TEST_F(HostLists, TellWhatTheArchiveSaysOfItself)
     EXPECT_EQ(product, "Test product");
     EXPECT_EQ(format, "1.4");
     EXPECT_EQ(variantName, "blue");
+}
+
+TEST_F(HostLists, TellOfNoArchiveBeforeOneWasReadAndPrintNothing)
+{
+    ZoCTrellanUpdater updater(optionsFor(UPDATE));
+    const MessageCapture capture(updater);
+    std::string name = "a", version = "b", product = "c", format = "d", variantName = "e";
+    updater.getArchiveInfo(name, version, product, format, variantName);
+    EXPECT_EQ(name, "");
+    EXPECT_EQ(version, "0.0");
+    EXPECT_EQ(product, "");
+    EXPECT_EQ(format, "0.0");
+    EXPECT_EQ(variantName, "");
+    EXPECT_EQ(capture.text(), "");
 }

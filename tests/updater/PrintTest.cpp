@@ -15,6 +15,9 @@ namespace {
 
 using Fragments = std::vector<std::string>;
 
+// No character: formatting it fails in the locale of a program that has chosen none.
+constexpr const wchar_t* unprintable = L"\xD800";
+
 class Print : public Updating {
 protected:
     ZoCTrellanUpdater updater{optionsFor(0)};
@@ -73,6 +76,20 @@ TEST_F(Print, PrintsAnEmptyTextAsNothing)
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
+TEST_F(Print, GivesNothingOfATextThatCannotBeFormattedToTheCallback)
+{
+    const MessageCapture capture(updater);
+    EXPECT_EQ(updater.print("text %ls", unprintable), -1);
+    EXPECT_EQ(capture.fragments(), Fragments());
+}
+
+TEST_F(Print, TellsThatATextCannotBeFormattedToStandardOutput)
+{
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(updater.print("%ls", unprintable), -1);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
 TEST_F(Print, HasNoLimitOfLength)
 {
     const std::string text(100000, 'x');
@@ -111,6 +128,13 @@ TEST_F(Sprint, EmptiesTheStringForAnEmptyText)
 {
     std::string out = "old";
     EXPECT_EQ(updater.sprint(out, "%s", ""), 0);
+    EXPECT_EQ(out, "");
+}
+
+TEST_F(Sprint, EmptiesTheStringForATextThatCannotBeFormatted)
+{
+    std::string out = "old";
+    EXPECT_EQ(updater.sprint(out, "text %ls", unprintable), -1);
     EXPECT_EQ(out, "");
 }
 

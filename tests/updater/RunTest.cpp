@@ -65,6 +65,17 @@ const std::string busyReport =
     "       ERROR 0x5 (reported by Host PC):\n"
     "         busy\n";
 
+// What a message callback, which has no argument of its own, has found in the trace when errors began to be reported.
+const SimulatedTarget* watched = nullptr;
+std::size_t warningsBeforeTheReport = 0;
+
+void countWarningsBeforeTheReport(const std::string& text)
+{
+    if (text == "\nReported errors:\n") {
+        warningsBeforeTheReport = callsOf("sendWarning", watched->trace()).size();
+    }
+}
+
 const ordered_json busy = {{"errors", {{{"code", 5}, {"text", "busy"}}}}};
 
 class Run : public Updating {
@@ -211,6 +222,38 @@ TEST_F(Run, FailsSilentlyWhenAnUpdateFailedWithoutErrors)
     EXPECT_EQ(result, 0);
 }
 
+TEST_F(Run, TakesNoFileWhoseNameIsTheBeginningOfTheOneThatIsMeant)
+{
+    const SimulatedTarget device(processorTarget());
+    TestArchive other(description({firmwareEntry({{"name", std::string("firmware.bin\0x", 14)}})}));
+    other.addFile("firmware.bin", "firmware");
+    EXPECT_EQ(ran(UPDATE, other.path()),
+              "\nProcessor board, Firmware cannot be updated. Update file firmware.bin not found!\n"
+              "\nResults:\n"
+              "\n    Update incomplete due to missing files in the source folder!\n");
+    EXPECT_EQ(result, 0);
+    EXPECT_TRUE(callsOf("update2", device.trace()).empty());
+}
+
+TEST_F(Run, WritesNoFileWhoseTargetPathGoesOnAfterANul)
+{
+    const SimulatedTarget device(processorTarget());
+    TestArchive other(
+        description({firmwareEntry(), fileEntry("app.bin", {{"targetPath", std::string("app.bin\0x", 9)}})}));
+    other.addFile("firmware.bin", "firmware");
+    other.addFile("app.bin", "application");
+    EXPECT_EQ(ran(UPDATE, other.path()),
+              "\nUpdating:\n"
+              "        Processor board, Firmware                       \n"
+              "        Processor board, Updatable file                 [ERROR]\n"
+              "            ERROR: Cannot write /mnt/cn/cfdrive/app.bin. Error code: 22\n"
+              "[ERROR]\n"
+              "\nResults:\n"
+              "    ERROR: Processor board, Updatable file:\n"
+              "\n    Update failed!\n");
+    EXPECT_EQ(result, 0);
+}
+
 TEST_F(Run, ReportsTheErrorsOfAFailedElementAgain)
 {
     ordered_json document = processorTarget();
@@ -307,6 +350,23 @@ TEST_F(RunWithUnsupportedEntries, WarnsAlsoWhenErrorsAreReportedAfterTheUpdate)
     EXPECT_EQ(ran(UPDATE, partlySupported.path()), updated + busyReport);
     EXPECT_EQ(result, 0);
     EXPECT_EQ(callsOf("sendWarning", device.trace()).size(), 1u);
+}
+
+TEST_F(RunWithUnsupportedEntries, WarnsBeforeErrorsAreReported)
+{
+    ordered_json document = processorTarget();
+    document["script"]["unlock"] = {busy};
+    const SimulatedTarget device(document);
+    ZoCTrellanUpdater updater(optionsFor(UPDATE, partlySupported.path()));
+    watched = &device;
+    warningsBeforeTheReport = 99;
+    updater.setMessageCallBack(countWarningsBeforeTheReport);
+    ASSERT_EQ(updater.apply(), 0u);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(updater.run(), 0);
+    testing::internal::GetCapturedStderr();
+    watched = nullptr;
+    EXPECT_EQ(warningsBeforeTheReport, 1u);
 }
 
 TEST_F(RunWithUnsupportedEntries, DoesNotWarnAfterAFailedUpdate)
