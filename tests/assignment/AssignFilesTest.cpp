@@ -35,6 +35,17 @@ TEST_F(AssignFilesTest, TheFirstFileIsTakenHoweverItNamesTheBoard)
     EXPECT_EQ(fileIndices(), Indices{0});
 }
 
+TEST_F(AssignFilesTest, OnlyTheFirstBoardObjectOfATypeCounts)
+{
+    addElement({.id = 1});
+    addElement({.id = 2});
+    addElement({.boardType = "S", .id = 1});
+    addFile(
+        ordered_json::parse(R"({"boards": [{"boardType": ["S", "T"], "id": 2}, {"boardType": ["T", "S"], "id": 1}]})"));
+    assignment().makeAssignment();
+    EXPECT_EQ(fileIndices(), (Indices{-1, 0, -1}));
+}
+
 TEST_F(AssignFilesTest, OneFileServesManyElements)
 {
     addElement({.id = 1});
@@ -142,7 +153,7 @@ TEST_F(AssignFilesTest, WhereOneTextEndsAndTheNextBeginsIsNotMixedUp)
     EXPECT_EQ(fileIndices(), (Indices{-1, -1}));
 }
 
-TEST_F(AssignFilesTest, AnElementFitsHoweverManyValuesItsFileAndItsLikesHave)
+TEST_F(AssignFilesTest, ManyElementsAndManyAcceptedValuesFindEachOther)
 {
     // Files with few values and many elements, and the other way round.
     for (unsigned id = 1; id <= 2; ++id) {
