@@ -28,6 +28,28 @@ void watch(ZoITrellanUpdater& updater)
     updater.setProgressCallBack([](unsigned percent) { progress.push_back(percent); });
 }
 
+// What run() has returned and printed.
+struct Updated {
+    int result;
+    std::string text;
+};
+
+// Loads the library, updates the target with both files, watching it, and unloads the library.
+Updated update()
+{
+    TestArchive archive(twoFiles());
+    archive.addFile("firmware.bin", "firmware");
+    archive.addFile("fpga.bin", "fpga");
+    const Library library;
+    const auto updater = library.create(optionsFor(UPDATE, archive.path()));
+    watch(*updater);
+    MessageCapture capture(*updater);
+    EXPECT_EQ(updater->apply(), 0u);
+    capture.clear();
+    const int result = updater->run();
+    return {result, capture.text()};
+}
+
 std::vector<std::string> callNames(const std::vector<ordered_json>& trace)
 {
     std::vector<std::string> names;
@@ -41,27 +63,17 @@ std::vector<std::string> callNames(const std::vector<ordered_json>& trace)
 TEST_F(Host, LoadsTheLibraryUpdatesTheTargetAndUnloadsIt)
 {
     SimulatedTarget device(twoElements());
-    TestArchive archive(twoFiles());
-    archive.addFile("firmware.bin", "firmware");
-    archive.addFile("fpga.bin", "fpga");
-    {
-        const Library library;
-        const auto updater = library.create(optionsFor(UPDATE, archive.path()));
-        watch(*updater);
-        MessageCapture capture(*updater);
-        EXPECT_EQ(updater->apply(), 0u);
-        capture.clear();
-        EXPECT_EQ(updater->run(), 1);
-        EXPECT_EQ(capture.text(),
-                  "\nUpdating:\n"
-                  "        Board, Firmware                                 \n"
-                  "[OK]\n"
-                  "\nUpdating:\n"
-                  "        Board, FPGA                                     \n"
-                  "[OK]\n"
-                  "\nResults:\n"
-                  "\n    Update completed successfully!\n");
-    }
+    const Updated updated = update();
+    EXPECT_EQ(updated.result, 1);
+    EXPECT_EQ(updated.text,
+              "\nUpdating:\n"
+              "        Board, Firmware                                 \n"
+              "[OK]\n"
+              "\nUpdating:\n"
+              "        Board, FPGA                                     \n"
+              "[OK]\n"
+              "\nResults:\n"
+              "\n    Update completed successfully!\n");
     EXPECT_EQ(phases, (std::vector<unsigned>{0, 1, 0xFFFFFFFFu}));
     EXPECT_EQ(progress, (std::vector<unsigned>{100, 100, 100, 100}));
     EXPECT_EQ(failures, std::vector<unsigned>());
@@ -100,17 +112,9 @@ TEST_F(Host, IsToldOfFailures)
     document["script"]["elements"]["/ROOT/HCN#1"]["polls"] = {{{"status", 1}, {"done", 1}, {"total", 4}},
                                                               {{"status", 3}}};
     SimulatedTarget device(document);
-    TestArchive archive(twoFiles());
-    archive.addFile("firmware.bin", "firmware");
-    archive.addFile("fpga.bin", "fpga");
-    const Library library;
-    const auto updater = library.create(optionsFor(UPDATE, archive.path()));
-    watch(*updater);
-    MessageCapture capture(*updater);
-    ASSERT_EQ(updater->apply(), 0u);
-    capture.clear();
-    EXPECT_EQ(updater->run(), 0);
-    EXPECT_EQ(capture.text(),
+    const Updated updated = update();
+    EXPECT_EQ(updated.result, 0);
+    EXPECT_EQ(updated.text,
               "\nUpdating:\n"
               "        Board, Firmware                                 \n"
               "[ERROR]\n"
@@ -127,7 +131,7 @@ TEST_F(Host, IsToldOfFailures)
 TEST_F(Host, GetsTheTextOnStandardOutputWithoutAMessageCallback)
 {
     const Library library;
-    const auto updater = library.create(optionsFor(TOOL_VERSION, ""));
+    const auto updater = library.create(optionsFor(TOOL_VERSION));
     testing::internal::CaptureStdout();
     EXPECT_EQ(updater->apply(), 0u);
     EXPECT_EQ(updater->run(), 1);
@@ -177,7 +181,7 @@ TEST_F(Host, CanLoadTheLibraryAgain)
     const SimulatedTarget device(twoElements());
     for (int round = 0; round < 3; ++round) {
         const Library library;
-        EXPECT_EQ(library.create(optionsFor(READ_INVENTORY, ""))->getArchiveId(), 0u);
+        EXPECT_EQ(library.create(optionsFor(READ_INVENTORY))->getArchiveId(), 0u);
     }
     EXPECT_EQ(callNames(device.trace()),
               (std::vector<std::string>{"registerMessages", "unregisterMessages", "registerMessages",
@@ -189,7 +193,7 @@ TEST_F(Host, UnloadsTheLibraryCompletely)
     EXPECT_EQ(::dlopen(TRELLAN_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "linked with the library";
     {
         const Library library;
-        EXPECT_EQ(library.create(optionsFor(TOOL_VERSION, ""))->apply(), 0u);
+        EXPECT_EQ(library.create(optionsFor(TOOL_VERSION))->apply(), 0u);
     }
     EXPECT_EQ(::dlopen(TRELLAN_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
 }
@@ -198,8 +202,8 @@ TEST_F(Host, MayUseTwoUpdatersOneAfterTheOther)
 {
     const SimulatedTarget device(twoElements());
     const Library library;
-    const auto first = library.create(optionsFor(TOOL_VERSION, ""));
-    const auto second = library.create(optionsFor(READ_INVENTORY, ""));
+    const auto first = library.create(optionsFor(TOOL_VERSION));
+    const auto second = library.create(optionsFor(READ_INVENTORY));
     const MessageCapture quiet(*second);
     EXPECT_EQ(second->apply(), 0u);
     unsigned state = 99;

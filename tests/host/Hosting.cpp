@@ -36,16 +36,6 @@ std::unique_ptr<ZoITrellanUpdater> Library::create(const ZoTOptions& options) co
     return std::unique_ptr<ZoITrellanUpdater>(factory(options));
 }
 
-ZoTOptions optionsFor(unsigned command, const std::string& archivePath)
-{
-    ZoTOptions options;
-    options.archivePath = archivePath;
-    options.descriptionFileName = "archive.json";
-    options.noProgress = true;
-    options.command = command;
-    return options;
-}
-
 ordered_json twoElements()
 {
     return target({board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}, {"PRODUCT/NAME", "Board"}},

@@ -13,6 +13,7 @@
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
 #include "support/TestArchive.h"
+#include "support/UpdaterOptions.h"
 
 // The library, loaded for the time of a scope. Its updaters must be gone before.
 class Library {
@@ -31,9 +32,6 @@ private:
     void* handle;
     Factory* factory;
 };
-
-// Options for `command` on the archive in the folder `archivePath`, without progress lines.
-ZoNTrellanUpdater::ZoTOptions optionsFor(unsigned command, const std::string& archivePath);
 
 // A board with a firmware (id 1) and an FPGA (id 2), version 1.0, checksum 5.
 nlohmann::ordered_json twoElements();

@@ -5,16 +5,6 @@
 using nlohmann::ordered_json;
 using namespace ZoNTrellanUpdater;
 
-ZoTOptions optionsFor(unsigned command, const std::string& archivePath)
-{
-    ZoTOptions options;
-    options.archivePath = archivePath;
-    options.descriptionFileName = "archive.json";
-    options.noProgress = true;
-    options.command = command;
-    return options;
-}
-
 ordered_json processorBoard(std::vector<ordered_json> elements, std::vector<ordered_json> items)
 {
     return board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}, {"PRODUCT/NAME", "Processor board"}}, elements, items);

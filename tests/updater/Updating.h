@@ -11,6 +11,7 @@
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
 #include "support/TestArchive.h"
+#include "support/UpdaterOptions.h"
 #include "updater/ZoCTrellanUpdater.h"
 
 // A test that begins with an empty master error list.
@@ -21,9 +22,6 @@ protected:
 
     static ZoCErrorListPool& masterErrors() { return ZoCErrorManager::getSingleton()->getMasterErrorList(); }
 };
-
-// Options for `command` on the archive in the folder `archivePath`, without progress lines.
-ZoNTrellanUpdater::ZoTOptions optionsFor(unsigned command, const std::string& archivePath = "/no/such/archive");
 
 // An HCN "Processor board" of type KR5120 with `elements`, and `items` below it.
 nlohmann::ordered_json processorBoard(std::vector<nlohmann::ordered_json> elements,
