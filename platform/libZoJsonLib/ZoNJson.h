@@ -5,9 +5,15 @@
 // integers beyond 64 bits become floating point, and -0 is a signed number. More than 512 nested levels are refused.
 //
 // A copy of a value shares its nodes, and changing one of them copies only what it must: keeping a part of a large
-// document costs nothing.
+// document costs nothing. The exception is an object or array of which the non-const operator[] has handed out a member
+// or element: that level belongs to this value alone and is copied when the value is, its children by the same rule. So
+// a change through a reference, however old, shows in the value that handed it out (or the one it was moved to) and in
+// no copy. A reference is good until its value is assigned to, grows as an array, or is destroyed.
+//
+// Values are not thread safe, copies that share nodes neither: all calls come from one thread.
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <cstdio>
 #include <memory>
@@ -38,20 +44,25 @@ public:
     json(std::nullptr_t) noexcept;
 
     json(bool value) noexcept;
-    json(int value) noexcept;                 // a signed number
-    json(unsigned int value) noexcept;        // an unsigned number
-    json(unsigned long long value) noexcept;  // an unsigned number
-    json(const char* value);                  // must not be null
+    json(int value) noexcept;  // a signed number
+    json(long value) noexcept;
+    json(long long value) noexcept;
+    json(unsigned int value) noexcept;  // an unsigned number
+    json(unsigned long value) noexcept;
+    json(unsigned long long value) noexcept;
+    json(const char* value);  // must not be null
     json(const std::string& value);
 
     // An empty object, an empty array.
     static json object();
     static json array();
 
-    json(const json&) noexcept;
-    json(json&&) noexcept;
-    json& operator=(const json&) noexcept;
-    json& operator=(json&&) noexcept;
+    // A value that was moved from is null. A value may be assigned to a part of itself, which then holds a copy of it
+    // as it was; it must not be moved there.
+    json(const json& other);
+    json(json&& other) noexcept;
+    json& operator=(const json& other);
+    json& operator=(json&& other) noexcept;
     ~json();
 
     // Parses the rest of `stream` as one document. A stream that is not one valid document, or cannot be read to its
@@ -81,15 +92,29 @@ public:
     json& operator[](const std::string& key);
 
     // The element `index` of an array. The const form throws std::out_of_range when there is none; the other form
-    // extends the array with null values, and turns a null value into an array. Throws type_error when the value is of
-    // another kind.
+    // extends the array with null values, and turns a null value into an array; it throws std::out_of_range for an
+    // index that no array can have. Throws type_error when the value is of another kind.
     const json& operator[](std::size_t index) const;
     json& operator[](std::size_t index);
 
+    // The same for the other integer types, so that [0] is an index and not a null key. A negative index is beyond
+    // every array's size.
+    template <std::integral Index>
+    const json& operator[](Index index) const
+    {
+        return (*this)[static_cast<std::size_t>(index)];
+    }
+    template <std::integral Index>
+    json& operator[](Index index)
+    {
+        return (*this)[static_cast<std::size_t>(index)];
+    }
+
     // The value as a C++ value. Throws type_error when the value is not a string, or not an unsigned number. A number
-    // beyond 32 bits becomes the largest unsigned int.
+    // that is too large for the type becomes its largest one.
     explicit operator std::string() const;
     explicit operator unsigned long long() const;
+    explicit operator unsigned long() const;
     explicit operator unsigned int() const;
 
     // The elements of an array, in order; an empty range for any other value.
@@ -114,6 +139,7 @@ private:
     };
 
     Kind kind = Kind::null;
+    bool handedOut = false;  // a reference to a part was handed out: the node is not shared
     Scalar scalar{};
     std::shared_ptr<void> node;  // a string's, array's or object's content, shared between copies
 };

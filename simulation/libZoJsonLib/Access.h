@@ -47,13 +47,31 @@ struct Access {
         return value;
     }
 
-    // The content of `value`, to be changed: a node that other values share is copied before, its children stay shared.
+    // The node for a copy of `value`: the same one, or, when a reference to a part of it was handed out, one of its own
+    // with copies of its children.
+    static std::shared_ptr<void> nodeForCopy(const json& value)
+    {
+        if (!value.handedOut)
+            return value.node;
+        return value.is_array() ? copyOf<Elements>(value) : copyOf<Members>(value);
+    }
+
+    // The content of `value`, to hand out a part of it for changes: a node that other values share is copied before,
+    // its children stay shared.
     template <typename Content>
-    static Content& ownContent(json& value)
+    static Content& contentToHandOut(json& value)
     {
         if (value.node.use_count() > 1)
-            value.node = std::make_shared<Content>(content<Content>(value));
+            value.node = copyOf<Content>(value);
+        value.handedOut = true;
         return content<Content>(value);
+    }
+
+private:
+    template <typename Content>
+    static std::shared_ptr<void> copyOf(const json& value)
+    {
+        return std::make_shared<Content>(content<Content>(value));
     }
 };
 

@@ -16,12 +16,18 @@ json::json(bool value) noexcept : kind(Kind::boolean)
     scalar.boolean = value;
 }
 
-json::json(int value) noexcept : kind(Kind::integer)
+json::json(int value) noexcept : json(static_cast<long long>(value)) {}
+
+json::json(long value) noexcept : json(static_cast<long long>(value)) {}
+
+json::json(long long value) noexcept : kind(Kind::integer)
 {
     scalar.integer = value;
 }
 
 json::json(unsigned int value) noexcept : json(static_cast<unsigned long long>(value)) {}
+
+json::json(unsigned long value) noexcept : json(static_cast<unsigned long long>(value)) {}
 
 json::json(unsigned long long value) noexcept : kind(Kind::unsignedInteger)
 {
@@ -42,21 +48,28 @@ json json::array()
     return Access::makeNode(Kind::array, Elements{});
 }
 
-json::json(const json&) noexcept = default;
-
-json& json::operator=(const json&) noexcept = default;
+json::json(const json& other) : kind(other.kind), scalar(other.scalar), node(Access::nodeForCopy(other)) {}
 
 // A value that was moved from is null, since it has no node any more.
 json::json(json&& other) noexcept
-    : kind(std::exchange(other.kind, Kind::null)), scalar(other.scalar), node(std::move(other.node))
+    : kind(std::exchange(other.kind, Kind::null)),
+      handedOut(std::exchange(other.handedOut, false)),
+      scalar(other.scalar),
+      node(std::move(other.node))
 {
+}
+
+// By way of a temporary, also when moving: `other` may be this value, a part of it, or (when copying) the whole.
+json& json::operator=(const json& other)
+{
+    return *this = json(other);
 }
 
 json& json::operator=(json&& other) noexcept
 {
-    // By way of a temporary: `other` may be this value, or a part of it.
     json moved(std::move(other));
     kind = moved.kind;
+    handedOut = moved.handedOut;
     scalar = moved.scalar;
     node.swap(moved.node);
     return *this;

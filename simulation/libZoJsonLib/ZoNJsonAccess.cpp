@@ -29,6 +29,13 @@ const json& memberOf(const json& object, const Key& key)
     return found == members.end() ? nullValue() : found->second;
 }
 
+// The number, or the largest that the type can hold.
+template <typename Number>
+Number atMost(unsigned long long number)
+{
+    return static_cast<Number>(std::min<unsigned long long>(number, std::numeric_limits<Number>::max()));
+}
+
 }  // namespace
 
 std::size_t json::size() const noexcept
@@ -65,7 +72,7 @@ json& json::operator[](const std::string& key)
     if (is_null())
         *this = object();
     require(is_object(), "a JSON value that gets a member must be an object");
-    return Access::ownContent<Members>(*this)[key];
+    return Access::contentToHandOut<Members>(*this)[key];
 }
 
 const json& json::operator[](std::size_t index) const
@@ -79,7 +86,9 @@ json& json::operator[](std::size_t index)
     if (is_null())
         *this = array();
     require(is_array(), "a JSON value that gets an element must be an array");
-    auto& elements = Access::ownContent<Elements>(*this);
+    if (index >= Elements().max_size())
+        throw std::out_of_range("no JSON array can have so many elements");
+    auto& elements = Access::contentToHandOut<Elements>(*this);
     if (index >= elements.size())
         elements.resize(index + 1);
     return elements[index];
@@ -97,10 +106,14 @@ json::operator unsigned long long() const
     return scalar.unsignedInteger;
 }
 
+json::operator unsigned long() const
+{
+    return atMost<unsigned long>(static_cast<unsigned long long>(*this));
+}
+
 json::operator unsigned int() const
 {
-    constexpr unsigned long long largest = std::numeric_limits<unsigned int>::max();
-    return static_cast<unsigned int>(std::min(static_cast<unsigned long long>(*this), largest));
+    return atMost<unsigned int>(static_cast<unsigned long long>(*this));
 }
 
 const_iterator json::begin() const noexcept
