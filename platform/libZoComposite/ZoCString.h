@@ -1,6 +1,7 @@
 // ZoCString: the platform's character string.
 //
-// Holds a sequence of bytes (UTF-8 by convention). A value type: copies are independent of each other.
+// Holds a sequence of bytes (UTF-8 by convention). A value type: copies are independent of each other, but one object
+// is not to be used by two threads at a time.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +15,7 @@ public:
     // The characters of `text` up to its terminating NUL; null gives the empty string.
     ZoCString(const char* text);
 
-    // The first `length` characters of `text`, NULs included.
+    // The first `length` characters of `text`, NULs included. `text` may be null when `length` is 0.
     ZoCString(const char* text, std::size_t length);
 
     // The decimal digits of `number`, without sign or leading zeros.

@@ -8,6 +8,8 @@
 // Text form: "Mar.Mir", then ".Mai" when Mai is not 0, then the stage, then "p" and Plv when Plv is not 0. The stage by
 // Spb: 0 nothing when Spn is 0, else "r" and Spn (a release); 1 "a" and Spn; 2 "b" and Spn; 3 and above "s", Spb, "."
 // and Spn. All numbers are decimal: 23.2a12, 23.2.1, 1.0r3p1, 5.0s3.7.
+//
+// A value type: copies are independent of each other, but one object is not to be used by two threads at a time.
 #pragma once
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 // ZoCErrorManager: the process's error manager.
 //
 // One instance for the process. It owns the master error list, makes further lists, knows the registered message tables
-// and sends log messages and warnings.
+// and sends log messages and warnings. Neither it nor its lists are thread safe: all calls come from the host's thread.
 #pragma once
 
 #include "libZoErrorHandling/ZoCErrorList.h"

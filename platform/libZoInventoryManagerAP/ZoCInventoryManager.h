@@ -4,9 +4,11 @@
 // element update2, updateStatus2 until it has finished and updateErrors2, then updateFinish for the target's nodes, and
 // unlock.
 //
-// Every operation that can fail takes an error pool; it has failed when it added errors to it. Return values are kept
-// for older callers. Strings and addresses are only read during the call. Trailing `const char*` arguments are
-// reserved: pass null.
+// Every operation that can fail takes an error pool; it has failed when it added errors to it, and returns 0 only when
+// it did not. The exception is scan, whose result alone counts: a tree may come with errors. Strings and addresses are
+// only read during the call. Trailing `const char*` arguments are reserved: pass null.
+//
+// Not thread safe: all calls, those to the trees included, come from the host's thread.
 #pragma once
 
 #include "libZoErrorHandling/ZoCErrorListPool.h"
@@ -22,7 +24,8 @@ public:
     static ZoCInventoryManager* getInstance();
 
     // Reads the target's inventory. Returns 0 on success; `tree` is then the root item, to be released with
-    // deleteInventoryTree. On failure `tree` is null. `complete` asks for the whole target, all nodes included.
+    // deleteInventoryTree, even when errors were added. On failure it returns another number, of either sign, and
+    // `tree` is null. `complete` asks for the whole target, all nodes included.
     int scan(ZoCErrorListPool& errors, ZoCInventoryItem*& tree, bool complete, const char* reserved);
 
     // Releases a tree given by scan, with all its items. Null is allowed.
@@ -39,7 +42,8 @@ public:
                 unsigned elementId, const char* filePath, unsigned long long fileTime, const char* reserved);
 
     // Asks how the update of element `id` stands. `status` becomes 1 while it is running, with `done` of `total` units
-    // of work; 2 when it has finished; any other value when it has failed.
+    // of work; 2 when it has finished; any other value when it has failed. A call that adds errors has found out
+    // nothing: what it gives does not count, not even `status` 2, and the update may go on.
     int updateStatus2(ZoCErrorListPool& errors, const ZoCInventoryAddress& boardAddress, unsigned& id, unsigned& status,
                       unsigned& done, unsigned& total, const char* reserved);
 

@@ -2,6 +2,8 @@
 //
 // A path of elements, each a kind (a constant of ZoNInventoryIDs) and an index, 1 unless stated otherwise. An item's
 // address is its path from the root; a parameter's address is relative to its item.
+//
+// Inventory trees and addresses are not thread safe: all calls come from the host's thread.
 #pragma once
 
 #include <cstddef>

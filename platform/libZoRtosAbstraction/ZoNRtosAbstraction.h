@@ -1,4 +1,4 @@
-// ZoNRtosAbstraction: operating-system services of the target.
+// ZoNRtosAbstraction: operating-system services of the target. Not thread safe: all calls come from the host's thread.
 #pragma once
 
 #include <cstdio>

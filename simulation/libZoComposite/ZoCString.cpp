@@ -2,7 +2,7 @@
 
 ZoCString::ZoCString(const char* text) : text(text == nullptr ? "" : text) {}
 
-ZoCString::ZoCString(const char* text, std::size_t length) : text(text, length) {}
+ZoCString::ZoCString(const char* text, std::size_t length) : text(text == nullptr ? "" : text, length) {}
 
 ZoCString::ZoCString(unsigned int number) : text(std::to_string(number)) {}
 

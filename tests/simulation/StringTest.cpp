@@ -24,6 +24,7 @@ TEST(String, IsEmptyWhenMadeOfNull)
 {
     const char* nothing = nullptr;
     EXPECT_TRUE(ZoCString(nothing).isEmpty());
+    EXPECT_TRUE(ZoCString(nothing, 0).isEmpty());
 }
 
 TEST(String, HoldsNulsWhenTheLengthIsGiven)
