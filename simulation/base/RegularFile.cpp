@@ -19,11 +19,18 @@ Result check(Result result)
     return result;
 }
 
+// Without O_NONBLOCK, opening a pipe would wait for a writer.
+int openForReading(const std::filesystem::path& path)
+{
+    if (path.native().find('\0') != std::string::npos) {
+        throw FileFault("its name holds a NUL character");  // the system would take it for the end of the name
+    }
+    return check(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+}
+
 }  // namespace
 
-// Without O_NONBLOCK, opening a pipe would wait for a writer.
-RegularFile::RegularFile(const std::filesystem::path& path)
-    : file(check(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)))
+RegularFile::RegularFile(const std::filesystem::path& path) : file(openForReading(path))
 {
     struct stat status = {};
     check(::fstat(file.get(), &status));

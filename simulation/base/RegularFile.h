@@ -18,7 +18,8 @@ public:
 
 class RegularFile {
 public:
-    // Opens the file at `path`. Throws FileFault when there is none, it is no regular file, or it cannot be opened.
+    // Opens the file at `path`. Throws FileFault when there is none, it is no regular file, or it cannot be opened; so
+    // also for a path that holds a NUL character.
     explicit RegularFile(const std::filesystem::path& path);
 
     // In bytes, when it was opened.

@@ -27,7 +27,8 @@ bool convert(const Value& value, ZoCString& result)
 bool convert(const Value& value, ZoCVersion& result)
 {
     const auto* text = std::get_if<std::string>(&value);
-    if (text != nullptr) {
+    // A NUL is in no version; what stands before it alone might be one.
+    if (text != nullptr && text->find('\0') == std::string::npos) {
         result = ZoCVersion(text->c_str());
     }
     return text != nullptr;

@@ -116,6 +116,17 @@ TEST(InventoryItem, ReadsATextThatIsNoVersionAsTheEmptyVersion)
     EXPECT_EQ(reading.count, 0U);
 }
 
+TEST(InventoryItem, ReadsAVersionWithANulAsTheEmptyVersion)
+{
+    for (const std::string& text :
+         {std::string("23.1\0junk", 9), std::string("23.1\0", 5), std::string("\00023.1", 5)}) {
+        const Reading<ZoCVersion> reading(text);
+        EXPECT_EQ(reading.result.getAsULong64(), 0U);
+        EXPECT_EQ(reading.count, 0U);
+    }
+    EXPECT_EQ(Reading<ZoCString>(std::string("23.1\0junk", 9)).result.length(), 9U);
+}
+
 TEST(InventoryItem, RefusesNumbersThatTheTypeCannotHold)
 {
     for (const ordered_json& value : std::vector<ordered_json>{-1, 1.5, 4294967296ULL, 1e30, "7", ""}) {
