@@ -9,7 +9,11 @@ namespace TrellanSimulation {
 using TraceRecord = nlohmann::ordered_json;
 
 // Appends `record` to the file that the environment variable TRELLAN_TRACE names at this moment; does nothing when it
-// is unset or empty.
+// is unset or empty. The file stays open until another one is named or it is removed, so that it is found although
+// mounts cover its folder. The first fault with a name is told on standard error; nothing is ever waited for.
 void trace(const TraceRecord& record);
+
+// Opens the file now: before its folder is covered.
+void openTrace();
 
 }  // namespace TrellanSimulation

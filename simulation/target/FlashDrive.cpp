@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "simulation/base/FileDescriptor.h"
+#include "simulation/base/Trace.h"
 #include "simulation/target/SystemFault.h"
 
 namespace TrellanSimulation {
@@ -172,6 +173,7 @@ void FlashDrive::attach(const std::filesystem::path& target, const std::optional
         detach();
         return;
     }
+    openTrace();
     enterNamespaceOnce();
     // Opened before anything is mounted: the folder may itself be below /mnt.
     const FileDescriptor source = openFolder(AT_FDCWD, folder->string());

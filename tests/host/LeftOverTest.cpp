@@ -8,6 +8,7 @@
 
 #include "Hosting.h"
 #include "simulation/base/Resources.h"
+#include "simulation/base/Trace.h"
 #include "support/MessageCapture.h"
 #include "support/Namespaces.h"
 
@@ -139,6 +140,7 @@ TEST_P(LeftOver, NothingAfterTheUpdaterIsGone)
     const SimulatedTarget device(document);
     std::filesystem::create_directory(device.folder() / "cfdrive");
 
+    TrellanSimulation::openTrace();  // which stays open, by its own contract
     const auto before = openFiles();
     {
         const Library library;

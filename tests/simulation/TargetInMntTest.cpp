@@ -66,3 +66,20 @@ TEST_F(TargetInMnt, IsAcceptedWhereTheMachineHasThePlace)
 {
     EXPECT_EQ(scanErrors("target.json", withDrive, "mkdir -p /mnt/cn/cfdrive"), "");
 }
+
+TEST(TraceInMnt, ReachesItsFileAlthoughTheFlashDriveCoversIt)
+{
+    const TempDir folder;
+    std::filesystem::create_directory(folder.path() / "flash");
+    folder.write("target.json", withDrive);
+    const std::string script =
+        "mount -t tmpfs tmpfs /mnt && \"$1\" scan --target target.json --trace /mnt/trace.jsonl >output && "
+        "cat /mnt/trace.jsonl";
+    const ProcessResult run = runProcess(
+        "/usr/bin/unshare", {"--map-root-user", "--mount", "sh", "-c", script, "sh", TRELLAN_TOOL}, folder.path());
+    EXPECT_EQ(run.errors, "");
+    EXPECT_EQ(run.output,
+              "{\"call\":\"scan\",\"argument\":true,\"result\":0}\n"
+              "{\"call\":\"deleteInventoryTree\"}\n"
+              "{\"call\":\"unregisterMessages\",\"code\":642777088}\n");
+}

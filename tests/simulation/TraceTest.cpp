@@ -1,9 +1,27 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "TraceFile.h"
 #include "simulation/base/Trace.h"
+#include "support/TextFile.h"
 
 using TrellanSimulation::trace;
+
+namespace {
+
+// What tracing two calls to the file `name` prints to standard error.
+std::string faultsOf(const std::string& name)
+{
+    const TraceFile another;
+    trace({{"call", "scan"}});  // so that nothing was told of `name` before
+    setenv("TRELLAN_TRACE", name.c_str(), 1);
+    testing::internal::CaptureStderr();
+    trace({{"call", "lock"}});
+    trace({{"call", "unlock"}});
+    return testing::internal::GetCapturedStderr();
+}
+
+}  // namespace
 
 TEST(Trace, HasALineForEachRecord)
 {
@@ -63,6 +81,48 @@ TEST(Trace, DoesNotDisturbWhenItCannotBeWritten)
 {
     const TraceFile file;
     setenv("TRELLAN_TRACE", "/nowhere/at/all", 1);
+    testing::internal::CaptureStderr();
     EXPECT_NO_THROW(trace({{"call", "lock"}}));
+    testing::internal::GetCapturedStderr();
     EXPECT_EQ(file.text(), "");
+}
+
+TEST(Trace, TellsOnceThatItCannotBeWritten)
+{
+    EXPECT_EQ(faultsOf("/nowhere/at/all"),
+              "WARNING: cannot write the trace /nowhere/at/all: No such file or directory\n");
+    EXPECT_EQ(faultsOf("/nowhere/else"), "WARNING: cannot write the trace /nowhere/else: No such file or directory\n");
+}
+
+TEST(Trace, TellsThatTheMediumIsFull)
+{
+    EXPECT_EQ(faultsOf("/dev/full"), "WARNING: cannot write the trace /dev/full: No space left on device\n");
+}
+
+TEST(Trace, DoesNotWaitForTheReaderOfAPipe)
+{
+    const TempDir folder;
+    const std::string pipe = folder.path() / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_EQ(faultsOf(pipe), "WARNING: cannot write the trace " + pipe + ": No such device or address\n");
+}
+
+TEST(Trace, GoesOnInANewFileWhenItsOwnIsRemoved)
+{
+    const TraceFile file;
+    trace({{"call", "lock"}});
+    std::filesystem::remove(file.path());
+    trace({{"call", "unlock"}});
+    EXPECT_EQ(file.text(), "{\"call\":\"unlock\"}\n");
+}
+
+TEST(Trace, OpensItsFileBeforeTheFirstRecord)
+{
+    const TraceFile file;
+    TrellanSimulation::openTrace();
+    const std::string moved = file.path() + ".moved";
+    std::filesystem::rename(file.path(), moved);
+    trace({{"call", "lock"}});
+    EXPECT_EQ(file.text(), "");
+    EXPECT_EQ(readText(moved), "{\"call\":\"lock\"}\n");
 }
