@@ -6,7 +6,9 @@
 #include <sys/mount.h>
 #include <sys/stat.h>
 
+#include <fstream>
 #include <memory>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -21,6 +23,9 @@ namespace TrellanSimulation {
 namespace {
 
 const std::string drive = "/mnt/cn/cfdrive";
+
+// Tells the file system that covers /mnt from others in /proc/self/mountinfo.
+const std::string coverName = "trellan-simulation";
 
 FileDescriptor openFolder(int at, const std::string& name)
 {
@@ -136,7 +141,7 @@ void makeDriveFolder()
     const FileDescriptor mnt = openFolder(AT_FDCWD, "/mnt");
     checkSystem(mnt.get(), "open /mnt");
     const FileDescriptor cn = openFolder(mnt.get(), "cn");
-    checkSystem(::mount("tmpfs", "/mnt", "tmpfs", 0, "mode=755"), "mount /mnt");
+    checkSystem(::mount(coverName.c_str(), "/mnt", "tmpfs", 0, "mode=755"), "mount /mnt");
     recreate(mnt, "/mnt", "cn");
     makeFolder("/mnt/cn");
     if (cn.isOpen()) {
@@ -155,6 +160,22 @@ void bindDrive(const std::string& source)
         checkSystem(::umount2(drive.c_str(), MNT_DETACH), "unmount " + drive);
     }
     bind(source, drive);
+}
+
+// Whether what is seen as /mnt is the work of makeDriveFolder: by this library, by itself before it was unloaded and
+// loaded again, or by a process that this one descends from.
+bool isMntCovered()
+{
+    bool covered = false;
+    std::ifstream mounts("/proc/self/mountinfo");
+    for (std::string mount; std::getline(mounts, mount);) {
+        std::istringstream fields(mount);
+        std::string id, parent, device, root, place;
+        if (fields >> id >> parent >> device >> root >> place && place == "/mnt") {
+            covered = mount.find(" - tmpfs " + coverName + ' ') != std::string::npos;  // the last one covers the others
+        }
+    }
+    return covered;
 }
 
 // Also when one of them is reached through a symbolic link.
@@ -181,16 +202,17 @@ void FlashDrive::attach(const std::filesystem::path& target, const std::optional
     detach();
     if (!std::filesystem::is_directory(drive)) {
         makeDriveFolder();
-        coversMnt = true;
     }
     bindDrive(throughDescriptor(source, ""));
     attached = true;
 }
 
-void FlashDrive::requireShared(const std::filesystem::path& target, bool withDrive) const
+void FlashDrive::requireShared(const std::filesystem::path& target, bool withDrive)
 {
-    const bool covered = coversMnt || (withDrive && !std::filesystem::is_directory(drive));
-    if (covered && (liesIn(target, "/mnt") || liesIn(target, "/mnt/cn"))) {
+    if (!liesIn(target, "/mnt") && !liesIn(target, "/mnt/cn")) {
+        return;
+    }
+    if (isMntCovered() || (withDrive && !std::filesystem::is_directory(drive))) {
         throw std::runtime_error(
             "beside a flash drive a target must not lie directly in /mnt or /mnt/cn on this machine, move it to a "
             "folder of its own");

@@ -20,13 +20,12 @@ public:
     void attach(const std::filesystem::path& target, const std::optional<std::filesystem::path>& folder);
 
 private:
-    void requireShared(const std::filesystem::path& target, bool withDrive) const;
+    static void requireShared(const std::filesystem::path& target, bool withDrive);
     void enterNamespaceOnce();
     void detach();
 
     bool inNamespace = false;
-    bool coversMnt = false;  // a file system in memory is mounted on /mnt
-    bool attached = false;   // a folder is the drive now
+    bool attached = false;  // a folder is the drive now
 };
 
 }  // namespace TrellanSimulation

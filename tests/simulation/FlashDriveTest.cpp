@@ -5,6 +5,7 @@
 
 #include "Device.h"
 #include "support/Namespaces.h"
+#include "support/Process.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
 
@@ -166,6 +167,18 @@ TEST_F(FlashDrive, MakesElementsValidWhoseFileIsThere)
     EXPECT_EQ(device.target.document(), before);
 }
 
+TEST_F(FlashDrive, HasNoFileWhoseNameHoldsANul)
+{
+    const FlashTarget device({std::string("digits.txt\0junk", 15)});
+    std::ofstream(device.flash() / "digits.txt") << "123456789";
+    const Scan scan;
+    ASSERT_EQ(scan.result, 0);
+    ErrorPool errors;
+    const ZoCInventoryItem& element = scan.item(CN / UPDATE_INFO / FILESYSTEM_ELEMENT);
+    EXPECT_EQ(element.getValue<unsigned char>(errors, VALID), 0);
+    EXPECT_EQ(element.getParameter(CHECKSUM_CRC32), nullptr);
+}
+
 TEST_F(FlashDrive, IsGoneForATargetWithoutOne)
 {
     const FlashTarget first;
@@ -206,6 +219,28 @@ TEST_F(FlashDrive, LeavesNoPlaceForTargetsDirectlyInMntWhereItIsPrivate)
               "The target file /mnt/target.json cannot be read: beside a flash drive a target must not lie directly in "
               "/mnt or /mnt/cn on this machine, move it to a folder of its own.");
     fs::remove("/mnt/target.json");
+}
+
+// As when the library is unloaded and loaded again: a new process knows nothing, but is in the same namespace.
+TEST_F(FlashDrive, LeavesNoPlaceForTargetsDirectlyInMntToWhoeverComesAfter)
+{
+    if (fs::exists(drive)) {
+        GTEST_SKIP() << "this machine has " << drive;
+    }
+    const FlashTarget device;
+    const Scan scan;
+    ASSERT_EQ(scan.result, 0) << scan.errors.text(0);
+    fs::create_directory("/mnt/flash");
+    for (const char* text : {R"({"tree": {"id": "ROOT"}})", R"({"flashDrive": "flash", "tree": {"id": "ROOT"}})"}) {
+        std::ofstream("/mnt/target.json") << text;
+        EXPECT_EQ(
+            runProcess(TRELLAN_TOOL, {"scan", "--target", "/mnt/target.json"}, device.flash()).errors,
+            "ERROR 0x26300007: The target file /mnt/target.json cannot be read: beside a flash drive a target must "
+            "not lie directly in /mnt or /mnt/cn on this machine, move it to a folder of its own.\n")
+            << text;
+    }
+    fs::remove("/mnt/target.json");
+    fs::remove("/mnt/flash");
 }
 
 TEST_F(FlashDrive, HasANameThatIsAPath)

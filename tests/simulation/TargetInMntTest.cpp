@@ -69,6 +69,7 @@ TEST_F(TargetInMnt, IsAcceptedWhereTheMachineHasThePlace)
 
 TEST(TraceInMnt, ReachesItsFileAlthoughTheFlashDriveCoversIt)
 {
+    SKIP_WITHOUT_USER_NAMESPACE();
     const TempDir folder;
     std::filesystem::create_directory(folder.path() / "flash");
     folder.write("target.json", withDrive);
