@@ -1,6 +1,7 @@
 #include "simulation/libZoInventoryTree/Document.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "simulation/libZoInventoryTree/DocumentBuilder.h"
@@ -16,6 +17,12 @@ std::string faultText(const Place& place, std::string_view reason)
         text += ": ";
     }
     return text.append(reason);
+}
+
+template <class Number>
+[[noreturn]] void throwNoWholeNumber(const Place& place, Number lowest, Number highest)
+{
+    throw DocumentFault(place, "not a whole number from " + std::to_string(lowest) + " to " + std::to_string(highest));
 }
 
 }  // namespace
@@ -106,7 +113,18 @@ std::uint64_t getNumber(const Json& value, const Place& place, std::uint64_t low
     if (value.is_number_unsigned() && value.get<std::uint64_t>() >= lowest && value.get<std::uint64_t>() <= highest) {
         return value.get<std::uint64_t>();
     }
-    throw DocumentFault(place, "not a whole number from " + std::to_string(lowest) + " to " + std::to_string(highest));
+    throwNoWholeNumber(place, lowest, highest);
+}
+
+int getInt(const Json& value, const Place& place)
+{
+    const bool fits = value.is_number_unsigned()
+                          ? std::in_range<int>(value.get<std::uint64_t>())
+                          : value.is_number_integer() && std::in_range<int>(value.get<std::int64_t>());
+    if (!fits) {
+        throwNoWholeNumber(place, std::numeric_limits<int>::min(), std::numeric_limits<int>::max());
+    }
+    return value.get<int>();
 }
 
 }  // namespace TrellanSimulation

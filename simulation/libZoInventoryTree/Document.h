@@ -63,4 +63,7 @@ const std::string& getText(const Json& value, const Place& place);
 std::uint64_t getNumber(const Json& value, const Place& place, std::uint64_t lowest = 0,
                         std::uint64_t highest = std::numeric_limits<std::uint32_t>::max());
 
+// The value as a whole number of any sign that an int holds. Throws DocumentFault when it is anything else.
+int getInt(const Json& value, const Place& place);
+
 }  // namespace TrellanSimulation

@@ -70,7 +70,9 @@ ScriptedScan readScan(const Json& source, const Place& place)
     requireMembers(source, {"result", "errors"}, place);
     ScriptedScan scan;
     scan.errors = readList(source, "errors", place, readError);
-    readNumber(source, "result", place, scan.result);
+    if (const Json* result = findMember(source, "result")) {
+        scan.result = getInt(*result, Place(place, "result"));
+    }
     return scan;
 }
 

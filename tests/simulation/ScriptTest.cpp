@@ -66,6 +66,17 @@ TEST(Script, DecidesWhatAScanReturns)
     }
 }
 
+TEST(Script, MayLetAScanReturnAnyNumber)
+{
+    for (const int result : {-1, -2147483647 - 1, 2147483647}) {
+        const SimulatedTarget device(scripted({{"scan", {{{"result", result}}}}}));
+        const Scan scan;
+        EXPECT_EQ(scan.result, result);
+        EXPECT_EQ(scan.tree, nullptr);
+        EXPECT_EQ(scan.errors.count(), 0U);
+    }
+}
+
 TEST(Script, StatesAllPartsOfAnError)
 {
     ordered_json entry;
@@ -159,6 +170,24 @@ TEST(Script, GivesAnUpdateItsNewValuesWhenAPollFindsItFinished)
     session.unlock();
     const ordered_json::json_pointer element("/tree/items/0/items/0/items/0/parameters");
     EXPECT_EQ(device.document()[element]["CHECKSUM_CRC32"], 0xCBF43926U);
+}
+
+TEST(Script, LeavesAnElementAsItWasWhenAPollThatFindsItFinishedHasErrors)
+{
+    ordered_json finished = failing(4, "lost");
+    finished["status"] = 2;
+    const SimulatedTarget device(scriptedElement({{"polls", {finished}}}));
+    const ordered_json before = device.document();
+    const auto file = device.folder() / "a.bin";
+    std::ofstream(file) << "123456789";
+    const Scan scan;
+    Session session;
+    session.start(1, file);
+    EXPECT_EQ(session.poll(1), (Poll{2, 0, 0}));
+    ASSERT_EQ(session.errors.count(), 1U);
+    EXPECT_EQ(session.errors.text(0), "lost");
+    session.unlock();
+    EXPECT_EQ(device.document(), before);
 }
 
 TEST(Script, LeavesAnElementThatDidNotFinishAsItWas)
