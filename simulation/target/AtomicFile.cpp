@@ -18,7 +18,9 @@ namespace {
 class TemporaryFile {
 public:
     explicit TemporaryFile(const std::filesystem::path& path)
-        : name(path.string() + ".XXXXXX"), file(checkSystem(::mkostemp(name.data(), O_CLOEXEC), "create " + name))
+        : target(path),
+          name(path.string() + ".XXXXXX"),
+          file(checkSystem(::mkostemp(name.data(), O_CLOEXEC), operation("create")))
     {
     }
     TemporaryFile(const TemporaryFile&) = delete;
@@ -31,16 +33,16 @@ public:
     }
 
     // Owner and group too, where the system lets this process give files away.
-    void takeAttributesOf(const std::filesystem::path& path)
+    void takeAttributes()
     {
         struct stat status = {};
-        checkSystem(::stat(path.c_str(), &status), "stat " + path.string());
+        checkSystem(::stat(target.c_str(), &status), "stat " + target.string());
         // EINVAL: an owner or group that this process's user namespace does not know.
         if (::fchown(file.get(), status.st_uid, status.st_gid) != 0 && errno != EPERM && errno != EINVAL) {
-            throwSystemFault("chown " + name);
+            throwSystemFault(operation("chown"));
         }
         // The mode comes second, since a new owner takes set-id bits away.
-        checkSystem(::fchmod(file.get(), status.st_mode & 07777), "chmod " + name);
+        checkSystem(::fchmod(file.get(), status.st_mode & 07777), operation("chmod"));
     }
 
     void write(std::string_view content)
@@ -48,21 +50,25 @@ public:
         while (!content.empty()) {
             const ssize_t written = ::write(file.get(), content.data(), content.size());
             if (written < 0) {
-                throwSystemFault("write " + name);
+                throwSystemFault(operation("write"));
             }
             content.remove_prefix(static_cast<std::size_t>(written));
         }
-        checkSystem(::fsync(file.get()), "sync " + name);
+        checkSystem(::fsync(file.get()), operation("sync"));
     }
 
-    void replace(const std::filesystem::path& path)
+    void replaceTarget()
     {
-        checkSystem(::rename(name.c_str(), path.c_str()), "rename " + name);
+        checkSystem(::rename(name.c_str(), target.c_str()), operation("rename"));
         name.clear();
     }
 
 private:
-    std::string name;
+    // Names the file that the user knows: the temporary one is gone by the time that a fault is read.
+    std::string operation(const std::string& verb) const { return verb + " the new " + target.string(); }
+
+    std::filesystem::path target;
+    std::string name;  // empty: it has taken the place of the target
     FileDescriptor file;
 };
 
@@ -79,9 +85,9 @@ void replaceFile(const std::filesystem::path& path, std::string_view content)
     // Opened first: a folder that cannot be synced shall not get the new file.
     const FileDescriptor folder = openFolder(path.parent_path());
     TemporaryFile file(path);
-    file.takeAttributesOf(path);
+    file.takeAttributes();
     file.write(content);
-    file.replace(path);
+    file.replaceTarget();
     checkSystem(::fsync(folder.get()), "sync " + path.parent_path().string());
 }
 

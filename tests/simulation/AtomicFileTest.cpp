@@ -2,10 +2,13 @@
 #include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <fstream>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 #include "simulation/target/AtomicFile.h"
 #include "support/Namespaces.h"
@@ -15,6 +18,51 @@
 
 using TrellanSimulation::replaceFile;
 namespace fs = std::filesystem;
+
+namespace {
+
+// What stood where at a call of fsync.
+struct Sync {
+    bool folder;           // was synced, and no file
+    std::string content;   // of the synced file
+    std::string replaced;  // of the file that is replaced
+};
+
+// The calls of fsync in its scope, in which `replaced` is replaced. One at a time.
+class SyncLog {
+public:
+    explicit SyncLog(fs::path replaced) : replaced(std::move(replaced)) { current = this; }
+    ~SyncLog() { current = nullptr; }
+    SyncLog(const SyncLog&) = delete;
+    SyncLog& operator=(const SyncLog&) = delete;
+
+    const std::vector<Sync>& syncs() const { return calls; }
+
+    static void add(int descriptor)
+    {
+        if (current == nullptr) {
+            return;
+        }
+        const std::string synced = "/proc/self/fd/" + std::to_string(descriptor);
+        const bool folder = fs::is_directory(synced);
+        current->calls.push_back({folder, folder ? "" : readText(synced), readText(current->replaced)});
+    }
+
+private:
+    static inline SyncLog* current = nullptr;
+
+    fs::path replaced;
+    std::vector<Sync> calls;
+};
+
+}  // namespace
+
+// Takes the place of the system's for the whole test program.
+extern "C" int fsync(int descriptor)
+{
+    SyncLog::add(descriptor);
+    return static_cast<int>(::syscall(SYS_fsync, descriptor));
+}
 
 namespace {
 
@@ -63,6 +111,30 @@ TEST_F(ReplacedFile, HasTheNewContent)
 {
     EXPECT_EQ(fault(), "");
     EXPECT_EQ(readText(path), "new");
+}
+
+TEST_F(ReplacedFile, IsWrittenToTheMediumBeforeAndAfterItsReplacement)
+{
+    const SyncLog log(path);
+    EXPECT_EQ(fault(), "");
+    const auto& syncs = log.syncs();
+    ASSERT_EQ(syncs.size(), 2U);
+    EXPECT_FALSE(syncs[0].folder);
+    EXPECT_EQ(syncs[0].content, "new");
+    EXPECT_EQ(syncs[0].replaced, "old");
+    EXPECT_TRUE(syncs[1].folder);
+    EXPECT_EQ(syncs[1].replaced, "new");
+}
+
+TEST_F(ReplacedFile, IsNamedWhenItsFolderTakesNoNewFile)
+{
+    fs::permissions(folder.path(), static_cast<fs::perms>(0555));
+    {
+        const Unprivileged user;
+        EXPECT_EQ(fault(), "create the new " + path.string() + ": Permission denied");
+    }
+    fs::permissions(folder.path(), fs::perms::all);
+    EXPECT_EQ(readText(path), "old");
 }
 
 TEST_F(ReplacedFile, StaysTheOldOneInAFolderThatCannotBeSynced)
