@@ -1,307 +1,14 @@
+// What an update session refuses, and its trace.
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-
-#include <fstream>
-#include <sstream>
 
 #include "Device.h"
-#include "libZoRtosAbstraction/ZoNRtosAbstraction.h"
-#include "simulation/base/Resources.h"
-#include "support/SimulatedTarget.h"
-#include "support/TargetBuilder.h"
-#include "support/UpdateFiles.h"
+#include "ElementDevice.h"
 
 using nlohmann::ordered_json;
 
-namespace {
-
-// Lets simulated time pass.
-void pass(unsigned microseconds)
-{
-    ZoNRtosAbstraction::usleep(microseconds);
-}
-
-const ordered_json::json_pointer elementPointer("/tree/items/0/items/0/items/0/parameters");
-
-// A device with the element 1, and 9 bytes in the file a.bin beside it.
-class Device {
-public:
-    explicit Device(const ordered_json& parameters, const ordered_json& more = ordered_json::object())
-        : target(document(parameters, more))
-    {
-        write("123456789");
-    }
-
-    void write(const std::string& content) const { std::ofstream(file(), std::ios::binary) << content; }
-
-    // The absolute path of a.bin.
-    std::string file() const { return target.folder() / "a.bin"; }
-
-    // The parameters of the element in the target file.
-    ordered_json element() const { return target.document()[elementPointer]; }
-
-    std::string text() const
-    {
-        std::ostringstream content;
-        content << std::ifstream(target.path()).rdbuf();
-        return content.str();
-    }
-
-    SimulatedTarget target;
-
-private:
-    static ordered_json document(const ordered_json& parameters, const ordered_json& more)
-    {
-        ordered_json whole = ::target({board("HCN", {}, {item("UPDATE_ELEMENT[1]", parameters)})});
-        whole.update(more);
-        return whole;
-    }
-};
-
-const ordered_json oldValues = {{"VERSION", "1.0"}, {"ID", 1}, {"VALID", 0}, {"CHECKSUM_CRC32", 7}};
-
-// Updates element 1 with a.bin and unlocks the device.
-void update(const Device& device)
-{
-    const Scan scan;
-    Session session;
-    session.start(1, device.file());
-    pass(10'000'000);
-    EXPECT_EQ(session.poll(1).status, 2U);
-    session.unlock();
-    EXPECT_EQ(session.errors.count(), 0U);
-}
-
-}  // namespace
-
-TEST(UpdateSession, MakesProgressByTheClock)
-{
-    const Device device(oldValues, {{"bytesPerSecond", 3}});
-    const Scan scan;
-    Session session;
-    session.start(1, device.file());
-    EXPECT_EQ(session.poll(1), (Poll{1, 0, 9}));
-    pass(333333);
-    EXPECT_EQ(session.poll(1), (Poll{1, 0, 9}));
-    pass(1);
-    EXPECT_EQ(session.poll(1), (Poll{1, 1, 9}));
-    pass(2'666'665);
-    EXPECT_EQ(session.poll(1), (Poll{1, 8, 9}));
-    pass(1);
-    EXPECT_EQ(session.poll(1), (Poll{2, 9, 9}));
-    pass(5'000'000);
-    EXPECT_EQ(session.poll(1), (Poll{2, 9, 9}));
-    EXPECT_EQ(session.errors.count(), 0U);
-}
-
-TEST(UpdateSession, TransfersAMebibyteInASecondUnlessStatedOtherwise)
-{
-    const Device device(oldValues);
-    device.write(std::string(2'000'000, 'x'));
-    const Scan scan;
-    Session session;
-    session.start(1, device.file());
-    pass(1'000'000);
-    EXPECT_EQ(session.poll(1), (Poll{1, 1048576, 2'000'000}));
-}
-
-TEST(UpdateSession, IsNotConfusedByEnormousRates)
-{
-    const Device device(oldValues, {{"bytesPerSecond", 18446744073709551615ULL}});
-    const Scan scan;
-    Session session;
-    session.start(1, device.file());
-    pass(4'000'000'000);
-    EXPECT_EQ(session.poll(1), (Poll{2, 9, 9}));
-}
-
-TEST(UpdateSession, FinishesAnEmptyFileAtOnce)
-{
-    const Device device(oldValues);
-    device.write("");
-    const Scan scan;
-    Session session;
-    session.start(1, device.file());
-    EXPECT_EQ(session.poll(1), (Poll{2, 0, 0}));
-}
-
-TEST(UpdateSession, WritesTheNewValuesAtUnlock)
-{
-    const Device device(oldValues);
-    const std::string before = device.text();
-    const Scan scan;
-    Session session;
-    session.start(1, device.file());
-    pass(10'000'000);
-    session.poll(1);
-    EXPECT_EQ(device.text(), before);
-    session.unlock();
-    EXPECT_EQ(device.element().dump(), R"({"VERSION":"1.0","ID":1,"VALID":1,"CHECKSUM_CRC32":3421780262})");
-}
-
-TEST(UpdateSession, ChangesNothingElseInTheFile)
-{
-    const Device device(oldValues);
-    std::ofstream(device.target.path()) << R"({"script": {}, "tree": {"items": [{"items": [{"items":
-        [{"parameters": {"VERSION": "1.0", "ID": 1}, "id": "UPDATE_ELEMENT"}], "id": "UPDATE_INFO"}],
-        "id": "HCN", "parameters": {"SLOT": 18446744073709551615, "NAME": "Gerät"}}], "id": "ROOT"},
-        "clock": "virtual"})";
-    update(device);
-    EXPECT_EQ(device.text(), R"({
-  "script": {},
-  "tree": {
-    "items": [
-      {
-        "items": [
-          {
-            "items": [
-              {
-                "parameters": {
-                  "VERSION": "1.0",
-                  "ID": 1,
-                  "CHECKSUM_CRC32": 3421780262,
-                  "VALID": 1
-                },
-                "id": "UPDATE_ELEMENT"
-              }
-            ],
-            "id": "UPDATE_INFO"
-          }
-        ],
-        "id": "HCN",
-        "parameters": {
-          "SLOT": 18446744073709551615,
-          "NAME": "Gerät"
-        }
-      }
-    ],
-    "id": "ROOT"
-  },
-  "clock": "virtual"
-}
-)");
-}
-
-TEST(UpdateSession, TakesVersionAndChecksumFromAHeader)
-{
-    const Device device(oldValues);
-    UpdateFiles::BinaryHeader header;
-    header.checksum = 99;
-    header.version = {23, 2, 0};
-    device.write(UpdateFiles::binaryFile(header));
-    update(device);
-    EXPECT_EQ(device.element().dump(), R"({"VERSION":"23.2","ID":1,"VALID":1,"CHECKSUM_CRC32":99})");
-}
-
-TEST(UpdateSession, KeepsWhatAFileDoesNotCarry)
-{
-    const Device device(oldValues);
-    device.write(UpdateFiles::bitstreamFile(99, 64));
-    update(device);
-    EXPECT_EQ(device.element().dump(), R"({"VERSION":"1.0","ID":1,"VALID":1,"CHECKSUM_CRC32":7})");
-}
-
-TEST(UpdateSession, LeavesTheFileAloneWhenNothingHasChanged)
-{
-    const Device device({{"ID", 1}, {"VALID", 1}, {"CHECKSUM_CRC32", 3421780262}});
-    std::ofstream(device.target.path(), std::ios::app) << "\n\n";
-    const std::string before = device.text();
-    update(device);
-    EXPECT_EQ(device.text(), before);
-}
-
-TEST(UpdateSession, KeepsTheModeOfTheFile)
-{
-    const Device device(oldValues);
-    ASSERT_EQ(::chmod(device.target.path().c_str(), 0640), 0);
-    update(device);
-    struct stat status = {};
-    ASSERT_EQ(::stat(device.target.path().c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 07777, 0640U);
-    EXPECT_EQ(device.element()["VALID"], 1);
-}
-
-TEST(UpdateSession, ReplacesTheFileBehindASymbolicLink)
-{
-    const Device device(oldValues);
-    const auto link = device.target.folder() / "link.json";
-    std::filesystem::create_symlink("target.json", link);
-    ::setenv("TRELLAN_TARGET", link.c_str(), 1);
-    update(device);
-    EXPECT_TRUE(std::filesystem::is_symlink(link));
-    EXPECT_EQ(device.element()["VALID"], 1);
-}
-
-TEST(UpdateSession, WritesEachFinishedElementAtOnceOnARealClock)
-{
-    const Device device(oldValues, {{"clock", "real"}});
-    device.write("");
-    const Scan scan;
-    Session session;
-    session.start(1, device.file());
-    EXPECT_EQ(session.poll(1).status, 2U);
-    EXPECT_EQ(device.element().dump(), R"({"VERSION":"1.0","ID":1,"VALID":1,"CHECKSUM_CRC32":0})");
-}
-
-TEST(UpdateSession, ReportsATargetFileThatCannotBeWritten)
-{
-    const Device device(oldValues);
-    const Scan scan;
-    Session session;
-    session.start(1, device.file());
-    pass(10'000'000);
-    session.poll(1);
-    std::filesystem::remove(device.target.path());
-    session.unlock();
-    ASSERT_EQ(session.errors.count(), 1U);
-    EXPECT_EQ(session.errors.code(0), 0x26300007U);
-    const std::string path = device.target.path();
-    EXPECT_EQ(session.errors.text(0), "The target file " + path + " cannot be read: it cannot be written: stat " +
-                                          path + ": No such file or directory.");
-    std::vector<std::string> left;
-    for (const auto& entry : std::filesystem::directory_iterator(device.target.folder())) {
-        left.push_back(entry.path().filename());
-    }
-    std::sort(left.begin(), left.end());
-    EXPECT_EQ(left, (std::vector<std::string>{"a.bin", "target.json.lock", "trace.jsonl"}));
-}
-
-TEST(UpdateSession, ShowsItsNewValuesToAScan)
-{
-    using namespace ZoNInventoryIDs;
-    const Device device(oldValues);
-    const Scan before;
-    Session session;
-    session.start(1, device.file());
-    pass(10'000'000);
-    session.poll(1);
-    const Scan during;
-    ErrorPool errors;
-    EXPECT_EQ(during.item(HCN / UPDATE_INFO / UPDATE_ELEMENT).getValue<unsigned>(errors, CHECKSUM_CRC32), 0xCBF43926U);
-    session.unlock();
-    const Scan after;
-    EXPECT_EQ(after.item(HCN / UPDATE_INFO / UPDATE_ELEMENT).getValue<unsigned>(errors, CHECKSUM_CRC32), 0xCBF43926U);
-    EXPECT_EQ(errors.count(), 0U);
-}
-
-TEST(UpdateSession, ReadsTheFileAgainWhenItBegins)
-{
-    const Device device(oldValues);
-    const Scan scan;
-    ordered_json document = device.target.document();
-    document[elementPointer]["VERSION"] = "2.0";  // as another process would have left it
-    std::ofstream(device.target.path()) << document;
-    Session session;
-    session.start(1, device.file());
-    pass(10'000'000);
-    session.poll(1);
-    session.unlock();
-    EXPECT_EQ(device.element().dump(), R"({"VERSION":"2.0","ID":1,"VALID":1,"CHECKSUM_CRC32":3421780262})");
-}
-
 TEST(UpdateSession, RefusesElementsThatTheBoardDoesNotHave)
 {
-    const Device device(oldValues);
+    const ElementDevice device(oldValues);
     const Scan scan;
     Session session;
     session.start(2, device.file());
@@ -322,7 +29,7 @@ TEST(UpdateSession, NeverFindsAnElementWithoutAnId)
         if (!id.is_null()) {
             parameters["ID"] = id;
         }
-        const Device device(parameters);
+        const ElementDevice device(parameters);
         const Scan scan;
         Session session;
         session.start(1, device.file());
@@ -335,7 +42,7 @@ TEST(UpdateSession, NeverFindsAnElementWithoutAnId)
 
 TEST(UpdateSession, RefusesFilesThatCannotBeRead)
 {
-    const Device device(oldValues);
+    const ElementDevice device(oldValues);
     const Scan scan;
     Session session;
     session.start(1, "/nowhere/a.bin");
@@ -351,7 +58,7 @@ TEST(UpdateSession, RefusesFilesThatCannotBeRead)
 
 TEST(UpdateSession, RefusesAnyOtherHandle)
 {
-    const Device device(oldValues);
+    const ElementDevice device(oldValues);
     const Scan scan;
     Session session;
     const unsigned handle = session.handle;
@@ -375,7 +82,7 @@ TEST(UpdateSession, RefusesAnyOtherHandle)
 
 TEST(UpdateSession, ForgetsItsUpdatesAtTheEnd)
 {
-    const Device device(oldValues);
+    const ElementDevice device(oldValues);
     const Scan scan;
     Session first;
     first.start(1, device.file());
@@ -388,7 +95,7 @@ TEST(UpdateSession, ForgetsItsUpdatesAtTheEnd)
 
 TEST(UpdateSession, TracesEachCall)
 {
-    const Device device(oldValues, {{"bytesPerSecond", 1}});
+    const ElementDevice device(oldValues, {{"bytesPerSecond", 1}});
     ErrorPool errors;
     ErrorPool results;
     auto& manager = *ZoCInventoryManager::getInstance();
@@ -444,7 +151,7 @@ TEST(UpdateSession, TracesTheErrorsOfBothListsTogether)
     const ordered_json error = {{"code", 1}, {"text", "slow"}};
     script["elements"]["/ROOT/HCN#1"]["finish"] = ordered_json::array(
         {{{"errors", ordered_json::array({error})}, {"results", ordered_json::array({error, error})}}});
-    const Device device(oldValues, {{"script", script}});
+    const ElementDevice device(oldValues, {{"script", script}});
     const Scan scan;
     Session session;
     session.collect(1);
