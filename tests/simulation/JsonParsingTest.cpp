@@ -198,6 +198,25 @@ TEST(JsonParsing, RefusesAStreamThatCannotBeRead)
     EXPECT_TRUE(json::parse(folder.get()).is_invalid());
 }
 
+TEST(JsonParsing, RefusesAStreamThatFailsBehindAWholeDocument)
+{
+    bool wasRead = false;
+    const auto readOnce = [](void* cookie, char* buffer, std::size_t) -> ssize_t {
+        bool& done = *static_cast<bool*>(cookie);
+        if (done)
+            return -1;
+        done = true;
+        buffer[0] = '{';
+        buffer[1] = '}';
+        buffer[2] = ' ';
+        return 3;
+    };
+    const OpenFile stream(fopencookie(&wasRead, "rb", {readOnce, nullptr, nullptr, nullptr}));
+    ASSERT_NE(stream, nullptr);
+    EXPECT_TRUE(json::parse(stream.get()).is_invalid());
+    EXPECT_TRUE(wasRead);
+}
+
 TEST(JsonParsing, KeepsTheBlanksWithinStrings)
 {
     EXPECT_EQ(reprint(R"({ "a  b" :  "  x \"  y  \\"  ,  "c":"   "  })"), R"({"a  b":"  x \"  y  \\","c":"   "})");

@@ -66,6 +66,12 @@ TEST(UpdateContent, OfABitstreamIsItsChecksum)
     EXPECT_EQ(content.version, noText);
 }
 
+TEST(UpdateContent, OfABitstreamMayHaveAHeaderOfAnyLength)
+{
+    EXPECT_EQ(contentOf(UpdateFiles::bitstreamFile(0x89ABCDEF, 256)).checksum, 0x89ABCDEFU);
+    EXPECT_EQ(contentOf(UpdateFiles::bitstreamFile(0x89ABCDEF, 0x5C000000)).checksum, 0x89ABCDEFU);
+}
+
 TEST(UpdateContent, OfABitstreamWithAShortHeaderIsNothing)
 {
     const UpdateContent content = contentOf(UpdateFiles::bitstreamFile(0x89ABCDEF, 91));
@@ -93,6 +99,8 @@ TEST(UpdateContent, OfAnInventoryFileIsNothingWhereTheTreeHasNothing)
     const UpdateContent content = contentOf(UpdateFiles::inventoryFile({{"FIRMWARE/CHECKSUM_CRC32", "7"}}));
     EXPECT_EQ(content.checksum, std::nullopt);
     EXPECT_EQ(content.version, noText);
+    const UpdateContent beyond = contentOf(UpdateFiles::inventoryFile({{"FIRMWARE/CHECKSUM_CRC32", 4294967303}}));
+    EXPECT_EQ(beyond.checksum, std::nullopt);
 }
 
 TEST(UpdateContent, OfAnyOtherFileIsTheChecksumOfItsBytes)
@@ -124,10 +132,19 @@ TEST(UpdateContent, IsMissingWhereNoFileCanBeRead)
     EXPECT_FALSE(fileChecksum("/tmp"));
 }
 
+TEST(UpdateContent, IsMissingWhereANameHoldsANul)
+{
+    const TempDir folder;
+    const std::string file = folder.write("update.bin", digits);
+    EXPECT_EQ(fileChecksum(file), digitsChecksum);
+    EXPECT_FALSE(fileChecksum(file + std::string("\0junk", 5)));
+    EXPECT_FALSE(readUpdateContent(file + std::string("\0junk", 5)));
+}
+
 TEST(UpdateContent, OfAnInventoryFileMayFollowAnyNumberOfBlanks)
 {
     const std::string inventory = UpdateFiles::inventoryFile({{"FIRMWARE/CHECKSUM_CRC32", 7}});
-    for (const std::size_t count : {999U, 1000U, 65536U, 200000U}) {
+    for (const std::size_t count : {999U, 1000U, 65533U, 65536U, 200000U}) {
         EXPECT_EQ(contentOf(std::string(count, ' ') + inventory).checksum, 7U) << count;
         EXPECT_EQ(contentOf("\xEF\xBB\xBF" + std::string(count, '\n') + inventory).checksum, 7U) << count;
     }
