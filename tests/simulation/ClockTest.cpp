@@ -32,7 +32,8 @@ private:
 
 TEST_F(Clock, IsRealUnlessAnythingElseIsSaid)
 {
-    EXPECT_EQ(TrellanSimulation::clockKind(), ClockKind::real);
+    GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process in which nobody has said anything yet
+    EXPECT_EXIT(std::exit(TrellanSimulation::clockKind() == ClockKind::real ? 0 : 1), ::testing::ExitedWithCode(0), "");
 }
 
 TEST_F(Clock, LetsRealTimePass)

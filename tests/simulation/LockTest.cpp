@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "Device.h"
+#include "simulation/base/Clock.h"
 #include "simulation/base/Resources.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
@@ -170,10 +171,24 @@ TEST(Lock, NeedsALockFileForReadingOnly)
     const std::string file = device.folder() / "target.json.lock";
     std::ofstream(file).flush();
     std::filesystem::permissions(device.folder(), std::filesystem::perms::all);
+    std::filesystem::permissions(device.path(), static_cast<std::filesystem::perms>(0644));
     std::filesystem::permissions(file, static_cast<std::filesystem::perms>(0444));
     const Scan scan;
     const Unprivileged user;
     const Session session;
     EXPECT_EQ(session.errors.count(), 0U);
     EXPECT_NE(session.handle, 0U);
+}
+
+TEST(Lock, TakesTheTargetsClockWithoutAScan)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process that has not scanned any target
+    EXPECT_EXIT(
+        {
+            const SimulatedTarget device(target({}));
+            const Session session;
+            const bool isVirtual = TrellanSimulation::clockKind() == TrellanSimulation::ClockKind::virtualTime;
+            std::_Exit(session.handle != 0 && isVirtual ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
 }
