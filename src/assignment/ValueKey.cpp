@@ -7,12 +7,12 @@ namespace ZoNUpdateAssignment {
 // The length goes before the text, which may hold any character.
 std::string textKey(const std::string& text)
 {
-    return "t" + std::to_string(text.size()) + ":" + text;
+    return std::to_string(text.size()) + ":" + text;
 }
 
 std::string numberKey(unsigned long long number)
 {
-    return "#" + std::to_string(number) + ";";
+    return std::to_string(number) + ";";
 }
 
 std::string valueKey(const json& value)

@@ -17,7 +17,7 @@ TEST(ValueKeyTest, NoKeyIsTheBeginningOfAnother)
 {
     std::vector<std::string> keys = {valueKey(nullptr), textKey(""),   textKey("a"),  textKey("null"),
                                      textKey("1"),      numberKey(0),  numberKey(1),  numberKey(10),
-                                     numberKey(100),    numberKey(11), textKey("1:"), textKey("#1;")};
+                                     numberKey(100),    numberKey(11), textKey("1:"), textKey("1;")};
     for (unsigned character = 0; character < 256; ++character)
         keys.push_back(textKey("a" + std::string(1, static_cast<char>(character))));
     for (std::size_t i = 0; i < keys.size(); ++i) {
