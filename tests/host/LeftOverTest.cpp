@@ -98,9 +98,9 @@ const Situation situations[] = {
      },
      0, 0},
     {"UnsupportedTarget", [](auto&, auto& archive, auto&) { archive["files"].erase(1); }, 2, 1},
-    {"FailedLock", [](auto& target, auto&, auto&) { target["script"]["lock"] = {lost}; }, 0, 0},
+    {"FailedLock", [](auto& target, auto&, auto&) { target["script"]["lock"] = ordered_json::array({lost}); }, 0, 0},
     {"MissingFile", [](auto&, auto& archive, auto&) { archive["files"][0]["name"] = "nosuch.bin"; }, 0, 0},
-    {"FailedStart", [](auto& target, auto&, auto&) { script(target, "start") = {lost}; }, 0, 0},
+    {"FailedStart", [](auto& target, auto&, auto&) { script(target, "start") = ordered_json::array({lost}); }, 0, 0},
     {"FailedPolls",
      [](auto& target, auto&, auto&) {
          script(target, "polls") = {lost, lost};
@@ -111,14 +111,17 @@ const Situation situations[] = {
          script(target, "polls") = {{{"status", 7}}};
      },
      0, 0},
-    {"FailedFetchOfErrors", [](auto& target, auto&, auto&) { script(target, "finish") = {lost}; }, 0, 0},
+    {"FailedFetchOfErrors", [](auto& target, auto&, auto&) { script(target, "finish") = ordered_json::array({lost}); },
+     0, 0},
     {"ErrorsOfTheUpdate",
      [](auto& target, auto&, auto&) {
          script(target, "finish") = {{{"results", {{{"code", 5}, {"text", "verify"}}}}}};
      },
      0, 0},
-    {"FailedFinish", [](auto& target, auto&, auto&) { target["script"]["updateFinish"] = {lost}; }, 0, 0},
-    {"FailedUnlock", [](auto& target, auto&, auto&) { target["script"]["unlock"] = {lost}; }, 0, 0},
+    {"FailedFinish", [](auto& target, auto&, auto&) { target["script"]["updateFinish"] = ordered_json::array({lost}); },
+     0, 0},
+    {"FailedUnlock", [](auto& target, auto&, auto&) { target["script"]["unlock"] = ordered_json::array({lost}); }, 0,
+     0},
 };
 
 class LeftOver : public Host, public testing::WithParamInterface<Situation> {};

@@ -194,7 +194,7 @@ TEST_F(Run, ReportsErrorsAfterTheOutputOfAnyCommand)
 TEST_F(Run, ReportsTheErrorsThatApplyingLeft)
 {
     ordered_json document = processorTarget();
-    document["script"]["scan"] = {busy};
+    document["script"]["scan"] = ordered_json::array({busy});
     const SimulatedTarget device(document);
     EXPECT_EQ(ran(INSTALLED_VERSIONS), installedTable + busyReport);
     EXPECT_EQ(result, 0);
@@ -203,7 +203,7 @@ TEST_F(Run, ReportsTheErrorsThatApplyingLeft)
 TEST_F(Run, ReportsWhyTheTargetCouldNotBeLocked)
 {
     ordered_json document = processorTarget();
-    document["script"]["lock"] = {busy};
+    document["script"]["lock"] = ordered_json::array({busy});
     const SimulatedTarget device(document);
     EXPECT_EQ(ran(UPDATE), busyReport);
     EXPECT_EQ(result, 0);
@@ -257,7 +257,7 @@ TEST_F(Run, WritesNoFileWhoseTargetPathGoesOnAfterANul)
 TEST_F(Run, ReportsTheErrorsOfAFailedElementAgain)
 {
     ordered_json document = processorTarget();
-    document["script"]["elements"]["/ROOT/HCN#1"]["start"] = {busy};
+    document["script"]["elements"]["/ROOT/HCN#1"]["start"] = ordered_json::array({busy});
     const SimulatedTarget device(document);
     EXPECT_EQ(ran(UPDATE),
               "\nUpdating:\n"
@@ -275,7 +275,7 @@ TEST_F(Run, ReportsTheErrorsOfAFailedElementAgain)
 TEST_F(Run, FailsForErrorsThatDidNotHurtTheUpdate)
 {
     ordered_json document = processorTarget();
-    document["script"]["unlock"] = {busy};
+    document["script"]["unlock"] = ordered_json::array({busy});
     const SimulatedTarget device(document);
     EXPECT_EQ(ran(UPDATE), updated + busyReport);
     EXPECT_EQ(result, 0);
@@ -299,7 +299,7 @@ TEST_F(Run, GivesTheTextOfEveryCommandToTheCallbackAndNothingToStandardOutput)
     for (unsigned command = TOOL_VERSION; command <= UPDATE; ++command) {
         ordered_json document = target({processorBoard({installedFirmware(1), installedFirmware(2)})});
         document["script"]["elements"]["/ROOT/HCN#1"]["polls"] = {busy, busy};
-        document["script"]["unlock"] = {busy};
+        document["script"]["unlock"] = ordered_json::array({busy});
         const SimulatedTarget device(document);
         ZoTOptions options = optionsFor(command, archive.path());
         options.verbose = true;
@@ -345,7 +345,7 @@ TEST_F(RunWithUnsupportedEntries, WarnsAfterTheUpdateAndSucceeds)
 TEST_F(RunWithUnsupportedEntries, WarnsAlsoWhenErrorsAreReportedAfterTheUpdate)
 {
     ordered_json document = processorTarget();
-    document["script"]["unlock"] = {busy};
+    document["script"]["unlock"] = ordered_json::array({busy});
     const SimulatedTarget device(document);
     EXPECT_EQ(ran(UPDATE, partlySupported.path()), updated + busyReport);
     EXPECT_EQ(result, 0);
@@ -355,7 +355,7 @@ TEST_F(RunWithUnsupportedEntries, WarnsAlsoWhenErrorsAreReportedAfterTheUpdate)
 TEST_F(RunWithUnsupportedEntries, WarnsBeforeErrorsAreReported)
 {
     ordered_json document = processorTarget();
-    document["script"]["unlock"] = {busy};
+    document["script"]["unlock"] = ordered_json::array({busy});
     const SimulatedTarget device(document);
     ZoCTrellanUpdater updater(optionsFor(UPDATE, partlySupported.path()));
     watched = &device;
@@ -372,7 +372,7 @@ TEST_F(RunWithUnsupportedEntries, WarnsBeforeErrorsAreReported)
 TEST_F(RunWithUnsupportedEntries, DoesNotWarnAfterAFailedUpdate)
 {
     ordered_json document = processorTarget();
-    document["script"]["lock"] = {busy};
+    document["script"]["lock"] = ordered_json::array({busy});
     const SimulatedTarget device(document);
     EXPECT_EQ(ran(UPDATE, partlySupported.path()), busyReport);
     EXPECT_TRUE(callsOf("sendWarning", device.trace()).empty());
