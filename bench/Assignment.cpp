@@ -16,11 +16,13 @@ void fill(Workspace& workspace, unsigned n, const std::function<nlohmann::json(u
           const std::function<void(Element&, unsigned)>& change)
 {
     nlohmann::json entries = nlohmann::json::array();
-    for (unsigned i = 0; i < n; ++i)
+    for (unsigned i = 0; i < n; ++i) {
         entries.push_back(entryOf(members(i)));
+    }
     const std::string path = workspace.write("archive.json", descriptionOf(entries));
-    if (!workspace.updater().getArchive().readDescriptionFileJson(workspace.errors(), path))
+    if (!workspace.updater().getArchive().readDescriptionFileJson(workspace.errors(), path)) {
         throw std::runtime_error("the archive description is not valid");
+    }
     for (unsigned i = 0; i < n; ++i) {
         Element& element = workspace.updater().getInventory().getUpdateElementList().emplace_back();
         element.index = i;
@@ -36,11 +38,13 @@ void run(benchmark::State& state, const std::function<nlohmann::json(unsigned)>&
 {
     Workspace workspace;
     fill(workspace, static_cast<unsigned>(state.range(0)), members, change);
-    for ([[maybe_unused]] auto iteration : state)
+    for ([[maybe_unused]] auto iteration : state) {
         workspace.updater().getAssignment().makeAssignment();
+    }
     double assigned = 0;
-    for (const Element& element : workspace.updater().getInventory().getUpdateElementList())
+    for (const Element& element : workspace.updater().getInventory().getUpdateElementList()) {
         assigned += element.updateFileIndex >= 0 ? 1 : 0;
+    }
     state.counters["assigned"] = assigned;
     state.SetComplexityN(state.range(0));
 }
@@ -122,8 +126,9 @@ void assignOneFileForManyBoards(benchmark::State& state)
             entry["boardType"] = "other";
             return entry;
         }
-        for (unsigned type = 0; type < count; ++type)
+        for (unsigned type = 0; type < count; ++type) {
             entry["boards"].push_back({{"boardType", numbered("T", type)}});
+        }
         return entry;
     };
     run(state, members, [](Element& element, unsigned i) {
@@ -139,8 +144,9 @@ void assignManyAcceptedIds(benchmark::State& state)
         state,
         [](unsigned i) {
             nlohmann::json accepted = nlohmann::json::array();
-            for (unsigned k = 0; k < 65; ++k)
+            for (unsigned k = 0; k < 65; ++k) {
                 accepted.push_back(1000000 * k + i);
+            }
             return nlohmann::json{{"boardType", "T"}, {"id", 1}, {"hwCompatibilityId", accepted}};
         },
         [](Element& element, unsigned i) {
@@ -160,8 +166,9 @@ void computePhases(benchmark::State& state)
     fill(workspace, count, members, [](Element& element, unsigned i) { element.id = i; });
     ZoCUpdateAssignment& assignment = workspace.updater().getAssignment();
     assignment.makeAssignment();
-    for ([[maybe_unused]] auto iteration : state)
+    for ([[maybe_unused]] auto iteration : state) {
         assignment.computeUpdatePhase();
+    }
     state.counters["phases"] = assignment.getNumberOfUpdatePhases();
     state.SetComplexityN(state.range(0));
 }

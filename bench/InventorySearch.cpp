@@ -16,7 +16,7 @@ constexpr unsigned elementsOfBoard = 8;
 nlohmann::json boardWithElements(unsigned index)
 {
     nlohmann::json elements = nlohmann::json::array();
-    for (unsigned i = 1; i <= elementsOfBoard; ++i)
+    for (unsigned i = 1; i <= elementsOfBoard; ++i) {
         elements.push_back({{"id", "UPDATE_ELEMENT[" + std::to_string(i) + "]"},
                             {"parameters",
                              {{"ID", i},
@@ -26,6 +26,7 @@ nlohmann::json boardWithElements(unsigned index)
                               {"ACTIVE", 1},
                               {"VERSION", "1.0"},
                               {"CHECKSUM_CRC32", 7}}}});
+    }
     return {{"id", "IOMODULE[" + std::to_string(index) + "]"},
             {"parameters", {{"PRODUCT/BOARD_TYPE", "T"}, {"PRODUCT/NAME", "Board"}, {"PRODUCT/SERIAL_NUMBER", index}}},
             {"items", {{{"id", "UPDATE_INFO"}, {"items", elements}}}}};
@@ -37,8 +38,9 @@ nlohmann::json unitWithBoards(unsigned units, unsigned boardsOfUnit)
 {
     nlohmann::json items = nlohmann::json::array();
     for (unsigned i = 1; i <= boardsOfUnit; ++i) {
-        if (i == boardsOfUnit / 2 && units > 1)
+        if (i == boardsOfUnit / 2 && units > 1) {
             items.push_back(unitWithBoards(units - 1, boardsOfUnit));
+        }
         items.push_back(boardWithElements(i));
     }
     return {{"id", "NETC"}, {"parameters", {{"PRODUCT/UNITNAME", "Unit " + std::to_string(units)}}}, {"items", items}};
@@ -53,8 +55,9 @@ std::unique_ptr<ZoCInventoryItem> treeOf(Workspace& workspace, unsigned elements
     unsigned checksum = 0;
     ZoCInventoryData::extractInventoryTreeFromFile(workspace.errors(), workspace.write("tree.json", document).c_str(),
                                                    root, hasChecksum, checksum);
-    if (root == nullptr)
+    if (root == nullptr) {
         throw std::runtime_error(workspace.errors().getErrorText(0));
+    }
     return std::unique_ptr<ZoCInventoryItem>(root);
 }
 
@@ -64,8 +67,9 @@ void searchElementsOfFewUnits(benchmark::State& state)
     Workspace workspace;
     const std::unique_ptr<ZoCInventoryItem> tree = treeOf(workspace, count, 5);
     ZoCUpdateInventory& inventory = workspace.updater().getInventory();
-    for ([[maybe_unused]] auto iteration : state)
+    for ([[maybe_unused]] auto iteration : state) {
         inventory.searchUpdateElements(workspace.errors(), tree.get(), nullptr, true);
+    }
     state.counters["found"] = static_cast<double>(inventory.getUpdateElementList().size());
     state.SetComplexityN(state.range(0));
 }

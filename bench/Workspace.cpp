@@ -8,8 +8,9 @@
 Workspace::Workspace() : instance(std::make_unique<OpenUpdater>(ZoNTrellanUpdater::ZoTOptions()))
 {
     std::string name = (std::filesystem::temp_directory_path() / "trellan-bench-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr)
+    if (mkdtemp(name.data()) == nullptr) {
         throw std::runtime_error("cannot make the folder " + name);
+    }
     folder = name;
     errorList = makeErrorList();
     instance->setMessageCallBack([](const std::string&) {});
@@ -26,8 +27,9 @@ std::string Workspace::write(const std::string& name, const nlohmann::json& docu
     const std::filesystem::path path = folder / name;
     std::ofstream file(path);
     file << document.dump();
-    if (!file.flush())
+    if (!file.flush()) {
         throw std::runtime_error("cannot write " + path.string());
+    }
     return path.string();
 }
 

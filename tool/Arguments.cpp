@@ -97,8 +97,9 @@ std::optional<std::uint32_t> parseIndex(const std::string& text)
     std::uint32_t index = 0;
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, index);
-    if (error != std::errc() || stop != end)
+    if (error != std::errc() || stop != end) {
         return std::nullopt;
+    }
     return index;
 }
 
@@ -130,9 +131,10 @@ std::string absolutePath(const std::string& path)
 {
     std::error_code error;
     const std::filesystem::path absolute = std::filesystem::absolute(path, error);
-    if (error)
+    if (error) {
         throw std::runtime_error("cannot tell which file the relative path '" + path +
                                  "' means: there is no working folder (" + error.message() + ")");
+    }
     return absolute.string();
 }
 
@@ -145,20 +147,24 @@ void addFileOption(CLI::App& app, const char* name, std::optional<std::string>& 
 
 void addOptions(CLI::App& app, Arguments& arguments)
 {
-    for (const TextOption& entry : textOptions)
+    for (const TextOption& entry : textOptions) {
         takeOneValue(app.add_option(entry.name, arguments.options.*entry.field, entry.description), entry.placeholder,
                      checkText);
-    for (const FlagOption& entry : flagOptions)
+    }
+    for (const FlagOption& entry : flagOptions) {
         app.add_flag(entry.name, arguments.options.*entry.field, entry.description);
+    }
     const auto exclude = [&arguments](const std::vector<std::string>& indices) {
-        for (const std::string& index : indices)
+        for (const std::string& index : indices) {
             arguments.excluded.push_back(parseIndex(index).value());
+        }
     };
     takeOneValue(app.add_option_function<std::vector<std::string>>(
                      excludeOption, exclude, "Leave the element with this number out of the update; may be repeated"),
                  "INDEX", checkIndex);
-    for (const FileOption& entry : fileOptions)
+    for (const FileOption& entry : fileOptions) {
         addFileOption(app, entry.name, arguments.*entry.field, entry.description);
+    }
 }
 
 void addArchive(CLI::App& app, std::string& archivePath)
@@ -172,12 +178,14 @@ void addArchive(CLI::App& app, std::string& archivePath)
 void addCommand(CLI::App& app, const CommandEntry& entry, Arguments& arguments)
 {
     CLI::App* const command = app.add_subcommand(entry.name, entry.description);
-    if (entry.takesArchive)
+    if (entry.takesArchive) {
         addArchive(*command, arguments.options.archivePath);
+    }
     addOptions(*command, arguments);
-    if (entry.givesJson)
+    if (entry.givesJson) {
         command->add_flag("--json", arguments.json,
                           "Print a JSON document; the library's own text goes to standard error");
+    }
     command->callback([&arguments, &entry] {
         arguments.command = entry.name;
         arguments.options.command = entry.code;
@@ -190,8 +198,9 @@ void addCommand(CLI::App& app, const CommandEntry& entry, Arguments& arguments)
 const CLI::Option* findOption(const CLI::App& app, const std::string& name)
 {
     for (const CLI::App* const command : app.get_subcommands(nullptr)) {
-        if (const CLI::Option* const option = command->get_option_no_throw(name))
+        if (const CLI::Option* const option = command->get_option_no_throw(name)) {
             return option;
+        }
     }
     return nullptr;
 }
@@ -199,8 +208,9 @@ const CLI::Option* findOption(const CLI::App& app, const std::string& name)
 // The parser would read "-v-force" as "-v --force", and "-v-" as "-v --".
 void checkShortFlags(const std::string& argument)
 {
-    if (argument.starts_with('-') && !argument.starts_with("--") && argument.find('-', 1) != std::string::npos)
+    if (argument.starts_with('-') && !argument.starts_with("--") && argument.find('-', 1) != std::string::npos) {
         throw UsageError("unexpected argument '" + argument + "'");
+    }
 }
 
 // A flag has no value, though the parser would take one. An option whose value was forgotten would take the next option
@@ -212,15 +222,19 @@ void checkValues(const CLI::App& app, const std::vector<std::string>& arguments)
         const std::string name = arguments[i].substr(0, arguments[i].find('='));
         const CLI::Option* const option = name.starts_with("--") ? findOption(app, name) : nullptr;
         const bool hasValue = name != arguments[i];
-        if (option == nullptr)
+        if (option == nullptr) {
             continue;
-        if (option->get_items_expected_max() == 0 && hasValue)
+        }
+        if (option->get_items_expected_max() == 0 && hasValue) {
             throw UsageError(name + ": no value is expected");
-        if (option->get_items_expected_max() == 0 || hasValue || i + 1 == arguments.size())
+        }
+        if (option->get_items_expected_max() == 0 || hasValue || i + 1 == arguments.size()) {
             continue;
+        }
         const std::string& value = arguments[++i];
-        if (name != excludeOption && value.starts_with('-'))
+        if (name != excludeOption && value.starts_with('-')) {
             throw UsageError(name + ": a value is expected, not '" + value + "'");
+        }
     }
 }
 
@@ -233,11 +247,13 @@ std::vector<std::string> toBeParsed(std::vector<std::string> typed)
     for (std::string& argument : typed) {
         options = options && argument != "--";
         const bool emptyValue = options && argument.starts_with("--") && argument.find('=') == argument.size() - 1;
-        if (emptyValue)
+        if (emptyValue) {
             argument.pop_back();
+        }
         arguments.push_back(std::move(argument));
-        if (emptyValue)
+        if (emptyValue) {
             arguments.emplace_back();
+        }
     }
     std::reverse(arguments.begin(), arguments.end());
     return arguments;
@@ -259,12 +275,15 @@ void checkRest(const CLI::App& app, const std::vector<std::string>& typed)
 {
     const std::vector<std::string> rest = app.remaining(true);
     const bool hasCommand = !app.get_subcommands().empty();
-    if (!hasCommand && rest.empty())
+    if (!hasCommand && rest.empty()) {
         throw UsageError("a command is missing");
-    if (!hasCommand)
+    }
+    if (!hasCommand) {
         throw UsageError("'" + rest.front() + "' is no command");
-    if (app.remaining_size(true) == 0)  // which does not count the "--" before a positional argument
+    }
+    if (app.remaining_size(true) == 0) {  // which does not count the "--" before a positional argument
         return;
+    }
     const auto unexpected = std::find_if(rest.begin(), rest.end(), [](const auto& text) { return text != "--"; });
     throw UsageError("unexpected argument '" + (unexpected == rest.end() ? "--" : asTyped(*unexpected, typed)) + "'");
 }
@@ -282,8 +301,9 @@ Arguments parseArguments(int argc, const char* const* argv)
     app.require_subcommand(0, 1);
     app.footer(footer);
     app.allow_extras();
-    for (const CommandEntry& entry : commands)
+    for (const CommandEntry& entry : commands) {
         addCommand(app, entry, arguments);
+    }
 
     checkValues(app, typed);
     try {

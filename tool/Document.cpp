@@ -48,8 +48,9 @@ ordered_json elements(ZoITrellanUpdater& updater, ordered_json (*describe)(const
     updater.getUpdateElementList(list, count);
     const std::unique_ptr<ZoTUpdateElement[]> owner(list);
     ordered_json result = ordered_json::array();
-    for (unsigned i = 0; i < count; ++i)
+    for (unsigned i = 0; i < count; ++i) {
         result.push_back(describe(list[i]));
+    }
     return result;
 }
 
@@ -71,8 +72,9 @@ ordered_json files(ZoITrellanUpdater& updater)
     updater.getUpdateFileList(list, count);
     const std::unique_ptr<ZoTUpdateFile[]> owner(list);
     ordered_json result = ordered_json::array();
-    for (unsigned i = 0; i < count; ++i)
+    for (unsigned i = 0; i < count; ++i) {
         result.push_back({{"name", list[i].name}, {"version", list[i].version}});
+    }
     return result;
 }
 

@@ -18,8 +18,9 @@ namespace {
 
 void setEnvironment(const char* name, const std::optional<std::string>& value)
 {
-    if (value && ::setenv(name, value->c_str(), 1) != 0)
+    if (value && ::setenv(name, value->c_str(), 1) != 0) {
         throw std::system_error(errno, std::generic_category(), name);
+    }
 }
 
 unsigned countElements(ZoITrellanUpdater& updater)
@@ -33,16 +34,18 @@ unsigned countElements(ZoITrellanUpdater& updater)
 
 void excludeElements(ZoITrellanUpdater& updater, const Arguments& arguments, std::ostream& err)
 {
-    if (arguments.excluded.empty())
+    if (arguments.excluded.empty()) {
         return;
+    }
     if (!arguments.hasElements) {
         err << "trellan-update: warning: " << arguments.command << " has no elements to exclude\n";
         return;
     }
     const unsigned count = countElements(updater);
     for (const std::uint32_t index : arguments.excluded) {
-        if (index >= count)
+        if (index >= count) {
             err << "trellan-update: warning: there is no element " << index << " to exclude\n";
+        }
         updater.disableUpdateElement(index);
     }
 }
@@ -65,16 +68,20 @@ int carryOut(const Arguments& arguments, std::ostream& out, std::ostream& err)
     setEnvironment("TRELLAN_TARGET", arguments.targetFile);
     setEnvironment("TRELLAN_TRACE", arguments.traceFile);
     const std::unique_ptr<ZoITrellanUpdater> updater(ZoITrellanUpdater::createInstance(arguments.options));
-    if (arguments.json)
+    if (arguments.json) {
         updater->setMessageCallBack([](const std::string& text) { std::cerr << text; });
-    if (const unsigned applied = updater->apply(); applied != 0)
+    }
+    if (const unsigned applied = updater->apply(); applied != 0) {
         return applied == 2 ? NOT_SUPPORTED : NOT_READ;
+    }
     excludeElements(*updater, arguments, err);
-    if (arguments.rebootSupport)
+    if (arguments.rebootSupport) {
         return supportsReboot(*updater) ? SUCCESS : FAILURE;
+    }
     const bool successful = updater->run() == 1;
-    if (arguments.json)
+    if (arguments.json) {
         out << document(*updater, arguments.command, arguments.options.command);
+    }
     return successful ? SUCCESS : FAILURE;
 }
 
@@ -83,8 +90,9 @@ int runCommand(int argc, const char* const* argv, std::ostream& out, std::ostrea
     const Arguments arguments = parseArguments(argc, argv);
     out << arguments.help;
     const int status = arguments.help.empty() ? carryOut(arguments, out, err) : SUCCESS;
-    if (status != SUCCESS || isWritten(out))
+    if (status != SUCCESS || isWritten(out)) {
         return status;
+    }
     err << "trellan-update: standard output cannot be written\n";
     return FAILURE;
 }

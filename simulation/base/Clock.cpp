@@ -32,18 +32,20 @@ ClockKind clockKind()
 
 std::uint64_t now()
 {
-    if (state().kind == ClockKind::virtualTime)
+    if (state().kind == ClockKind::virtualTime) {
         return state().virtualTime;
+    }
     const auto sinceStart = std::chrono::steady_clock::now().time_since_epoch();
     return static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::microseconds>(sinceStart).count());
 }
 
 void sleep(std::uint64_t microseconds)
 {
-    if (state().kind == ClockKind::virtualTime)
+    if (state().kind == ClockKind::virtualTime) {
         state().virtualTime += microseconds;
-    else
+    } else {
         std::this_thread::sleep_for(std::chrono::microseconds(microseconds));
+    }
 }
 
 }  // namespace TrellanSimulation

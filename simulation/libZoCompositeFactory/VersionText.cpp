@@ -18,8 +18,9 @@ public:
 
     bool accept(char expected)
     {
-        if (rest.empty() || rest.front() != expected)
+        if (rest.empty() || rest.front() != expected) {
             return false;
+        }
         rest.remove_prefix(1);
         return true;
     }
@@ -32,8 +33,9 @@ public:
         const std::size_t length = std::min(rest.find_first_not_of("0123456789"), rest.size());
         for (const char digit : rest.substr(0, length)) {
             value = value * 10 + static_cast<unsigned>(digit - '0');
-            if (value > std::numeric_limits<Number>::max())
+            if (value > std::numeric_limits<Number>::max()) {
                 return false;
+            }
         }
         rest.remove_prefix(length);
         number = static_cast<Number>(value);
@@ -47,33 +49,40 @@ private:
 // Reads the stage's letter and numbers; no stage is a release.
 bool readStage(Reader& reader, Numbers& numbers)
 {
-    if (reader.accept('s'))
+    if (reader.accept('s')) {
         return reader.readNumber(numbers.spb) && numbers.spb >= firstOtherStage && reader.accept('.') &&
                reader.readNumber(numbers.spn);
-    if (reader.accept('r'))
+    }
+    if (reader.accept('r')) {
         numbers.spb = 0;
-    else if (reader.accept('a'))
+    } else if (reader.accept('a')) {
         numbers.spb = 1;
-    else if (reader.accept('b'))
+    } else if (reader.accept('b')) {
         numbers.spb = 2;
-    else
+    } else {
         return true;
+    }
     return reader.readNumber(numbers.spn);
 }
 
 // Reads everything after Mar.
 bool readAfterMar(Reader& reader, Numbers& numbers)
 {
-    if (reader.atEnd())
+    if (reader.atEnd()) {
         return true;
-    if (!reader.accept('.') || !reader.readNumber(numbers.mir))
+    }
+    if (!reader.accept('.') || !reader.readNumber(numbers.mir)) {
         return false;
-    if (reader.accept('.') && !reader.readNumber(numbers.mai))
+    }
+    if (reader.accept('.') && !reader.readNumber(numbers.mai)) {
         return false;
-    if (!readStage(reader, numbers))
+    }
+    if (!readStage(reader, numbers)) {
         return false;
-    if (reader.accept('p') && !reader.readNumber(numbers.plv))
+    }
+    if (reader.accept('p') && !reader.readNumber(numbers.plv)) {
         return false;
+    }
     return reader.atEnd();
 }
 
@@ -82,8 +91,9 @@ std::string formatStage(const Numbers& numbers)
     std::string stage;
     switch (numbers.spb) {
         case 0:
-            if (numbers.spn == 0)
+            if (numbers.spn == 0) {
                 return stage;
+            }
             stage = "r";
             break;
         case 1:
@@ -104,8 +114,9 @@ std::optional<Numbers> parse(std::string_view text)
 {
     Reader reader(text);
     Numbers numbers;
-    if (!reader.readNumber(numbers.mar) || !readAfterMar(reader, numbers))
+    if (!reader.readNumber(numbers.mar) || !readAfterMar(reader, numbers)) {
         return std::nullopt;
+    }
     return numbers;
 }
 
@@ -113,11 +124,13 @@ std::string format(const Numbers& numbers)
 {
     std::string text = std::to_string(numbers.mar);
     text.append(".").append(std::to_string(numbers.mir));
-    if (numbers.mai != 0)
+    if (numbers.mai != 0) {
         text.append(".").append(std::to_string(numbers.mai));
+    }
     text += formatStage(numbers);
-    if (numbers.plv != 0)
+    if (numbers.plv != 0) {
         text.append("p").append(std::to_string(numbers.plv));
+    }
     return text;
 }
 

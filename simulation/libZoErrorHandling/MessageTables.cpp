@@ -35,17 +35,20 @@ void add(const ZoResText& table)
 void remove(const ZoResText& table)
 {
     const auto found = std::find(tables().begin(), tables().end(), &table);
-    if (found == tables().end())
+    if (found == tables().end()) {
         return;
+    }
     tables().erase(found);
     --TrellanSimulation::resources().messageTables;
 }
 
 std::optional<std::string> findText(unsigned code)
 {
-    for (auto table = tables().rbegin(); table != tables().rend(); ++table)
-        if (const char* text = textOf(**table, code))
+    for (auto table = tables().rbegin(); table != tables().rend(); ++table) {
+        if (const char* text = textOf(**table, code)) {
             return text;
+        }
+    }
     return std::nullopt;
 }
 

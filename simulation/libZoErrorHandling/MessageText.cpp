@@ -28,8 +28,9 @@ std::string textOrNull(const char* text)
 std::string join(const Arguments& arguments)
 {
     std::string text;
-    for (const std::string& argument : arguments)
+    for (const std::string& argument : arguments) {
         text += (text.empty() ? "" : " ") + argument;
+    }
     return text;
 }
 
@@ -40,18 +41,19 @@ Arguments formatArguments(const char* format, va_list values)
     Arguments arguments;
     for (const char* at = format; at != nullptr && (at = std::strchr(at, '%')) != nullptr;) {
         const char conversion = at[1];
-        if (conversion == 's')
+        if (conversion == 's') {
             arguments.push_back(textOrNull(va_arg(values, const char*)));
-        else if (conversion == 'd' || conversion == 'i')
+        } else if (conversion == 'd' || conversion == 'i') {
             arguments.push_back(std::to_string(va_arg(values, int)));
-        else if (conversion == 'u')
+        } else if (conversion == 'u') {
             arguments.push_back(std::to_string(va_arg(values, unsigned)));
-        else if (conversion == 'x')
+        } else if (conversion == 'x') {
             arguments.push_back(hexadecimal(va_arg(values, unsigned)));
-        else if (conversion == 'c')
+        } else if (conversion == 'c') {
             arguments.push_back(std::string(1, static_cast<char>(va_arg(values, int))));
-        else if (conversion != '%')
+        } else if (conversion != '%') {
             break;
+        }
         at += 2;
     }
     return arguments;
@@ -64,9 +66,11 @@ std::string fillIn(const std::string& text, const Arguments& arguments)
     while (at < text.size()) {
         std::size_t end = at + 1;
         std::size_t number = 0;
-        if (text[at] == '%')
-            for (; end < text.size() && text[end] >= '0' && text[end] <= '9' && number <= arguments.size(); ++end)
+        if (text[at] == '%') {
+            for (; end < text.size() && text[end] >= '0' && text[end] <= '9' && number <= arguments.size(); ++end) {
                 number = number * 10 + static_cast<std::size_t>(text[end] - '0');
+            }
+        }
         const bool known = number >= 1 && number <= arguments.size();
         filled += known ? arguments[number - 1] : text.substr(at, end - at);
         at = end;

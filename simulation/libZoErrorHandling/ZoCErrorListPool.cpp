@@ -65,8 +65,9 @@ ZoCErrorListPool& ZoCErrorListPool::operator+=(const ZoCErrorListPool& other)
 {
     // By number, because `other` may be this pool, which grows meanwhile.
     const std::size_t count = other.records->errors.size();
-    for (std::size_t index = 0; index < count; ++index)
+    for (std::size_t index = 0; index < count; ++index) {
         addError(other.records->errors[index]);
+    }
     return *this;
 }
 

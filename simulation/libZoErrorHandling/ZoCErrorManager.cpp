@@ -30,8 +30,9 @@ ZoCErrorManager::~ZoCErrorManager() = default;
 // Neither the manager nor its master list is ever destroyed: other libraries still call them while they are unloaded.
 ZoCErrorManager* ZoCErrorManager::getSingleton()
 {
-    if (s_pErrorManager == nullptr)
+    if (s_pErrorManager == nullptr) {
         s_pErrorManager = new ZoCErrorManager;
+    }
     return s_pErrorManager;
 }
 
@@ -62,8 +63,9 @@ ZoCErrorList* ZoCErrorManager::createErrorList(unsigned, unsigned, unsigned, uns
 
 void ZoCErrorManager::deleteErrorList(ZoCErrorList* list) noexcept
 {
-    if (list == nullptr)
+    if (list == nullptr) {
         return;
+    }
     delete list;
     --TrellanSimulation::resources().errorLists;
 }

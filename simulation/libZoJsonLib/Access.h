@@ -51,8 +51,9 @@ struct Access {
     // with copies of its children.
     static std::shared_ptr<void> nodeForCopy(const json& value)
     {
-        if (!value.handedOut)
+        if (!value.handedOut) {
             return value.node;
+        }
         return value.is_array() ? copyOf<Elements>(value) : copyOf<Members>(value);
     }
 
@@ -61,8 +62,9 @@ struct Access {
     template <typename Content>
     static Content& contentToHandOut(json& value)
     {
-        if (value.node.use_count() > 1)
+        if (value.node.use_count() > 1) {
             value.node = copyOf<Content>(value);
+        }
         value.handedOut = true;
         return content<Content>(value);
     }

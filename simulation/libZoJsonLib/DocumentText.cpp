@@ -15,8 +15,9 @@ public:
 
     void append(std::string_view piece)
     {
-        for (const char character : piece)
+        for (const char character : piece) {
             append(character);
+        }
     }
 
 private:
@@ -28,11 +29,13 @@ private:
     void append(char character)
     {
         const bool blank = !inString && isBlank(character);
-        if (!blank || !afterBlank)
+        if (!blank || !afterBlank) {
             text += character;
+        }
         afterBlank = blank;
-        if (character == '"' && !escaped)
+        if (character == '"' && !escaped) {
             inString = !inString;
+        }
         escaped = inString && character == '\\' && !escaped;
     }
 
@@ -51,11 +54,13 @@ std::optional<std::string> readDocumentText(std::FILE* stream)
     std::vector<char> chunk(chunkSize);
     while (const std::size_t length = std::fread(chunk.data(), 1, chunk.size(), stream)) {
         const std::string_view piece(chunk.data(), length);
-        if (piece.find('\0') != std::string_view::npos)
+        if (piece.find('\0') != std::string_view::npos) {
             return std::nullopt;
+        }
         remover.append(piece);
     }
-    if (std::ferror(stream) != 0)
+    if (std::ferror(stream) != 0) {
         return std::nullopt;
+    }
     return text;
 }

@@ -16,8 +16,9 @@ const json& nullValue()
 
 void require(bool condition, const char* message)
 {
-    if (!condition)
+    if (!condition) {
         throw type_error(message);
+    }
 }
 
 template <typename Key>
@@ -40,10 +41,12 @@ Number atMost(unsigned long long number)
 
 std::size_t json::size() const noexcept
 {
-    if (is_array())
+    if (is_array()) {
         return Access::content<Elements>(*this).size();
-    if (is_object())
+    }
+    if (is_object()) {
         return Access::content<Members>(*this).size();
+    }
     return 0;
 }
 
@@ -69,8 +72,9 @@ json& json::operator[](const char* key)
 
 json& json::operator[](const std::string& key)
 {
-    if (is_null())
+    if (is_null()) {
         *this = object();
+    }
     require(is_object(), "a JSON value that gets a member must be an object");
     return Access::contentToHandOut<Members>(*this)[key];
 }
@@ -83,14 +87,17 @@ const json& json::operator[](std::size_t index) const
 
 json& json::operator[](std::size_t index)
 {
-    if (is_null())
+    if (is_null()) {
         *this = array();
+    }
     require(is_array(), "a JSON value that gets an element must be an array");
-    if (index >= Elements().max_size())
+    if (index >= Elements().max_size()) {
         throw std::out_of_range("no JSON array can have so many elements");
+    }
     auto& elements = Access::contentToHandOut<Elements>(*this);
-    if (index >= elements.size())
+    if (index >= elements.size()) {
         elements.resize(index + 1);
+    }
     return elements[index];
 }
 
@@ -123,8 +130,9 @@ const_iterator json::begin() const noexcept
 
 const_iterator json::end() const noexcept
 {
-    if (!is_array())
+    if (!is_array()) {
         return const_iterator(nullptr);
+    }
     const auto& elements = Access::content<Elements>(*this);
     return const_iterator(elements.data() + elements.size());
 }

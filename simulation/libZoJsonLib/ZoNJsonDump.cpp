@@ -14,16 +14,18 @@ Printer printerValue(const json& value);
 Printer printerArray(const json& value)
 {
     Printer array = Printer::array();
-    for (const json& element : value)
+    for (const json& element : value) {
         array.push_back(printerValue(element));
+    }
     return array;
 }
 
 Printer printerObject(const json& value)
 {
     Printer object = Printer::object();
-    for (const auto& [key, member] : Access::content<Members>(value))
+    for (const auto& [key, member] : Access::content<Members>(value)) {
         object.emplace(key, printerValue(member));
+    }
     return object;
 }
 

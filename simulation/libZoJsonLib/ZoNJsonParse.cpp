@@ -50,19 +50,21 @@ public:
 private:
     bool add(json value)
     {
-        if (containers.empty())
+        if (containers.empty()) {
             root = std::move(value);
-        else if (containers.back().is_array())
+        } else if (containers.back().is_array()) {
             Access::content<Elements>(containers.back()).push_back(std::move(value));
-        else
+        } else {
             *member = std::move(value);
+        }
         return true;
     }
 
     bool open(const json& container)
     {
-        if (containers.size() == maxDepth)
+        if (containers.size() == maxDepth) {
             return false;
+        }
         add(container);
         containers.push_back(container);
         return true;
@@ -85,8 +87,9 @@ json json::parse(std::FILE* stream)
 {
     Builder builder;
     const auto text = readDocumentText(stream);
-    if (text && nlohmann::json::sax_parse(*text, &builder, nlohmann::json::input_format_t::json, true))
+    if (text && nlohmann::json::sax_parse(*text, &builder, nlohmann::json::input_format_t::json, true)) {
         return builder.takeRoot();
+    }
     return Access::make(Kind::invalid);
 }
 

@@ -16,8 +16,9 @@ public:
     Pipe() { open = pipe(ends) == 0; }
     ~Pipe()
     {
-        if (open)
+        if (open) {
             close(ends[0]);
+        }
         closeWriter();
     }
     Pipe(const Pipe&) = delete;
@@ -29,8 +30,9 @@ public:
 
     void closeWriter()
     {
-        if (open && ends[1] >= 0)
+        if (open && ends[1] >= 0) {
             close(ends[1]);
+        }
         ends[1] = -1;
     }
 
@@ -63,9 +65,9 @@ bool waitFor(int reader, unsigned timeout)
     const unsigned longest = std::numeric_limits<int>::max();
     pollfd flushed{reader, POLLIN, 0};
     int ready = 0;
-    do
+    do {
         ready = poll(&flushed, 1, static_cast<int>(std::min(timeout, longest)));
-    while (ready < 0 && errno == EINTR);
+    } while (ready < 0 && errno == EINTR);
     char done = 0;
     return ready == 1 && read(reader, &done, 1) == 1;
 }
@@ -77,13 +79,16 @@ bool waitFor(int reader, unsigned timeout)
 bool flushAllFileSystems(unsigned timeout)
 {
     Pipe pipe;
-    if (!pipe.isOpen())
+    if (!pipe.isOpen()) {
         return false;
+    }
     const pid_t child = fork();
-    if (child < 0)
+    if (child < 0) {
         return false;
-    if (child == 0)
+    }
+    if (child == 0) {
         flushInGrandchild(pipe.writer());
+    }
     while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
     }
     pipe.closeWriter();

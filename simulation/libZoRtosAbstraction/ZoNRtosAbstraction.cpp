@@ -19,8 +19,9 @@ bool flushFile(std::FILE* file)
 bool flushAll(unsigned timeout)
 {
     const bool handedOver = std::fflush(nullptr) == 0;
-    if (TrellanSimulation::clockKind() == TrellanSimulation::ClockKind::virtualTime)
+    if (TrellanSimulation::clockKind() == TrellanSimulation::ClockKind::virtualTime) {
         return handedOver;
+    }
     return flushAllFileSystems(timeout) && handedOver;
 }
 

@@ -40,8 +40,9 @@ ordered_json ArchiveGenerator::makeInfo()
                          {"archiveVersion", pick({"1.0", "23.1", "23.1.4", "23.2a12", "5.0s3.7", "1.0r3p1"})},
                          {"productName", pick({"Product", "", "M\u00FCller \"x\""})},
                          {"archiveName", "Generated"}};
-    if (oneIn(2))
+    if (oneIn(2)) {
         info["archiveVariant"] = pick({"", "lean"});
+    }
     return info;
 }
 
@@ -68,14 +69,16 @@ void ArchiveGenerator::addBoards(ordered_json& entry, const std::string& targetK
     for (unsigned count = 1 + below(3), i = 0; i < count; ++i) {
         ordered_json board = {{"boardType", pick({"A", "B", "C", {"A", "C"}})}};
         addCriteria(board);
-        if (oneIn(2))
+        if (oneIn(2)) {
             addTarget(board, targetKey);
-        else
+        } else {
             everyBoardHasTarget = false;
+        }
         entry["boards"].push_back(board);
     }
-    if (!everyBoardHasTarget || oneIn(4))
+    if (!everyBoardHasTarget || oneIn(4)) {
         addTarget(entry, targetKey);
+    }
 }
 
 void ArchiveGenerator::addTarget(ordered_json& object, const std::string& targetKey)
@@ -91,12 +94,15 @@ void ArchiveGenerator::addCriteria(ordered_json& object)
             pick({nullptr, "V", ordered_json::array({"V", nullptr}), ordered_json::array({nullptr})});
         saw(object["boardVariant"].is_null() ? "null variant" : "variant");
     }
-    if (oneIn(6))
+    if (oneIn(6)) {
         object["boardId"] = pick({0, 7, {0, 7}});
-    if (oneIn(6))
+    }
+    if (oneIn(6)) {
         object["hwCompatibilityId"] = pick({0, {1, 0}, 1});
-    if (oneIn(6))
+    }
+    if (oneIn(6)) {
         object["swCompatibilityId"] = pick({0, {2, 0}, 2});
+    }
 }
 
 void ArchiveGenerator::addFileProperties(ordered_json& entry)
@@ -105,10 +111,12 @@ void ArchiveGenerator::addFileProperties(ordered_json& entry)
         entry["version"] = pick({nullptr, "1.2", "23.1.4b2"});
         saw(entry["version"].is_null() ? "null version" : "version");
     }
-    if (oneIn(3))
+    if (oneIn(3)) {
         entry["mode"] = pick({"standard", "upgrade"});
-    if (oneIn(4))
+    }
+    if (oneIn(4)) {
         entry["note"] = pick({-1, 2.5, {{"x", nullptr}}});
+    }
 }
 
 std::uint32_t ArchiveGenerator::addChecksum(ordered_json& entry, GeneratedArchive& archive)

@@ -53,8 +53,9 @@ TEST_F(Bitstream, GivesTheChecksum)
 TEST_F(Bitstream, FieldsLieAtTheirOffsets)
 {
     std::string bytes(92, '\0');
-    for (std::size_t i = 0; i < bytes.size(); ++i)
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
         bytes[i] = static_cast<char>(0x80 + i);
+    }
     bytes.replace(0, 8, "ZoFPGABS");
     bytes.replace(8, 8, std::string("\x00\x00\x00\x5C\x00\x00\x00\x01", 8));
     EXPECT_EQ(read(bytes), (Result{0, 0xD8D9DADB}));  // bytes 88 to 91
@@ -62,20 +63,23 @@ TEST_F(Bitstream, FieldsLieAtTheirOffsets)
 
 TEST_F(Bitstream, HasAChecksumWhenItsHeaderIsLongEnough)
 {
-    for (std::uint32_t length : {92u, 93u, 256u, 0x5C000000u, 0x80000000u, 0xFFFFFFFFu})
+    for (std::uint32_t length : {92u, 93u, 256u, 0x5C000000u, 0x80000000u, 0xFFFFFFFFu}) {
         EXPECT_EQ(read(bitstreamFile(7, length)), (Result{0, 7})) << "header length " << length;
+    }
 }
 
 TEST_F(Bitstream, ShortHeaderHasNoChecksumAndIsNoError)
 {
-    for (std::uint32_t length : {0u, 88u, 91u})
+    for (std::uint32_t length : {0u, 88u, 91u}) {
         EXPECT_EQ(read(bitstreamFile(7, length)), (Result{0, missing})) << "header length " << length;
+    }
 }
 
 TEST_F(Bitstream, NeedsTheFormatVersion)
 {
-    for (std::uint32_t version : {0u, 2u, 0x01000000u, 0x00010001u, 0x101u, 0xFFFFFFFFu})
+    for (std::uint32_t version : {0u, 2u, 0x01000000u, 0x00010001u, 0x101u, 0xFFFFFFFFu}) {
         EXPECT_EQ(read(bitstreamFile(7, 92, version)), notABitstream) << "format version " << version;
+    }
 }
 
 TEST_F(Bitstream, NeedsEveryByteOfTheMagic)
@@ -89,8 +93,9 @@ TEST_F(Bitstream, NeedsEveryByteOfTheMagic)
 
 TEST_F(Bitstream, NeedsItsWholeHeader)
 {
-    for (std::size_t size : {0u, 8u, 16u, 91u})
+    for (std::size_t size : {0u, 8u, 16u, 91u}) {
         EXPECT_EQ(read(bitstreamFile(7).substr(0, size)), notABitstream) << size << " bytes";
+    }
     EXPECT_EQ(read(bitstreamFile(7, 40).substr(0, 40)), notABitstream);
 }
 

@@ -33,17 +33,19 @@ const ordered_json withPath = {{"boardType", "x"}, {"targetPath", "/x"}};
 TEST(Boards, MustBeAnArrayThatIsNotEmpty)
 {
     for (const ordered_json& boards : {ordered_json::array(), ordered_json::object(), ordered_json(nullptr),
-                                       ordered_json("x"), ordered_json(5), ordered_json(true), withId})
+                                       ordered_json("x"), ordered_json(5), ordered_json(true), withId}) {
         expectRefused(boardsDescription(boards, {{"id", 1}}),
                       "ERROR: File entry 0 is invalid. A mandatory property is missing or invalid.\n");
+    }
 }
 
 TEST(Boards, ElementsMustBeObjects)
 {
     for (const ordered_json& element : {ordered_json(nullptr), ordered_json("x"), ordered_json(5), ordered_json(true),
-                                        ordered_json::array(), list({withId})})
+                                        ordered_json::array(), list({withId})}) {
         expectRefused(boardsDescription(list({element}), {{"id", 1}}),
                       "ERROR: File entry 0 is invalid. \"boards\"-entry 0 is invalid.\n");
+    }
 }
 
 TEST(Boards, ElementsNeedABoardType)

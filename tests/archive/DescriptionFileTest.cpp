@@ -112,8 +112,9 @@ TEST(DescriptionFile, NeedsInfo)
 TEST(DescriptionFile, InfoMustBeAnObject)
 {
     for (const ordered_json& value : {ordered_json(nullptr), ordered_json(true), ordered_json("text"), ordered_json(1),
-                                      ordered_json(1.5), ordered_json::array(), ordered_json::array({info()})})
+                                      ordered_json(1.5), ordered_json::array(), ordered_json::array({info()})}) {
         expectRefused(descriptionWith("info", value), infoMessage);
+    }
 }
 
 TEST(DescriptionFile, NeedsFiles)
@@ -124,8 +125,9 @@ TEST(DescriptionFile, NeedsFiles)
 TEST(DescriptionFile, FilesMustBeAnArray)
 {
     for (const ordered_json& value : {ordered_json(nullptr), ordered_json(true), ordered_json("text"), ordered_json(1),
-                                      ordered_json(1.5), ordered_json::object(), fileEntry("a.bin")})
+                                      ordered_json(1.5), ordered_json::object(), fileEntry("a.bin")}) {
         expectRefused(descriptionWith("files", value), filesMessage);
+    }
 }
 
 TEST(DescriptionFile, InfoIsCheckedBeforeFiles)

@@ -41,9 +41,11 @@ ZoNUpdateArchive::ZoSUpdateFile recordOf(const ordered_json& entry)
 
 TEST(FileEntry, MustBeAnObject)
 {
-    for (const ordered_json& value : neitherUnsignedNorString)
-        if (!value.is_object())
+    for (const ordered_json& value : neitherUnsignedNorString) {
+        if (!value.is_object()) {
             expectRefused(description({value}), "ERROR: File entry 0 is invalid.\n");
+        }
+    }
     expectRefused(description({"a.bin"}), "ERROR: File entry 0 is invalid.\n");
     expectRefused(description({fileEntry("a.bin"), 7}), "ERROR: File entry 1 is invalid.\n");
 }
@@ -65,8 +67,9 @@ TEST(FileEntry, NumberCountsSkippedEntries)
 
 TEST(FileEntry, FeatureLevelsUpToTwoAreSupported)
 {
-    for (unsigned level : {0u, 1u, 2u})
+    for (unsigned level : {0u, 1u, 2u}) {
         expectAccepted(description({entryWith("featureLevel", level)}));
+    }
 }
 
 TEST(FileEntry, HigherFeatureLevelsAreSkippedWithAWarning)
@@ -118,9 +121,10 @@ TEST(FileEntry, NothingElseOfASkippedEntryIsChecked)
 
 TEST(FileEntry, FeatureLevelMustBeAnUnsignedInteger)
 {
-    for (const ordered_json& value : neitherUnsignedNorString)
+    for (const ordered_json& value : neitherUnsignedNorString) {
         expectRefused(description({entryWith("featureLevel", value)}),
                       "ERROR: File entry 0 is invalid. Property \"featureLevel\" is invalid.\n");
+    }
     expectRefused(description({fileEntry("a.bin"), entryWith("featureLevel", "1")}),
                   "ERROR: File entry 1 is invalid. Property \"featureLevel\" is invalid.\n");
 }
@@ -134,16 +138,18 @@ TEST(FileEntry, FeatureLevelIsCheckedBeforeTheMandatoryMembers)
 TEST(FileEntry, NameIsAMandatoryString)
 {
     expectRefused(description({without(fileEntry("a.bin"), "name")}), mandatoryMessage);
-    for (const ordered_json& value : neitherUnsignedNorString)
+    for (const ordered_json& value : neitherUnsignedNorString) {
         expectRefused(description({entryWith("name", value)}), mandatoryMessage);
+    }
     expectRefused(description({entryWith("name", 5)}), mandatoryMessage);
 }
 
 TEST(FileEntry, SequenceIsAMandatoryUnsignedInteger)
 {
     expectRefused(description({without(fileEntry("a.bin"), "sequence")}), mandatoryMessage);
-    for (const ordered_json& value : neitherUnsignedNorString)
+    for (const ordered_json& value : neitherUnsignedNorString) {
         expectRefused(description({entryWith("sequence", value)}), mandatoryMessage);
+    }
     expectRefused(description({entryWith("sequence", "1")}), mandatoryMessage);
 }
 
@@ -163,9 +169,10 @@ TEST(FileEntry, MandatoryMembersAreCheckedBeforeTheOptionalOnes)
 TEST(FileEntry, TypeOfBoardTypeIsCheckedWithTheOptionalMembers)
 {
     for (const ordered_json& value :
-         {ordered_json(nullptr), ordered_json(5), ordered_json(true), ordered_json::object()})
+         {ordered_json(nullptr), ordered_json(5), ordered_json(true), ordered_json::object()}) {
         expectRefused(description({entryWith("boardType", value)}),
                       "ERROR: File entry 0 is invalid. Property \"boardType\" has an invalid value.\n");
+    }
 }
 
 TEST(FileEntry, NumberOfTheEntryIsNamed)

@@ -28,8 +28,9 @@ std::string repeat(const std::string& piece, std::size_t count)
 {
     std::string text;
     text.reserve(piece.size() * count);
-    for (std::size_t i = 0; i < count; ++i)
+    for (std::size_t i = 0; i < count; ++i) {
         text += piece;
+    }
     return text;
 }
 
@@ -84,8 +85,9 @@ TEST(HostileInput, EmptyDescription)
 
 TEST(HostileInput, NothingButBlanks)
 {
-    for (const char* text : {" ", "\n", " \t\r\n ", "\xEF\xBB\xBF", "\xEF\xBB\xBF "})
+    for (const char* text : {" ", "\n", " \t\r\n ", "\xEF\xBB\xBF", "\xEF\xBB\xBF "}) {
         expectNotJson(std::string(text));
+    }
 }
 
 TEST(HostileInput, HundredMegabytesOfBlanks)
@@ -159,8 +161,9 @@ TEST(HostileInput, Utf8Faults)
 
 TEST(HostileInput, LoneSurrogates)
 {
-    for (const char* escape : {"\\uD800", "\\uDC00", "\\uD800x", "\\uD800\\u0041"})
+    for (const char* escape : {"\\uD800", "\\uDC00", "\\uD800x", "\\uD800\\u0041"}) {
         expectNotJson(withEntry("\"name\":\"" + std::string(escape) + "\",\"checksumCrc32\":1"));
+    }
 }
 
 TEST(HostileInput, NumberOfFourHundredDigits)
@@ -181,8 +184,9 @@ TEST(HostileInput, NumberBeyondSixtyFourBitsIsNoUnsignedInteger)
 
 TEST(HostileInput, EveryTruncation)
 {
-    for (std::size_t length = 0; length < validText.size(); ++length)
+    for (std::size_t length = 0; length < validText.size(); ++length) {
         expectNotJson(validText.substr(0, length));
+    }
 }
 
 TEST(HostileInput, VeryLongName)

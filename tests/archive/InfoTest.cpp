@@ -46,34 +46,40 @@ ordered_json infoWith(const std::string& key, const ordered_json& value)
 
 TEST(Info, MandatoryMembersMustBePresent)
 {
-    for (const InfoRule& rule : infoRules)
-        if (rule.mandatory)
+    for (const InfoRule& rule : infoRules) {
+        if (rule.mandatory) {
             expectRefused(withInfo(without(info(), rule.key)), rule.message);
+        }
+    }
 }
 
 TEST(Info, MembersMustBeStrings)
 {
-    for (const InfoRule& rule : infoRules)
+    for (const InfoRule& rule : infoRules) {
         for (const ordered_json& value : {ordered_json(nullptr), ordered_json(true), ordered_json(1), ordered_json(1.0),
-                                          ordered_json::array({"1.0"}), ordered_json::object()})
+                                          ordered_json::array({"1.0"}), ordered_json::object()}) {
             expectRefused(infoWith(rule.key, value), rule.message);
+        }
+    }
 }
 
 TEST(Info, MembersAreCheckedInTheirOrder)
 {
     for (const InfoRule& first : infoRules) {
         ordered_json object = info();
-        for (const InfoRule* rule = &first; rule != std::end(infoRules); ++rule)
+        for (const InfoRule* rule = &first; rule != std::end(infoRules); ++rule) {
             object[rule->key] = 5;
+        }
         expectRefused(withInfo(object), first.message);
     }
 }
 
 TEST(Info, FormatVersionMustParse)
 {
-    for (const char* version : {"", "0", "0.0", "one", "1.", "1.0 ", " 1.0", "-1.0", "1.0x", "256.0", "1.0.0.0"})
+    for (const char* version : {"", "0", "0.0", "one", "1.", "1.0 ", " 1.0", "-1.0", "1.0x", "256.0", "1.0.0.0"}) {
         expectRefused(infoWith("formatVersion", version),
                       "ERROR: The archive description file is corrupt. \"formatVersion\" is invalid.\n");
+    }
 }
 
 TEST(Info, VersionsAreNotCutAtANul)
@@ -87,10 +93,12 @@ TEST(Info, VersionsAreNotCutAtANul)
 
 TEST(Info, FormatVersionMustBeOfTheFirstGeneration)
 {
-    for (const char* version : {"2.0", "0.1", "0.0.1", "10.0", "255.255"})
+    for (const char* version : {"2.0", "0.1", "0.0.1", "10.0", "255.255"}) {
         expectRefused(infoWith("formatVersion", version), newerFirmwareMessage);
-    for (const char* version : {"1", "1.0", "1.1", "01.0", "1.255.7", "1.0a1"})
+    }
+    for (const char* version : {"1", "1.0", "1.1", "01.0", "1.255.7", "1.0a1"}) {
         expectAccepted(infoWith("formatVersion", version));
+    }
 }
 
 TEST(Info, FormatVersionOfAnotherGenerationEndsTheReadingBeforeTheArchiveVersion)
@@ -101,9 +109,10 @@ TEST(Info, FormatVersionOfAnotherGenerationEndsTheReadingBeforeTheArchiveVersion
 
 TEST(Info, ArchiveVersionMustParse)
 {
-    for (const char* version : {"", "0", "0.0.0", "newest", "1.2.3.4", "1.0s2.1", "1.0p70000"})
+    for (const char* version : {"", "0", "0.0.0", "newest", "1.2.3.4", "1.0s2.1", "1.0p70000"}) {
         expectRefused(infoWith("archiveVersion", version),
                       "ERROR: The archive description file is corrupt. \"archiveVersion\" is invalid.\n");
+    }
 }
 
 TEST(Info, ArchiveVersionIsCheckedBeforeTheProductName)

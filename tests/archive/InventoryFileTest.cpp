@@ -56,8 +56,9 @@ void expectFull(const HeaderValues& values, const std::uint32_t HeaderValues::*s
         {&HeaderValues::minHw, 1},           {&HeaderValues::maxHw, 20}, {&HeaderValues::minSw, 3},
         {&HeaderValues::maxSw, 4000000000u}, {&HeaderValues::typeId, 5}, {&HeaderValues::checksum, 600}};
     EXPECT_EQ(values.code, 0);
-    for (const auto& [field, value] : expected)
+    for (const auto& [field, value] : expected) {
         EXPECT_EQ(values.*field, field == spared ? missing : value) << "value " << value;
+    }
     EXPECT_EQ(values.version, ZoCVersion(23, 2, 0, 2, 7, 1));
 }
 
@@ -120,8 +121,9 @@ TEST_F(InventoryFile, TreeWithoutValuesIsStillOfThisKind)
 
 TEST_F(InventoryFile, FileWithoutATreeIsNotOfThisKind)
 {
-    for (const char* content : {"", "nonsense", "{}", "[]", "{\"checksumCrc32\": 5}", "{\"inventoryTree\": 5}"})
+    for (const char* content : {"", "nonsense", "{}", "[]", "{\"checksumCrc32\": 5}", "{\"inventoryTree\": 5}"}) {
         EXPECT_EQ(read(content).code, 1) << content;
+    }
     EXPECT_EQ(read(UpdateFiles::binaryFile({})).code, 1);
     EXPECT_EQ(read(UpdateFiles::bitstreamFile(5)).code, 1);
 }

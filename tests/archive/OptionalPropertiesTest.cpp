@@ -41,22 +41,30 @@ const PropertyRule propertyRules[] = {
 
 std::string valueOf(const std::string& kind, const std::string& property)
 {
-    if (kind == "text")
+    if (kind == "text") {
         return property == "version" ? "\"1.0\"" : property == "mode" ? "\"standard\"" : "\"text\"";
-    if (kind == "unsigned")
+    }
+    if (kind == "unsigned") {
         return "18446744073709551615";
-    if (kind == "negative")
+    }
+    if (kind == "negative") {
         return "-1";
-    if (kind == "minus zero")
+    }
+    if (kind == "minus zero") {
         return "-0";
-    if (kind == "real")
+    }
+    if (kind == "real") {
         return "1.0";
-    if (kind == "too long")
+    }
+    if (kind == "too long") {
         return "18446744073709551616";
-    if (kind == "array")
+    }
+    if (kind == "array") {
         return "[]";
-    if (kind == "object")
+    }
+    if (kind == "object") {
         return "{}";
+    }
     return kind;
 }
 
@@ -120,26 +128,34 @@ TEST_F(OptionalProperties, MayAllBeAbsent)
 
 TEST_F(OptionalProperties, AcceptTheirTypesAtTheEntry)
 {
-    for (const PropertyRule& rule : propertyRules)
-        for (const std::string& kind : rule.acceptedKinds)
+    for (const PropertyRule& rule : propertyRules) {
+        for (const std::string& kind : rule.acceptedKinds) {
             expectAccepted(member(rule.name, valueOf(kind, rule.name)));
+        }
+    }
 }
 
 TEST_F(OptionalProperties, AcceptTheirTypesInABoard)
 {
     const std::vector<std::string> belongToTheFile = {"version", "checksumCrc32", "mode"};
-    for (const PropertyRule& rule : propertyRules)
-        for (const std::string& kind : rule.acceptedKinds)
-            if (std::count(belongToTheFile.begin(), belongToTheFile.end(), rule.name) == 0)
+    for (const PropertyRule& rule : propertyRules) {
+        for (const std::string& kind : rule.acceptedKinds) {
+            if (std::count(belongToTheFile.begin(), belongToTheFile.end(), rule.name) == 0) {
                 expectAccepted(member(rule.name, valueOf(kind, rule.name)), 3);
+            }
+        }
+    }
 }
 
 TEST_F(OptionalProperties, RefuseEveryOtherType)
 {
-    for (const PropertyRule& rule : propertyRules)
-        for (const std::string kind : kinds)
-            if (std::count(rule.acceptedKinds.begin(), rule.acceptedKinds.end(), kind) == 0)
+    for (const PropertyRule& rule : propertyRules) {
+        for (const std::string kind : kinds) {
+            if (std::count(rule.acceptedKinds.begin(), rule.acceptedKinds.end(), kind) == 0) {
                 expectWrongType(member(rule.name, valueOf(kind, rule.name)), rule.name);
+            }
+        }
+    }
 }
 
 TEST_F(OptionalProperties, OtherMembersAreNotLookedAt)
@@ -149,18 +165,20 @@ TEST_F(OptionalProperties, OtherMembersAreNotLookedAt)
 
 TEST_F(OptionalProperties, LastPropertyOfAWrongTypeIsNamed)
 {
-    for (const PropertyRule* first = propertyRules; first != std::end(propertyRules); ++first)
+    for (const PropertyRule* first = propertyRules; first != std::end(propertyRules); ++first) {
         for (const PropertyRule* last = first + 1; last != std::end(propertyRules); ++last) {
             expectWrongType(member(first->name, "true") + "," + member(last->name, "true"), last->name);
             expectWrongType(member(last->name, "true") + "," + member(first->name, "true"), last->name);
         }
+    }
     expectWrongType("\"boardType\":5,\"mode\":7", "mode");
 }
 
 TEST_F(OptionalProperties, StringsMayBeEmpty)
 {
-    for (const char* name : {"boardType", "boardVariant", "targetPath"})
+    for (const char* name : {"boardType", "boardVariant", "targetPath"}) {
         expectAccepted(member(name, "\"\""));
+    }
 }
 
 TEST_F(OptionalProperties, ArraysOfGoodElementsAreAccepted)
@@ -169,39 +187,45 @@ TEST_F(OptionalProperties, ArraysOfGoodElementsAreAccepted)
         expectAccepted("\"boardType\":[\"a\",\"\",\"a\"]", board);
         expectAccepted("\"boardVariant\":[\"a\",null]", board);
         expectAccepted("\"boardVariant\":[null,null,\"\"]", board);
-        for (const char* name : {"boardId", "hwCompatibilityId", "swCompatibilityId"})
+        for (const char* name : {"boardId", "hwCompatibilityId", "swCompatibilityId"}) {
             expectAccepted(member(name, "[0,1,4294967295,18446744073709551615]"), board);
+        }
     }
 }
 
 TEST_F(OptionalProperties, BoardTypesMustBeStrings)
 {
-    for (const char* elements : {"[null]", "[5]", "[true]", "[[]]", "[[\"a\"]]", "[{}]", "[\"a\",1]", "[1,\"a\"]"})
+    for (const char* elements : {"[null]", "[5]", "[true]", "[[]]", "[[\"a\"]]", "[{}]", "[\"a\",1]", "[1,\"a\"]"}) {
         expectWrongElements(member("boardType", elements), "boardType");
+    }
 }
 
 TEST_F(OptionalProperties, BoardVariantsMustBeStringsOrNull)
 {
-    for (const char* elements : {"[5]", "[false]", "[[null]]", "[{}]", "[\"a\",null,0]", "[-1.5,\"a\"]"})
+    for (const char* elements : {"[5]", "[false]", "[[null]]", "[{}]", "[\"a\",null,0]", "[-1.5,\"a\"]"}) {
         expectWrongElements(member("boardVariant", elements), "boardVariant");
+    }
 }
 
 TEST_F(OptionalProperties, NumericElementsMustBeUnsignedIntegers)
 {
-    for (const char* name : {"boardId", "hwCompatibilityId", "swCompatibilityId"})
+    for (const char* name : {"boardId", "hwCompatibilityId", "swCompatibilityId"}) {
         for (const char* elements : {"[null]", "[\"1\"]", "[true]", "[-1]", "[-0]", "[1.0]", "[1e3]", "[[1]]", "[{}]",
-                                     "[1,\"2\"]", "[\"1\",2]", "[18446744073709551616]"})
+                                     "[1,\"2\"]", "[\"1\",2]", "[18446744073709551616]"}) {
             expectWrongElements(member(name, elements), name);
+        }
+    }
 }
 
 TEST_F(OptionalProperties, FirstPropertyWithABadElementIsNamed)
 {
     const char* const names[] = {"boardType", "boardVariant", "boardId", "hwCompatibilityId", "swCompatibilityId"};
-    for (const char* const* first = names; first != std::end(names); ++first)
+    for (const char* const* first = names; first != std::end(names); ++first) {
         for (const char* const* last = first + 1; last != std::end(names); ++last) {
             expectWrongElements(member(*first, "[true]") + "," + member(*last, "[true]"), *first);
             expectWrongElements(member(*last, "[true]") + "," + member(*first, "[true]"), *first);
         }
+    }
 }
 
 TEST_F(OptionalProperties, TypesAreCheckedBeforeElements)
@@ -227,8 +251,9 @@ TEST_F(OptionalProperties, VersionMustParse)
 
 TEST_F(OptionalProperties, VersionMayBeAnyVersion)
 {
-    for (const char* version : {"1", "0.1", "1.2", "1.2.3", "1.2a3", "1.2b3", "1.2.3r4p5", "5.0s3.7", "01.02"})
+    for (const char* version : {"1", "0.1", "1.2", "1.2.3", "1.2a3", "1.2b3", "1.2.3r4p5", "5.0s3.7", "01.02"}) {
         expectAccepted(member("version", "\"" + std::string(version) + "\""));
+    }
 }
 
 TEST_F(OptionalProperties, VersionIsCheckedBeforeTheMode)

@@ -30,12 +30,13 @@ std::string runCommand(const std::string& folder, const std::string& description
 ordered_json elements(unsigned type, unsigned count)
 {
     ordered_json list = ordered_json::array();
-    for (unsigned id = 1; id <= count; ++id)
+    for (unsigned id = 1; id <= count; ++id) {
         list.push_back(updateElement(id, {{"NAME", "Element " + std::to_string(id)},
                                           {"VERSION", "1.2"},
                                           {"CHECKSUM_CRC32", 100 + (type + id) % 3},
                                           {"HW_COMPATIBILITY_ID", id == 3 ? 1 : 0},
                                           {"SW_COMPATIBILITY_ID", id == 2 ? 2 : 0}}));
+    }
     return list;
 }
 
@@ -73,9 +74,11 @@ std::string runUpdate(const std::string& folder, const std::string& descriptionF
     EXPECT_EQ(updater.apply(), 0u) << messages.text();
     messages.clear();
     std::string outcome = "result " + std::to_string(updater.run()) + messages.text();
-    for (const ordered_json& call : target.trace())
-        if (call["call"] == "update2")
+    for (const ordered_json& call : target.trace()) {
+        if (call["call"] == "update2") {
             outcome += call["board"].dump() + call["id"].dump() + call["path"].dump() + "\n";
+        }
+    }
     return outcome;
 }
 
@@ -111,14 +114,16 @@ std::string roundTrip(const GeneratedArchive& generated)
 {
     using namespace ZoNTrellanUpdater;
     TestArchive archive(generated.description);
-    for (const auto& [name, content] : generated.content)
+    for (const auto& [name, content] : generated.content) {
         archive.addFile(name, content);
+    }
     archive.addFile("written.json", runCommand(archive.path(), "archive.json", OUTPUT_DESCRIPTION));
     expectSameFiles(archive, generated.files);
-    for (std::uint32_t command : {ARCHIVE_VERSION, PRINT_ARCHIVE, OUTPUT_DESCRIPTION})
+    for (std::uint32_t command : {ARCHIVE_VERSION, PRINT_ARCHIVE, OUTPUT_DESCRIPTION}) {
         EXPECT_EQ(runCommand(archive.path(), "written.json", command),
                   runCommand(archive.path(), "archive.json", command))
             << "command " << command;
+    }
     std::string comparison;
     {
         const SimulatedTarget target(manyBoards());
@@ -148,14 +153,16 @@ TEST(RoundTrip, WrittenDescriptionIsAsGoodAsTheOneRead)
         withMatches += contains(comparison, "| N ");
         withEqualChecksums += contains(comparison, "100 == 100");
         withUpdates += contains(comparison, "\"/ROOT/IOMODULE");
-        if (HasFailure())
+        if (HasFailure()) {
             break;
+        }
     }
     EXPECT_GT(withMatches, archiveCount / 4);
     EXPECT_GT(withEqualChecksums, 10u);
     EXPECT_GT(withUpdates, archiveCount / 4);
     for (const char* feature :
          {"skipped entry", "id", "targetPath", "boards", "null variant", "variant", "null version", "version",
-          "stated checksum", "binary header", "inventory tree", "bitstream", "bitstream without checksum"})
+          "stated checksum", "binary header", "inventory tree", "bitstream", "bitstream without checksum"}) {
         EXPECT_GT(generator.features().at(feature), 20u) << feature;
+    }
 }

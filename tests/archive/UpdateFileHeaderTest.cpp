@@ -56,8 +56,9 @@ TEST_F(UpdateFileHeader, GivesAllValues)
 TEST_F(UpdateFileHeader, FieldsLieAtTheirOffsets)
 {
     std::string bytes(1000, '\0');
-    for (std::size_t i = 0; i < bytes.size(); ++i)
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
         bytes[i] = static_cast<char>(i % 251);
+    }
     bytes.replace(40, 8, "\x12\x55\xAA\x34\xAA\x18\x47\x55");
     const HeaderValues values = read(bytes);
     EXPECT_EQ(values.code, 0);
@@ -124,8 +125,9 @@ TEST_F(UpdateFileHeader, FileThatEndsWithTheMagicHasAHeaderOfZeros)
 
 TEST_F(UpdateFileHeader, FileThatEndsWithinTheMagicHasNone)
 {
-    for (std::size_t size : {0u, 1u, 40u, 47u})
+    for (std::size_t size : {0u, 1u, 40u, 47u}) {
         EXPECT_EQ(read(binaryFile(fullHeader(), size)).code, 1) << size << " bytes";
+    }
 }
 
 TEST_F(UpdateFileHeader, PayloadIsNotLookedAt)

@@ -158,13 +158,15 @@ TEST_F(AssignFilesTest, ManyElementsAndManyAcceptedValuesFindEachOther)
     // Files with few values and many elements, and the other way round.
     for (unsigned id = 1; id <= 2; ++id) {
         const unsigned alike = id == 1 ? 40 : 1;
-        for (unsigned i = 0; i < alike; ++i)
+        for (unsigned i = 0; i < alike; ++i) {
             addElement({.id = id}).hwCompatibilityId = i;
+        }
     }
     addFileForId(1, {{"hwCompatibilityId", {7, 39, 39, 7}}});
     Json many = Json::array();
-    for (unsigned i = 0; i < 40; ++i)
+    for (unsigned i = 0; i < 40; ++i) {
         many.push_back(39 - i);
+    }
     addFileForId(2, {{"hwCompatibilityId", many}});
     assignment().makeAssignment();
     EXPECT_EQ(assignedCounts(), (Counts{2, 1}));
@@ -294,8 +296,9 @@ TEST_F(AssignFilesTest, NewElementsHaveErrorListsOfTheirOwn)
         elements().back().statusErrorList.get(), elements().back().resultErrorList.get()};
     for (std::size_t i = 0; i < lists.size(); ++i) {
         ASSERT_NE(lists[i], nullptr);
-        for (std::size_t j = 0; j < i; ++j)
+        for (std::size_t j = 0; j < i; ++j) {
             EXPECT_NE(lists[i], lists[j]);
+        }
     }
     EXPECT_EQ(updater().getInventory().getFileSystemElementTemplate()->statusErrorList, nullptr);
 }
@@ -343,8 +346,9 @@ TEST_F(AssignFilesTest, ElementsStayWhereTheyAre)
     makeTemplate();
     const Element* const first = &addElement({.id = 1});
     addFileForId(1);
-    for (int i = 0; i < 100; ++i)
+    for (int i = 0; i < 100; ++i) {
         addFile(pathEntry("/" + std::to_string(i)));
+    }
     assignment().makeAssignment();
     EXPECT_EQ(elements().size(), 101u);
     EXPECT_EQ(&elements().front(), first);

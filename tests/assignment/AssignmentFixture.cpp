@@ -14,8 +14,9 @@ ZoNJson::json parseJson(const std::string& text)
     std::string copy = text;
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(fmemopen(copy.data(), copy.size(), "rb"), std::fclose);
     ZoNJson::json value = ZoNJson::json::parse(stream.get());
-    if (value.is_invalid())
+    if (value.is_invalid()) {
         throw std::invalid_argument("not a JSON document: " + text);
+    }
     return value;
 }
 
@@ -24,15 +25,18 @@ File fileOf(const ordered_json& entry)
     File file;
     file.name = ZoCString(entry.value("name", "file.bin").c_str());
     file.sequence = entry.value("sequence", 0u);
-    if (entry.contains("version") && entry["version"].is_string())
+    if (entry.contains("version") && entry["version"].is_string()) {
         file.version = ZoCVersion(entry["version"].get<std::string>().c_str());
+    }
     file.checksumCrc32 = entry.value("checksumCrc32", 0xFFFFFFFEu);
     file.jsonEntry = parseJson(entry.dump());
     file.hasTargetPath = entry.contains("targetPath");
-    for (const ordered_json& board : entry.value("boards", ordered_json::array()))
+    for (const ordered_json& board : entry.value("boards", ordered_json::array())) {
         file.hasTargetPath = file.hasTargetPath || board.contains("targetPath");
-    if (entry.value("mode", "standard") == "upgrade")
+    }
+    if (entry.value("mode", "standard") == "upgrade") {
         file.mode = ZoNUpdateArchive::UpdateMode::upgrade;
+    }
     return file;
 }
 
@@ -93,24 +97,27 @@ OpenUpdater& AssignmentFixture::updater()
 std::vector<int> AssignmentFixture::fileIndices()
 {
     std::vector<int> result;
-    for (const Element& element : elements())
+    for (const Element& element : elements()) {
         result.push_back(element.updateFileIndex);
+    }
     return result;
 }
 
 std::vector<unsigned> AssignmentFixture::phases()
 {
     std::vector<unsigned> result;
-    for (const Element& element : elements())
+    for (const Element& element : elements()) {
         result.push_back(element.phase);
+    }
     return result;
 }
 
 std::vector<unsigned> AssignmentFixture::assignedCounts()
 {
     std::vector<unsigned> result;
-    for (const File& file : files())
+    for (const File& file : files()) {
         result.push_back(file.assignedElementCount);
+    }
     return result;
 }
 

@@ -18,8 +18,9 @@ protected:
 
 TEST_F(PhasesTest, EveryDistinctSequenceIsAPhase)
 {
-    for (std::uint32_t sequence : {5u, 3u, 5u, 7u})
+    for (std::uint32_t sequence : {5u, 3u, 5u, 7u}) {
         addUpdate(sequence);
+    }
     assignment().makeAssignment();
     EXPECT_EQ(phases(), (Phases{1, 0, 1, 2}));
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 3u);
@@ -27,8 +28,9 @@ TEST_F(PhasesTest, EveryDistinctSequenceIsAPhase)
 
 TEST_F(PhasesTest, GapsDoNotMatter)
 {
-    for (std::uint32_t sequence : {10u, 10u, 20u, 50u})
+    for (std::uint32_t sequence : {10u, 10u, 20u, 50u}) {
         addUpdate(sequence);
+    }
     assignment().makeAssignment();
     EXPECT_EQ(phases(), (Phases{0, 0, 1, 2}));
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 3u);
@@ -36,8 +38,9 @@ TEST_F(PhasesTest, GapsDoNotMatter)
 
 TEST_F(PhasesTest, OneSequenceIsOnePhase)
 {
-    for (std::uint32_t sequence : {9u, 9u, 9u})
+    for (std::uint32_t sequence : {9u, 9u, 9u}) {
         addUpdate(sequence);
+    }
     assignment().makeAssignment();
     EXPECT_EQ(phases(), (Phases{0, 0, 0}));
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 1u);
@@ -45,8 +48,9 @@ TEST_F(PhasesTest, OneSequenceIsOnePhase)
 
 TEST_F(PhasesTest, SequencesUseAll32Bits)
 {
-    for (std::uint32_t sequence : {4294967295u, 0u, 2147483648u, 2147483647u})
+    for (std::uint32_t sequence : {4294967295u, 0u, 2147483648u, 2147483647u}) {
         addUpdate(sequence);
+    }
     assignment().makeAssignment();
     EXPECT_EQ(phases(), (Phases{3, 0, 2, 1}));
 }
@@ -130,8 +134,9 @@ TEST_F(PhasesTest, ComputingThemAgainCountsOnlyWhatIsStillEnabled)
     addUpdate(2);
     assignment().makeAssignment();
     ASSERT_EQ(assignment().getNumberOfUpdatePhases(), 2u);
-    for (Element& element : elements())
+    for (Element& element : elements()) {
         element.disabled = true;
+    }
     assignment().computeUpdatePhase();
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 0u);
     EXPECT_EQ(phases(), (Phases{0, 1}));

@@ -25,26 +25,29 @@ public:
             for (unsigned count = 1 + random() % 4; count > 0; --count) {
                 ordered_json board = {{"boardType", boardType()}};
                 addOptional(board);
-                if (oneIn(2))
+                if (oneIn(2)) {
                     addDestination(board, toFlashDrive);
-                else
+                } else {
                     everyBoardStatesIt = false;
+                }
                 result["boards"].push_back(board);
             }
         } else {
             result["boardType"] = boardType();
         }
         addOptional(result);
-        if (!everyBoardStatesIt || oneIn(3))
+        if (!everyBoardStatesIt || oneIn(3)) {
             addDestination(result, toFlashDrive);
+        }
         return result;
     }
 
     void fill(Element& element)
     {
         element.boardType = text(pick(types));
-        if (oneIn(2))
+        if (oneIn(2)) {
             element.variant = text(pick(variants));
+        }
         element.productId = oneIn(3) ? pick(elementNumbers) : 0;
         element.hwCompatibilityId = oneIn(4) ? pick(elementNumbers) : 0;
         element.swCompatibilityId = oneIn(4) ? pick(elementNumbers) : 0;
@@ -66,51 +69,62 @@ private:
 
     ordered_json boardType()
     {
-        if (!oneIn(3))
+        if (!oneIn(3)) {
             return pick(types);
+        }
         ordered_json result = ordered_json::array();
-        for (unsigned count = random() % 4; count > 0; --count)
+        for (unsigned count = random() % 4; count > 0; --count) {
             result.push_back(pick(types));
+        }
         return result;
     }
 
     ordered_json number()
     {
-        if (oneIn(2))
+        if (oneIn(2)) {
             return pick(fileNumbers);
+        }
         ordered_json result = ordered_json::array();
-        for (unsigned count = random() % 4; count > 0; --count)
+        for (unsigned count = random() % 4; count > 0; --count) {
             result.push_back(pick(fileNumbers));
+        }
         return result;
     }
 
     void addOptional(ordered_json& object)
     {
-        if (oneIn(3))
+        if (oneIn(3)) {
             object["boardVariant"] = variant();
-        if (oneIn(4))
+        }
+        if (oneIn(4)) {
             object["boardId"] = number();
-        if (oneIn(5))
+        }
+        if (oneIn(5)) {
             object["hwCompatibilityId"] = number();
-        if (oneIn(5))
+        }
+        if (oneIn(5)) {
             object["swCompatibilityId"] = number();
+        }
     }
 
     ordered_json variant()
     {
-        if (oneIn(4))
+        if (oneIn(4)) {
             return nullptr;
-        if (!oneIn(3))
+        }
+        if (!oneIn(3)) {
             return oneIn(8) ? "" : pick(variants);
+        }
         return {pick(variants), nullptr, pick(variants)};
     }
 
     void addDestination(ordered_json& object, bool toFlashDrive)
     {
-        if (toFlashDrive)
+        if (toFlashDrive) {
             object["targetPath"] = oneIn(15) ? "*" : pick(paths);
-        else
+        } else {
             object["id"] = oneIn(10) ? pick(wideIds) : random() % 6ull;
+        }
     }
 
     // Among them texts that end where another goes on, that look like another kind of value, and with a NUL.
@@ -134,19 +148,22 @@ bool allows(const ordered_json& property, const ordered_json& value)
 // The part of the entry for boards of this type: its first board object that names it. Null when there is none.
 const ordered_json* partFor(const ordered_json& entry, const std::string& boardType)
 {
-    if (!entry.contains("boards"))
+    if (!entry.contains("boards")) {
         return allows(entry["boardType"], boardType) ? &entry : nullptr;
+    }
     for (const ordered_json& board : entry["boards"]) {
-        if (allows(board["boardType"], boardType))
+        if (allows(board["boardType"], boardType)) {
             return &board;
+        }
     }
     return nullptr;
 }
 
 bool isForFlashDrive(const ordered_json& entry)
 {
-    if (entry.contains("targetPath"))
+    if (entry.contains("targetPath")) {
         return true;
+    }
     return entry.contains("boards") && std::any_of(entry["boards"].begin(), entry["boards"].end(),
                                                    [](const auto& board) { return board.contains("targetPath"); });
 }
@@ -155,19 +172,22 @@ bool isForFlashDrive(const ordered_json& entry)
 std::optional<std::string> pathIfFor(const Element& element, const ordered_json& entry)
 {
     const ordered_json* const part = partFor(entry, str(element.boardType));
-    if (part == nullptr || element.isFileSystemElement != isForFlashDrive(entry))
+    if (part == nullptr || element.isFileSystemElement != isForFlashDrive(entry)) {
         return std::nullopt;
+    }
     const auto stated = [&](const char* key, const ordered_json& otherwise) {
         return part->contains(key) ? (*part)[key] : entry.value(key, otherwise);
     };
     const auto path = stated("targetPath", "").get<std::string>();
     if (element.isFileSystemElement) {
-        if (str(element.location) != "*" && str(element.location) != path)
+        if (str(element.location) != "*" && str(element.location) != path) {
             return std::nullopt;
+        }
     } else {
         const ordered_json id = stated("id", nullptr);
-        if (id.is_null() || std::min<std::uint64_t>(id.get<std::uint64_t>(), 4294967295) != element.id)
+        if (id.is_null() || std::min<std::uint64_t>(id.get<std::uint64_t>(), 4294967295) != element.id) {
             return std::nullopt;
+        }
     }
     const std::string variant = str(element.variant);
     const bool fits =
@@ -192,8 +212,9 @@ protected:
     {
         makeTemplate();
         RandomData random(seed);
-        for (std::size_t i = 0; i < numberOfElements; ++i)
+        for (std::size_t i = 0; i < numberOfElements; ++i) {
             random.fill(addElement());
+        }
         for (std::size_t i = 0; i < numberOfFiles; ++i) {
             entries.push_back(random.entry());
             addFile(entries.back());
@@ -225,8 +246,9 @@ protected:
     Assigned result()
     {
         Assigned assigned{fileIndices(), assignedCounts(), {}};
-        for (auto element = std::next(elements().begin(), numberOfElements); element != elements().end(); ++element)
+        for (auto element = std::next(elements().begin(), numberOfElements); element != elements().end(); ++element) {
             assigned.newLocations.push_back(str(element->location));
+        }
         return assigned;
     }
 
@@ -236,8 +258,9 @@ private:
     static void give(Assigned& assigned, int file)
     {
         assigned.fileOfElement.push_back(file);
-        if (file >= 0)
+        if (file >= 0) {
             ++assigned.elementsOfFile[static_cast<std::size_t>(file)];
+        }
     }
 
     std::vector<ordered_json> entries;

@@ -134,8 +134,9 @@ protected:
     // An element that already holds the content of its file.
     Element& addUpToDate()
     {
-        if (files().empty())
+        if (files().empty()) {
             addFileForId(1, {{"version", "1.0"}});
+        }
         return addElement({.version = "1.0"});
     }
 };

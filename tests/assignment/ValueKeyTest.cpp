@@ -18,11 +18,13 @@ TEST(ValueKeyTest, NoKeyIsTheBeginningOfAnother)
     std::vector<std::string> keys = {valueKey(nullptr), textKey(""),   textKey("a"),  textKey("null"),
                                      textKey("1"),      numberKey(0),  numberKey(1),  numberKey(10),
                                      numberKey(100),    numberKey(11), textKey("1:"), textKey("1;")};
-    for (unsigned character = 0; character < 256; ++character)
+    for (unsigned character = 0; character < 256; ++character) {
         keys.push_back(textKey("a" + std::string(1, static_cast<char>(character))));
+    }
     for (std::size_t i = 0; i < keys.size(); ++i) {
-        for (std::size_t j = 0; j < keys.size(); ++j)
+        for (std::size_t j = 0; j < keys.size(); ++j) {
             EXPECT_TRUE(i == j || !beginsWith(keys[i], keys[j])) << keys[i] << " begins with " << keys[j];
+        }
     }
 }
 
@@ -35,8 +37,9 @@ TEST(ValueKeyTest, AValueHasTheKeyOfItsTextOrNumber)
 
 TEST(ValueKeyTest, OtherValuesHaveNoKey)
 {
-    for (const char* value : {"true", "-1", "1.0", "18446744073709551616", "{}", "[]", "[1]"})
+    for (const char* value : {"true", "-1", "1.0", "18446744073709551616", "{}", "[]", "[1]"}) {
         EXPECT_EQ(valueKey(parseJson(value)), "") << value;
+    }
 }
 
 }  // namespace

@@ -53,8 +53,9 @@ Updated update()
 std::vector<std::string> callNames(const std::vector<ordered_json>& trace)
 {
     std::vector<std::string> names;
-    for (const ordered_json& call : trace)
+    for (const ordered_json& call : trace) {
         names.push_back(call.at("call"));
+    }
     return names;
 }
 

@@ -18,11 +18,13 @@ ordered_json element(unsigned id, const std::string& name)
 
 Library::Library() : handle(::dlopen(TRELLAN_LIBRARY, RTLD_NOW | RTLD_LOCAL))
 {
-    if (handle == nullptr)
+    if (handle == nullptr) {
         throw std::runtime_error(::dlerror());
+    }
     void* symbol = ::dlsym(handle, "_ZN17ZoITrellanUpdater14createInstanceEN17ZoNTrellanUpdater10ZoTOptionsE");
-    if (symbol == nullptr)
+    if (symbol == nullptr) {
         throw std::runtime_error(::dlerror());
+    }
     factory = reinterpret_cast<Factory*>(symbol);
 }
 

@@ -47,8 +47,9 @@ std::set<std::string> openFiles()
         std::error_code gone;
         const std::string file = std::filesystem::read_symlink(entry.path(), gone);
         // The listing itself is open while it is made.
-        if (!gone && file.find("/proc/") != 0)
+        if (!gone && file.find("/proc/") != 0) {
             files.insert(entry.path().filename().string() + " " + file);
+        }
     }
     return files;
 }

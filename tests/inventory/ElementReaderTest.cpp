@@ -214,8 +214,9 @@ TEST_F(ElementReaderTest, EveryElementHasErrorListsOfItsOwn)
     for (std::size_t i = 0; i < lists.size(); ++i) {
         ASSERT_NE(lists[i], nullptr);
         EXPECT_EQ(lists[i]->getErrorCount(), 0u);
-        for (std::size_t j = 0; j < i; ++j)
+        for (std::size_t j = 0; j < i; ++j) {
             EXPECT_NE(lists[i], lists[j]);
+        }
     }
 }
 
@@ -244,11 +245,13 @@ TEST_F(ElementReaderTest, ReadsInAFixedOrderSoThatErrorsAreReportedInIt)
     ordered_json document = target({board("ION", boardParameters, {updateElement(1, fullElement())})});
     ordered_json& values = document["script"]["values"];
     for (const char* name : {"PRODUCT/BOARD_TYPE", "PRODUCT/VARIANT", "PRODUCT/ID", "PRODUCT/SERIAL_NUMBER", "SLOT",
-                             "PRODUCT/NAME", "PRODUCT/UNITNAME", "UNITNAME", "RACKNAME"})
+                             "PRODUCT/NAME", "PRODUCT/UNITNAME", "UNITNAME", "RACKNAME"}) {
         values["/ROOT/ION:" + std::string(name)] = {{{"code", 1}, {"text", "board " + std::string(name)}}};
+    }
     for (const char* name : {"CONFIGURATION", "ID", "LOCATION", "HW_COMPATIBILITY_ID", "SW_COMPATIBILITY_ID", "TYPE_ID",
-                             "CUSTOM", "VALID", "ACTIVE", "CHECKSUM_CRC32", "VERSION", "NAME", "VERSION_HISTORY"})
+                             "CUSTOM", "VALID", "ACTIVE", "CHECKSUM_CRC32", "VERSION", "NAME", "VERSION_HISTORY"}) {
         values["/ROOT/ION/UPDATE_INFO/UPDATE_ELEMENT:" + std::string(name)] = {{{"code", 2}, {"text", name}}};
+    }
 
     ASSERT_EQ(readTarget(document), 1);
     EXPECT_EQ(errorTexts(), (Texts{"CONFIGURATION",

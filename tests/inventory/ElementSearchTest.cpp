@@ -206,8 +206,9 @@ public:
     {
         boardsLeft = boards;
         std::vector<ordered_json> items;
-        while (boardsLeft > 0)
+        while (boardsLeft > 0) {
             items.push_back(makeBoard(0, 0));
+        }
         return target(items);
     }
 
@@ -224,11 +225,13 @@ private:
             parameters["PRODUCT/UNITNAME"] = "Unit " + std::to_string(unitNumber);
         }
         std::vector<ordered_json> elements;
-        for (unsigned count = random() % 4; count > 0; --count)
+        for (unsigned count = random() % 4; count > 0; --count) {
             elements.push_back(makeElement(static_cast<unsigned>(elements.size()) + 1, unitNumber));
+        }
         std::vector<ordered_json> items;
-        for (unsigned count = depth < 6 ? random() % 5 : 0; count > 0 && boardsLeft > 0; --count)
+        for (unsigned count = depth < 6 ? random() % 5 : 0; count > 0 && boardsLeft > 0; --count) {
             items.push_back(makeBoard(depth + 1, unitNumber));
+        }
         return board("IOMODULE[" + std::to_string(++boardCount) + "]", parameters, elements, items);
     }
 
@@ -236,8 +239,9 @@ private:
     {
         const unsigned number = ++elementCount;
         auto known = place.try_emplace(unitNumber, units.size());
-        if (known.second)
+        if (known.second) {
             units.push_back({unitNumber, {}});
+        }
         units[known.first->second].second.push_back(number);
         return updateElement(index, {{"NAME", std::to_string(unitNumber)}, {"ID", number}});
     }
@@ -259,9 +263,11 @@ TEST_P(RandomTreeTest, GroupsManyBoardsByUnitsAndNumbersTheirElementsConsecutive
     ASSERT_EQ(readTarget(tree.make(400)), 1);
 
     std::vector<std::pair<std::string, unsigned>> expected;
-    for (const auto& [unitNumber, numbers] : tree.expected())
-        for (unsigned number : numbers)
+    for (const auto& [unitNumber, numbers] : tree.expected()) {
+        for (unsigned number : numbers) {
             expected.emplace_back(std::to_string(unitNumber), number);
+        }
+    }
     ASSERT_GT(expected.size(), 300u);
     ASSERT_GT(tree.expected().size(), 5u);
 

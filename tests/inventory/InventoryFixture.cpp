@@ -24,33 +24,38 @@ int InventoryFixture::readTarget(const Json& document)
 
 const InventoryFixture::Element& InventoryFixture::element(std::size_t position)
 {
-    for (const Element& element : inventory().getUpdateElementList())
-        if (position-- == 0)
+    for (const Element& element : inventory().getUpdateElementList()) {
+        if (position-- == 0) {
             return element;
+        }
+    }
     throw std::out_of_range("no such update element");
 }
 
 std::vector<std::string> InventoryFixture::names()
 {
     std::vector<std::string> result;
-    for (const Element& element : inventory().getUpdateElementList())
+    for (const Element& element : inventory().getUpdateElementList()) {
         result.push_back(str(element.name));
+    }
     return result;
 }
 
 std::vector<unsigned> InventoryFixture::indices()
 {
     std::vector<unsigned> result;
-    for (const Element& element : inventory().getUpdateElementList())
+    for (const Element& element : inventory().getUpdateElementList()) {
         result.push_back(element.index);
+    }
     return result;
 }
 
 std::vector<std::string> InventoryFixture::errorTexts() const
 {
     std::vector<std::string> result;
-    for (unsigned i = 0; i < errors.count(); ++i)
+    for (unsigned i = 0; i < errors.count(); ++i) {
         result.push_back(errors.text(i));
+    }
     return result;
 }
 

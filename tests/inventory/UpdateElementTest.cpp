@@ -57,8 +57,9 @@ TEST(UpdateElementTest, ANewRecordsStringsAndAddressesAreEmpty)
     const Element element;
     for (const ZoCString* text : {&element.boardType, &element.variant, &element.boardName, &element.unitProductName,
                                   &element.unitName, &element.rackName, &element.location, &element.name,
-                                  &element.versionHistory, &element.displayName, &element.displayType})
+                                  &element.versionHistory, &element.displayName, &element.displayType}) {
         EXPECT_TRUE(text->isEmpty());
+    }
     EXPECT_EQ(element.boardAddress, ZoCInventoryAddress());
     EXPECT_EQ(element.address, ZoCInventoryAddress());
 }

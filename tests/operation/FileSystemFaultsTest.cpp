@@ -31,8 +31,9 @@ std::vector<std::string> commands;
 // The result without the call, or nothing where the call is to be made.
 std::optional<int> resultOf(Answer answer)
 {
-    if (answer == Answer::asUsual)
+    if (answer == Answer::asUsual) {
         return std::nullopt;
+    }
     errno = EIO;
     return answer == Answer::refuses ? -1 : 0;
 }

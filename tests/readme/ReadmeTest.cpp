@@ -82,8 +82,9 @@ TEST(Readme, ItsTranscriptsAreWhatTheToolPrints)
     const Example example;
     const std::string readme = readText(readmePath);
     const std::string present = withPresentOutput(readme, example);
-    if (approving() && !HasFailure())
+    if (approving() && !HasFailure()) {
         writeText(readmePath, present);
+    }
     EXPECT_EQ(readText(readmePath), present);
 }
 
@@ -110,10 +111,12 @@ TEST(Readme, ItsHostProgramUpdatesTheExample)
     const std::string libraries = library.parent_path().string();
     std::vector<std::string> arguments = {"-std=c++11", "-Wall", "-Wextra", "-Werror"};
     arguments.insert(arguments.end(), {"-I" TRELLAN_SOURCE_DIR "/include", "host.cpp", "-o", "host", library.string()});
-    for (const char* const option : {"-rpath", "-rpath-link"})
+    for (const char* const option : {"-rpath", "-rpath-link"}) {
         arguments.insert(arguments.end(), {"-Xlinker", option, "-Xlinker", libraries});
-    if (*TRELLAN_HOST_FLAGS != '\0')
+    }
+    if (*TRELLAN_HOST_FLAGS != '\0') {
         arguments.push_back(TRELLAN_HOST_FLAGS);
+    }
     const ProcessResult compiled = runProcess(TRELLAN_COMPILER, arguments, example.path());
     ASSERT_EQ(compiled.status, 0) << compiled.errors;
     const ProcessResult hosted = runProcess(example.path() / "host", {(example.path() / "archive").string()},

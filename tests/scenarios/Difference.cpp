@@ -31,8 +31,9 @@ std::string escaped(unsigned char character)
         default:
             break;
     }
-    if (character >= 0x20 && character != 0x7F)
+    if (character >= 0x20 && character != 0x7F) {
         return std::string(1, static_cast<char>(character));
+    }
     char text[8];
     std::snprintf(text, sizeof text, "\\x%02X", character);
     return text;
@@ -43,8 +44,9 @@ std::string shown(const std::vector<std::string>& lines, std::size_t from, std::
     std::string text;
     for (std::size_t i = from; i < std::min(to, lines.size()); ++i) {
         text += mark;
-        for (const char character : lines[i])
+        for (const char character : lines[i]) {
             text += escaped(static_cast<unsigned char>(character));
+        }
         text += '\n';
     }
     return text;
@@ -54,13 +56,15 @@ std::string shown(const std::vector<std::string>& lines, std::size_t from, std::
 
 std::string difference(const std::string& expected, const std::string& actual)
 {
-    if (expected == actual)
+    if (expected == actual) {
         return "";
+    }
     const std::vector<std::string> wanted = linesOf(expected);
     const std::vector<std::string> given = linesOf(actual);
     std::size_t first = 0;
-    while (first < std::min(wanted.size(), given.size()) && wanted[first] == given[first])
+    while (first < std::min(wanted.size(), given.size()) && wanted[first] == given[first]) {
         ++first;
+    }
     return "line " + std::to_string(first + 1) + " (- expected, + actual; line ends are shown as $):\n" +
            shown(wanted, first - std::min(first, context), first, "  ") + shown(wanted, first, first + context, "- ") +
            shown(given, first, first + context, "+ ");

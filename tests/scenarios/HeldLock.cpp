@@ -9,13 +9,16 @@
 
 HeldLock::HeldLock(const std::filesystem::path& file)
 {
-    if (file.empty())
+    if (file.empty()) {
         return;
+    }
     descriptor = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    if (descriptor < 0)
+    if (descriptor < 0) {
         throw std::system_error(errno, std::generic_category(), file.string());
-    if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0)
+    }
+    if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0) {
         return;
+    }
     const int error = errno;
     ::close(descriptor);
     throw std::system_error(error, std::generic_category(), file.string());
@@ -23,6 +26,7 @@ HeldLock::HeldLock(const std::filesystem::path& file)
 
 HeldLock::~HeldLock()
 {
-    if (descriptor >= 0)
+    if (descriptor >= 0) {
         ::close(descriptor);
+    }
 }

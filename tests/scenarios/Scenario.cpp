@@ -16,8 +16,9 @@ namespace {
 
 void replaceAll(std::string& text, const std::string& from, const std::string& to)
 {
-    for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+    for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) {
         text.replace(at, from.size(), to);
+    }
 }
 
 std::string firstLine(const fs::path& file)
@@ -32,8 +33,9 @@ std::string firstLine(const fs::path& file)
 std::string heading(const std::vector<std::string>& arguments)
 {
     std::string line = "$ trellan-update";
-    for (const std::string& argument : arguments)
+    for (const std::string& argument : arguments) {
         line += " " + argument;
+    }
     return line + "\n";
 }
 
@@ -42,18 +44,21 @@ std::string heading(const std::vector<std::string>& arguments)
 Scenario::Scenario(const fs::path& folder)
 {
     takeOver(folder);
-    if (fs::exists(folder / "base"))
+    if (fs::exists(folder / "base")) {
         takeOver(folder.parent_path() / firstLine(folder / "base"));
+    }
     fs::create_directories(inWork("flash"));
-    if (fs::exists(inWork("script.json")))
+    if (fs::exists(inWork("script.json"))) {
         addScript();
+    }
 }
 
 void Scenario::takeOver(const fs::path& source) const
 {
     for (const char* const name : {"arguments", "target.json", "script.json", "archive", "flash", "hold-lock"}) {
-        if (fs::exists(source / name) && !fs::exists(inWork(name)))
+        if (fs::exists(source / name) && !fs::exists(inWork(name))) {
             copyTree(source / name, inWork(name));
+        }
     }
 }
 
@@ -76,10 +81,11 @@ std::vector<std::vector<std::string>> Scenario::runs() const
     std::istringstream lines(readText(inWork("arguments")));
     for (std::string line; std::getline(lines, line);) {
         replaceAll(line, "{archive}", inWork("archive").string());
-        if (line.empty())
+        if (line.empty()) {
             result.emplace_back();
-        else
+        } else {
             result.back().push_back(line);
+        }
     }
     return result;
 }
@@ -97,18 +103,21 @@ ScenarioResult Scenario::run(const fs::path& program) const
     ScenarioResult result;
     const std::vector<std::vector<std::string>> all = runs();
     for (std::vector<std::string> arguments : all) {
-        if (all.size() > 1)
+        if (all.size() > 1) {
             result.output += heading(arguments);
-        if (fs::exists(inWork("target.json")))
+        }
+        if (fs::exists(inWork("target.json"))) {
             arguments.insert(arguments.end(), {"--target", inWork("target.json").string()});
+        }
         arguments.insert(arguments.end(), {"--trace", inWork("trace").string()});
         const ProcessResult process = runProcess(program, arguments, work.path());
         result.output += process.output;
         result.errors += process.errors;
         result.statuses += std::to_string(process.status) + "\n";
     }
-    if (fs::exists(inWork("trace")))
+    if (fs::exists(inWork("trace"))) {
         result.trace = normalised(readText(inWork("trace")));
+    }
     result.output = normalised(result.output);
     result.errors = normalised(result.errors);
     return result;

@@ -19,8 +19,9 @@ std::vector<std::string> scenarioNames()
 {
     std::vector<std::string> names;
     for (const fs::directory_entry& entry : fs::directory_iterator(TRELLAN_SOURCE_DIR "/tests/scenarios")) {
-        if (entry.is_directory())
+        if (entry.is_directory()) {
             names.push_back(entry.path().filename().string());
+        }
     }
     std::sort(names.begin(), names.end());
     return names;
@@ -43,8 +44,9 @@ bool approving()
 std::string successes(const std::string& statuses)
 {
     std::string text;
-    for (std::ptrdiff_t runs = std::count(statuses.begin(), statuses.end(), '\n'); runs > 0; --runs)
+    for (std::ptrdiff_t runs = std::count(statuses.begin(), statuses.end(), '\n'); runs > 0; --runs) {
         text += "0\n";
+    }
     return text;
 }
 
@@ -55,12 +57,14 @@ std::string readOr(const fs::path& file, const std::string& text)
 
 void approve(const fs::path& file, const std::string& text, bool needed)
 {
-    if (readOr(file, needed ? "" : text) == text && fs::exists(file) == needed)
+    if (readOr(file, needed ? "" : text) == text && fs::exists(file) == needed) {
         return;
-    if (needed)
+    }
+    if (needed) {
         writeText(file, text);
-    else
+    } else {
         fs::remove(file);
+    }
     std::cout << "approved: " << file.string() << '\n';
 }
 
@@ -93,10 +97,11 @@ TEST_P(ScenarioTest, PrintsWhatIsExpected)
         SKIP_WITHOUT_MOUNT();
     }
     const ScenarioResult result = scenario.run(TRELLAN_TOOL);
-    if (approving())
+    if (approving()) {
         approveAll(folder, result);
-    else
+    } else {
         compareAll(folder, result);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Scenarios, ScenarioTest, testing::ValuesIn(scenarioNames()), testName);

@@ -50,8 +50,9 @@ TEST_F(Clock, GoesOnByItselfWhenItIsReal)
     TrellanSimulation::useClock(ClockKind::real);
     const std::uint64_t start = TrellanSimulation::now();
     std::uint64_t now = start;
-    while (now == start)
+    while (now == start) {
         now = TrellanSimulation::now();
+    }
     EXPECT_GT(now, start);
 }
 

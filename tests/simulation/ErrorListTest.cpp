@@ -49,8 +49,9 @@ TEST(ErrorList, GivesEmptyTextsRatherThanNull)
 TEST(ErrorList, KeepsAllErrorsInTheirOrder)
 {
     ErrorPool errors;
-    for (unsigned code = 0; code < 1000; ++code)
+    for (unsigned code = 0; code < 1000; ++code) {
         errors.get().addError(error(code, "number " + std::to_string(code)));
+    }
     ASSERT_EQ(errors.count(), 1000u);
     for (unsigned index = 0; index < 1000; ++index) {
         EXPECT_EQ(errors.code(index), index);
@@ -63,8 +64,9 @@ TEST(ErrorList, LeavesItsTextsWhereTheyAreWhenItGrows)
     ErrorPool errors;
     errors.get().addError(error(1, "first"));
     const char* text = errors.get().getErrorText(0);
-    for (unsigned code = 0; code < 1000; ++code)
+    for (unsigned code = 0; code < 1000; ++code) {
         errors.get().addError(error(code, "another"));
+    }
     EXPECT_STREQ(text, "first");
     EXPECT_EQ(text, errors.get().getErrorText(0));
 }

@@ -17,11 +17,13 @@ std::string reprint(const std::string& content)
 std::string nested(std::size_t levels, const std::string& open, const std::string& close)
 {
     std::string content;
-    for (std::size_t level = 0; level < levels; ++level)
+    for (std::size_t level = 0; level < levels; ++level) {
         content += open;
+    }
     content += "0";
-    for (std::size_t level = 0; level < levels; ++level)
+    for (std::size_t level = 0; level < levels; ++level) {
         content += close;
+    }
     return content;
 }
 
@@ -43,8 +45,9 @@ TEST(JsonParsing, RefusesWhatIsNotOneDocument)
 {
     for (const char* content : {"",         " ", "\n\n", "{} {}",   "1 2",      "{}x",   "nul",   "TRUE",  "'a'", "{",
                                 "[",        "]", "\"",   "{\"a\"}", "{\"a\":}", "{a:1}", "{1:1}", "[1 2]", "[,]", "NaN",
-                                "Infinity", "-", "+1",   "01",      "1.",       ".5",    "1e",    "0x10"})
+                                "Infinity", "-", "+1",   "01",      "1.",       ".5",    "1e",    "0x10"}) {
         EXPECT_EQ(reprint(content), "invalid") << content;
+    }
 }
 
 TEST(JsonParsing, RefusesCommentsAndTrailingCommas)
@@ -203,8 +206,9 @@ TEST(JsonParsing, RefusesAStreamThatFailsBehindAWholeDocument)
     bool wasRead = false;
     const auto readOnce = [](void* cookie, char* buffer, std::size_t) -> ssize_t {
         bool& done = *static_cast<bool*>(cookie);
-        if (done)
+        if (done) {
             return -1;
+        }
         done = true;
         buffer[0] = '{';
         buffer[1] = '}';
@@ -239,8 +243,9 @@ TEST(JsonParsing, ReadsADocumentOfManyBlanks)
 TEST(JsonParsing, ReadsADocumentOfManyEntries)
 {
     std::string content = "{\"files\":[";
-    for (unsigned index = 0; index < 100000; ++index)
+    for (unsigned index = 0; index < 100000; ++index) {
         content += (index == 0 ? "" : ",") + std::string("{\"fileName\":\"f") + std::to_string(index) + "\"}";
+    }
     const json value = parse(content + "]}");
     ASSERT_EQ(value["files"].size(), 100000u);
     EXPECT_EQ(static_cast<std::string>(value["files"][std::size_t{99999}]["fileName"]), "f99999");

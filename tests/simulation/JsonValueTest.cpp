@@ -179,15 +179,17 @@ TEST(JsonValue, BeyondTheRangeConvertsToTheLargestNumber)
 TEST(JsonValue, GivesTheElementsOfAnArrayInTheirOrder)
 {
     std::string elements;
-    for (const json& element : parse("[3,\"b\",[1]]"))
+    for (const json& element : parse("[3,\"b\",[1]]")) {
         elements += element.dump() + ";";
+    }
     EXPECT_EQ(elements, "3;\"b\";[1];");
 }
 
 TEST(JsonValue, GivesNoElementsWhenItIsNoArray)
 {
-    for (const json& value : {parse("{\"a\":1}"), json("text"), json(), json(1u), json::array(), parse("")})
+    for (const json& value : {parse("{\"a\":1}"), json("text"), json(), json(1u), json::array(), parse("")}) {
         EXPECT_TRUE(value.begin() == value.end());
+    }
 }
 
 TEST(JsonValue, IsNullAfterItWasMovedAway)

@@ -15,13 +15,15 @@ std::string textOf(const ZoCVersion& version)
 std::string componentsOf(const char* text)
 {
     const ZoCVersion version(text);
-    if (version.getAsULong64() == 0)
+    if (version.getAsULong64() == 0) {
         return "empty";
+    }
     std::string components;
     for (const unsigned component :
          {unsigned{version.getMar()}, unsigned{version.getMir()}, unsigned{version.getMai()},
-          unsigned{version.getSpb()}, unsigned{version.getSpn()}, unsigned{version.getPlv()}})
+          unsigned{version.getSpb()}, unsigned{version.getSpn()}, unsigned{version.getPlv()}}) {
         components += (components.empty() ? "" : " ") + std::to_string(component);
+    }
     return components;
 }
 
@@ -103,8 +105,9 @@ TEST(Version, IsEmptyWhenTheTextIsNoVersion)
 {
     for (const char* text : {"",     " ",     "abc",  "1.",      ".1",      "1..2",    "1.2.",  "1.2.3.4", "1.2 ",
                              " 1.2", "1.2\n", "v1.2", "+1.2",    "-1.2",    "1,2",     "0x1.2", "1.2c3",   "1.2A3",
-                             "1.2a", "1.2r",  "1.2p", "1.2a1b2", "1.2p1a1", "1.2a1.3", "1a1",   "1p1",     "1r1"})
+                             "1.2a", "1.2r",  "1.2p", "1.2a1b2", "1.2p1a1", "1.2a1.3", "1a1",   "1p1",     "1r1"}) {
         EXPECT_EQ(componentsOf(text), "empty") << '"' << text << '"';
+    }
     EXPECT_EQ(componentsOf(nullptr), "empty");
 }
 
@@ -121,8 +124,9 @@ TEST(Version, TakesOtherStagesFromThreeOn)
 TEST(Version, IsEmptyWhenANumberIsBeyondItsWidth)
 {
     for (const char* text : {"256", "256.0", "1.256", "1.2.256", "1.2a65536", "1.2r65536", "1.2s256.1", "1.2s3.65536",
-                             "1.2p65536", "4294967297.1", "18446744073709551617.1"})
+                             "1.2p65536", "4294967297.1", "18446744073709551617.1"}) {
         EXPECT_EQ(componentsOf(text), "empty") << text;
+    }
 }
 
 TEST(Version, IsReadBackFromItsText)
@@ -147,12 +151,13 @@ TEST(Version, IsOrderedByItsNumbersThenItsStage)
     const std::array ascending = {"0.1",    "22.9.9",   "23.1.200", "23.2a1",   "23.2a12",    "23.2a12p1", "23.2b1",
                                   "23.2b2", "23.2s3.1", "23.2s3.9", "23.2s4.0", "23.2s255.0", "23.2",      "23.2p1",
                                   "23.2r1", "23.2r1p1", "23.2r2",   "23.2.1a1", "23.2.1",     "23.3a1",    "24.0a1"};
-    for (std::size_t left = 0; left < ascending.size(); ++left)
+    for (std::size_t left = 0; left < ascending.size(); ++left) {
         for (std::size_t right = 0; right < ascending.size(); ++right) {
             SCOPED_TRACE(std::string(ascending[left]) + " and " + ascending[right]);
             EXPECT_EQ(ZoCVersion(ascending[left]) < ZoCVersion(ascending[right]), left < right);
             EXPECT_EQ(ZoCVersion(ascending[left]) > ZoCVersion(ascending[right]), left > right);
         }
+    }
 }
 
 TEST(Version, IsEqualWhenAllComponentsAre)

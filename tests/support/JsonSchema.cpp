@@ -9,16 +9,21 @@ namespace {
 
 bool hasType(const json& value, const std::string& type)
 {
-    if (type == "object")
+    if (type == "object") {
         return value.is_object();
-    if (type == "array")
+    }
+    if (type == "array") {
         return value.is_array();
-    if (type == "string")
+    }
+    if (type == "string") {
         return value.is_string();
-    if (type == "boolean")
+    }
+    if (type == "boolean") {
         return value.is_boolean();
-    if (type == "integer")
+    }
+    if (type == "integer") {
         return value.is_number_integer();
+    }
     throw std::invalid_argument("unknown type " + type);
 }
 
@@ -40,8 +45,9 @@ std::vector<std::string> JsonSchema::violations(const json& document) const
 
 void JsonSchema::check(const json& schema, const json& value, const std::string& place, Violations& found) const
 {
-    for (const auto& [keyword, ignored] : schema.items())
+    for (const auto& [keyword, ignored] : schema.items()) {
         checkKeyword(keyword, schema, value, place, found);
+    }
 }
 
 void JsonSchema::checkKeyword(const std::string& keyword, const json& schema, const json& value,
@@ -49,31 +55,37 @@ void JsonSchema::checkKeyword(const std::string& keyword, const json& schema, co
 {
     const json& rule = schema[keyword];
     if (isAnnotation(keyword) || keyword == "additionalProperties") {
-        if (keyword == "additionalProperties" && (rule != false || !schema.contains("properties")))
+        if (keyword == "additionalProperties" && (rule != false || !schema.contains("properties"))) {
             throw std::invalid_argument("additionalProperties is only known as false beside properties");
+        }
     } else if (keyword == "$ref") {
         check(root.at(json::json_pointer(rule.get<std::string>().substr(1))), value, place, found);
     } else if (keyword == "oneOf") {
         checkOneOf(rule, value, place, found);
     } else if (keyword == "type") {
-        if (!hasType(value, rule))
+        if (!hasType(value, rule)) {
             found.push_back(place + ": is no " + rule.get<std::string>());
+        }
     } else if (keyword == "const") {
-        if (value != rule)
+        if (value != rule) {
             found.push_back(place + ": is not " + rule.dump());
+        }
     } else if (keyword == "minimum" || keyword == "maximum") {
-        if (value.is_number() && (keyword == "minimum" ? value < rule : value > rule))
+        if (value.is_number() && (keyword == "minimum" ? value < rule : value > rule)) {
             found.push_back(place + ": is beyond the " + keyword + " " + rule.dump());
+        }
     } else if (keyword == "required") {
         for (const json& name : rule) {
-            if (value.is_object() && !value.contains(name.get<std::string>()))
+            if (value.is_object() && !value.contains(name.get<std::string>())) {
                 found.push_back(place + ": lacks " + name.get<std::string>());
+            }
         }
     } else if (keyword == "properties") {
         checkMembers(schema, value, place, found);
     } else if (keyword == "items") {
-        for (std::size_t i = 0; value.is_array() && i < value.size(); ++i)
+        for (std::size_t i = 0; value.is_array() && i < value.size(); ++i) {
             check(rule, value[i], place + "/" + std::to_string(i), found);
+        }
     } else {
         throw std::invalid_argument("unknown keyword " + keyword);
     }
@@ -89,21 +101,24 @@ void JsonSchema::checkOneOf(const json& choices, const json& value, const std::s
         fitting += ofChoice.empty() ? 1 : 0;
         all.insert(all.end(), ofChoice.begin(), ofChoice.end());
     }
-    if (fitting == 1)
+    if (fitting == 1) {
         return;
+    }
     found.push_back(place + ": fits " + std::to_string(fitting) + " choices");
     found.insert(found.end(), all.begin(), all.end());
 }
 
 void JsonSchema::checkMembers(const json& schema, const json& value, const std::string& place, Violations& found) const
 {
-    if (!value.is_object())
+    if (!value.is_object()) {
         return;
+    }
     const json& properties = schema["properties"];
     for (const auto& [name, member] : value.items()) {
-        if (properties.contains(name))
+        if (properties.contains(name)) {
             check(properties[name], member, place + "/" + name, found);
-        else if (schema.contains("additionalProperties"))
+        } else if (schema.contains("additionalProperties")) {
             found.push_back(place + ": has the unknown member " + name);
+        }
     }
 }

@@ -39,8 +39,9 @@ private:
 std::vector<char*> pointersTo(std::vector<std::string>& texts)
 {
     std::vector<char*> pointers;
-    for (std::string& text : texts)
+    for (std::string& text : texts) {
         pointers.push_back(text.data());
+    }
     pointers.push_back(nullptr);
     return pointers;
 }
@@ -49,8 +50,9 @@ std::vector<std::string> completeEnvironment(const std::vector<std::string>& wan
 {
     std::vector<std::string> environment;
     for (const char* const name : {"PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"}) {
-        if (const char* const value = ::getenv(name))
+        if (const char* const value = ::getenv(name)) {
             environment.push_back(std::string(name) + "=" + value);
+        }
     }
     environment.insert(environment.end(), wanted.begin(), wanted.end());
     return environment;
@@ -60,8 +62,9 @@ int waitFor(pid_t process)
 {
     int status = 0;
     while (::waitpid(process, &status, 0) < 0) {
-        if (errno != EINTR)
+        if (errno != EINTR) {
             throw std::system_error(errno, std::generic_category(), "waitpid");
+        }
     }
     return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
 }
@@ -86,8 +89,9 @@ ProcessResult runProcess(const std::filesystem::path& program, const std::vector
     pid_t process = 0;
     const int error = ::posix_spawn(&process, program.c_str(), actions.get(), nullptr, pointersTo(commandLine).data(),
                                     pointersTo(variables).data());
-    if (error != 0)
+    if (error != 0) {
         throw std::system_error(error, std::generic_category(), program.string());
+    }
     const int status = waitFor(process);
     return {status, readText(output), readText(errors)};
 }

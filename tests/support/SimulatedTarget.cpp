@@ -30,7 +30,8 @@ std::vector<ordered_json> SimulatedTarget::trace() const
 {
     std::vector<ordered_json> calls;
     std::ifstream stream(directory.path() / "trace.jsonl");
-    for (std::string line; std::getline(stream, line);)
+    for (std::string line; std::getline(stream, line);) {
         calls.push_back(ordered_json::parse(line));
+    }
     return calls;
 }

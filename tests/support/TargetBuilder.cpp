@@ -16,10 +16,12 @@ ordered_json element(const std::string& kind, unsigned index, const ordered_json
 ordered_json item(std::string id, ordered_json parameters, std::vector<ordered_json> items)
 {
     ordered_json result = {{"id", id}};
-    if (!parameters.empty())
+    if (!parameters.empty()) {
         result["parameters"] = parameters;
-    if (!items.empty())
+    }
+    if (!items.empty()) {
         result["items"] = items;
+    }
     return result;
 }
 

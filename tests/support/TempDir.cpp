@@ -31,8 +31,9 @@ fs::path parentFolder()
 TempDir::TempDir()
 {
     std::string name = (parentFolder() / "trellan-test-XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr)
+    if (::mkdtemp(name.data()) == nullptr) {
         throw std::system_error(errno, std::generic_category(), "mkdtemp " + name);
+    }
     folder = name;
 }
 
@@ -49,7 +50,8 @@ fs::path TempDir::write(const std::string& name, std::string_view content) const
     std::ofstream stream(file, std::ios::binary);
     stream.write(content.data(), static_cast<std::streamsize>(content.size()));
     stream.close();
-    if (!stream)
+    if (!stream) {
         throw std::runtime_error("cannot write " + file.string());
+    }
     return file;
 }

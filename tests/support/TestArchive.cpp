@@ -32,13 +32,16 @@ ordered_json description(std::vector<ordered_json> files)
 ordered_json fileEntry(std::string name, ordered_json overrides)
 {
     ordered_json entry = {{"name", name}, {"sequence", 1}};
-    if (!overrides.contains("boards"))
+    if (!overrides.contains("boards")) {
         entry["boardType"] = "KR5120";
-    if (!overrides.contains("boards") && !overrides.contains("targetPath"))
+    }
+    if (!overrides.contains("boards") && !overrides.contains("targetPath")) {
         entry["id"] = 1;
+    }
     entry["checksumCrc32"] = 1;
-    if (!overrides.is_null())
+    if (!overrides.is_null()) {
         entry.update(overrides);
+    }
     return entry;
 }
 

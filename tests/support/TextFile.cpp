@@ -7,8 +7,9 @@
 std::string readText(const std::filesystem::path& file)
 {
     std::ifstream stream(file, std::ios::binary);
-    if (!stream)
+    if (!stream) {
         throw std::runtime_error("cannot read " + file.string());
+    }
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
@@ -16,6 +17,7 @@ void writeText(const std::filesystem::path& file, const std::string& text)
 {
     std::ofstream stream(file, std::ios::binary);
     stream << text << std::flush;
-    if (!stream)
+    if (!stream) {
         throw std::runtime_error("cannot write " + file.string());
+    }
 }

@@ -12,13 +12,15 @@ class Unprivileged {
 public:
     Unprivileged() : wasRoot(::getuid() == 0)
     {
-        if (wasRoot && ::setresuid(nobody, nobody, 0) != 0)
+        if (wasRoot && ::setresuid(nobody, nobody, 0) != 0) {
             throw std::runtime_error("cannot give up root's rights");
+        }
     }
     ~Unprivileged()
     {
-        if (wasRoot && ::setresuid(0, 0, 0) != 0)
+        if (wasRoot && ::setresuid(0, 0, 0) != 0) {
             std::terminate();
+        }
     }
     Unprivileged(const Unprivileged&) = delete;
     Unprivileged& operator=(const Unprivileged&) = delete;
@@ -34,7 +36,8 @@ inline void makeUnreadable(const std::filesystem::path& folder, const std::strin
     using std::filesystem::perms;
     const perms everybody = perms::group_read | perms::group_exec | perms::others_read | perms::others_exec;
     std::filesystem::permissions(folder, perms::owner_all | everybody);
-    for (const auto& file : std::filesystem::directory_iterator(folder))
+    for (const auto& file : std::filesystem::directory_iterator(folder)) {
         std::filesystem::permissions(file.path(), perms::owner_all | everybody);
+    }
     std::filesystem::permissions(folder / name, perms::none);
 }

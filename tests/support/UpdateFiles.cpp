@@ -6,8 +6,9 @@ namespace UpdateFiles {
 
 void putBigEndian(std::string& bytes, std::size_t offset, std::size_t width, std::uint64_t value)
 {
-    for (std::size_t i = 0; i < width; ++i)
+    for (std::size_t i = 0; i < width; ++i) {
         bytes.at(offset + i) = static_cast<char>(value >> (8 * (width - 1 - i)) & 0xFF);
+    }
 }
 
 std::string binaryFile(const BinaryHeader& header, std::size_t size)
@@ -36,8 +37,9 @@ std::string inventoryFile(const ordered_json& parameters, std::optional<std::uin
     root["parameters"] = parameters;
     ordered_json document;
     document["inventoryTree"] = root;
-    if (checksum)
+    if (checksum) {
         document["checksumCrc32"] = *checksum;
+    }
     return document.dump();
 }
 

@@ -15,8 +15,9 @@ public:
     CommandLine(std::initializer_list<std::string> words) : texts(words)
     {
         pointers.push_back("trellan-update");
-        for (const std::string& text : texts)
+        for (const std::string& text : texts) {
             pointers.push_back(text.c_str());
+        }
     }
     CommandLine(const CommandLine&) = delete;
     CommandLine& operator=(const CommandLine&) = delete;

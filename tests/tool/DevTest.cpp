@@ -149,8 +149,9 @@ TEST_F(DemoTest, WorksElsewhereWhenTheBuildFoldersPathHoldsABlank)
                           "/target.json "),
               std::string::npos)
         << output;
-    if (copy.starts_with("/tmp/trellan-demo-"))
+    if (copy.starts_with("/tmp/trellan-demo-")) {
         fs::remove_all(copy);
+    }
 }
 
 TEST_F(DemoTest, ClaimsNothingAboutAnUpdateWithOptions)

@@ -21,8 +21,9 @@ JsonSchema schema()
 std::string joined(const std::vector<std::string>& lines)
 {
     std::string text;
-    for (const std::string& line : lines)
+    for (const std::string& line : lines) {
         text += line + "\n";
+    }
     return text;
 }
 

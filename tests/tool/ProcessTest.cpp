@@ -146,8 +146,9 @@ TEST_F(ProcessTest, AReaderThatGoesAwayDoesNotStopAnUpdate)
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.errors, "trellan-update: standard output cannot be written\n");
     const std::string trace = readText(folder.path() / "trace");
-    for (const char* const call : {"updateFinish", "unlock"})
+    for (const char* const call : {"updateFinish", "unlock"}) {
         EXPECT_NE(trace.find(std::string("{\"call\":\"") + call + "\""), std::string::npos) << trace;
+    }
 }
 
 TEST_F(ProcessTest, ARelativePathInAFolderThatIsGoneIsNamed)

@@ -34,8 +34,9 @@ ordered_json firmwareAndFpga()
 unsigned startedUpdates(const SimulatedTarget& device)
 {
     unsigned started = 0;
-    for (const ordered_json& call : device.trace())
+    for (const ordered_json& call : device.trace()) {
         started += call["call"] == "update2" ? 1 : 0;
+    }
     return started;
 }
 

@@ -104,8 +104,9 @@ TEST(UsageTest, AFlagTakesNoValue)
 {
     for (const std::string flag : {"--verbose", "--force", "--no-progress", "--configuration",
                                    "--disable-custom-elements", "--json", "--help"}) {
-        for (const char* const value : {"=", "=2", "=true", "=false", "=a=b"})
+        for (const char* const value : {"=", "=2", "=true", "=false", "=a=b"}) {
             expectRefused({"compare", "/a", flag + value}, flag + ": no value is expected");
+        }
     }
     expectRefused({"--help=x"}, "--help: no value is expected");
     expectRefused({"compare", "/a", "--board-types", "--force=2"},
@@ -120,8 +121,9 @@ TEST(UsageTest, OptionsStandAfterTheCommand)
 
 TEST(UsageTest, AMissingArchiveIsNamed)
 {
-    for (const char* const command : {"archive-version", "list", "describe", "compare", "update"})
+    for (const char* const command : {"archive-version", "list", "describe", "compare", "update"}) {
         expectRefused({command}, "ARCHIVE is required");
+    }
     expectRefused({"update", "--force"}, "ARCHIVE is required");
     expectRefused({"update", "--exclude", "3"}, "ARCHIVE is required");
 }
@@ -133,8 +135,9 @@ TEST(UsageTest, AnEmptyArchiveIsRefused)
 
 TEST(UsageTest, TheFirstSuperfluousArgumentIsNamed)
 {
-    for (const char* const command : {"version", "installed", "scan", "reboot-support"})
+    for (const char* const command : {"version", "installed", "scan", "reboot-support"}) {
         expectRefused({command, "/a"}, "unexpected argument '/a'");
+    }
     expectRefused({"update", "/a", "/b", "/c"}, "unexpected argument '/b'");
     expectRefused({"list", "/a", "list"}, "unexpected argument 'list'");
     expectRefused({"list", "--", "-a", "-b"}, "unexpected argument '-b'");
@@ -144,8 +147,9 @@ TEST(UsageTest, TheFirstSuperfluousArgumentIsNamed)
 TEST(UsageTest, AnIndexIsAnUnsigned32BitDecimal)
 {
     for (const std::string text :
-         {"-1", "+1", "x", "1x", "0x1", "1.0", " 1", "4294967296", "99999999999999999999", "[1]"})
+         {"-1", "+1", "x", "1x", "0x1", "1.0", " 1", "4294967296", "99999999999999999999", "[1]"}) {
         expectRefused({"update", "/a", "--exclude", text}, "--exclude: '" + text + "' is no index (0 to 4294967295)");
+    }
     expectRefused({"update", "/a", "--exclude", ""}, "--exclude: '' is no index (0 to 4294967295)");
     expectRefused({"update", "/a", "--exclude="}, "--exclude: '' is no index (0 to 4294967295)");
 }
@@ -182,10 +186,12 @@ TEST(UsageTest, TargetAndTraceAreFiles)
 
 TEST(UsageTest, JsonBelongsToTheCommandsThatHaveADocument)
 {
-    for (const char* const command : {"version", "reboot-support"})
+    for (const char* const command : {"version", "reboot-support"}) {
         expectRefused({command, "--json"}, "unexpected argument '--json'");
-    for (const char* const command : {"archive-version", "describe", "update"})
+    }
+    for (const char* const command : {"archive-version", "describe", "update"}) {
         expectRefused({command, "/a", "--json"}, "unexpected argument '--json'");
+    }
 }
 
 TEST(UsageTest, HelpListsTheCommands)

@@ -110,8 +110,9 @@ TEST_P(ApplyEachCommand, AssignsFilesOnlyForComparisonAndUpdate)
     ASSERT_EQ(updater.apply(), 0u);
     const auto elements = elementsOf(updater);
     ASSERT_EQ(elements.size(), isOneOf("4567") ? 1u : 0u);
-    for (const ZoTUpdateElement& element : elements)
+    for (const ZoTUpdateElement& element : elements) {
         EXPECT_EQ(element.hasUpdateFile, isOneOf("67"));
+    }
 }
 
 TEST_P(ApplyEachCommand, ChecksTheSupportOnlyForAnUpdate)
@@ -124,8 +125,9 @@ TEST_P(ApplyEachCommand, ChecksTheSupportOnlyForAnUpdate)
     EXPECT_EQ(updater.apply(), checks ? 2u : 0u);
     EXPECT_EQ(afterItsBanner(capture.text()),
               checks ? "ERROR: The target system is not supported by this firmware archive.\n" : "");
-    for (const ZoTUpdateElement& element : elementsOf(updater))
+    for (const ZoTUpdateElement& element : elementsOf(updater)) {
         EXPECT_EQ(element.disabled, checks) << element.index;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Command, ApplyEachCommand, testing::Range(0u, 9u));

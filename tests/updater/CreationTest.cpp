@@ -230,10 +230,12 @@ TEST_F(Creation, OptionsStandInTheAgreedOrder)
                                    offsetof(ZoTOptions, configuration),
                                    offsetof(ZoTOptions, disableCustomElements),
                                    offsetof(ZoTOptions, option12)};
-    for (std::size_t i = 0; i < 6; ++i)
+    for (std::size_t i = 0; i < 6; ++i) {
         EXPECT_EQ(offsets[i], i * sizeof(std::string)) << "string " << i;
-    for (std::size_t i = 6; i < 12; ++i)
+    }
+    for (std::size_t i = 6; i < 12; ++i) {
         EXPECT_EQ(offsets[i], 6 * sizeof(std::string) + (i - 6)) << "bool " << i;
+    }
     EXPECT_EQ(offsetof(ZoTOptions, command), 6 * sizeof(std::string) + 8);
     EXPECT_EQ(sizeof(ZoTOptions::command), 4u);
 }

@@ -51,8 +51,9 @@ protected:
     std::string disabled() const
     {
         std::string marks;
-        for (const ZoTUpdateElement& element : elements)
+        for (const ZoTUpdateElement& element : elements) {
             marks += element.disabled ? 'D' : '-';
+        }
         return marks;
     }
 

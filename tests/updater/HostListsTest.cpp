@@ -365,10 +365,12 @@ TEST_F(HostLists, IndexBeyondTheEndDisablesNothing)
     const TestArchive two(description({firmwareEntry(), firmwareEntry({{"id", 2}})}));
     const auto updater = applied(two.path());
     const MessageCapture capture(*updater);
-    for (const unsigned index : {2u, 3u, 0xFFFFFFFFu})
+    for (const unsigned index : {2u, 3u, 0xFFFFFFFFu}) {
         updater->disableUpdateElement(index);
-    for (const ZoTUpdateElement& element : elementsOf(*updater))
+    }
+    for (const ZoTUpdateElement& element : elementsOf(*updater)) {
         EXPECT_FALSE(element.disabled) << element.index;
+    }
     EXPECT_EQ(capture.text(), "");
 }
 

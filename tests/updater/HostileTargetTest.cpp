@@ -52,8 +52,9 @@ ordered_json archiveOfFullTarget()
 
 void collectPointers(const ordered_json& value, const Pointer& at, std::vector<Pointer>& pointers)
 {
-    if (!value.is_structured())
+    if (!value.is_structured()) {
         return;
+    }
     for (const auto& [name, member] : value.items()) {
         const Pointer pointer = value.is_array() ? at / static_cast<std::size_t>(std::stoul(name)) : at / name;
         pointers.push_back(pointer);
@@ -71,10 +72,11 @@ std::vector<Pointer> everyMember()
 void remove(ordered_json& document, const Pointer& pointer)
 {
     ordered_json& parent = document[pointer.parent_pointer()];
-    if (parent.is_array())
+    if (parent.is_array()) {
         parent.erase(static_cast<std::size_t>(std::stoul(pointer.back())));
-    else
+    } else {
         parent.erase(pointer.back());
+    }
 }
 
 class HostileTarget : public Updating {
@@ -95,8 +97,9 @@ protected:
                 const MessageCapture capture(updater);
                 applied = updater.apply();
                 text = afterBanner(capture.text());
-                if (applied == 0)
+                if (applied == 0) {
                     updater.run();
+                }
             }
             testing::internal::GetCapturedStderr();
             EXPECT_EQ(TrellanSimulation::resources().errorLists, 0);
@@ -159,8 +162,9 @@ TEST_F(HostileTarget, WithTextForANumberOrANumberForTextIsReadWithErrors)
 {
     unsigned swapped = 0;
     for (const Pointer& pointer : everyMember()) {
-        if (pointer.to_string().find("/parameters/") == std::string::npos)
+        if (pointer.to_string().find("/parameters/") == std::string::npos) {
             continue;
+        }
         SCOPED_TRACE(pointer.to_string());
         ordered_json document = fullTarget();
         document[pointer] = document[pointer].is_string() ? ordered_json(-1) : ordered_json("text");

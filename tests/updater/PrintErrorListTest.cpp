@@ -13,8 +13,9 @@ namespace {
 std::string repeated(const std::string& text, unsigned times)
 {
     std::string result;
-    for (unsigned i = 0; i < times; ++i)
+    for (unsigned i = 0; i < times; ++i) {
         result += text;
+    }
     return result;
 }
 
@@ -35,8 +36,9 @@ protected:
         options.verbose = verbose;
         ZoCTrellanUpdater updater(options);
         ErrorPool pool;
-        for (const ZoSErrorRecord& record : errors)
+        for (const ZoSErrorRecord& record : errors) {
             pool.get().addError(record);
+        }
         const MessageCapture capture(updater);
         updater.printErrorList(pool, indent);
         return capture.text();

@@ -31,12 +31,14 @@ std::string afterBanner(const std::string& text)
 {
     const std::string firstLine = "\nVelorant Device Update Tool, Vs 1.0\n";
     EXPECT_EQ(text.substr(0, firstLine.size()), firstLine);
-    if (text.size() < firstLine.size())
+    if (text.size() < firstLine.size()) {
         return "no banner";
+    }
     const auto noticeEnd = text.find('\n', firstLine.size());
     EXPECT_NE(noticeEnd, std::string::npos) << "no notice";
-    if (noticeEnd == std::string::npos)
+    if (noticeEnd == std::string::npos) {
         return "no notice";
+    }
     EXPECT_GT(noticeEnd, firstLine.size()) << "empty notice";
     EXPECT_EQ(text.substr(noticeEnd + 1, 2), " \n");
     return text.substr(std::min(text.size(), noticeEnd + 3));
@@ -45,9 +47,11 @@ std::string afterBanner(const std::string& text)
 std::vector<ordered_json> callsOf(const std::string& name, const std::vector<ordered_json>& trace)
 {
     std::vector<ordered_json> calls;
-    for (const ordered_json& call : trace)
-        if (call.at("call") == name)
+    for (const ordered_json& call : trace) {
+        if (call.at("call") == name) {
             calls.push_back(call);
+        }
+    }
     return calls;
 }
 
