@@ -1,29 +1,10 @@
 // Starting the updates of a phase.
-#include <filesystem>
-
 #include "operation/OperationTest.h"
-#include "support/Namespaces.h"
 
-using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 namespace {
-
-// Changes the working folder for the time of a scope.
-class WorkingFolder {
-public:
-    explicit WorkingFolder(const std::filesystem::path& folder) : before(std::filesystem::current_path())
-    {
-        std::filesystem::current_path(folder);
-    }
-    ~WorkingFolder() { std::filesystem::current_path(before); }
-    WorkingFolder(const WorkingFolder&) = delete;
-    WorkingFolder& operator=(const WorkingFolder&) = delete;
-
-private:
-    std::filesystem::path before;
-};
 
 // The callbacks carry no context: the target, and the last of its calls before each end of a line.
 const SimulatedTarget* watchedByStart = nullptr;
@@ -57,30 +38,6 @@ protected:
         }
         operation().startUpdatesOfPhase(list);
     }
-
-    // Makes the update of a single file on the flash drive.
-    void updateOneFile()
-    {
-        hasFlashDrive = true;
-        addFileElement(1, 1, "c.bin");
-        prepare();
-        EXPECT_TRUE(update());
-    }
-
-    // Prepares an update from an archive with this file, named relative to the working folder: `prefix` and its name.
-    void prepareRelative(const Json& entry, const std::string& prefix = "")
-    {
-        relative.emplace(description({entry}));
-        relative->addFile(entry.at("name"), "content");
-        here.emplace(std::filesystem::path(relative->path()).parent_path());
-        options.archivePath = prefix + relativeName();
-        prepare();
-    }
-
-    std::string relativeName() const { return std::filesystem::path(relative->path()).filename().string(); }
-
-    std::optional<TestArchive> relative;
-    std::optional<WorkingFolder> here;
 };
 
 TEST_F(StartTest, PrintsTheHeadingOnceBeforeTheFirstElement)
@@ -207,18 +164,6 @@ TEST_F(StartTest, LogsEachStart)
     EXPECT_EQ(calls("sendLog")[1].at("text"), "Firmware update: Board 2, SN 2, Element 7...");
 }
 
-TEST_F(StartTest, LogsTheStartOfAFileOnTheFlashDriveToo)
-{
-    SKIP_WITHOUT_MOUNT();
-    updateOneFile();
-
-    ASSERT_EQ(calls("sendLog").size(), 1u);
-    EXPECT_EQ(calls("sendLog")[0].at("code"), 0x26500000);
-    EXPECT_EQ(calls("sendLog")[0].at("line"), 504);
-    EXPECT_EQ(calls("sendLog")[0].at("function"), "startUpdatesOfPhase");
-    EXPECT_EQ(calls("sendLog")[0].at("text"), "Firmware update: Board 1, SN 1, File 1...");
-}
-
 TEST_F(StartTest, NamesBoardElementAndFileToTheInventoryManager)
 {
     addElement(1, 1);
@@ -279,15 +224,6 @@ TEST_F(StartTest, DoesNotWaitAfterAFailedStart)
     EXPECT_EQ(calls("usleep")[0].at("microseconds"), 200000);
 }
 
-TEST_F(StartTest, DoesNotWaitAfterAFileOnTheFlashDrive)
-{
-    SKIP_WITHOUT_MOUNT();
-    updateOneFile();
-
-    ASSERT_EQ(calls("usleep").size(), 1u);
-    EXPECT_EQ(calls("usleep")[0].at("microseconds"), 200000);
-}
-
 TEST_F(StartTest, GoesOnAfterAFailedStart)
 {
     scriptOf(1, 1)["start"] = Json::array({failing(4, "no room")});
@@ -339,153 +275,4 @@ TEST_F(StartTest, DoesNotTakeEarlierErrorsOfTheElementForAFailedStart)
 
     EXPECT_EQ(calls("updateStatus2").size(), 1u);
     EXPECT_THAT(states(), ElementsAre(5u));
-}
-
-TEST_F(StartTest, RefusesARelativeArchivePathQuietly)
-{
-    addElement(1, 1);
-    prepareRelative(fileEntry("b1e1.bin", {{"boardType", "T1"}}));
-
-    EXPECT_FALSE(update());
-
-    EXPECT_EQ(journal->told(),
-              "<phase 0>"
-              "\nUpdating:\n"
-              "        Board 1, SN 1, Element 1                        [ERROR]\n"
-              "<failure 0>"
-              "<progress 100>"
-              "[ERROR]\n"
-              "<phase 4294967295>"
-              "\nResults:\n"
-              "    ERROR: Board 1, SN 1, Element 1:\n"
-              "\n    Update failed!\n");
-    EXPECT_THAT(calls("update2"), IsEmpty());
-    EXPECT_THAT(states(), ElementsAre(3u));
-    EXPECT_EQ(errors.count(), 0u);
-}
-
-TEST_F(StartTest, NamesTheRelativePathInVerboseMode)
-{
-    options.verbose = true;
-    addElement(1, 1);
-    prepareRelative(fileEntry("b1e1.bin", {{"boardType", "T1"}}));
-
-    EXPECT_FALSE(update());
-
-    EXPECT_EQ(journal->told(),
-              "<phase 0>"
-              "\nUpdating:\n"
-              "        Board 1, SN 1, Element 1                        "
-              "ERROR: Given path is not absolute: '" +
-                  relativeName() +
-                  "/b1e1.bin'\n"
-                  "[ERROR]\n"
-                  "<failure 0>"
-                  "<progress 100>"
-                  "[ERROR]\n"
-                  "<phase 4294967295>"
-                  "\nResults:\n"
-                  "    ERROR: Board 1, SN 1, Element 1:\n"
-                  "\n    Update failed!\n");
-}
-
-TEST_F(StartTest, TakesAPathThatBeginsWithADotForRelative)
-{
-    options.verbose = true;
-    addElement(1, 1);
-    prepareRelative(fileEntry("b1e1.bin", {{"boardType", "T1"}}), "./");
-
-    EXPECT_FALSE(update());
-
-    EXPECT_THAT(journal->fragments(),
-                Contains("ERROR: Given path is not absolute: './" + relativeName() + "/b1e1.bin'\n"));
-    EXPECT_THAT(calls("update2"), IsEmpty());
-    EXPECT_THAT(states(), ElementsAre(3u));
-}
-
-TEST_F(StartTest, WritesFilesOfTheFlashDriveAlsoFromARelativeArchivePath)
-{
-    SKIP_WITHOUT_MOUNT();
-    hasFlashDrive = true;
-    addFileElement(1, 1, "c.bin");
-    prepareRelative(fileEntry("b1f1.bin", {{"boardType", "T1"}, {"targetPath", "c.bin"}}));
-
-    EXPECT_TRUE(update());
-
-    EXPECT_TRUE(std::filesystem::exists(drive() / "c.bin"));
-    EXPECT_EQ(journal->text(),
-              "\nUpdating:\n"
-              "        Board 1, SN 1, File 1                           \n"
-              "[OK]\n"
-              "\nResults:\n"
-              "\n    Update completed successfully!\n");
-}
-
-TEST_F(StartTest, FinishesAFileOnTheFlashDriveAtOnce)
-{
-    SKIP_WITHOUT_MOUNT();
-    hasFlashDrive = true;
-    addFileElement(1, 1, "a/c.bin");
-    prepare();
-
-    EXPECT_TRUE(update());
-
-    EXPECT_EQ(journal->told(),
-              "<phase 0>"
-              "\nUpdating:\n"
-              "        Board 1, SN 1, File 1                           \n"
-              "<progress 100>"
-              "[OK]\n"
-              "<phase 4294967295>"
-              "\nResults:\n"
-              "\n    Update completed successfully!\n");
-    EXPECT_THAT(states(), ElementsAre(5u));
-    EXPECT_THAT(callNames(), ElementsAre("lock", "sendLog", "syncFileSystem", "usleep", "unlock"));
-}
-
-TEST_F(StartTest, TellsInVerboseModeWhatWasWritten)
-{
-    options.verbose = true;
-    SKIP_WITHOUT_MOUNT();
-    hasFlashDrive = true;
-    addFileElement(1, 1, "a/c.bin");
-    prepare();
-
-    EXPECT_TRUE(update());
-
-    EXPECT_EQ(journal->text(),
-              "\nUpdating:\n"
-              "        Board 1, SN 1, File 1                           \n"
-              "            Directory /mnt/cn/cfdrive/a created.\n"
-              "            Successfully written /mnt/cn/cfdrive/a/c.bin.\n"
-              "[OK]\n"
-              "\nResults:\n"
-              "\n    Update completed successfully!\n");
-}
-
-TEST_F(StartTest, TellsWhyAFileCouldNotBeWritten)
-{
-    SKIP_WITHOUT_MOUNT();
-    hasFlashDrive = true;
-    addFileElement(1, 1, "c.bin");
-    addFileElement(1, 2, "d.bin");
-    contents["b1f1.bin"] = "";
-    prepare();
-
-    EXPECT_FALSE(update());
-
-    EXPECT_EQ(journal->told(),
-              "<phase 0>"
-              "\nUpdating:\n"
-              "        Board 1, SN 1, File 1                           [ERROR]\n"
-              "<failure 0>"
-              "            ERROR: Writing /mnt/cn/cfdrive/c.bin.tmp failed.\n"
-              "        Board 1, SN 1, File 2                           \n"
-              "<progress 100>"
-              "[ERROR]\n"
-              "<phase 4294967295>"
-              "\nResults:\n"
-              "    ERROR: Board 1, SN 1, File 1:\n"
-              "\n    Update failed!\n");
-    EXPECT_THAT(states(), ElementsAre(3u, 5u));
 }

@@ -1,0 +1,107 @@
+// Starting the update of a file on the flash drive, which is finished at once.
+#include "operation/OperationTest.h"
+#include "support/Namespaces.h"
+
+using ::testing::ElementsAre;
+
+class FileStartTest : public OperationTest {
+protected:
+    // Makes the update of a single file on the flash drive.
+    void updateOneFile()
+    {
+        hasFlashDrive = true;
+        addFileElement(1, 1, "c.bin");
+        prepare();
+        EXPECT_TRUE(update());
+    }
+};
+
+TEST_F(FileStartTest, LogsTheStartOfAFileOnTheFlashDriveToo)
+{
+    SKIP_WITHOUT_MOUNT();
+    updateOneFile();
+
+    ASSERT_EQ(calls("sendLog").size(), 1u);
+    EXPECT_EQ(calls("sendLog")[0].at("code"), 0x26500000);
+    EXPECT_EQ(calls("sendLog")[0].at("line"), 504);
+    EXPECT_EQ(calls("sendLog")[0].at("function"), "startUpdatesOfPhase");
+    EXPECT_EQ(calls("sendLog")[0].at("text"), "Firmware update: Board 1, SN 1, File 1...");
+}
+
+TEST_F(FileStartTest, DoesNotWaitAfterAFileOnTheFlashDrive)
+{
+    SKIP_WITHOUT_MOUNT();
+    updateOneFile();
+
+    ASSERT_EQ(calls("usleep").size(), 1u);
+    EXPECT_EQ(calls("usleep")[0].at("microseconds"), 200000);
+}
+
+TEST_F(FileStartTest, FinishesAFileOnTheFlashDriveAtOnce)
+{
+    SKIP_WITHOUT_MOUNT();
+    hasFlashDrive = true;
+    addFileElement(1, 1, "a/c.bin");
+    prepare();
+
+    EXPECT_TRUE(update());
+
+    EXPECT_EQ(journal->told(),
+              "<phase 0>"
+              "\nUpdating:\n"
+              "        Board 1, SN 1, File 1                           \n"
+              "<progress 100>"
+              "[OK]\n"
+              "<phase 4294967295>"
+              "\nResults:\n"
+              "\n    Update completed successfully!\n");
+    EXPECT_THAT(states(), ElementsAre(5u));
+    EXPECT_THAT(callNames(), ElementsAre("lock", "sendLog", "syncFileSystem", "usleep", "unlock"));
+}
+
+TEST_F(FileStartTest, TellsInVerboseModeWhatWasWritten)
+{
+    options.verbose = true;
+    SKIP_WITHOUT_MOUNT();
+    hasFlashDrive = true;
+    addFileElement(1, 1, "a/c.bin");
+    prepare();
+
+    EXPECT_TRUE(update());
+
+    EXPECT_EQ(journal->text(),
+              "\nUpdating:\n"
+              "        Board 1, SN 1, File 1                           \n"
+              "            Directory /mnt/cn/cfdrive/a created.\n"
+              "            Successfully written /mnt/cn/cfdrive/a/c.bin.\n"
+              "[OK]\n"
+              "\nResults:\n"
+              "\n    Update completed successfully!\n");
+}
+
+TEST_F(FileStartTest, TellsWhyAFileCouldNotBeWritten)
+{
+    SKIP_WITHOUT_MOUNT();
+    hasFlashDrive = true;
+    addFileElement(1, 1, "c.bin");
+    addFileElement(1, 2, "d.bin");
+    contents["b1f1.bin"] = "";
+    prepare();
+
+    EXPECT_FALSE(update());
+
+    EXPECT_EQ(journal->told(),
+              "<phase 0>"
+              "\nUpdating:\n"
+              "        Board 1, SN 1, File 1                           [ERROR]\n"
+              "<failure 0>"
+              "            ERROR: Writing /mnt/cn/cfdrive/c.bin.tmp failed.\n"
+              "        Board 1, SN 1, File 2                           \n"
+              "<progress 100>"
+              "[ERROR]\n"
+              "<phase 4294967295>"
+              "\nResults:\n"
+              "    ERROR: Board 1, SN 1, File 1:\n"
+              "\n    Update failed!\n");
+    EXPECT_THAT(states(), ElementsAre(3u, 5u));
+}
