@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 
 #include "Device.h"
@@ -37,6 +38,14 @@ ordered_json scriptedElement(const ordered_json& script)
 }
 
 const ordered_json normal = ordered_json::object();
+
+// An update file beside the target, whose CRC-32 is 0xCBF43926.
+std::filesystem::path updateFileFor(const SimulatedTarget& device)
+{
+    const std::filesystem::path file = device.folder() / "a.bin";
+    std::ofstream(file) << "123456789";
+    return file;
+}
 
 }  // namespace
 
@@ -121,8 +130,7 @@ TEST(Script, MayRefuseALock)
 TEST(Script, MayRefuseAStart)
 {
     const SimulatedTarget device(scriptedElement({{"start", {failing(1, "not now"), normal}}}));
-    const auto file = device.folder() / "a.bin";
-    std::ofstream(file) << "123456789";
+    const auto file = updateFileFor(device);
     const Scan scan;
     Session session;
     session.start(1, file);
@@ -139,8 +147,7 @@ TEST(Script, DecidesHowAnUpdateStands)
     ordered_json lost = failing(4, "lost");
     const SimulatedTarget device(scriptedElement(
         {{"polls", {{{"status", 1}, {"done", 5}, {"total", 10}}, lost, normal, {{"status", 3}, {"done", 6}}}}}));
-    const auto file = device.folder() / "a.bin";
-    std::ofstream(file) << "123456789";
+    const auto file = updateFileFor(device);
     const Scan scan;
     Session session;
     EXPECT_EQ(session.poll(1), (Poll{0, 0, 0}));
@@ -160,8 +167,7 @@ TEST(Script, DecidesHowAnUpdateStands)
 TEST(Script, GivesAnUpdateItsNewValuesWhenAPollFindsItFinished)
 {
     const SimulatedTarget device(scriptedElement({{"polls", {normal, {{"status", 2}}, normal}}}));
-    const auto file = device.folder() / "a.bin";
-    std::ofstream(file) << "123456789";
+    const auto file = updateFileFor(device);
     const Scan scan;
     Session session;
     session.start(1, file);
@@ -178,8 +184,7 @@ TEST(Script, LeavesAnElementAsItWasWhenAPollThatFindsItFinishedHasErrors)
     finished["status"] = 2;
     const SimulatedTarget device(scriptedElement({{"polls", {finished}}}));
     const ordered_json before = device.document();
-    const auto file = device.folder() / "a.bin";
-    std::ofstream(file) << "123456789";
+    const auto file = updateFileFor(device);
     const Scan scan;
     Session session;
     session.start(1, file);
@@ -194,8 +199,7 @@ TEST(Script, LeavesAnElementThatDidNotFinishAsItWas)
 {
     const SimulatedTarget device(scriptedElement({{"polls", {{{"status", 3}}}}}));
     const ordered_json before = device.document();
-    const auto file = device.folder() / "a.bin";
-    std::ofstream(file) << "123456789";
+    const auto file = updateFileFor(device);
     const Scan scan;
     Session session;
     session.start(1, file);
@@ -207,8 +211,7 @@ TEST(Script, LeavesAnElementThatDidNotFinishAsItWas)
 TEST(Script, TakesAnEmptyListOfPollsAsNone)
 {
     const SimulatedTarget device(scriptedElement({{"polls", ordered_json::array()}}));
-    const auto file = device.folder() / "a.bin";
-    std::ofstream(file) << "123456789";
+    const auto file = updateFileFor(device);
     const Scan scan;
     Session session;
     session.start(1, file);

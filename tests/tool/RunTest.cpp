@@ -31,6 +31,15 @@ ordered_json firmwareAndFpga()
                         fileEntry("fpga.bin", {{"id", 2}, {"version", nullptr}, {"checksumCrc32", 2}})});
 }
 
+// The archive with both of its files.
+struct CompleteArchive : TestArchive {
+    CompleteArchive() : TestArchive(firmwareAndFpga())
+    {
+        addFile("firmware.bin", "firmware");
+        addFile("fpga.bin", "FPGA");
+    }
+};
+
 unsigned startedUpdates(const SimulatedTarget& device)
 {
     unsigned started = 0;
@@ -84,9 +93,7 @@ TEST(RunTest, AnUnsupportedTargetEndsWith4AndIsNotUpdated)
 TEST(RunTest, ASuccessfulUpdateEndsWith0)
 {
     const SimulatedTarget device(twoElements());
-    TestArchive archive(firmwareAndFpga());
-    archive.addFile("firmware.bin", "firmware");
-    archive.addFile("fpga.bin", "FPGA");
+    const CompleteArchive archive;
     PrintedText printed;
     EXPECT_EQ(ran({"update", archive.path(), "--no-progress"}).status, 0);
     EXPECT_TRUE(printed.take().ends_with("\nResults:\n\n    Update completed successfully!\n"));
@@ -105,9 +112,7 @@ TEST(RunTest, AFailedUpdateEndsWith1)
 TEST(RunTest, ExcludedElementsAreNotUpdated)
 {
     const SimulatedTarget device(twoElements());
-    TestArchive archive(firmwareAndFpga());
-    archive.addFile("firmware.bin", "firmware");
-    archive.addFile("fpga.bin", "FPGA");
+    const CompleteArchive archive;
     PrintedText printed;
     const RunResult result = ran({"update", archive.path(), "--exclude", "0", "--exclude", "1"});
     printed.take();
@@ -119,9 +124,7 @@ TEST(RunTest, ExcludedElementsAreNotUpdated)
 TEST(RunTest, AnIndexBeyondTheElementsGivesAWarningAndTheRunGoesOn)
 {
     const SimulatedTarget device(twoElements());
-    TestArchive archive(firmwareAndFpga());
-    archive.addFile("firmware.bin", "firmware");
-    archive.addFile("fpga.bin", "FPGA");
+    const CompleteArchive archive;
     PrintedText printed;
     const RunResult result = ran({"update", archive.path(), "--exclude", "2", "--exclude=1", "--exclude=4294967295"});
     printed.take();
@@ -135,9 +138,7 @@ TEST(RunTest, AnIndexBeyondTheElementsGivesAWarningAndTheRunGoesOn)
 TEST(RunTest, ACommandWithoutElementsSaysSoInsteadOfNamingTheExcludedOnes)
 {
     const SimulatedTarget device(twoElements());
-    TestArchive archive(firmwareAndFpga());
-    archive.addFile("firmware.bin", "firmware");
-    archive.addFile("fpga.bin", "FPGA");
+    const CompleteArchive archive;
     PrintedText printed;
     const RunResult version = ran({"version", "--exclude", "1"});
     EXPECT_EQ(version.status, 0);
