@@ -1,13 +1,13 @@
 // Runs every scenario of this folder with the tool itself. With TRELLAN_APPROVE=1 in the environment what the tool
 // prints is taken over as the expected text, to be read before it is committed.
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <algorithm>
 #include <iostream>
 
-#include "scenarios/Difference.h"
 #include "scenarios/Scenario.h"
+#include "support/Approving.h"
+#include "support/Difference.h"
 #include "support/Namespaces.h"
 #include "support/TextFile.h"
 
@@ -32,12 +32,6 @@ std::string testName(const testing::TestParamInfo<std::string>& info)
     std::string name = info.param;
     std::replace(name.begin(), name.end(), '-', '_');
     return name;
-}
-
-bool approving()
-{
-    const char* const value = ::getenv("TRELLAN_APPROVE");
-    return value != nullptr && std::string(value) == "1";
 }
 
 // The statuses of a scenario that says nothing of them: all runs succeed.

@@ -62,10 +62,10 @@ std::string demo(const std::vector<std::string>& options, const std::string& bui
 
 }  // namespace
 
-TEST_F(DevTest, ApproveRewritesTheReadmeEvenWhenAScenarioFails)
+TEST_F(DevTest, ApproveRewritesTheDocumentsEvenWhenAScenarioFails)
 {
     script("build/release/bin/test_scenarios", "exit 1");
-    script("build/release/bin/test_readme", "echo \"approve $TRELLAN_APPROVE\"");
+    script("build/release/bin/test_documents", "echo \"approve $TRELLAN_APPROVE\"");
     const ProcessResult result = dev("approve");
     EXPECT_EQ(result.output, "approve 1\n");
     EXPECT_EQ(result.status, 1);
@@ -74,9 +74,9 @@ TEST_F(DevTest, ApproveRewritesTheReadmeEvenWhenAScenarioFails)
 TEST_F(DevTest, ApproveSucceedsWhenBothDo)
 {
     script("build/release/bin/test_scenarios", "exit 0");
-    script("build/release/bin/test_readme", "exit 0");
+    script("build/release/bin/test_documents", "exit 0");
     EXPECT_EQ(dev("approve").status, 0);
-    script("build/release/bin/test_readme", "exit 1");
+    script("build/release/bin/test_documents", "exit 1");
     EXPECT_EQ(dev("approve").status, 1);
 }
 
@@ -127,7 +127,7 @@ TEST_F(DevTest, FuzzKeepsWhatItFindsOutOfTheCommittedCorpus)
 TEST_F(DevTest, HelpTellsWhatApproveRewritesAndWhereTheDemosOptionsGo)
 {
     const std::string help = dev("help").output;
-    EXPECT_NE(help.find("the README's commands print now as its transcripts"), std::string::npos) << help;
+    EXPECT_NE(help.find("the documents' commands print now as their transcripts"), std::string::npos) << help;
     EXPECT_NE(help.find("options behind it are passed to the tool's update"), std::string::npos) << help;
 }
 

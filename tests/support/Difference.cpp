@@ -1,4 +1,4 @@
-#include "scenarios/Difference.h"
+#include "support/Difference.h"
 
 #include <algorithm>
 #include <cstdio>
