@@ -12,7 +12,7 @@ Workspace::Workspace() : instance(std::make_unique<OpenUpdater>(ZoNTrellanUpdate
         throw std::runtime_error("cannot make the folder " + name);
     }
     folder = name;
-    errorList = makeErrorList();
+    errorList = ZoNUpdateBase::makeErrorList();
     instance->setMessageCallBack([](const std::string&) {});
 }
 

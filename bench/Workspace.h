@@ -5,9 +5,9 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "base/ErrorListHandle.h"
 #include "libZoErrorHandling/ZoCErrorList.h"
 #include "support/OpenUpdater.h"
-#include "updater/ErrorListHandle.h"
 
 class Workspace {
 public:
@@ -26,7 +26,7 @@ public:
 private:
     std::filesystem::path folder;
     std::unique_ptr<OpenUpdater> instance;
-    ErrorListHandle errorList;
+    ZoNUpdateBase::ErrorListHandle errorList;
 };
 
 // A description of an archive with these file entries.

@@ -1,9 +1,10 @@
 // What the archive can be asked to show: its version, its table, its description as JSON, and what it says of itself.
 #include "archive/ZoCUpdateArchive.h"
-#include "updater/AllText.h"
-#include "updater/CellText.h"
+#include "base/CellText.h"
+#include "base/PlatformText.h"
 #include "updater/ZoCTrellanUpdater.h"
 
+using namespace ZoNUpdateBase;
 using namespace ZoNUpdateArchive;
 
 namespace {
@@ -83,7 +84,7 @@ std::string targetCell(const json& entry)
 std::vector<std::string> tableRow(const ZoSUpdateFile& file)
 {
     std::vector<std::string> row{
-        boardCell(file.jsonEntry),  cellText(file.name),
+        boardCell(file.jsonEntry),  textBeforeNul(file.name),
         cellText(file.version),     file.checksumCrc32 != notAvailable ? cellText(file.checksumCrc32) : "---",
         targetCell(file.jsonEntry),
     };

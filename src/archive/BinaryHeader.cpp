@@ -17,8 +17,10 @@
 #include <cstring>
 
 #include "archive/BigEndian.h"
-#include "archive/BinaryFile.h"
 #include "archive/ZoCUpdateArchive.h"
+#include "base/BinaryFile.h"
+
+using namespace ZoNUpdateBase;
 
 namespace {
 

@@ -8,8 +8,10 @@
 #include <cstring>
 
 #include "archive/BigEndian.h"
-#include "archive/BinaryFile.h"
 #include "archive/ZoCUpdateArchive.h"
+#include "base/BinaryFile.h"
+
+using namespace ZoNUpdateBase;
 
 namespace {
 

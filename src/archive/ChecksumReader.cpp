@@ -1,9 +1,10 @@
 // Completion of missing checksums from the update files themselves.
 #include "archive/ZoCUpdateArchive.h"
-#include "updater/AllText.h"
-#include "updater/FileAccess.h"
+#include "base/FileAccess.h"
+#include "base/PlatformText.h"
 #include "updater/ZoCTrellanUpdater.h"
 
+using namespace ZoNUpdateBase;
 using namespace ZoNUpdateArchive;
 
 namespace {

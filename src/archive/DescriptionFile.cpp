@@ -1,11 +1,12 @@
 // Reading of the archive description file: its "info", and its file entries one by one.
 #include <algorithm>
 
-#include "archive/BinaryFile.h"
 #include "archive/Properties.h"
 #include "archive/ZoCUpdateArchive.h"
+#include "base/BinaryFile.h"
 #include "updater/ZoCTrellanUpdater.h"
 
+using namespace ZoNUpdateBase;
 using namespace ZoNUpdateArchive;
 
 namespace {

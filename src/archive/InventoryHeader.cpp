@@ -2,14 +2,15 @@
 #include <memory>
 
 #include "archive/ZoCUpdateArchive.h"
+#include "base/ErrorGuard.h"
+#include "base/ErrorListHandle.h"
+#include "base/FileAccess.h"
 #include "libZoInventoryTree/ZoCInventoryData.h"
 #include "libZoInventoryTree/ZoNInventoryIDs.h"
-#include "updater/ErrorGuard.h"
-#include "updater/ErrorListHandle.h"
-#include "updater/FileAccess.h"
 
 namespace {
 
+using namespace ZoNUpdateBase;
 using ZoNUpdateArchive::notAvailable;
 
 // Reads the parameter into `value`; false when the item does not have it or it cannot be read.

@@ -1,12 +1,15 @@
 #include "archive/Properties.h"
 
+#include "base/PlatformText.h"
 #include "updater/ZoCTrellanUpdater.h"
+
+using namespace ZoNUpdateBase;
 
 namespace ZoNUpdateArchive {
 
 ZoCString toString(const ZoNJson::json& text)
 {
-    return ZoCTrellanUpdater::tstring2ZoCString(std::string(text));
+    return platformText(std::string(text));
 }
 
 ZoCVersion toVersion(const ZoNJson::json& text)

@@ -1,8 +1,10 @@
 // Which file each element gets, and the elements for flash-drive files that are not on the target yet.
 #include "assignment/WaitingElements.h"
 #include "assignment/ZoCUpdateAssignment.h"
+#include "base/PlatformText.h"
 #include "updater/ZoCTrellanUpdater.h"
 
+using namespace ZoNUpdateBase;
 using ZoNUpdateArchive::ZoSUpdateFile;
 using ZoNUpdateAssignment::WaitingElements;
 using ZoNUpdateInventory::ZoSUpdateElement;
@@ -20,10 +22,10 @@ void giveFile(ZoSUpdateElement& element, std::vector<ZoSUpdateFile>& files, std:
 void makeFileSystemElement(ZoSUpdateElement& element, const ZoSUpdateElement& model, const std::string& targetPath)
 {
     static_cast<ZoSUpdateElementValues&>(element) = model;
-    element.location = ZoCTrellanUpdater::tstring2ZoCString(targetPath);
+    element.location = platformText(targetPath);
     if (const std::size_t separator = targetPath.find_last_of("/\\"); separator != std::string::npos) {
         element.name += " (";
-        element.name += ZoCTrellanUpdater::tstring2ZoCString(targetPath.substr(separator + 1));
+        element.name += platformText(targetPath.substr(separator + 1));
         element.name += ")";
     }
     ZoCUpdateInventory::generateDisplayString(element.boardName, element.boardType, element.serialNumber, element.name,

@@ -1,8 +1,9 @@
 #include "assignment/MatchCriteria.h"
 
 #include "assignment/ValueKey.h"
-#include "updater/AllText.h"
+#include "base/PlatformText.h"
 
+using namespace ZoNUpdateBase;
 using ZoNJson::json;
 using ZoNUpdateInventory::ZoSUpdateElement;
 

@@ -2,8 +2,9 @@
 #include "assignment/MatchCriteria.h"
 #include "assignment/ValueKey.h"
 #include "assignment/ZoCUpdateAssignment.h"
-#include "updater/AllText.h"
+#include "base/PlatformText.h"
 
+using namespace ZoNUpdateBase;
 using ZoNUpdateArchive::ZoSUpdateFile;
 using ZoNUpdateAssignment::boardTypeKey;
 using ZoNUpdateAssignment::criteriaBeforeTarget;

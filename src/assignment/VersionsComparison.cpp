@@ -1,9 +1,11 @@
 // The table of installed and available versions.
 #include "assignment/ZoCUpdateAssignment.h"
+#include "base/CellText.h"
+#include "base/PlatformText.h"
 #include "inventory/ElementMarker.h"
-#include "updater/CellText.h"
 #include "updater/ZoCTrellanUpdater.h"
 
+using namespace ZoNUpdateBase;
 using ZoNUpdateArchive::ZoSUpdateFile;
 using ZoNUpdateInventory::ZoSUpdateElement;
 
@@ -28,7 +30,7 @@ Row rowOf(std::uint32_t number, const ZoSUpdateElement& element, const ZoSUpdate
 {
     Row row{
         cellText(number),
-        cellText(element.displayName),
+        textBeforeNul(element.displayName),
         cellText(element.version),
         file != nullptr ? cellText(file->version) : "---",
         checksumsText(element, file),

@@ -6,8 +6,9 @@
 #include "assignment/MatchCriteria.h"
 #include "assignment/ValueKey.h"
 #include "assignment/ZoCUpdateAssignment.h"
-#include "updater/AllText.h"
+#include "base/PlatformText.h"
 
+using namespace ZoNUpdateBase;
 using ZoNJson::json;
 using ZoNUpdateArchive::ZoSUpdateFile;
 using ZoNUpdateInventory::ZoSUpdateElement;

@@ -3,6 +3,7 @@
 #include <array>
 #include <iterator>
 
+#include "base/PlatformText.h"
 #include "inventory/ElementReader.h"
 #include "inventory/ProductAddresses.h"
 #include "inventory/SubItems.h"
@@ -10,6 +11,7 @@
 #include "inventory/ZoCUpdateInventory.h"
 #include "updater/ZoCTrellanUpdater.h"
 
+using namespace ZoNUpdateBase;
 using namespace ZoNInventoryIDs;
 using namespace ZoNUpdateInventory;
 
@@ -37,7 +39,7 @@ bool isUpdateElement(const ZoCInventoryItem& item)
 
 std::string stringValue(ZoCErrorListPool& errors, const ZoCInventoryItem& item, const ZoCInventoryAddress& address)
 {
-    return ZoCTrellanUpdater::ZoCString2tstring(item.getValue<ZoCString>(errors, address));
+    return textBeforeNul(item.getValue<ZoCString>(errors, address));
 }
 
 }  // namespace

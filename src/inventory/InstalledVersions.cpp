@@ -1,10 +1,12 @@
 // The table of installed versions.
+#include "base/CellText.h"
+#include "base/PlatformText.h"
 #include "inventory/ElementMarker.h"
 #include "inventory/UnitTitle.h"
 #include "inventory/ZoCUpdateInventory.h"
-#include "updater/CellText.h"
 #include "updater/ZoCTrellanUpdater.h"
 
+using namespace ZoNUpdateBase;
 using namespace ZoNUpdateInventory;
 
 namespace {
@@ -18,7 +20,7 @@ Row header()
 
 Row rowOf(const ZoSUpdateElement& element)
 {
-    Row row{cellText(element.displayName), cellText(element.version)};
+    Row row{textBeforeNul(element.displayName), cellText(element.version)};
     if (const char* const marker = elementMarker(element)) {
         row.emplace_back(marker);
     }

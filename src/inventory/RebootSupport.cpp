@@ -1,11 +1,12 @@
 // Whether the target can reboot by itself: a question of the board at its top and of that board's firmware.
 #include <optional>
 
+#include "base/ErrorGuard.h"
 #include "inventory/ProductAddresses.h"
 #include "inventory/SubItems.h"
 #include "inventory/ZoCUpdateInventory.h"
-#include "updater/ErrorGuard.h"
 
+using namespace ZoNUpdateBase;
 using namespace ZoNInventoryIDs;
 using namespace ZoNUpdateInventory;
 

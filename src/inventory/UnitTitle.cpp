@@ -1,16 +1,19 @@
 #include "inventory/UnitTitle.h"
 
+#include "base/PlatformText.h"
 #include "updater/ZoCTrellanUpdater.h"
+
+using namespace ZoNUpdateBase;
 
 namespace ZoNUpdateInventory {
 
 std::string unitTitle(const ZoSUpdateElementValues& element)
 {
-    std::string title = ZoCTrellanUpdater::ZoCString2tstring(element.unitProductName);
+    std::string title = textBeforeNul(element.unitProductName);
     const char* separator = ": ";
     for (const ZoCString* name : {&element.rackName, &element.unitName}) {
         if (!name->isEmpty()) {
-            title += separator + ZoCTrellanUpdater::ZoCString2tstring(*name);
+            title += separator + textBeforeNul(*name);
             separator = " / ";
         }
     }

@@ -6,10 +6,10 @@
 
 #include <cstdint>
 
+#include "base/ErrorListHandle.h"
 #include "libZoComposite/ZoCString.h"
 #include "libZoCompositeFactory/ZoCVersion.h"
 #include "libZoInventoryTree/ZoCInventoryAddress.h"
-#include "updater/ErrorListHandle.h"
 
 class ZoCInventoryItem;
 
@@ -80,12 +80,12 @@ struct ZoSUpdateElement : ZoSUpdateElementValues {
     // Gives the element two new, empty error lists.
     void createErrorLists()
     {
-        statusErrorList = makeErrorList();
-        resultErrorList = makeErrorList();
+        statusErrorList = ZoNUpdateBase::makeErrorList();
+        resultErrorList = ZoNUpdateBase::makeErrorList();
     }
 
-    ErrorListHandle statusErrorList;  // errors of starting, of polling, and of asking for the result
-    ErrorListHandle resultErrorList;  // errors reported by the finished update
+    ZoNUpdateBase::ErrorListHandle statusErrorList;  // errors of starting, of polling, and of asking for the result
+    ZoNUpdateBase::ErrorListHandle resultErrorList;  // errors reported by the finished update
 };
 
 }  // namespace ZoNUpdateInventory

@@ -5,13 +5,14 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "base/FileAccess.h"
+#include "base/PlatformText.h"
 #include "libZoRtosAbstraction/ZoNRtosAbstraction.h"
 #include "operation/PathChecks.h"
 #include "operation/ZoCUpdateOperation.h"
-#include "updater/AllText.h"
-#include "updater/FileAccess.h"
 #include "updater/ZoCTrellanUpdater.h"
 
+using namespace ZoNUpdateBase;
 using ZoNUpdateArchive::ZoSUpdateFile;
 
 namespace {

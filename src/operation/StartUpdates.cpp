@@ -1,14 +1,15 @@
 // Starting the updates of a phase.
 #include <ctime>
 
+#include "base/ErrorGuard.h"
+#include "base/ErrorManager.h"
+#include "base/Messages.h"
 #include "libZoInventoryManagerAP/ZoCInventoryManager.h"
 #include "libZoRtosAbstraction/ZoNRtosAbstraction.h"
 #include "operation/ZoCUpdateOperation.h"
-#include "updater/ErrorGuard.h"
-#include "updater/ErrorManager.h"
-#include "updater/Messages.h"
 #include "updater/ZoCTrellanUpdater.h"
 
+using namespace ZoNUpdateBase;
 using namespace ZoNUpdateInventory;
 
 namespace {
@@ -50,8 +51,7 @@ void ZoCUpdateOperation::startUpdatesOfPhase(PhaseList& list)
         if (printed < resultColumn) {
             updater->print("%*s", resultColumn - printed, "");
         }
-        errorManager().sendLog(ZoTrellanUpdateLib::updateStarted, loggedLine, loggedFunction, "%s",
-                               element->displayName.c_str());
+        errorManager().sendLog(updateStarted, loggedLine, loggedFunction, "%s", element->displayName.c_str());
         if (element->isFileSystemElement) {
             startFileSystemUpdate(*element);
         } else {

@@ -1,12 +1,13 @@
 // The course of an update: lock, phase after phase, unlock, results.
+#include "base/ErrorGuard.h"
+#include "base/FileAccess.h"
+#include "base/PlatformText.h"
 #include "libZoInventoryManagerAP/ZoCInventoryManager.h"
 #include "operation/PendingElements.h"
 #include "operation/ZoCUpdateOperation.h"
-#include "updater/AllText.h"
-#include "updater/ErrorGuard.h"
-#include "updater/FileAccess.h"
 #include "updater/ZoCTrellanUpdater.h"
 
+using namespace ZoNUpdateBase;
 using namespace ZoNUpdateInventory;
 using ZoNUpdateArchive::ZoSUpdateFile;
 

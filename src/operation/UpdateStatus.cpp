@@ -1,11 +1,12 @@
 // Waiting for the updates of a phase.
+#include "base/ErrorGuard.h"
 #include "libZoInventoryManagerAP/ZoCInventoryManager.h"
 #include "libZoRtosAbstraction/ZoNRtosAbstraction.h"
 #include "operation/Spinner.h"
 #include "operation/ZoCUpdateOperation.h"
-#include "updater/ErrorGuard.h"
 #include "updater/ZoCTrellanUpdater.h"
 
+using namespace ZoNUpdateBase;
 using namespace ZoNUpdateInventory;
 
 namespace {

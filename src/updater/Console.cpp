@@ -2,9 +2,11 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "updater/ErrorManager.h"
-#include "updater/TextWrap.h"
+#include "base/ErrorManager.h"
+#include "base/TextWrap.h"
 #include "updater/ZoCTrellanUpdater.h"
+
+using namespace ZoNUpdateBase;
 
 namespace {
 

@@ -1,5 +1,6 @@
 // Creation and destruction of the updater, and the small things it knows of itself.
 #include "assignment/ZoCUpdateAssignment.h"
+#include "base/PlatformText.h"
 #include "operation/ZoCUpdateOperation.h"
 #include "updater/ZoCTrellanUpdater.h"
 
@@ -84,10 +85,10 @@ ZoCString ZoCTrellanUpdater::getIpAddress() const
 
 ZoCString ZoCTrellanUpdater::tstring2ZoCString(const std::string& text)
 {
-    return ZoCString(text.data(), text.size());
+    return ZoNUpdateBase::platformText(text);
 }
 
 std::string ZoCTrellanUpdater::ZoCString2tstring(const ZoCString& text)
 {
-    return std::string(text.c_str());
+    return ZoNUpdateBase::textBeforeNul(text);
 }

@@ -1,10 +1,11 @@
 // apply() and run(): what each command reads and does.
 #include "assignment/ZoCUpdateAssignment.h"
+#include "base/ErrorManager.h"
+#include "base/Messages.h"
 #include "operation/ZoCUpdateOperation.h"
-#include "updater/ErrorManager.h"
-#include "updater/Messages.h"
 #include "updater/ZoCTrellanUpdater.h"
 
+using namespace ZoNUpdateBase;
 using namespace ZoNTrellanUpdater;
 
 namespace {
@@ -176,7 +177,7 @@ bool ZoCTrellanUpdater::performCommand(ZoCErrorListPool& errors)
                 return false;
             }
             if (archive->getUnsupportedElements() != 0) {
-                errorManager().sendWarning(ZoTrellanUpdateLib::unsupportedElements, warningLine, warningFunction);
+                errorManager().sendWarning(unsupportedElements, warningLine, warningFunction);
             }
             return true;
         default:

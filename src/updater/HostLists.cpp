@@ -1,20 +1,17 @@
 // The lists that a host shows to its user, and its choice among the elements.
 #include "assignment/ZoCUpdateAssignment.h"
+#include "base/PlatformText.h"
 #include "inventory/UnitTitle.h"
 #include "updater/ZoCTrellanUpdater.h"
 
+using namespace ZoNUpdateBase;
 using namespace ZoNTrellanUpdater;
 
 namespace {
 
-std::string text(const ZoCString& string)
-{
-    return ZoCTrellanUpdater::ZoCString2tstring(string);
-}
-
 std::string versionText(const ZoCVersion& version)
 {
-    return version.getAsULong64() == 0 ? std::string() : text(version.getAsString());
+    return version.getAsULong64() == 0 ? std::string() : textBeforeNul(version.getAsString());
 }
 
 void describeUpdateFile(ZoTUpdateElement& record, const ZoNUpdateInventory::ZoSUpdateElement& element,
@@ -31,14 +28,14 @@ void describeUpdateFile(ZoTUpdateElement& record, const ZoNUpdateInventory::ZoSU
 
 void describeElement(ZoTUpdateElement& record, const ZoNUpdateInventory::ZoSUpdateElement& element)
 {
-    record.boardType = text(element.boardType);
+    record.boardType = textBeforeNul(element.boardType);
     record.serialNumber = element.serialNumber;
-    record.boardName = text(element.boardName);
+    record.boardName = textBeforeNul(element.boardName);
     record.unitDescription = ZoNUpdateInventory::unitTitle(element);
     record.slot = element.slot;
     record.slotCount = element.slotCount;
-    record.displayName = text(element.displayName);
-    record.displayType = text(element.displayType);
+    record.displayName = textBeforeNul(element.displayName);
+    record.displayType = textBeforeNul(element.displayType);
     record.isFileSystemElement = element.isFileSystemElement;
     record.valid = element.valid;
     record.active = element.active;
@@ -88,8 +85,8 @@ void ZoCTrellanUpdater::getUpdateFileList(ZoTUpdateFile*& list, unsigned& count)
     count = static_cast<unsigned>(files.size());
     auto records = count == 0 ? nullptr : std::make_unique<ZoTUpdateFile[]>(count);
     for (unsigned i = 0; i < count; ++i) {
-        records[i].name = text(files[i].name);
-        records[i].version = text(files[i].version.getAsString());
+        records[i].name = textBeforeNul(files[i].name);
+        records[i].version = textBeforeNul(files[i].version.getAsString());
     }
     list = records.release();
 }

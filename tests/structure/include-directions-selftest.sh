@@ -19,13 +19,14 @@ fresh() {
     rm -rf "${tree:?}"/*
     put include/ZoITrellanUpdater.h '<string>'
     put platform/libZoX/ZoCX.h '<string>'
-    put src/updater/ErrorGuard.h '"libZoX/ZoCX.h"'
+    put src/base/ErrorGuard.h '"libZoX/ZoCX.h"'
     put src/updater/ZoCTrellanUpdater.h '"ZoITrellanUpdater.h"'
     put src/archive/ZoSUpdateFile.h '"libZoX/ZoCX.h"'
     put src/archive/ZoCUpdateArchive.h '"archive/ZoSUpdateFile.h"'
-    put src/inventory/ZoCUpdateInventory.h '"updater/ErrorGuard.h"'
+    put src/inventory/ZoCUpdateInventory.h '"base/ErrorGuard.h"'
     put src/assignment/ZoCUpdateAssignment.h '"archive/ZoCUpdateArchive.h"' '"inventory/ZoCUpdateInventory.h"'
     put src/operation/ZoCUpdateOperation.h '"assignment/ZoCUpdateAssignment.h"'
+    put src/inspection/Findings.h '"operation/ZoCUpdateOperation.h"'
     put src/updater/Creation.cpp '"operation/ZoCUpdateOperation.h"' '<sys/stat.h>'
     put simulation/base/Clock.h '<nlohmann/json.hpp>'
     put tool/Run.h '"ZoITrellanUpdater.h"' '<CLI/CLI.hpp>'
@@ -73,21 +74,25 @@ forbid include/More.h '"libZoX/ZoCX.h"'
 forbid include/More.h '<unistd.h>'
 forbid platform/libZoX/More.h '"ZoITrellanUpdater.h"'
 forbid platform/libZoX/More.h '<nlohmann/json.hpp>'
-forbid src/updater/Leaf.h '"archive/ZoCUpdateArchive.h"'
-forbid src/updater/Leaf.h '"updater/ZoCTrellanUpdater.h"'
-forbid src/updater/Leaf.h '"archive/ZoSUpdateFile.h"'
+forbid src/base/More.h '"archive/ZoCUpdateArchive.h"'
+forbid src/base/More.h '"updater/ZoCTrellanUpdater.h"'
+forbid src/base/More.h '"archive/ZoSUpdateFile.h"'
 forbid src/archive/More.h '"archive/ZoCUpdateArchive.h"'
-forbid src/archive/ZoSUpdateMore.h '"archive/ZoSUpdateFile.h"'
-forbid src/archive/ZoSUpdateMore.h '"updater/ZoCTrellanUpdater.h"'
+forbid src/inventory/ZoSUpdateElement.h '"archive/ZoSUpdateFile.h"'
+forbid src/inventory/ZoSUpdateElement.h '"updater/ZoCTrellanUpdater.h"'
 forbid src/inventory/More.h '"inventory/ZoCUpdateInventory.h"'
 forbid src/assignment/More.h '"assignment/ZoCUpdateAssignment.h"'
 forbid src/operation/More.h '"operation/ZoCUpdateOperation.h"'
 allow src/archive/More.cpp '"archive/ZoCUpdateArchive.h"'
 allow src/operation/More.cpp '"operation/ZoCUpdateOperation.h"'
-allow src/updater/Leaf.h '"updater/ErrorGuard.h"'
-loop src/updater/Leaf.h
-loop src/updater/Leaf.h src/updater/Other.h
-loop src/updater/Leaf.h src/updater/Other.h src/updater/Third.h
+allow src/inspection/More.h '"operation/ZoCUpdateOperation.h"'
+forbid src/inspection/More.h '"inspection/Findings.h"'
+forbid src/operation/More.cpp '"inspection/Findings.h"'
+forbid src/updater/More.cpp '"inspection/Findings.h"'
+allow src/base/More.h '"base/ErrorGuard.h"'
+loop src/base/More.h
+loop src/base/More.h src/base/Other.h
+loop src/base/More.h src/base/Other.h src/base/Third.h
 loop platform/libZoX/One.h platform/libZoX/Two.h
 loop simulation/base/One.h simulation/target/Two.h
 loop tool/One.h tool/Two.h
@@ -102,7 +107,7 @@ forbid src/operation/More.cpp '"../../tool/Run.h"'
 forbid simulation/base/More.cpp '"updater/ZoCTrellanUpdater.h"'
 forbid simulation/base/More.cpp '"ZoITrellanUpdater.h"'
 forbid simulation/base/More.cpp '<ZoITrellanUpdater.h>'
-forbid tool/More.cpp '"updater/ErrorGuard.h"'
+forbid tool/More.cpp '"base/ErrorGuard.h"'
 forbid tool/More.cpp '"libZoX/ZoCX.h"'
 forbid tool/More.cpp '"simulation/base/Clock.h"'
 

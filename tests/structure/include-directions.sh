@@ -4,17 +4,18 @@
 #   from                          may include
 #   platform                      the standard library, platform
 #   include                       the standard library
-#   leaf (src/updater/*.h)        include, platform, leaf
+#   base                          include, platform, base
 #   facade (ZoCTrellanUpdater.h)  the above, facade; likewise the records (ZoSUpdateFile.h, ZoSUpdateElement.h)
 #   archive, inventory            the above, their own folder
 #   assignment                    the above, archive, inventory
-#   operation                     the above, assignment
-#   updater (src/updater/*.cpp)   all of the above
+#   operation                     the above, assignment, their own folder
+#   inspection                    the above, operation, their own folder
+#   updater                       all of the above but inspection
 #   simulation                    platform, simulation, any library
 #   tool                          include, tool, any library
 #
-# A header of src has a level, and includes what is below it only, not what else is in its folder; leaves may include one
-# another. No headers include each other in a loop: tsort finds them.
+# A header of src has a level, and includes what is below it only, not what else is in its folder; those of base may include
+# one another. No headers include each other in a loop: tsort finds them.
 # In src any header of the C or C++ library may be used, but no other library's.
 set -u
 root=${1:?project folder}
@@ -28,8 +29,7 @@ group() {
     case $1 in
         include/*) answer=include ;;
         platform/*) answer=platform ;;
-        src/updater/ZoCTrellanUpdater.h | src/*/ZoSUpdate*.h) answer=facade ;;
-        src/updater/*.h) answer=leaf ;;
+        src/updater/ZoCTrellanUpdater.h | src/archive/ZoSUpdateFile.h | src/inventory/ZoSUpdateElement.h) answer=facade ;;
         src/*/*) answer=${1#src/}; answer=${answer%%/*} ;;
         simulation/*) answer=simulation ;;
         tool/*) answer=tool ;;
@@ -41,12 +41,13 @@ group() {
 allowed() {
     case $1 in
         platform) answer="platform" ;;
-        leaf) answer="include platform leaf" ;;
-        facade) answer="include platform leaf facade" ;;
-        archive | inventory) answer="include platform leaf facade $1" ;;
-        assignment) answer="include platform leaf facade archive inventory assignment" ;;
-        operation) answer="include platform leaf facade archive inventory assignment operation" ;;
-        updater) answer="include platform leaf facade archive inventory assignment operation updater" ;;
+        base) answer="include platform base" ;;
+        facade) answer="include platform base facade" ;;
+        archive | inventory) answer="include platform base facade $1" ;;
+        assignment) answer="include platform base facade archive inventory assignment" ;;
+        operation) answer="include platform base facade archive inventory assignment operation" ;;
+        inspection) answer="include platform base facade archive inventory assignment operation inspection" ;;
+        updater) answer="include platform base facade archive inventory assignment operation updater" ;;
         simulation) answer="platform simulation" ;;
         tool) answer="include tool" ;;
         *) answer="" ;;
@@ -98,7 +99,7 @@ check_header() {
     edges+="$1 $2"$'\n'
     [ "$1" != "$2" ] || complain "$1: includes itself" # which tsort does not tell
     case $3 in
-        facade | archive | inventory | assignment | operation)
+        facade | archive | inventory | assignment | operation | inspection)
             [ "$3" != "$4" ] || complain "$1 ($3): a header must not include $2, which is on its own level"
             ;;
     esac

@@ -6,6 +6,8 @@
 
 #include <string>
 
+namespace ZoNUpdateBase {
+
 // False for an empty path and for one with a NUL in it: the system would look at its beginning only.
 inline bool canNameFile(const std::string& path)
 {
@@ -26,3 +28,5 @@ inline bool isReadable(const std::string& path)
 {
     return isAccessible(path, R_OK);
 }
+
+}  // namespace ZoNUpdateBase

@@ -6,7 +6,9 @@
 #include <memory>
 #include <string>
 
-#include "updater/FileAccess.h"
+#include "base/FileAccess.h"
+
+namespace ZoNUpdateBase {
 
 struct FileCloser {
     void operator()(std::FILE* file) const noexcept { std::fclose(file); }
@@ -25,3 +27,5 @@ inline BinaryFile openForReading(const std::string& path)
     const bool hasEnd = type == std::filesystem::file_type::regular || type == std::filesystem::file_type::directory;
     return BinaryFile(hasEnd ? std::fopen(path.c_str(), "rb") : nullptr);
 }
+
+}  // namespace ZoNUpdateBase

@@ -1,5 +1,6 @@
-#include "updater/TextWrap.h"
+#include "base/TextWrap.h"
 
+namespace ZoNUpdateBase {
 namespace {
 
 constexpr std::size_t shortestPiece = 5;  // characters before the blank at which a piece may end
@@ -25,3 +26,5 @@ std::vector<std::string_view> wrapText(std::string_view text, std::size_t width)
     }
     return pieces;
 }
+
+}  // namespace ZoNUpdateBase

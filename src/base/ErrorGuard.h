@@ -5,6 +5,8 @@
 
 #include "libZoErrorHandling/ZoCErrorListPool.h"
 
+namespace ZoNUpdateBase {
+
 class ErrorGuard {
 public:
     explicit ErrorGuard(const ZoCErrorListPool& errors) : errors(errors), countBefore(errors.getErrorCount()) {}
@@ -16,3 +18,5 @@ private:
     const ZoCErrorListPool& errors;
     unsigned countBefore;
 };
+
+}  // namespace ZoNUpdateBase

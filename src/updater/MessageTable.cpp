@@ -1,6 +1,5 @@
 // The library's message table: known to the error manager for as long as the library is loaded.
-#include "updater/Messages.h"
-
+#include "base/Messages.h"
 #include "libZoErrorHandling/ZoCErrorManager.h"
 
 namespace ZoTrellanUpdateLib {
@@ -13,7 +12,7 @@ constexpr const char* texts[] = {
     "updated.",
 };
 
-constexpr ZoResText messageTable{texts, "", 1, updateStarted};
+constexpr ZoResText messageTable{texts, "", 1, ZoNUpdateBase::updateStarted};
 
 }  // namespace
 

@@ -1,20 +1,16 @@
-// Texts of table cells.
+// Numbers and versions as they stand in the cells of tables.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
-#include "libZoComposite/ZoCString.h"
 #include "libZoCompositeFactory/ZoCVersion.h"
 
-inline std::string cellText(const ZoCString& text)
-{
-    return text.c_str();
-}
+namespace ZoNUpdateBase {
 
 inline std::string cellText(std::uint32_t number)
 {
-    return ZoCString(number).c_str();
+    return std::to_string(number);
 }
 
 // "---" for the empty version.
@@ -22,3 +18,5 @@ inline std::string cellText(const ZoCVersion& version)
 {
     return version.getAsULong64() != 0 ? version.getAsString().c_str() : "---";
 }
+
+}  // namespace ZoNUpdateBase

@@ -3,7 +3,9 @@
 
 #include <memory>
 
-#include "updater/ErrorManager.h"
+#include "base/ErrorManager.h"
+
+namespace ZoNUpdateBase {
 
 struct ErrorListDeleter {
     void operator()(ZoCErrorList* list) const noexcept { errorManager().deleteErrorList(list); }
@@ -16,3 +18,5 @@ inline ErrorListHandle makeErrorList()
 {
     return ErrorListHandle(errorManager().createErrorList(0, 1, 20, 5, 300));
 }
+
+}  // namespace ZoNUpdateBase
