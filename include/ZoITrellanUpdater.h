@@ -10,6 +10,10 @@
 // The library starts no threads; an updater is not to be used from two threads at once. Everything it has to say goes
 // to standard output or to the message callback; the platform's error manager also gets a log entry for each update and
 // one warning. Compiles as C++11.
+//
+// The records below are frozen: hosts that were built earlier hold them by value and in arrays, in this layout. What is
+// new comes as an operation at the end of the updater, or as another interface, which hands its records out by
+// reference.
 #ifndef ZOITRELLANUPDATER_H
 #define ZOITRELLANUPDATER_H
 
