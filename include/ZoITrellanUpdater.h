@@ -20,6 +20,12 @@
 #include <cstdint>
 #include <string>
 
+// Strings cross the boundary in the layout that libstdc++ has had since GCC 5. A host with the one from before would
+// link with the library and then crash, since no name that is linked says which strings are meant.
+#if defined(__GLIBCXX__) && defined(_GLIBCXX_USE_CXX11_ABI) && !_GLIBCXX_USE_CXX11_ABI
+#error "libZoTrellanUpdateLib uses the C++11 strings of libstdc++: compile this host with _GLIBCXX_USE_CXX11_ABI=1"
+#endif
+
 #if defined(__GNUC__)
 #define ZO_TRELLAN_EXPORT __attribute__((visibility("default")))
 #else

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Checks that hosts can use the public header with C++11 and nothing else. Usage: public-header.sh HEADER COMPILER
+# Checks that hosts can use the public header with C++11 and nothing else, and that one with other strings than the library's
+# is refused. Usage: public-header.sh HEADER COMPILER
 set -u
 header=${1:?header}
 compiler=${2:?compiler}
@@ -41,4 +42,12 @@ int main()
     return updated || rebooted ? 0 : 1;
 }
 HOST
+
+# shellcheck disable=SC2086
+if refusal=$(LC_ALL=C "$compiler" $flags -D_GLIBCXX_USE_CXX11_ABI=0 "$header" 2>&1); then
+    echo "a host with strings of another layout compiles"
+    exit 1
+fi
+grep -q 'error.*uses the C++11 strings of libstdc++: compile this host with _GLIBCXX_USE_CXX11_ABI=1' <<<"$refusal" ||
+    { echo "a host with strings of another layout is not told why it is refused:"; echo "$refusal"; exit 1; }
 echo "the public header compiles as C++11"
