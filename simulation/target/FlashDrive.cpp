@@ -39,7 +39,7 @@ std::string throughDescriptor(const FileDescriptor& folder, const std::string& n
     return name.empty() ? path : path + '/' + name;
 }
 
-void bind(const std::string& source, const std::string& place)
+void bindMount(const std::string& source, const std::string& place)
 {
     checkSystem(::mount(source.c_str(), place.c_str(), nullptr, MS_BIND | MS_REC, nullptr), "bind " + place);
 }
@@ -121,7 +121,7 @@ void recreateEntry(const FileDescriptor& folder, const std::string& name, const 
         FileDescriptor(
             checkSystem(::open(place.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644), "create " + place));
     }
-    bind(throughDescriptor(folder, name), place);
+    bindMount(throughDescriptor(folder, name), place);
 }
 
 // Makes what is in `folder`, `except` left out, visible in `place`.
@@ -159,7 +159,7 @@ void bindDrive(const std::string& source)
     if (errno == ENOENT) {
         checkSystem(::umount2(drive.c_str(), MNT_DETACH), "unmount " + drive);
     }
-    bind(source, drive);
+    bindMount(source, drive);
 }
 
 // Whether what is seen as /mnt is the work of makeDriveFolder: by this library, by itself before it was unloaded and
