@@ -120,7 +120,7 @@ std::optional<Numbers> parse(std::string_view text)
     return numbers;
 }
 
-std::string format(const Numbers& numbers)
+std::string textOf(const Numbers& numbers)
 {
     std::string text = std::to_string(numbers.mar);
     text.append(".").append(std::to_string(numbers.mir));

@@ -21,6 +21,6 @@ struct Numbers {
 std::optional<Numbers> parse(std::string_view text);
 
 // The text form of `numbers`.
-std::string format(const Numbers& numbers);
+std::string textOf(const Numbers& numbers);
 
 }  // namespace VersionText

@@ -89,7 +89,7 @@ void ZoCVersion::setByULong64(unsigned long long newValue) noexcept
 
 ZoCString ZoCVersion::getAsString() const
 {
-    const std::string text = VersionText::format({getMar(), getMir(), getMai(), getSpb(), getSpn(), getPlv()});
+    const std::string text = VersionText::textOf({getMar(), getMir(), getMai(), getSpb(), getSpn(), getPlv()});
     return ZoCString(text.c_str(), text.size());
 }
 

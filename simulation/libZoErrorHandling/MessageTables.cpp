@@ -26,13 +26,13 @@ const char* textOf(const ZoResText& table, unsigned code)
 
 }  // namespace
 
-void add(const ZoResText& table)
+void addTable(const ZoResText& table)
 {
     tables().push_back(&table);
     ++TrellanSimulation::resources().messageTables;
 }
 
-void remove(const ZoResText& table)
+void removeTable(const ZoResText& table)
 {
     const auto found = std::find(tables().begin(), tables().end(), &table);
     if (found == tables().end()) {

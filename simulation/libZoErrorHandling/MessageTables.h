@@ -9,10 +9,10 @@
 namespace MessageTables {
 
 // Adds `table`, which must stay where it is until it is removed.
-void add(const ZoResText& table);
+void addTable(const ZoResText& table);
 
 // Removes `table`; does nothing when it was not added.
-void remove(const ZoResText& table);
+void removeTable(const ZoResText& table);
 
 // The text of `code` in the table added last that has one.
 std::optional<std::string> findText(unsigned code);

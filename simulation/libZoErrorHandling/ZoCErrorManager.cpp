@@ -38,13 +38,13 @@ ZoCErrorManager* ZoCErrorManager::getSingleton()
 
 void ZoCErrorManager::_registerMessages(const ZoResText& table)
 {
-    MessageTables::add(table);
+    MessageTables::addTable(table);
     TrellanSimulation::trace({{"call", "registerMessages"}, {"code", table.baseCode}});
 }
 
 void ZoCErrorManager::_unregisterMessages(const ZoResText& table)
 {
-    MessageTables::remove(table);
+    MessageTables::removeTable(table);
     TrellanSimulation::trace({{"call", "unregisterMessages"}, {"code", table.baseCode}});
 }
 

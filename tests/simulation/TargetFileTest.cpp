@@ -85,7 +85,7 @@ void PrintTo(const Edit& edit, std::ostream* stream)
     *stream << edit.pointer << " = " << (edit.replacement == nullptr ? "nothing" : edit.replacement);
 }
 
-void apply(const Edit& edit, ordered_json& document)
+void applyEdit(const Edit& edit, ordered_json& document)
 {
     const ordered_json::json_pointer pointer(edit.pointer);
     if (edit.replacement != nullptr) {
@@ -116,7 +116,7 @@ class TargetFileEdit : public testing::TestWithParam<Edit> {};
 TEST_P(TargetFileEdit, IsRefusedWithItsPlace)
 {
     ordered_json document = fullDocument();
-    apply(GetParam(), document);
+    applyEdit(GetParam(), document);
     EXPECT_EQ(faultOf(document), GetParam().fault);
 }
 
