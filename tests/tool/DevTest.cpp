@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <nlohmann/json.hpp>
 
 #include "support/FileTree.h"
@@ -28,6 +29,16 @@ protected:
     {
         fs::permissions(folder.write(name, "#!/bin/sh\n" + commands + "\n"), fs::perms::owner_all);
     }
+
+    // Replaces the tools that build, test and install by some that write their call to the file "calls".
+    void recordCalls() const
+    {
+        script("tools/cmake", "echo cmake $* >>calls");
+        script("tools/ctest", "echo ctest $* | sed 's/ -j [0-9]*//' >>calls");
+        script("tools/apt-get", "echo apt-get $* | sed 's/ -[^ ]*//g' >>calls");
+    }
+
+    std::string calls() const { return readText(folder.path() / "calls"); }
 
     ProcessResult dev(const std::string& command) const
     {
@@ -98,6 +109,94 @@ TEST_F(DevTest, BuildShowsWhyConfiguringFailed)
     const ProcessResult result = dev("build");
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.errors, "reason\n");
+}
+
+TEST_F(DevTest, AMistakeIsNamedAndNothingIsDone)
+{
+    script("tools/cmake", "touch built");
+    const std::vector<std::pair<std::string, std::string>> mistakes = {
+        {"nonsense", "'nonsense' is no command"},
+        {"build tool", "nothing is expected behind build, and not 'tool'"},
+        {"setup now", "nothing is expected behind setup, and not 'now'"},
+        {"approve all", "nothing is expected behind approve, and not 'all'"},
+        {"format tool", "nothing is expected behind format, and not 'tool'"},
+        {"help test", "nothing is expected behind help, and not 'test'"},
+    };
+    for (const auto& [command, mistake] : mistakes) {
+        const ProcessResult result = dev(command);
+        EXPECT_EQ(result.status, 2) << command;
+        EXPECT_EQ(result.output, "") << command;
+        EXPECT_EQ(result.errors, "./dev: " + mistake + "\nSee ./dev help.\n");
+    }
+    EXPECT_FALSE(fs::exists(folder.path() / "built"));
+}
+
+TEST_F(DevTest, TestBuildsAndRunsEverythingOptimisedAndUnderTheSanitizers)
+{
+    recordCalls();
+    EXPECT_EQ(dev("test").status, 0);
+    EXPECT_EQ(calls(),
+              "cmake --preset release\n"
+              "cmake --build --preset release\n"
+              "ctest --preset release --no-tests=error -R\n"
+              "cmake --preset sanitize\n"
+              "cmake --build --preset sanitize\n"
+              "ctest --preset sanitize --no-tests=error -R\n");
+}
+
+TEST_F(DevTest, TestOfAFolderBuildsItsProgramAlone)
+{
+    recordCalls();
+    for (const char* const name : {"archive", "tool", "structure"}) {
+        fs::create_directories(folder.path() / "tests" / name);
+    }
+    const std::vector<std::array<std::string, 3>> cases = {
+        {"tool", " --target test_tool", "^tool/"},
+        {"tool/Usage", " --target test_tool", "^tool/Usage"},
+        {"tool archive/Info.", " --target test_tool test_archive", "^tool/|^archive/Info."},
+        {"Usage", "", "Usage"},
+        {"tool Usage", "", "^tool/|Usage"},
+        {"structure/format", "", "^structure/format"},
+    };
+    for (const auto& [names, targets, patterns] : cases) {
+        EXPECT_EQ(dev("test " + names).status, 0);
+        EXPECT_TRUE(calls().starts_with("cmake --preset release\ncmake --build --preset release" + targets +
+                                        "\nctest --preset release --no-tests=error -R " + patterns + "\n"))
+            << calls();
+        fs::remove(folder.path() / "calls");
+    }
+}
+
+TEST_F(DevTest, AFailedTestEndsWithItsStatus)
+{
+    script("tools/ctest", "exit 8");
+    EXPECT_EQ(dev("test").status, 8);
+}
+
+TEST_F(DevTest, DemoBuildsTheToolAloneAndInstallsWhatThatTakes)
+{
+    recordCalls();
+    folder.write("packages.txt", "# Both:\n[build] for the tool\nabsent-compiler\n\n[develop]\nabsent-checker\n");
+    script("tools/dpkg-query", "exit 1");
+    script("tools/sudo", "exec \"$@\"");
+    script("examples/demo.sh", "echo demo.sh $* >>calls");
+    EXPECT_EQ(dev("demo --force").status, 0);
+    EXPECT_EQ(calls(),
+              "apt-get update\n"
+              "apt-get install absent-compiler\n"
+              "cmake --preset demo\n"
+              "cmake --build --preset demo\n"
+              "demo.sh build/demo --force\n");
+}
+
+TEST_F(DevTest, SetupInstallsWhatIsMissingInAllSections)
+{
+    recordCalls();
+    folder.write("packages.txt", "[build] for the tool\nthere\nabsent-compiler\n[develop]\nabsent-checker\n");
+    script("tools/dpkg-query", "test \"$4\" != there || echo 'install ok installed'");
+    script("tools/sudo", "exec \"$@\"");
+    EXPECT_EQ(dev("setup").output, "Installing: absent-compiler absent-checker\n");
+    EXPECT_EQ(calls(), "apt-get update\napt-get install absent-compiler absent-checker\n");
 }
 
 TEST_F(DevTest, FuzzSaysWhatToInstallWithoutClang)
