@@ -45,7 +45,8 @@ TEST_P(Documents, ShowWhatTheirCommandsPrint)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Documents, testing::Values("README.md", "docs/tour.md", "docs/archive-format.md"),
+INSTANTIATE_TEST_SUITE_P(All, Documents,
+                         testing::Values("README.md", "docs/tour.md", "docs/archive-format.md", "docs/target-file.md"),
                          nameOf);
 
 TEST(Tour, ShowsEveryCommand)
