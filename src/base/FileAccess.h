@@ -4,6 +4,7 @@
 
 #include <unistd.h>
 
+#include <filesystem>
 #include <string>
 
 namespace ZoNUpdateBase {
@@ -27,6 +28,14 @@ inline bool fileExists(const std::string& path)
 inline bool isReadable(const std::string& path)
 {
     return isAccessible(path, R_OK);
+}
+
+// True for a file or a folder, links followed. Reading a pipe or a device might never end.
+inline bool hasEnd(const std::string& path)
+{
+    std::error_code error;
+    const auto type = std::filesystem::status(path, error).type();
+    return type == std::filesystem::file_type::regular || type == std::filesystem::file_type::directory;
 }
 
 }  // namespace ZoNUpdateBase

@@ -9,6 +9,7 @@
 #include "base/PlatformText.h"
 #include "libZoRtosAbstraction/ZoNRtosAbstraction.h"
 #include "operation/PathChecks.h"
+#include "operation/TemporaryFile.h"
 #include "operation/ZoCUpdateOperation.h"
 #include "updater/ZoCTrellanUpdater.h"
 
@@ -51,7 +52,7 @@ public:
 private:
     bool checkPaths()
     {
-        if (leavesFolder(std::string(driveRoot), location)) {
+        if (!namesFile(location) || leavesFolder(std::string(driveRoot), location)) {
             return fail("ERROR: Invalid target file path: %s\n", target);
         }
         if (!fileExists(source)) {
@@ -59,6 +60,9 @@ private:
         }
         // The paths go through a shell as they are: whatever it would not take literally is refused.
         if (source.starts_with('-') || !isLiteralForShell(source) || !isLiteralForShell(target)) {
+            return failToWrite(EINVAL);
+        }
+        if (!hasEnd(source)) {
             return failToWrite(EINVAL);
         }
         return true;
@@ -96,13 +100,20 @@ private:
 
     bool copy()
     {
-        const std::string command = "cp " + source + " " + temporary;
-        if (const int result = std::system(command.c_str()); result != 0) {
-            return failToWrite(static_cast<unsigned>(result));
+        if (const int error = temporary.makeRoom(); error != 0) {
+            return failToWrite(error);
         }
-        struct stat64 written;
-        if (stat64(temporary.c_str(), &written) != 0 || written.st_size < 1) {
-            return fail("ERROR: Writing %s failed.\n", temporary);
+        const std::string command = "cp " + source + " " + temporary.path();
+        if (const int result = std::system(command.c_str()); result != 0) {
+            temporary.discard();
+            return failToWrite(result);
+        }
+        if (!temporary.hasContent()) {
+            return fail("ERROR: Writing %s failed.\n", temporary.path());
+        }
+        // Without this, a power cut after the renaming may leave an empty file in the place of the old one.
+        if (const int error = temporary.flush(); error != 0) {
+            return failToWrite(error);
         }
         return true;
     }
@@ -115,11 +126,11 @@ private:
         if (fileExists(target)) {
             return fail("ERROR: Deleting %s failed.\n", target);
         }
-        if (std::rename(temporary.c_str(), target.c_str()) != 0) {
-            return fail("ERROR: Cannot rename %s.\n", temporary);
+        if (std::rename(temporary.path().c_str(), target.c_str()) != 0) {
+            return fail("ERROR: Cannot rename %s.\n", temporary.path());
         }
         if (!fileExists(target)) {
-            return fail("ERROR: Renaming of %s failed.\n", temporary);
+            return fail("ERROR: Renaming of %s failed.\n", temporary.path());
         }
         return true;
     }
@@ -135,10 +146,10 @@ private:
         return false;
     }
 
-    bool failToWrite(unsigned errorCode)
+    bool failToWrite(int error)
     {
-        updater.sprint(messages.emplace_back(), "ERROR: Cannot write %s. Error code: %u\n", temporary.c_str(),
-                       errorCode);
+        updater.sprint(messages.emplace_back(), "ERROR: Cannot write %s. Error code: %u\n", temporary.path().c_str(),
+                       static_cast<unsigned>(error));
         return false;
     }
 
@@ -147,7 +158,7 @@ private:
     const std::string source;
     const std::string& location;
     const std::string target;
-    const std::string temporary;
+    const TemporaryFile temporary;
     std::vector<std::string>& messages;
 };
 

@@ -13,6 +13,12 @@ bool isSymbolicLink(const std::string& path)
 
 }  // namespace
 
+bool namesFile(std::string_view path)
+{
+    const std::string_view last = path.substr(path.rfind('/') + 1);  // all of it where there is no "/"
+    return !last.empty() && last != "." && last != "..";
+}
+
 bool leavesFolder(const std::string& folder, const std::string& path)
 {
     int depth = 0;

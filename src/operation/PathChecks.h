@@ -4,6 +4,9 @@
 #include <string>
 #include <string_view>
 
+// True when `path` ends in a name, and not in "/", "." or "..", which name a folder; it is not empty either.
+bool namesFile(std::string_view path);
+
 // True when `path`, relative to `folder`, leads out of it through "..": by its components alone, or because a component
 // before a ".." is a symbolic link, whose parent folder may be anywhere.
 bool leavesFolder(const std::string& folder, const std::string& path);

@@ -53,10 +53,12 @@ public:
     // complete success.
     bool printUpdateResults(ZoCErrorListPool& errors, bool filesMissing) const;
 
-    // Writes `file` to `location` on the flash drive by way of a temporary file. `messages` becomes what there is to
-    // tell, in order; after false its last entry is the error. A location that leaves the drive through ".." and a path
-    // that a shell does not take literally are refused before anything is changed; a symbolic link on the drive is
-    // followed. After a failure the temporary file may be left.
+    // Writes `file` to `location` on the flash drive by way of a new temporary file, which is on the disk before it takes
+    // the target's place. `messages` becomes what there is to tell, in order; after false its last entry is the error.
+    // Refused before anything is changed: a location that leaves the drive through ".." or names no file, a path that a
+    // shell does not take literally, and a pipe or a device as `file`. A symbolic link to a folder is followed on the
+    // drive; one in the place of the target or of its temporary file is replaced. When anything fails after the copying,
+    // the temporary file is left.
     bool writeFileSystemElement(const ZoNUpdateArchive::ZoSUpdateFile& file, const ZoCString& location,
                                 std::vector<std::string>& messages);
 

@@ -1,6 +1,6 @@
 // What is asked of the system, and what is said when it answers well and does otherwise, or refuses what cannot be
-// refused by its rights: this program's remove(), rename(), mkdir(), access() and system() stand before those of the C
-// library.
+// refused by its rights: this program's remove(), unlink(), rename(), mkdir(), access(), fsync() and system() stand
+// before those of the C library.
 #include <dlfcn.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -21,12 +22,17 @@ namespace {
 enum class Answer { asUsual, refuses, doesNothing };
 
 Answer ofRemove = Answer::asUsual;
+Answer ofUnlink = Answer::asUsual;
 Answer ofRename = Answer::asUsual;
 Answer ofSystem = Answer::asUsual;
 
 std::string unreadable;  // a file that is there and cannot be read, not even by root
 std::vector<std::string> madeFolders;
 std::vector<std::string> commands;
+std::function<void()> afterCommand;
+
+std::vector<std::string> changes;            // flushes, removals and renamings, in their order
+std::map<std::string, int> errorsOfFlushes;  // by the path of what is flushed
 
 // The result without the call, or nothing where the call is to be made.
 std::optional<int> resultOf(Answer answer)
@@ -44,14 +50,37 @@ extern "C" int remove(const char* path) noexcept
 {
     using Remove = int(const char*);
     static Remove* const usual = reinterpret_cast<Remove*>(::dlsym(RTLD_NEXT, "remove"));
+    changes.push_back("remove " + std::string(path));
     const auto result = resultOf(ofRemove);
     return result ? *result : usual(path);
+}
+
+extern "C" int unlink(const char* path) noexcept
+{
+    using Unlink = int(const char*);
+    static Unlink* const usual = reinterpret_cast<Unlink*>(::dlsym(RTLD_NEXT, "unlink"));
+    const auto result = resultOf(ofUnlink);
+    return result ? *result : usual(path);
+}
+
+extern "C" int fsync(int descriptor)
+{
+    using Fsync = int(int);
+    static Fsync* const usual = reinterpret_cast<Fsync*>(::dlsym(RTLD_NEXT, "fsync"));
+    const std::string path = std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(descriptor));
+    changes.push_back("flush " + path);
+    if (const auto found = errorsOfFlushes.find(path); found != errorsOfFlushes.end()) {
+        errno = found->second;
+        return -1;
+    }
+    return usual(descriptor);
 }
 
 extern "C" int rename(const char* from, const char* to) noexcept
 {
     using Rename = int(const char*, const char*);
     static Rename* const usual = reinterpret_cast<Rename*>(::dlsym(RTLD_NEXT, "rename"));
+    changes.push_back("rename " + std::string(from));
     const auto result = resultOf(ofRename);
     return result ? *result : usual(from, to);
 }
@@ -80,8 +109,12 @@ extern "C" int system(const char* command)
     using System = int(const char*);
     static System* const usual = reinterpret_cast<System*>(::dlsym(RTLD_NEXT, "system"));
     commands.push_back(command);
-    const auto result = resultOf(ofSystem);
-    return result ? *result : usual(command);
+    const auto noResult = resultOf(ofSystem);
+    const int result = noResult ? *noResult : usual(command);
+    if (afterCommand) {
+        afterCommand();
+    }
+    return result;
 }
 
 class FileSystemFaultsTest : public FlashDriveTest {
@@ -92,6 +125,7 @@ protected:
         EXPECT_FALSE(write("c.bin", "c.bin"));
         ofRemove = Answer::asUsual;
         ofRename = Answer::asUsual;
+        errorsOfFlushes.clear();
         EXPECT_THAT(messages, ElementsAre(message));
         EXPECT_THAT(trace(), IsEmpty());
         EXPECT_EQ(readText(drive() / "c.bin.tmp"), "content of c");
@@ -155,6 +189,87 @@ TEST_F(FileSystemFaultsTest, TellsWhenTheTemporaryFileIsNotThereAfterTheCopy)
 
     EXPECT_THAT(messages, ElementsAre("ERROR: Writing /mnt/cn/cfdrive/c.bin.tmp failed.\n"));
     EXPECT_EQ(readText(drive() / "c.bin"), "old");
+}
+
+TEST_F(FileSystemFaultsTest, TakesNothingButAFileForTheCopy)
+{
+    prepareDrive();
+    put(drive() / "c.bin", "old");
+    const std::filesystem::path temporary = drive() / "c.bin.tmp";
+    const std::filesystem::path other = drive() / "other";
+    put(other, "other");
+    const std::vector<std::function<void()>> replacements = {
+        [&] { put(temporary / "inside.txt", "inside"); },
+        [&] { std::filesystem::create_symlink(other, temporary); },
+        [&] { ASSERT_EQ(::mkfifo(temporary.c_str(), 0666), 0); },
+    };
+    for (const auto& replace : replacements) {
+        afterCommand = [&] {
+            std::filesystem::remove(temporary);
+            replace();
+        };
+        EXPECT_FALSE(write("c.bin", "c.bin"));
+        afterCommand = nullptr;
+
+        EXPECT_THAT(messages, ElementsAre("ERROR: Writing /mnt/cn/cfdrive/c.bin.tmp failed.\n"));
+        EXPECT_EQ(readText(drive() / "c.bin"), "old");
+        EXPECT_TRUE(std::filesystem::exists(temporary));
+        std::filesystem::remove_all(temporary);
+    }
+}
+
+TEST_F(FileSystemFaultsTest, TellsWhenAnOldTemporaryFileCannotBeRemoved)
+{
+    prepareDrive();
+    put(drive() / "c.bin.tmp", "left");
+    commands.clear();
+    ofUnlink = Answer::refuses;
+    EXPECT_FALSE(write("c.bin", "c.bin"));
+    ofUnlink = Answer::asUsual;
+
+    EXPECT_THAT(messages, ElementsAre("ERROR: Cannot write /mnt/cn/cfdrive/c.bin.tmp. Error code: 5\n"));
+    EXPECT_THAT(commands, IsEmpty());
+    EXPECT_EQ(readText(drive() / "c.bin.tmp"), "left");
+}
+
+TEST_F(FileSystemFaultsTest, FlushesTheTemporaryFileAndItsFolderBeforeTheOldFileIsRemoved)
+{
+    prepareDrive();
+    put(drive() / "a/c.bin", "old");
+    changes.clear();
+
+    EXPECT_TRUE(write("c.bin", "a/c.bin"));
+
+    EXPECT_THAT(changes, ElementsAre("flush /mnt/cn/cfdrive/a/c.bin.tmp", "flush /mnt/cn/cfdrive/a",
+                                     "remove /mnt/cn/cfdrive/a/c.bin", "rename /mnt/cn/cfdrive/a/c.bin.tmp"));
+}
+
+TEST_F(FileSystemFaultsTest, KeepsTheOldFileWhenTheTemporaryFileCannotBeFlushed)
+{
+    prepareDrive();
+    put(drive() / "c.bin", "old");
+    errorsOfFlushes["/mnt/cn/cfdrive/c.bin.tmp"] = EIO;
+    expectFailure("ERROR: Cannot write /mnt/cn/cfdrive/c.bin.tmp. Error code: 5\n");
+    EXPECT_EQ(readText(drive() / "c.bin"), "old");
+}
+
+TEST_F(FileSystemFaultsTest, KeepsTheOldFileWhenTheFolderCannotBeFlushed)
+{
+    prepareDrive();
+    put(drive() / "c.bin", "old");
+    errorsOfFlushes["/mnt/cn/cfdrive"] = ENOSPC;
+    expectFailure("ERROR: Cannot write /mnt/cn/cfdrive/c.bin.tmp. Error code: 28\n");
+    EXPECT_EQ(readText(drive() / "c.bin"), "old");
+}
+
+TEST_F(FileSystemFaultsTest, WritesToAFileSystemThatDoesNotFlushFolders)
+{
+    prepareDrive();
+    errorsOfFlushes["/mnt/cn/cfdrive"] = EINVAL;
+    EXPECT_TRUE(write("c.bin", "c.bin"));
+    errorsOfFlushes.clear();
+
+    EXPECT_EQ(readText(drive() / "c.bin"), "content of c");
 }
 
 TEST_F(FileSystemFaultsTest, NeverMakesTheDriveItself)

@@ -214,6 +214,17 @@ TEST_F(RefusedPathsTest, RefusesLocationsThatLeaveTheDrive)
     EXPECT_FALSE(fs::exists("/mnt/cn/x.bin"));
 }
 
+TEST_F(RefusedPathsTest, RefusesLocationsThatNameNoFile)
+{
+    prepareDriveAndMarker();
+    for (const std::string location : {"", ".", "/", "./", "a/", "a//", "a/.", "a/./", "a/..", "a/b/.."}) {
+        EXPECT_FALSE(write("missing.bin", location)) << location;
+
+        EXPECT_THAT(messages, ElementsAre("ERROR: Invalid target file path: /mnt/cn/cfdrive/" + location + "\n"));
+        expectNothingDone(location);
+    }
+}
+
 TEST_F(RefusedPathsTest, RefusesToLeaveTheDriveBeforeItLooksForTheSource)
 {
     prepareDriveAndMarker();
