@@ -10,6 +10,7 @@
 #include "libZoRtosAbstraction/ZoNRtosAbstraction.h"
 #include "operation/PathChecks.h"
 #include "operation/TemporaryFile.h"
+#include "operation/WrittenFiles.h"
 #include "operation/ZoCUpdateOperation.h"
 #include "updater/ZoCTrellanUpdater.h"
 
@@ -26,13 +27,14 @@ constexpr unsigned syncTimeout = 500;  // milliseconds
 class FileWriter {
 public:
     FileWriter(const ZoCTrellanUpdater& updater, bool verbose, std::string source, const std::string& location,
-               std::vector<std::string>& messages)
+               WrittenFiles& written, std::vector<std::string>& messages)
         : updater(updater),
           verbose(verbose),
           source(std::move(source)),
           location(location),
           target(std::string(driveRoot) + "/" + location),
           temporary(target + ".tmp"),
+          written(written),
           messages(messages)
     {
     }
@@ -98,8 +100,18 @@ private:
         return true;
     }
 
+    // True when the temporary file would take the place of one that the update has written, or copies now.
+    bool isTemporaryInUse() const
+    {
+        const auto found = identityOf(temporary.path());
+        return found && (written.contains(*found) || found == identityOf(source, Links::followed));
+    }
+
     bool copy()
     {
+        if (isTemporaryInUse()) {
+            return failToWrite(EEXIST);
+        }
         if (const int error = temporary.makeRoom(); error != 0) {
             return failToWrite(error);
         }
@@ -120,17 +132,24 @@ private:
 
     bool replaceTarget()
     {
+        const auto replaced = identityOf(target);
         if (fileExists(target) && std::remove(target.c_str()) != 0) {
             return fail("ERROR: Cannot delete %s.\n", target);
         }
         if (fileExists(target)) {
             return fail("ERROR: Deleting %s failed.\n", target);
         }
+        if (replaced) {
+            written.remove(*replaced);  // another file may get this identity now
+        }
         if (std::rename(temporary.path().c_str(), target.c_str()) != 0) {
             return fail("ERROR: Cannot rename %s.\n", temporary.path());
         }
         if (!fileExists(target)) {
             return fail("ERROR: Renaming of %s failed.\n", temporary.path());
+        }
+        if (const auto file = identityOf(target)) {
+            written.add(*file);
         }
         return true;
     }
@@ -159,6 +178,7 @@ private:
     const std::string& location;
     const std::string target;
     const TemporaryFile temporary;
+    WrittenFiles& written;  // files of this update on the drive
     std::vector<std::string>& messages;
 };
 
@@ -167,7 +187,13 @@ private:
 bool ZoCUpdateOperation::writeFileSystemElement(const ZoSUpdateFile& file, const ZoCString& location,
                                                 std::vector<std::string>& messages)
 {
+    WrittenFiles written;
+    return writeFileSystemElement(file, location, written, messages);
+}
+
+bool ZoCUpdateOperation::writeFileSystemElement(const ZoSUpdateFile& file, const ZoCString& location,
+                                                WrittenFiles& written, std::vector<std::string>& messages)
+{
     messages.clear();
-    const std::string targetPath = allText(location);
-    return FileWriter(*updater, options->verbose, pathOf(file), targetPath, messages).write();
+    return FileWriter(*updater, options->verbose, pathOf(file), allText(location), written, messages).write();
 }

@@ -6,6 +6,7 @@
 #include "base/Messages.h"
 #include "libZoInventoryManagerAP/ZoCInventoryManager.h"
 #include "libZoRtosAbstraction/ZoNRtosAbstraction.h"
+#include "operation/WrittenFiles.h"
 #include "operation/ZoCUpdateOperation.h"
 #include "updater/ZoCTrellanUpdater.h"
 
@@ -38,6 +39,13 @@ unsigned long long fileTime()
 
 void ZoCUpdateOperation::startUpdatesOfPhase(PhaseList& list)
 {
+    WrittenFiles written;
+    startUpdatesOfPhase(list, written);
+}
+
+// `written` are the files that this update has written to the flash drive.
+void ZoCUpdateOperation::startUpdatesOfPhase(PhaseList& list, WrittenFiles& written)
+{
     bool isFirst = true;
     for (ZoSUpdateElement* const element : list) {
         if (element->updateState != PENDING) {
@@ -53,17 +61,17 @@ void ZoCUpdateOperation::startUpdatesOfPhase(PhaseList& list)
         }
         errorManager().sendLog(updateStarted, loggedLine, loggedFunction, "%s", element->displayName.c_str());
         if (element->isFileSystemElement) {
-            startFileSystemUpdate(*element);
+            startFileSystemUpdate(*element, written);
         } else {
             startInventoryUpdate(*element);
         }
     }
 }
 
-void ZoCUpdateOperation::startFileSystemUpdate(ZoSUpdateElement& element)
+void ZoCUpdateOperation::startFileSystemUpdate(ZoSUpdateElement& element, WrittenFiles& written)
 {
     std::vector<std::string> messages;
-    if (writeFileSystemElement(fileOf(element), element.location, messages)) {
+    if (writeFileSystemElement(fileOf(element), element.location, written, messages)) {
         element.updateState = FINISHED;
         updater->print("\n");
     } else {

@@ -4,6 +4,7 @@
 #include "base/PlatformText.h"
 #include "libZoInventoryManagerAP/ZoCInventoryManager.h"
 #include "operation/PendingElements.h"
+#include "operation/WrittenFiles.h"
 #include "operation/ZoCUpdateOperation.h"
 #include "updater/ZoCTrellanUpdater.h"
 
@@ -81,22 +82,23 @@ void ZoCUpdateOperation::setUpdateStates()
 bool ZoCUpdateOperation::updatePhases()
 {
     bool filesMissing = false;
+    WrittenFiles written;
     const unsigned phases = assignment->getNumberOfUpdatePhases();
     for (unsigned phase = 0; phase < phases; ++phase) {
-        filesMissing |= updatePhase(phase);
+        filesMissing |= updatePhase(phase, written);
     }
     updater->ReportPhase(endOfPhases);
     return filesMissing;
 }
 
 // True when an update file was missing.
-bool ZoCUpdateOperation::updatePhase(unsigned phase)
+bool ZoCUpdateOperation::updatePhase(unsigned phase, WrittenFiles& written)
 {
     updater->ReportPhase(phase);
     PhaseList list;
     getUpdateElementsOfPhase(phase, list);
     const bool filesMissing = checkMissingUpdateFiles(list);
-    startUpdatesOfPhase(list);
+    startUpdatesOfPhase(list, written);
     updateStatus(list);
     updateErrors(list);
     return filesMissing;

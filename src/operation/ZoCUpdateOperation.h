@@ -9,6 +9,7 @@
 #include "assignment/ZoCUpdateAssignment.h"
 
 class PendingElements;
+class WrittenFiles;
 class ZoCTrellanUpdater;
 
 class ZoCUpdateOperation {
@@ -37,7 +38,8 @@ public:
     // Takes the elements whose update file is missing out of the update. True when at least one was missing.
     bool checkMissingUpdateFiles(PhaseList& list);
 
-    // Starts every pending update of the list; files on the flash drive are written at once.
+    // Starts every pending update of the list; files on the flash drive are written at once. One that needs the place
+    // of another one of the list for its temporary file is refused.
     void startUpdatesOfPhase(PhaseList& list);
 
     // Waits until no update of the list is running, showing the progress.
@@ -53,20 +55,23 @@ public:
     // complete success.
     bool printUpdateResults(ZoCErrorListPool& errors, bool filesMissing) const;
 
-    // Writes `file` to `location` on the flash drive by way of a new temporary file, which is on the disk before it takes
-    // the target's place. `messages` becomes what there is to tell, in order; after false its last entry is the error.
-    // Refused before anything is changed: a location that leaves the drive through ".." or names no file, a path that a
-    // shell does not take literally, and a pipe or a device as `file`. A symbolic link to a folder is followed on the
-    // drive; one in the place of the target or of its temporary file is replaced. When anything fails after the copying,
-    // the temporary file is left.
+    // Writes `file` to `location` on the flash drive by way of a new temporary file, which is on the disk before it
+    // takes the target's place. `messages` becomes what there is to tell, in order; after false its last entry is the
+    // error. Refused before anything is changed: a location that leaves the drive through ".." or names no file, a path
+    // that a shell does not take literally, and a pipe or a device as `file`. A symbolic link to a folder is followed
+    // on the drive; one in the place of the target or of its temporary file is replaced. When anything fails after the
+    // copying, the temporary file is left.
     bool writeFileSystemElement(const ZoNUpdateArchive::ZoSUpdateFile& file, const ZoCString& location,
                                 std::vector<std::string>& messages);
 
 private:
     void setUpdateStates();
     bool updatePhases();
-    bool updatePhase(unsigned phase);
-    void startFileSystemUpdate(ZoNUpdateInventory::ZoSUpdateElement& element);
+    bool updatePhase(unsigned phase, WrittenFiles& written);
+    void startUpdatesOfPhase(PhaseList& list, WrittenFiles& written);
+    void startFileSystemUpdate(ZoNUpdateInventory::ZoSUpdateElement& element, WrittenFiles& written);
+    bool writeFileSystemElement(const ZoNUpdateArchive::ZoSUpdateFile& file, const ZoCString& location,
+                                WrittenFiles& written, std::vector<std::string>& messages);
     void startInventoryUpdate(ZoNUpdateInventory::ZoSUpdateElement& element);
     bool requestUpdate(ZoNUpdateInventory::ZoSUpdateElement& element);
     void failToStart(ZoNUpdateInventory::ZoSUpdateElement& element);

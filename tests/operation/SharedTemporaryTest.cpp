@@ -1,0 +1,108 @@
+// A temporary file whose place is that of a file which the update needs: one that it has written, or the one it copies.
+#include "operation/FlashDriveTest.h"
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using namespace ZoNUpdateInventory;
+
+class SharedTemporaryTest : public FlashDriveTest {
+protected:
+    void prepareFiles(const std::string& first, const std::string& second, unsigned phaseOfSecond = 1)
+    {
+        hasFlashDrive = true;
+        addFileElement(1, 1, first, 1);
+        addFileElement(1, 2, second, phaseOfSecond);
+        prepare();
+    }
+
+    // Expects that only the first file is written, to `first`, and the second refused.
+    void expectSecondRefused(const std::string& first, const std::string& second)
+    {
+        EXPECT_FALSE(update());
+
+        EXPECT_THAT(journal->text(), HasSubstr("\n            ERROR: Cannot write /mnt/cn/cfdrive/" + second +
+                                               ".tmp. Error code: 17\n"));
+        EXPECT_EQ(element(0).updateState, FINISHED);
+        EXPECT_EQ(element(1).updateState, FAILED);
+        EXPECT_EQ(readText(drive() / first), "content of b1f1.bin");
+    }
+};
+
+TEST_F(SharedTemporaryTest, IsNotTakenFromTheFileOfAnotherEntryOfThePhase)
+{
+    prepareFiles("a.tmp", "a");
+    expectSecondRefused("a.tmp", "a");
+    EXPECT_THAT(onDrive(), ElementsAre("a.tmp"));
+}
+
+TEST_F(SharedTemporaryTest, IsNotTakenFromTheFileOfAnEarlierPhase)
+{
+    prepareFiles("a.tmp", "a", 2);
+    expectSecondRefused("a.tmp", "a");
+    EXPECT_THAT(onDrive(), ElementsAre("a.tmp"));
+}
+
+class SharedTemporarySpelling : public SharedTemporaryTest, public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(SharedTemporarySpelling, IsKnown)
+{
+    prepareFiles("d/a.tmp", GetParam());
+    std::filesystem::create_symlink("d", drive() / "link");
+    expectSecondRefused("d/a.tmp", GetParam());
+}
+
+INSTANTIATE_TEST_SUITE_P(All, SharedTemporarySpelling,
+                         ::testing::Values("./d/a", "d//a", "/d/a", "d/./a", "d/../d/a", "e/../d/a", "link/a"));
+
+TEST_F(SharedTemporaryTest, IsNotTakenFromAFileThatReplacedAnotherOfTheUpdate)
+{
+    addFileElement(2, 1, "a.tmp");
+    prepareFiles("a.tmp", "a");
+    EXPECT_FALSE(update());
+
+    EXPECT_THAT(states(), ElementsAre(FINISHED, FINISHED, FAILED));
+    EXPECT_EQ(readText(drive() / "a.tmp"), "content of b1f1.bin");
+}
+
+TEST_F(SharedTemporaryTest, MayBecomeTheFileOfALaterEntry)
+{
+    prepareFiles("a", "a.tmp");
+
+    EXPECT_TRUE(update());
+
+    EXPECT_THAT(onDrive(), ElementsAre("a", "a.tmp"));
+    EXPECT_EQ(readText(drive() / "a"), "content of b1f1.bin");
+    EXPECT_EQ(readText(drive() / "a.tmp"), "content of b1f2.bin");
+}
+
+TEST_F(SharedTemporaryTest, IsAnOldOneInTheNextUpdate)
+{
+    prepareFiles("a.tmp", "a");
+    element(1).disabled = true;
+    EXPECT_TRUE(update());
+    EXPECT_THAT(onDrive(), ElementsAre("a.tmp"));
+
+    element(0).disabled = true;
+    element(1).disabled = false;
+    EXPECT_TRUE(update());
+
+    EXPECT_THAT(onDrive(), ElementsAre("a"));
+    EXPECT_EQ(readText(drive() / "a"), "content of b1f2.bin");
+}
+
+TEST_F(SharedTemporaryTest, IsNotTheFileThatIsToBeCopied)
+{
+    prepareDrive();
+    put(drive() / "c.bin.tmp", "part of an archive on the drive");
+    ZoNTrellanUpdater::ZoTOptions other = options;
+    other.archivePath = "/mnt/cn/cfdrive";
+    OpenUpdater otherUpdater(other);
+    ZoNUpdateArchive::ZoSUpdateFile file;
+    file.name = "c.bin.tmp";
+
+    EXPECT_FALSE(otherUpdater.getOperation().writeFileSystemElement(file, "c.bin", messages));
+
+    EXPECT_THAT(messages, ElementsAre("ERROR: Cannot write /mnt/cn/cfdrive/c.bin.tmp. Error code: 17\n"));
+    EXPECT_THAT(onDrive(), ElementsAre("c.bin.tmp"));
+    EXPECT_EQ(readText(drive() / "c.bin.tmp"), "part of an archive on the drive");
+}
