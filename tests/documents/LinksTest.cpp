@@ -1,4 +1,4 @@
-// The documents' links to files of the project and to headings.
+// What the documents say of the project's files: links to them and to headings, and paths.
 #include <gtest/gtest.h>
 
 #include <cctype>
@@ -86,6 +86,18 @@ std::ptrdiff_t checkLinks(const fs::path& document, const std::string& line)
     return std::distance(first, std::sregex_iterator());
 }
 
+// Checks the paths that a line names in the project's folders, and returns how many there are.
+std::ptrdiff_t checkPaths(const fs::path& document, const std::string& line)
+{
+    static const std::regex path(
+        R"(`((include|platform|src|simulation|tool|tests|examples|docs|bench|cmake)/[A-Za-z0-9_./-]*)`)");
+    const std::sregex_iterator first(line.begin(), line.end(), path);
+    for (auto found = first; found != std::sregex_iterator(); ++found) {
+        EXPECT_TRUE(fs::exists(fs::path(TRELLAN_SOURCE_DIR) / (*found)[1].str())) << document << ": " << (*found)[1];
+    }
+    return std::distance(first, std::sregex_iterator());
+}
+
 }  // namespace
 
 TEST(Links, LeadToFilesAndHeadingsThatExist)
@@ -97,4 +109,15 @@ TEST(Links, LeadToFilesAndHeadingsThatExist)
         }
     }
     EXPECT_GT(links, 10);
+}
+
+TEST(Paths, InTheDocumentsExist)
+{
+    std::ptrdiff_t paths = 0;
+    for (const fs::path& document : projectDocuments()) {
+        for (const std::string& line : textLines(document)) {
+            paths += checkPaths(document, line);
+        }
+    }
+    EXPECT_GT(paths, 10);
 }
