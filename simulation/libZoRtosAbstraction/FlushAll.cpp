@@ -1,5 +1,6 @@
 #include "simulation/libZoRtosAbstraction/FlushAll.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -13,7 +14,7 @@ namespace {
 // A pipe whose reading end reports when the last holder of the writing end is gone.
 class Pipe {
 public:
-    Pipe() { open = pipe(ends) == 0; }
+    Pipe() { open = pipe2(ends, O_CLOEXEC) == 0; }
     ~Pipe()
     {
         if (open) {
@@ -51,8 +52,8 @@ void keepOnly(int descriptor)
 // Only async-signal-safe calls are made between fork and _exit, as other threads may have been running.
 [[noreturn]] void flushInGrandchild(int descriptor)
 {
+    keepOnly(descriptor);  // before the parent, which waits for this child alone, goes on
     if (fork() == 0) {
-        keepOnly(descriptor);
         sync();
         const char done = 1;
         _exit(write(0, &done, 1) == 1 ? 0 : 1);

@@ -1,11 +1,12 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
-#include <sys/wait.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <fstream>
 
+#include "AnotherProcess.h"
 #include "Device.h"
 #include "simulation/base/Clock.h"
 #include "simulation/base/Resources.h"
@@ -16,19 +17,6 @@
 using nlohmann::ordered_json;
 
 namespace {
-
-// Runs `action` in a process of its own and returns its exit status.
-template <class Action>
-int inAnotherProcess(Action action)
-{
-    const pid_t child = ::fork();
-    if (child == 0) {
-        ::_exit(action());
-    }
-    int status = -1;
-    EXPECT_EQ(::waitpid(child, &status, 0), child);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
 
 void expectLocked(Session& session)
 {
@@ -154,6 +142,27 @@ TEST(Lock, ReportsALockFileThatCannotBeOpened)
                                           ": Is a directory.");
 }
 
+TEST(Lock, RefusesALockFileThatIsNoRegularFile)
+{
+    const SimulatedTarget device(target({}));
+    const Scan scan;
+    const std::string file = device.folder() / "target.json.lock";
+    const auto expectRefusal = [&] {
+        const Session session;
+        EXPECT_EQ(session.handle, 0U);
+        ASSERT_EQ(session.errors.count(), 1U);
+        EXPECT_EQ(session.errors.code(0), 0x26300007U);
+        EXPECT_EQ(session.errors.text(0), "The target file " + device.path().string() +
+                                              " cannot be read: its lock file " + file +
+                                              " is no regular file, remove it.");
+    };
+    ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+    expectRefusal();
+    std::filesystem::remove(file);
+    std::filesystem::create_symlink("/dev/null", file);
+    expectRefusal();
+}
+
 TEST(Lock, IsCountedUntilItIsGivenBack)
 {
     const SimulatedTarget device(target({}));
@@ -183,12 +192,11 @@ TEST(Lock, NeedsALockFileForReadingOnly)
 TEST(Lock, TakesTheTargetsClockWithoutAScan)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process that has not scanned any target
-    EXPECT_EXIT(
-        {
-            const SimulatedTarget device(target({}));
-            const Session session;
-            const bool isVirtual = TrellanSimulation::clockKind() == TrellanSimulation::ClockKind::virtualTime;
-            std::_Exit(session.handle != 0 && isVirtual ? 0 : 1);
-        },
-        testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(std::_Exit([] {
+                    const SimulatedTarget device(target({}));
+                    const Session session;
+                    const bool isVirtual = TrellanSimulation::clockKind() == TrellanSimulation::ClockKind::virtualTime;
+                    return session.handle != 0 && isVirtual ? 0 : 1;
+                }()),
+                testing::ExitedWithCode(0), "");
 }
