@@ -2,11 +2,9 @@
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 
-#include <fstream>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
@@ -15,6 +13,7 @@
 #include <vector>
 
 #include "simulation/base/FileDescriptor.h"
+#include "simulation/base/RegularFile.h"
 #include "simulation/base/Trace.h"
 #include "simulation/target/SystemFault.h"
 
@@ -32,6 +31,16 @@ FileDescriptor openFolder(int at, const std::string& name)
     return FileDescriptor(::openat(at, name.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
 }
 
+FileDescriptor openDrive(const std::filesystem::path& folder)
+{
+    FileDescriptor opened = openFolder(AT_FDCWD, folder.string());
+    if (!opened.isOpen()) {
+        throw std::runtime_error("flash drive " + folder.string() + ": " + std::generic_category().message(errno) +
+                                 ", make that folder or leave flashDrive out");
+    }
+    return opened;
+}
+
 // A name for what `name` is in the opened folder, also when the folder itself is covered by a mount.
 std::string throughDescriptor(const FileDescriptor& folder, const std::string& name)
 {
@@ -47,36 +56,6 @@ void bindMount(const std::string& source, const std::string& place)
 void makeFolder(const std::string& path)
 {
     checkSystem(::mkdir(path.c_str(), 0755), "mkdir " + path);
-}
-
-void writeProcFile(const std::string& path, const std::string& content)
-{
-    const FileDescriptor file(checkSystem(::open(path.c_str(), O_WRONLY | O_CLOEXEC), "open " + path));
-    if (::write(file.get(), content.data(), content.size()) < 0) {
-        throwSystemFault("write " + path);
-    }
-}
-
-// Users stay who they are in the new user namespace.
-void enterUserNamespace()
-{
-    const std::string user = std::to_string(::geteuid());
-    const std::string group = std::to_string(::getegid());
-    checkSystem(::unshare(CLONE_NEWUSER | CLONE_NEWNS), "unshare");
-    writeProcFile("/proc/self/setgroups", "deny");
-    writeProcFile("/proc/self/uid_map", user + ' ' + user + " 1");
-    writeProcFile("/proc/self/gid_map", group + ' ' + group + " 1");
-}
-
-void enterNamespace()
-{
-    if (::unshare(CLONE_NEWNS) != 0) {
-        if (errno != EPERM) {
-            throwSystemFault("unshare");
-        }
-        enterUserNamespace();
-    }
-    checkSystem(::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr), "make / private");
 }
 
 std::vector<std::string> namesIn(const FileDescriptor& folder)
@@ -139,15 +118,23 @@ void recreate(const FileDescriptor& folder, const std::string& place, std::strin
 void makeDriveFolder()
 {
     const FileDescriptor mnt = openFolder(AT_FDCWD, "/mnt");
-    checkSystem(mnt.get(), "open /mnt");
+    if (!mnt.isOpen()) {
+        throw std::runtime_error("its flash drive cannot be mounted without a folder /mnt (" +
+                                 std::generic_category().message(errno) + "): make it, or leave flashDrive out");
+    }
     const FileDescriptor cn = openFolder(mnt.get(), "cn");
     checkSystem(::mount(coverName.c_str(), "/mnt", "tmpfs", 0, "mode=755"), "mount /mnt");
-    recreate(mnt, "/mnt", "cn");
-    makeFolder("/mnt/cn");
-    if (cn.isOpen()) {
-        recreate(cn, "/mnt/cn", "cfdrive");
+    try {
+        recreate(mnt, "/mnt", "cn");
+        makeFolder("/mnt/cn");
+        if (cn.isOpen()) {
+            recreate(cn, "/mnt/cn", "cfdrive");
+        }
+        makeFolder(drive);
+    } catch (const std::system_error&) {
+        ::umount2("/mnt", MNT_DETACH);  // what it was must not stay covered
+        throw;
     }
-    makeFolder(drive);
 }
 
 void bindDrive(const std::string& source)
@@ -162,12 +149,27 @@ void bindDrive(const std::string& source)
     bindMount(source, drive);
 }
 
+// The calling thread's mounts, one on each line; the process's are those of its first thread. Empty without /proc,
+// where no drive can have been mounted.
+std::string mountList()
+try {
+    RegularFile file("/proc/thread-self/mountinfo");
+    std::string list;
+    std::string block(1 << 14, '\0');
+    while (const std::size_t length = file.read(block.data(), block.size())) {
+        list.append(block, 0, length);
+    }
+    return list;
+} catch (const FileFault&) {
+    return "";
+}
+
 // Whether what is seen as /mnt is the work of makeDriveFolder: by this library, by itself before it was unloaded and
 // loaded again, or by a process that this one descends from.
 bool isMntCovered()
 {
     bool covered = false;
-    std::ifstream mounts("/proc/self/mountinfo");
+    std::istringstream mounts(mountList());
     for (std::string mount; std::getline(mounts, mount);) {
         std::istringstream fields(mount);
         std::string id, parent, device, root, place;
@@ -189,22 +191,25 @@ bool liesIn(const std::filesystem::path& file, const char* folder)
 
 void FlashDrive::attach(const std::filesystem::path& target, const std::optional<std::filesystem::path>& folder)
 {
+    requireInside();
     requireShared(target, folder.has_value());
     if (!folder) {
         detach();
         return;
     }
+    openDrive(*folder);  // a folder that is not there is refused before anything has changed
     openTrace();
-    enterNamespaceOnce();
-    // Opened before anything is mounted: the folder may itself be below /mnt.
-    const FileDescriptor source = openFolder(AT_FDCWD, folder->string());
-    checkSystem(source.get(), "flash drive " + folder->string());
-    detach();
-    if (!std::filesystem::is_directory(drive)) {
-        makeDriveFolder();
+    try {
+        mountDrive(*folder);
+    } catch (const std::system_error& fault) {
+        throw std::runtime_error(std::string("its flash drive cannot be mounted (") + fault.what() +
+                                 "): be root or allow user namespaces, or leave flashDrive out");
     }
-    bindDrive(throughDescriptor(source, ""));
-    attached = true;
+}
+
+void FlashDrive::requireInside() const
+{
+    mounts.requireInside();
 }
 
 void FlashDrive::requireShared(const std::filesystem::path& target, bool withDrive)
@@ -219,12 +224,17 @@ void FlashDrive::requireShared(const std::filesystem::path& target, bool withDri
     }
 }
 
-void FlashDrive::enterNamespaceOnce()
+void FlashDrive::mountDrive(const std::filesystem::path& folder)
 {
-    if (!inNamespace) {
-        enterNamespace();
-        inNamespace = true;
+    mounts.enter();
+    // Opened before anything is mounted: the folder may itself be below /mnt.
+    const FileDescriptor source = openDrive(folder);
+    detach();
+    if (!std::filesystem::is_directory(drive)) {
+        makeDriveFolder();
     }
+    bindDrive(throughDescriptor(source, ""));
+    attached = true;
 }
 
 void FlashDrive::detach()

@@ -4,14 +4,16 @@
 #include <filesystem>
 #include <optional>
 
+#include "simulation/target/MountNamespace.h"
+
 namespace TrellanSimulation {
 
 class FlashDrive {
 public:
     // Makes `folder` the flash drive of the target file at `target` in place of the one before; nothing: the target has
-    // none. With the first drive the process enters a mount namespace of its own (where it may not, together with a
-    // user namespace), in which everything else below /mnt stays visible. Working directory and relative paths stay
-    // good. Throws std::system_error, saying what was refused and why.
+    // none. With the first drive the calling thread, and those that it starts from then on, get mounts of their own, in
+    // which everything else below /mnt stays visible with its content. Working directory and relative paths stay good.
+    // Throws std::runtime_error, in words that tell what to do, when that is not possible, and as requireInside() does.
     //
     // On a machine without /mnt/cn/cfdrive a file system in memory covers /mnt from the first drive on. What lies
     // directly in /mnt and /mnt/cn can then be written but not replaced, and new files there are seen by this process
@@ -19,12 +21,16 @@ public:
     // refused with std::runtime_error.
     void attach(const std::filesystem::path& target, const std::optional<std::filesystem::path>& folder);
 
+    // Throws std::runtime_error when the calling thread does not see what attach() has mounted, but the machine's own
+    // /mnt.
+    void requireInside() const;
+
 private:
     static void requireShared(const std::filesystem::path& target, bool withDrive);
-    void enterNamespaceOnce();
+    void mountDrive(const std::filesystem::path& folder);
     void detach();
 
-    bool inNamespace = false;
+    MountNamespace mounts;
     bool attached = false;  // a folder is the drive now
 };
 

@@ -60,6 +60,7 @@ int Target::scan(ZoCErrorListPool& errors, ZoCInventoryItem*& tree)
 unsigned Target::lock(ZoCErrorListPool& errors)
 {
     try {
+        flashDrive.requireInside();
         if (path.empty()) {
             select();
             script = TargetFile(path).script();
@@ -85,6 +86,12 @@ unsigned Target::lock(ZoCErrorListPool& errors)
 void Target::update(ZoCErrorListPool& errors, const ZoCInventoryAddress& board, unsigned handle, unsigned id,
                     const char* filePath)
 {
+    try {
+        flashDrive.requireInside();
+    } catch (const std::runtime_error& fault) {
+        addTargetFault(errors, "", fault);
+        return;
+    }
     const std::string key = elementKey(board, id);
     if (!passes(errors, positions.next(script->element(key).start, key + " start")) || !checkHandle(errors, handle)) {
         return;

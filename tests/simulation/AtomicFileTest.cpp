@@ -1,15 +1,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sched.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <fstream>
 #include <system_error>
 #include <utility>
 #include <vector>
 
+#include "UserNamespace.h"
 #include "simulation/target/AtomicFile.h"
 #include "support/Namespaces.h"
 #include "support/TempDir.h"
@@ -91,19 +90,6 @@ protected:
     TempDir folder;
     fs::path path = folder.write("file", "old");
 };
-
-// Makes this process a user namespace's only user, who may give files to nobody else.
-void enterUserNamespace()
-{
-    const std::string user = std::to_string(::geteuid());
-    const std::string group = std::to_string(::getegid());
-    if (::unshare(CLONE_NEWUSER) != 0) {
-        throw std::system_error(errno, std::generic_category());
-    }
-    std::ofstream("/proc/self/setgroups") << "deny";
-    std::ofstream("/proc/self/uid_map") << user + ' ' + user + " 1";
-    std::ofstream("/proc/self/gid_map") << group + ' ' + group + " 1";
-}
 
 }  // namespace
 

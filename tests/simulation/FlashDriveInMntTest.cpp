@@ -15,50 +15,49 @@ namespace fs = std::filesystem;
 TEST_F(FlashDrive, LeavesTheRestBelowMntVisible)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process whose /mnt nobody else sees
-    EXPECT_EXIT(
-        {
-            makeOwnMnt();
-            fs::create_directories("/mnt/folder/disk");
-            fs::create_directory("/mnt/disk");
-            fs::create_directories("/mnt/cn/folder");
-            mountMemory("/mnt/disk");
-            mountMemory("/mnt/folder/disk");
-            writeText("/mnt/file", "file, ");
-            writeText("/mnt/folder/file", "in a folder, ");
-            writeText("/mnt/disk/file", "in a mount, ");
-            writeText("/mnt/folder/disk/file", "in a mount in a folder, ");
-            writeText("/mnt/cn/file", "in cn, ");
-            writeText("/mnt/cn/folder/file", "in a folder in cn, ");
-            fs::create_symlink("folder/file", "/mnt/link");
-            const FlashTarget device;
-            writeText(device.flash() / "file", "on the drive");
-            const Scan scan;
-            std::cerr << readText("/mnt/file") << readText("/mnt/folder/file") << readText("/mnt/disk/file")
-                      << readText("/mnt/folder/disk/file") << readText("/mnt/cn/file")
-                      << readText("/mnt/cn/folder/file") << readText("/mnt/link") << readText(flashPath / "file");
-            std::_Exit(scan.result);
-        },
-        testing::ExitedWithCode(0),
-        "^file, in a folder, in a mount, in a mount in a folder, in cn, in a folder in cn, in a folder, on the "
-        "drive$");
+    EXPECT_EXIT(std::_Exit([] {
+                    makeOwnMnt();
+                    fs::create_directories("/mnt/folder/disk");
+                    fs::create_directory("/mnt/disk");
+                    fs::create_directories("/mnt/cn/folder");
+                    mountMemory("/mnt/disk");
+                    mountMemory("/mnt/folder/disk");
+                    writeText("/mnt/file", "file, ");
+                    writeText("/mnt/folder/file", "in a folder, ");
+                    writeText("/mnt/disk/file", "in a mount, ");
+                    writeText("/mnt/folder/disk/file", "in a mount in a folder, ");
+                    writeText("/mnt/cn/file", "in cn, ");
+                    writeText("/mnt/cn/folder/file", "in a folder in cn, ");
+                    fs::create_symlink("folder/file", "/mnt/link");
+                    const FlashTarget device;
+                    writeText(device.flash() / "file", "on the drive");
+                    const Scan scan;
+                    std::cerr << readText("/mnt/file") << readText("/mnt/folder/file") << readText("/mnt/disk/file")
+                              << readText("/mnt/folder/disk/file") << readText("/mnt/cn/file")
+                              << readText("/mnt/cn/folder/file") << readText("/mnt/link")
+                              << readText(flashPath / "file");
+                    return scan.result;
+                }()),
+                testing::ExitedWithCode(0),
+                "^file, in a folder, in a mount, in a mount in a folder, in cn, in a folder in cn, in a folder, on the "
+                "drive$");
 }
 
 TEST_F(FlashDrive, PassesOnWhatIsWrittenToTheRestBelowMnt)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(
-        {
-            makeOwnMnt();
-            fs::create_directory("/mnt/folder");
-            writeText("/mnt/folder/file", "old");
-            fs::current_path("/mnt/folder");  // stays what it is when /mnt is covered
-            const FlashTarget device;
-            const Scan scan;
-            writeText("/mnt/folder/file", "new");
-            std::cerr << readText("file");
-            std::_Exit(scan.result);
-        },
-        testing::ExitedWithCode(0), "^new$");
+    EXPECT_EXIT(std::_Exit([] {
+                    makeOwnMnt();
+                    fs::create_directory("/mnt/folder");
+                    writeText("/mnt/folder/file", "old");
+                    fs::current_path("/mnt/folder");  // stays what it is when /mnt is covered
+                    const FlashTarget device;
+                    const Scan scan;
+                    writeText("/mnt/folder/file", "new");
+                    std::cerr << readText("file");
+                    return scan.result;
+                }()),
+                testing::ExitedWithCode(0), "^new$");
 }
 
 TEST_F(FlashDrive, LeavesNoPlaceForTargetsDirectlyInMntWhereItIsPrivate)

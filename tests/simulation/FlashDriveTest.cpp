@@ -64,7 +64,8 @@ TEST_F(FlashDrive, MustExist)
     ASSERT_EQ(scan.errors.count(), 1U);
     EXPECT_EQ(scan.errors.code(0), 0x26300007U);
     const std::string text = "The target file " + device.target.path().string() + " cannot be read: flash drive " +
-                             device.flash().string() + ": No such file or directory.";
+                             device.flash().string() +
+                             ": No such file or directory, make that folder or leave flashDrive out.";
     EXPECT_EQ(scan.errors.text(0), text);
     EXPECT_EQ(printed, "ERROR 0x26300007: " + text + "\n");
 }
@@ -80,7 +81,7 @@ TEST_F(FlashDrive, MustBeAFolder)
     ASSERT_EQ(scan.errors.count(), 1U);
     EXPECT_EQ(scan.errors.text(0), "The target file " + device.target.path().string() +
                                        " cannot be read: flash drive " + device.flash().string() +
-                                       ": Not a directory.");
+                                       ": Not a directory, make that folder or leave flashDrive out.");
 }
 
 TEST_F(FlashDrive, MakesElementsValidWhoseFileIsThere)
