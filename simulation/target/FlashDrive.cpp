@@ -207,6 +207,20 @@ void FlashDrive::attach(const std::filesystem::path& target, const std::optional
     }
 }
 
+std::optional<std::filesystem::path> FlashDrive::find(const std::string& location)
+{
+    if (location.find('\0') != std::string::npos) {
+        return std::nullopt;  // the system would take it for the end of the name
+    }
+    std::error_code fault;
+    const std::filesystem::path file = std::filesystem::canonical(drive + '/' + location, fault);
+    const std::filesystem::path root = std::filesystem::canonical(drive, fault);
+    if (fault || !file.native().starts_with(root.native() + '/')) {
+        return std::nullopt;
+    }
+    return file;
+}
+
 void FlashDrive::requireInside() const
 {
     mounts.requireInside();

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <string>
 
 #include "simulation/target/MountNamespace.h"
 
@@ -20,6 +21,10 @@ public:
     // alone: neither the lock nor a new version of a target file would reach anybody else. A target there is therefore
     // refused with std::runtime_error.
     void attach(const std::filesystem::path& target, const std::optional<std::filesystem::path>& folder);
+
+    // The file `location` of the attached drive, as the calling thread sees it. Nothing when there is none, or when it
+    // lies outside the drive, by ".." or behind a link.
+    static std::optional<std::filesystem::path> find(const std::string& location);
 
     // Throws std::runtime_error when the calling thread does not see what attach() has mounted, but the machine's own
     // /mnt.

@@ -3,6 +3,7 @@
 #include "libZoInventoryTree/ZoNInventoryIDs.h"
 #include "simulation/libZoInventoryTree/TreeBuilder.h"
 #include "simulation/target/AtomicFile.h"
+#include "simulation/target/FlashDrive.h"
 
 namespace TrellanSimulation {
 
@@ -59,7 +60,7 @@ void collectElements(const TreeItem& item, Json& source, std::unordered_map<std:
     }
 }
 
-void readFlashFile(TreeItem& item, const std::filesystem::path& flash)
+void readFlashFile(TreeItem& item)
 {
     using namespace ZoNInventoryIDs;
     if (item.getID().getCategory() != FILESYSTEM_ELEMENT.getCategory()) {
@@ -67,7 +68,8 @@ void readFlashFile(TreeItem& item, const std::filesystem::path& flash)
     }
     const ZoCInventoryParameter* parameter = item.getParameter(LOCATION);
     const auto* location = parameter == nullptr ? nullptr : std::get_if<std::string>(&parameter->value);
-    const auto checksum = location == nullptr ? std::nullopt : fileChecksum(flash.string() + '/' + *location);
+    const auto file = location == nullptr ? std::nullopt : FlashDrive::find(*location);
+    const auto checksum = file ? fileChecksum(*file) : std::nullopt;
     if (checksum) {
         item.setParameter(VALID, std::uint64_t{1});
         item.setParameter(CHECKSUM_CRC32, std::uint64_t{*checksum});
@@ -87,7 +89,7 @@ std::unique_ptr<TreeItem> TargetFile::makeTree()
 {
     auto tree = unused ? std::move(unused) : buildTree(*findMember(document, "tree"), Place(Place(), "tree"));
     if (flash) {
-        tree->forEach([this](TreeItem& item) { readFlashFile(item, *flash); });
+        tree->forEach(readFlashFile);
     }
     tree->setFaults(calls->values);
     return tree;

@@ -33,7 +33,7 @@ public:
     const std::shared_ptr<const Script>& script() const { return calls; }
 
     // The device's inventory tree, with the script's faults of its values. File-system elements whose file is on the
-    // flash drive are valid and have its checksum.
+    // flash drive, which must be attached, are valid and have its checksum.
     std::unique_ptr<TreeItem> makeTree();
 
     // Whether the board with the element `key` (elementKey()) has it: an UPDATE_ELEMENT with that ID below the board's

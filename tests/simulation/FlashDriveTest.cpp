@@ -106,6 +106,47 @@ TEST_F(FlashDrive, MakesElementsValidWhoseFileIsThere)
     EXPECT_EQ(device.target.document(), before);
 }
 
+TEST_F(FlashDrive, HasNoFileThatLiesOutside)
+{
+    const std::vector<std::string> locations = {
+        "../digits.txt",  "etc/../../digits.txt", "link.txt", "etc/link.txt", "folder/digits.txt", "..",
+        "/../digits.txt",
+    };
+    const FlashTarget device(locations);
+    writeText(device.target.folder() / "digits.txt", "123456789");
+    fs::create_directory(device.flash() / "etc");
+    fs::create_symlink("../digits.txt", device.flash() / "link.txt");
+    fs::create_symlink(device.target.folder() / "digits.txt", device.flash() / "etc" / "link.txt");
+    fs::create_symlink(device.target.folder(), device.flash() / "folder");
+    const Scan scan;
+    ASSERT_EQ(scan.result, 0);
+    ErrorPool errors;
+    for (unsigned index = 1; index <= locations.size(); ++index) {
+        const ZoCInventoryItem& absent = scan.item(CN / UPDATE_INFO / FILESYSTEM_ELEMENT[index]);
+        EXPECT_EQ(absent.getValue<unsigned char>(errors, VALID), 0) << locations[index - 1];
+        EXPECT_EQ(absent.getParameter(CHECKSUM_CRC32), nullptr) << locations[index - 1];
+    }
+}
+
+TEST_F(FlashDrive, HasTheFilesToWhichLinksLeadWithinIt)
+{
+    const std::vector<std::string> locations = {"etc/../digits.txt", "link.txt", "etc/link.txt", "/folder//digits.txt"};
+    const FlashTarget device(locations);
+    writeText(device.flash() / "digits.txt", "123456789");
+    fs::create_directory(device.flash() / "etc");
+    fs::create_symlink("digits.txt", device.flash() / "link.txt");
+    fs::create_symlink("../digits.txt", device.flash() / "etc" / "link.txt");
+    fs::create_symlink(flashPath, device.flash() / "folder");  // as the device sees it
+    const Scan scan;
+    ASSERT_EQ(scan.result, 0);
+    ErrorPool errors;
+    for (unsigned index = 1; index <= locations.size(); ++index) {
+        const ZoCInventoryItem& present = scan.item(CN / UPDATE_INFO / FILESYSTEM_ELEMENT[index]);
+        EXPECT_EQ(present.getValue<unsigned char>(errors, VALID), 1) << locations[index - 1];
+        EXPECT_EQ(present.getValue<unsigned>(errors, CHECKSUM_CRC32), 0xCBF43926U) << locations[index - 1];
+    }
+}
+
 TEST_F(FlashDrive, HasNoFileWhoseNameHoldsANul)
 {
     const FlashTarget device({std::string("digits.txt\0junk", 15)});
