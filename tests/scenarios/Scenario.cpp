@@ -106,11 +106,12 @@ ScenarioResult Scenario::run(const fs::path& program) const
         if (all.size() > 1) {
             result.output += heading(arguments);
         }
+        std::vector<std::string> environment;
         if (fs::exists(inWork("target.json"))) {
-            arguments.insert(arguments.end(), {"--target", inWork("target.json").string()});
+            environment.push_back("TRELLAN_TARGET=" + inWork("target.json").string());
         }
         arguments.insert(arguments.end(), {"--trace", inWork("trace").string()});
-        const ProcessResult process = runProcess(program, arguments, work.path());
+        const ProcessResult process = runProcess(program, arguments, work.path(), environment);
         result.output += process.output;
         result.errors += process.errors;
         result.statuses += std::to_string(process.status) + "\n";

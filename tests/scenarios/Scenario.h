@@ -1,7 +1,8 @@
 // A scenario: a folder with a target, an archive and the arguments of the tool's runs, and what those runs print.
 //
 //   arguments        the tool's arguments, one for each line; a blank line begins another run. {archive} stands for the
-//                    archive's folder. --target (where there is a target) and --trace are added.
+//                    archive's folder. --trace is added; the target, where there is one, is in the environment, since
+//                    not every command has a use for it.
 //   target.json      the simulated target
 //   script.json      optional: becomes the target's "script"
 //   archive/         the firmware archive

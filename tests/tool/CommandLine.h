@@ -1,53 +1,34 @@
 // Command lines written as lists of words, parsed or run in process.
 #pragma once
 
-#include <initializer_list>
 #include <sstream>
 #include <string>
 #include <vector>
 
-#include "tool/Arguments.h"
 #include "tool/Run.h"
-
-// The words after the tool's own name, as main() is given them.
-class CommandLine {
-public:
-    CommandLine(std::initializer_list<std::string> words) : texts(words)
-    {
-        pointers.push_back("trellan-update");
-        for (const std::string& text : texts) {
-            pointers.push_back(text.c_str());
-        }
-    }
-    CommandLine(const CommandLine&) = delete;
-    CommandLine& operator=(const CommandLine&) = delete;
-
-    int count() const { return static_cast<int>(pointers.size()); }
-    const char* const* words() const { return pointers.data(); }
-
-private:
-    std::vector<std::string> texts;
-    std::vector<const char*> pointers;
-};
+#include "tool/arguments/Arguments.h"
 
 // What the tool's run function gave.
 struct RunResult {
     int status = 0;
-    std::string out;  // what it wrote to its output stream (not the library's text)
-    std::string err;
+    std::string out;  // what it wrote to its output stream
+    std::string err;  // what it wrote to its error stream
 };
 
-inline TrellanTool::Arguments parsed(std::initializer_list<std::string> words)
+inline TrellanTool::Arguments parsed(const std::vector<std::string>& words)
 {
-    const CommandLine line(words);
-    return TrellanTool::parseArguments(line.count(), line.words());
+    return TrellanTool::parseArguments(words);
 }
 
-inline RunResult ran(std::initializer_list<std::string> words)
+// Runs the tool with the words that stand behind its own name.
+inline RunResult ran(const std::vector<std::string>& words)
 {
-    const CommandLine line(words);
+    std::vector<const char*> pointers = {"trellan-update"};
+    for (const std::string& word : words) {
+        pointers.push_back(word.c_str());
+    }
     std::ostringstream out;
     std::ostringstream err;
-    const int status = TrellanTool::run(line.count(), line.words(), out, err);
+    const int status = TrellanTool::run(static_cast<int>(pointers.size()), pointers.data(), out, err);
     return {status, out.str(), err.str()};
 }

@@ -27,15 +27,11 @@ std::string joined(const std::vector<std::string>& lines)
     return text;
 }
 
-// Runs a command with --json and gives its document, which must conform to the schema; the library's text must not
-// reach standard output.
-ordered_json documentOf(std::initializer_list<std::string> words)
+// Runs a command with --json and gives its document, which must stand alone on standard output and conform to the
+// schema.
+ordered_json documentOf(const std::vector<std::string>& words)
 {
-    testing::internal::CaptureStdout();
-    testing::internal::CaptureStderr();
     const RunResult result = ran(words);
-    testing::internal::GetCapturedStderr();
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
     EXPECT_EQ(result.status, 0);
     EXPECT_TRUE(result.out.ends_with("}\n")) << result.out;
     EXPECT_EQ(joined(schema().violations(json::parse(result.out))), "") << result.out;
@@ -174,9 +170,7 @@ TEST(DocumentTest, NothingIsAnEmptyList)
 TEST(DocumentTest, TheLibrarysTextGoesToStandardError)
 {
     const TestArchive archive(description({}));
-    testing::internal::CaptureStderr();
-    ran({"list", archive.path(), "--json"});
-    const std::string text = testing::internal::GetCapturedStderr();
+    const std::string text = ran({"list", archive.path(), "--json"}).err;
     EXPECT_TRUE(text.starts_with("\nVelorant Device Update Tool, Vs 1.0\n")) << text;
     EXPECT_TRUE(
         text.ends_with("\n \nBoardType | File | Version | Checksum | Id/TargetPath\n"
@@ -187,9 +181,8 @@ TEST(DocumentTest, TheLibrarysTextGoesToStandardError)
 TEST(DocumentTest, WithoutSuccessThereIsNoDocument)
 {
     const TestArchive archive(std::string("{}"));
-    testing::internal::CaptureStderr();
     const RunResult result = ran({"list", archive.path(), "--json"});
-    EXPECT_TRUE(testing::internal::GetCapturedStderr().ends_with("ERROR: Failed to read firmware archive.\n"));
+    EXPECT_TRUE(result.err.ends_with("ERROR: Failed to read firmware archive.\n"));
     EXPECT_EQ(result.status, 3);
     EXPECT_EQ(result.out, "");
 }

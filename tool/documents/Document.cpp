@@ -1,4 +1,4 @@
-#include "tool/Document.h"
+#include "tool/documents/Document.h"
 
 #include <memory>
 #include <nlohmann/json.hpp>

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "tool/CommandLine.h"
+#include "tool/arguments/Command.h"
 
 using TrellanTool::Arguments;
 
@@ -12,41 +13,30 @@ namespace {
 // The working folder with what joins it to a name: nothing where it is the root.
 const std::string here = (std::filesystem::current_path() / "").string();
 
-struct CommandCase {
-    const char* name;
-    std::uint32_t code;
-    bool takesArchive;
-};
-
-constexpr CommandCase commandCases[] = {
-    {"version", 0, false},   {"archive-version", 1, true}, {"list", 2, true},    {"describe", 3, true},
-    {"installed", 4, false}, {"scan", 5, false},           {"compare", 6, true}, {"update", 7, true},
-};
-
 }  // namespace
 
 TEST(ArgumentsTest, EachCommandHasItsCodeAndTakesAnArchiveOrNone)
 {
-    for (const CommandCase& entry : commandCases) {
+    struct {
+        const char* name;
+        std::uint32_t code;
+        bool takesArchive;
+    } const cases[] = {
+        {"version", 0, false}, {"archive-version", 1, true}, {"list", 2, true},
+        {"describe", 3, true}, {"installed", 4, false},      {"scan", 5, false},
+        {"compare", 6, true},  {"update", 7, true},          {"reboot-support", 5, false},
+    };
+    for (const auto& entry : cases) {
         const Arguments arguments = entry.takesArchive ? parsed({entry.name, "/a/b"}) : parsed({entry.name});
-        EXPECT_EQ(arguments.command, entry.name);
+        EXPECT_STREQ(arguments.command->name, entry.name);
         EXPECT_EQ(arguments.options.command, entry.code) << entry.name;
         EXPECT_EQ(arguments.options.archivePath, entry.takesArchive ? "/a/b" : "") << entry.name;
-        EXPECT_FALSE(arguments.rebootSupport) << entry.name;
     }
-}
-
-TEST(ArgumentsTest, RebootSupportReadsTheInventory)
-{
-    const Arguments arguments = parsed({"reboot-support"});
-    EXPECT_TRUE(arguments.rebootSupport);
-    EXPECT_EQ(arguments.options.command, 5u);
 }
 
 TEST(ArgumentsTest, WithoutOptionsOnlyTheDescriptionFileHasAName)
 {
     const Arguments arguments = parsed({"update", "/a"});
-    EXPECT_EQ(arguments.help, "");
     EXPECT_EQ(arguments.options.descriptionFileName, "archive.json");
     EXPECT_EQ(arguments.options.option3, "");
     EXPECT_EQ(arguments.options.boardTypes, "");
@@ -58,7 +48,11 @@ TEST(ArgumentsTest, WithoutOptionsOnlyTheDescriptionFileHasAName)
     EXPECT_FALSE(arguments.options.configuration);
     EXPECT_FALSE(arguments.options.disableCustomElements);
     EXPECT_FALSE(arguments.options.option12);
+    EXPECT_FALSE(arguments.noCheck);
     EXPECT_FALSE(arguments.json);
+    EXPECT_FALSE(arguments.help);
+    EXPECT_FALSE(arguments.version);
+    EXPECT_TRUE(arguments.notes.empty());
     EXPECT_TRUE(arguments.excluded.empty());
     EXPECT_EQ(arguments.targetFile, std::nullopt);
     EXPECT_EQ(arguments.traceFile, std::nullopt);
@@ -66,7 +60,7 @@ TEST(ArgumentsTest, WithoutOptionsOnlyTheDescriptionFileHasAName)
 
 TEST(ArgumentsTest, TextOptionsFillTheirFields)
 {
-    const Arguments arguments = parsed({"list", "/a", "--description", "other.json", "--board-types", "A, B",
+    const Arguments arguments = parsed({"compare", "/a", "--description", "other.json", "--board-types", "A, B",
                                         "--serial-numbers", "12 13", "--element-names", "UserFpga"});
     EXPECT_EQ(arguments.options.descriptionFileName, "other.json");
     EXPECT_EQ(arguments.options.boardTypes, "A, B");
@@ -95,44 +89,93 @@ TEST(ArgumentsTest, EachFlagSetsItsFieldAlone)
     }
 }
 
-TEST(ArgumentsTest, OptionsMayStandBeforeTheArchiveAndTakeTheirValueAfterAnEqualsSign)
+TEST(ArgumentsTest, FlagsMayShareADashAndBeRepeated)
 {
-    const Arguments arguments =
-        parsed({"compare", "--force", "--board-types=A=B", "--exclude=3", "/a", "--exclude", "0"});
+    const Arguments arguments = parsed({"list", "-vv", "/a", "--verbose", "-hv"});
+    EXPECT_TRUE(arguments.help);
+    EXPECT_TRUE(parsed({"list", "-vv", "/a", "--verbose"}).options.verbose);
+}
+
+TEST(ArgumentsTest, OptionsMayStandAnywhereAndTakeTheirValueAfterAnEqualsSign)
+{
+    const Arguments arguments = parsed({"--no-progress", "--target=/t", "update", "--force", "--board-types=A=B",
+                                        "--exclude=3", "/a", "--exclude", "0"});
+    EXPECT_TRUE(arguments.options.noProgress);
     EXPECT_TRUE(arguments.options.force);
+    EXPECT_EQ(arguments.targetFile, "/t");
     EXPECT_EQ(arguments.options.boardTypes, "A=B");
     EXPECT_EQ(arguments.options.archivePath, "/a");
     EXPECT_EQ(arguments.excluded, (std::vector<std::uint32_t>{3, 0}));
 }
 
-TEST(ArgumentsTest, EveryCommandAcceptsEveryOption)
+TEST(ArgumentsTest, EveryCommandTakesEveryOptionAndNotesThoseThatHaveNoMeaningForIt)
 {
-    for (const char* const name : {"version", "installed", "scan", "reboot-support"}) {
-        const Arguments arguments = parsed({name,
-                                            "--description",
-                                            "d",
-                                            "--board-types",
-                                            "b",
-                                            "--serial-numbers",
-                                            "s",
-                                            "--element-names",
-                                            "e",
-                                            "--force",
-                                            "--no-progress",
-                                            "-v",
-                                            "--configuration",
-                                            "--disable-custom-elements",
-                                            "--exclude",
-                                            "4294967295",
-                                            "--target",
-                                            "/t",
-                                            "--trace",
-                                            "/r"});
-        EXPECT_EQ(arguments.options.elementNames, "e") << name;
-        EXPECT_EQ(arguments.excluded, std::vector<std::uint32_t>{4294967295}) << name;
-        EXPECT_EQ(arguments.targetFile, "/t") << name;
-        EXPECT_EQ(arguments.traceFile, "/r") << name;
+    const std::vector<std::string> options = {"--description",
+                                              "d",
+                                              "--board-types",
+                                              "b",
+                                              "--serial-numbers",
+                                              "s",
+                                              "--element-names",
+                                              "e",
+                                              "--force",
+                                              "--no-progress",
+                                              "-v",
+                                              "--configuration",
+                                              "--disable-custom-elements",
+                                              "--exclude",
+                                              "4294967295",
+                                              "--no-check",
+                                              "--target",
+                                              "/t",
+                                              "--trace",
+                                              "/r"};
+    const std::string noFilters = "--board-types --serial-numbers --element-names --force --no-progress ";
+    const std::string otherElementOptions = "--configuration --disable-custom-elements --exclude";
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"version", "--description " + noFilters + "--verbose " + otherElementOptions + " --target"},
+        {"archive-version", noFilters + otherElementOptions + " --target"},
+        {"list", noFilters + otherElementOptions + " --target"},
+        {"describe", noFilters + otherElementOptions + " --target"},
+        {"installed", "--description --force --no-progress"},
+        {"scan", "--description --force --no-progress"},
+        {"compare", "--no-progress"},
+        {"update", ""},
+        {"reboot-support", "--description " + noFilters + otherElementOptions},
+        {"help", "--description " + noFilters + "--verbose " + otherElementOptions + " --target --trace"},
+    };
+    for (const auto& [command, meaningless] : cases) {
+        std::vector<std::string> words = options;
+        words.push_back(command);
+        if (std::string(TrellanTool::commandNamed(command).operands) == "ARCHIVE") {
+            words.push_back("/a");
+        }
+        std::string noted;
+        for (const std::string& note : parsed(words).notes) {
+            const std::string name = note.substr(6, note.find(' ', 6) - 6);
+            EXPECT_EQ(note, "note: " + name + " has no meaning for " + command);
+            noted += noted.empty() ? name : " " + name;
+        }
+        EXPECT_EQ(noted, meaningless) << command;
     }
+}
+
+TEST(ArgumentsTest, AnOptionWithoutAMeaningChangesNothing)
+{
+    const Arguments arguments = parsed(
+        {"version", "--description", "d", "--board-types", "b", "--force", "-v", "--exclude", "1", "--target", "/t"});
+    EXPECT_EQ(arguments.options.descriptionFileName, "archive.json");
+    EXPECT_EQ(arguments.options.boardTypes, "");
+    EXPECT_FALSE(arguments.options.force);
+    EXPECT_FALSE(arguments.options.verbose);
+    EXPECT_TRUE(arguments.excluded.empty());
+    EXPECT_EQ(arguments.targetFile, std::nullopt);
+}
+
+TEST(ArgumentsTest, AnOptionThatIsRepeatedIsNotedOnce)
+{
+    EXPECT_EQ(parsed({"version", "--exclude", "1", "--exclude", "2"}).notes,
+              std::vector<std::string>{"note: --exclude has no meaning for version"});
 }
 
 TEST(ArgumentsTest, AnEmptyValueIsAValue)
@@ -146,7 +189,7 @@ TEST(ArgumentsTest, AnEmptyValueIsAValue)
 TEST(ArgumentsTest, AValueBehindAnEqualsSignMayBeginOrEndWithAnything)
 {
     const Arguments arguments =
-        parsed({"list", "/a", "--description=--force", "--board-types=-v",
+        parsed({"compare", "/a", "--description=--force", "--board-types=-v",
                 "--serial-numbers==", "--element-names=A=", "--target=-t", "--trace=--", "--exclude=1"});
     EXPECT_EQ(arguments.options.descriptionFileName, "--force");
     EXPECT_EQ(arguments.options.boardTypes, "-v");
@@ -160,7 +203,8 @@ TEST(ArgumentsTest, AValueBehindAnEqualsSignMayBeginOrEndWithAnything)
 
 TEST(ArgumentsTest, ValuesAreTakenAsTheyStand)
 {
-    EXPECT_EQ(parsed({"list", "/a", "--board-types", "[A,B]"}).options.boardTypes, "[A,B]");
+    EXPECT_EQ(parsed({"scan", "--board-types", "[A,B]"}).options.boardTypes, "[A,B]");
+    EXPECT_EQ(parsed({"scan", "--board-types", "-"}).options.boardTypes, "-");
     EXPECT_EQ(parsed({"list", "/[a,b]"}).options.archivePath, "/[a,b]");
     EXPECT_EQ(parsed({"list", "/list"}).options.archivePath, "/list");
 }

@@ -1,0 +1,133 @@
+// Help, and what the tool says of itself.
+#include <gtest/gtest.h>
+
+#include "tool/CommandLine.h"
+
+namespace {
+
+constexpr const char* toolHelpText = R"(Usage: trellan-update COMMAND [ARCHIVE] [options]
+
+Updates the firmware of a target from an archive.
+
+Commands:
+  version                     Print the version of the update library
+  archive-version ARCHIVE     Print the version of the archive
+  list ARCHIVE                Print the archive's update files
+  describe ARCHIVE            Print the archive description as JSON, missing checksums filled in
+  installed                   Print the versions installed on the target
+  scan                        Read the target's inventory
+  compare ARCHIVE             Print installed and available versions side by side
+  update ARCHIVE              Update the target
+  reboot-support              Tell whether the device can be rebooted automatically
+  help [COMMAND]              Print what the tool does, or a command's options
+
+Options:
+  -h, --help                  Print this help
+  --version                   Print the tool's version
+
+Exit status:
+  0  success
+  1  the command failed, or errors were reported
+  2  wrong usage
+  3  the archive or the target's inventory cannot be read
+  4  the archive does not support the target
+
+trellan-update help COMMAND prints a command's options.
+)";
+
+constexpr const char* compareHelpText = R"(Usage: trellan-update compare ARCHIVE [options]
+
+Print installed and available versions side by side.
+ARCHIVE is the folder of the firmware archive.
+
+Options:
+  --description NAME          Archive description file in the archive (archive.json)
+  --board-types LIST          Only elements of boards of these types
+  --serial-numbers LIST       Only elements of boards with these serial numbers
+  --element-names LIST        Only elements with these names
+  --force                     Carry out standard updates even where they are not required
+  -v, --verbose               Print more diagnostics
+  --configuration             Work on configuration elements instead of the others
+  --disable-custom-elements   Leave custom elements out of the update
+  --exclude INDEX             Leave the element with this number out of the update; may be repeated
+  --no-check                  Check nothing beforehand; do just what the library does
+  --target FILE               Simulated target to work on (sets TRELLAN_TARGET)
+  --trace FILE                Where to trace the platform's calls (sets TRELLAN_TRACE)
+  --json                      Print a JSON document; the library's own text goes to standard error
+  -h, --help                  Print this help
+
+A LIST holds names separated by commas and/or blanks.
+
+Exit status:
+  0  success
+  1  the command failed, or errors were reported
+  2  wrong usage
+  3  the archive or the target's inventory cannot be read
+)";
+
+void expectPrinted(const std::vector<std::string>& words, const std::string& text)
+{
+    const RunResult result = ran(words);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out, text);
+    EXPECT_EQ(result.err, "");
+}
+
+}  // namespace
+
+TEST(HelpTest, ListsTheCommands)
+{
+    expectPrinted({"--help"}, toolHelpText);
+    expectPrinted({"-h"}, toolHelpText);
+    expectPrinted({"help"}, toolHelpText);
+}
+
+TEST(HelpTest, OfACommandShowsTheOptionsThatHaveAMeaningForIt)
+{
+    expectPrinted({"compare", "--help"}, compareHelpText);
+    expectPrinted({"-h", "compare"}, compareHelpText);
+    expectPrinted({"help", "compare"}, compareHelpText);
+}
+
+TEST(HelpTest, AnswersWhateverElseIsOnTheCommandLine)
+{
+    expectPrinted({"compare", "/a", "/b", "--exclude", "x", "--help"}, compareHelpText);
+    expectPrinted({"--version", "--help"}, toolHelpText);
+}
+
+TEST(HelpTest, EachCommandHasSome)
+{
+    for (const std::string command : {"version", "archive-version", "list", "describe", "installed", "scan", "compare",
+                                      "update", "reboot-support", "help"}) {
+        const RunResult result = ran({"help", command});
+        EXPECT_EQ(result.status, 0) << command;
+        EXPECT_TRUE(result.out.starts_with("Usage: trellan-update " + command + " ")) << result.out;
+    }
+}
+
+TEST(HelpTest, WithoutArgumentsTheCommandsAndAnExampleGoToStandardError)
+{
+    const RunResult result = ran({});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, R"(trellan-update: a command is missing; there are
+trellan-update:   version                     Print the version of the update library
+trellan-update:   archive-version ARCHIVE     Print the version of the archive
+trellan-update:   list ARCHIVE                Print the archive's update files
+trellan-update:   describe ARCHIVE            Print the archive description as JSON, missing checksums filled in
+trellan-update:   installed                   Print the versions installed on the target
+trellan-update:   scan                        Read the target's inventory
+trellan-update:   compare ARCHIVE             Print installed and available versions side by side
+trellan-update:   update ARCHIVE              Update the target
+trellan-update:   reboot-support              Tell whether the device can be rebooted automatically
+trellan-update:   help [COMMAND]              Print what the tool does, or a command's options
+trellan-update: for example: trellan-update compare /path/of/the/archive
+trellan-update: see trellan-update help COMMAND for its options
+)");
+}
+
+TEST(HelpTest, TheToolTellsItsVersion)
+{
+    expectPrinted({"--version"}, "trellan-update 1.0.0\n");
+    expectPrinted({"list", "--version"}, "trellan-update 1.0.0\n");
+}

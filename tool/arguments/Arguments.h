@@ -1,0 +1,41 @@
+// What the command line asks for.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "ZoITrellanUpdater.h"
+
+namespace TrellanTool {
+
+struct Command;
+
+struct Arguments {
+    const Command* command = nullptr;       // null only where `help` or `version` is set
+    std::vector<std::string> operands;      // what stands behind the command, ARCHIVE excepted, as typed
+    std::vector<std::string> notes;         // what is to be said before: options that have no meaning for the command
+    ZoNTrellanUpdater::ZoTOptions options;  // archivePath is absolute, or empty where the command takes no archive
+    std::vector<std::uint32_t> excluded;    // indices of elements to leave out of the update, in the order given
+    std::optional<std::string> targetFile;  // value for TRELLAN_TARGET, absolute
+    std::optional<std::string> traceFile;   // value for TRELLAN_TRACE, absolute
+    bool noCheck = false;                   // do just what the library does
+    bool json = false;                      // print a JSON document in place of the library's text
+    bool help = false;                      // print the command's help, or the tool's, and do nothing else
+    bool version = false;                   // print the tool's version and do nothing else
+};
+
+// The command line is not understood; what() names the mistake.
+class UsageError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// Reads the words of a command line, without the tool's own name. Options may stand before and behind everything else,
+// up to a "--"; a value stands in the next word or behind "=". Throws UsageError; std::runtime_error where a relative
+// path has no meaning.
+Arguments parseArguments(const std::vector<std::string>& words);
+
+}  // namespace TrellanTool

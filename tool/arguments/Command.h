@@ -1,0 +1,45 @@
+// The tool's commands: one line of a table for each.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace TrellanTool {
+
+struct Arguments;
+struct Streams;
+
+// What a command does, as far as it decides which options have a meaning for it.
+enum Trait : unsigned {
+    LIBRARY = 1 << 0,   // works with the library
+    ARCHIVE = 1 << 1,   // reads an archive's description
+    TARGET = 1 << 2,    // reads the target
+    ELEMENTS = 1 << 3,  // is about the target's elements, those that the filters select
+    FILES = 1 << 4,     // gives the elements update files
+    UPDATES = 1 << 5,   // updates the target
+    DOCUMENT = 1 << 6,  // has a JSON document
+};
+constexpr unsigned EVERYTHING = ~0u;
+
+// Carries out what is asked for and returns an ExitStatus. May throw what derives from std::exception.
+using Action = int(const Arguments& arguments, const Streams& streams);
+
+struct Command {
+    const char* name;
+    const char* operands;  // as its help shows them: "[COMMAND]" may be left out, of "FILE..." there may be several
+    unsigned traits;
+    std::uint32_t code;  // for the library (ZoNTrellanUpdater::ZoTCommand)
+    Action* action;
+    const char* description;
+
+    bool has(unsigned anyOfTheseTraits) const { return (traits & anyOfTheseTraits) != 0; }
+};
+
+// All commands, in the order in which help shows them.
+std::span<const Command> allCommands();
+
+// The command with this name. Throws UsageError where there is none.
+const Command& commandNamed(const std::string& name);
+
+}  // namespace TrellanTool

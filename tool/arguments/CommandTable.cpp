@@ -1,0 +1,55 @@
+// The table of commands: the only file here that knows what carries them out.
+#include <algorithm>
+#include <iterator>
+
+#include "tool/arguments/Arguments.h"
+#include "tool/arguments/Command.h"
+#include "tool/commands/Actions.h"
+
+namespace TrellanTool {
+
+namespace {
+
+using namespace ZoNTrellanUpdater;
+
+// What belongs together: whoever is about elements reads the target, and so on.
+constexpr unsigned OF_ARCHIVE = LIBRARY | ARCHIVE;
+constexpr unsigned OF_TARGET = LIBRARY | TARGET;
+constexpr unsigned OF_ELEMENTS = OF_TARGET | ELEMENTS;
+constexpr unsigned OF_BOTH = OF_ARCHIVE | OF_ELEMENTS | FILES;
+
+constexpr Command table[] = {
+    {"version", "", LIBRARY, TOOL_VERSION, runInLibrary, "Print the version of the update library"},
+    {"archive-version", "ARCHIVE", OF_ARCHIVE, ARCHIVE_VERSION, runInLibrary, "Print the version of the archive"},
+    {"list", "ARCHIVE", OF_ARCHIVE | DOCUMENT, PRINT_ARCHIVE, runInLibrary, "Print the archive's update files"},
+    {"describe", "ARCHIVE", OF_ARCHIVE, OUTPUT_DESCRIPTION, runInLibrary,
+     "Print the archive description as JSON, missing checksums filled in"},
+    {"installed", "", OF_ELEMENTS | DOCUMENT, INSTALLED_VERSIONS, runInLibrary,
+     "Print the versions installed on the target"},
+    {"scan", "", OF_ELEMENTS | DOCUMENT, READ_INVENTORY, runInLibrary, "Read the target's inventory"},
+    {"compare", "ARCHIVE", OF_BOTH | DOCUMENT, COMPARE_VERSIONS, runInLibrary,
+     "Print installed and available versions side by side"},
+    {"update", "ARCHIVE", OF_BOTH | UPDATES, UPDATE, runInLibrary, "Update the target"},
+    {"reboot-support", "", OF_TARGET, READ_INVENTORY, tellRebootSupport,
+     "Tell whether the device can be rebooted automatically"},
+    {"help", "[COMMAND]", 0, 0, printHelp, "Print what the tool does, or a command's options"},
+};
+
+}  // namespace
+
+std::span<const Command> allCommands()
+{
+    return table;
+}
+
+const Command& commandNamed(const std::string& name)
+{
+    const Command* const found =
+        std::find_if(std::begin(table), std::end(table), [&](const Command& command) { return command.name == name; });
+    if (found == std::end(table)) {
+        throw UsageError("'" + name + "' is no command");
+    }
+    return *found;
+}
+
+}  // namespace TrellanTool

@@ -1,0 +1,104 @@
+#include "tool/arguments/Help.h"
+
+#include <string_view>
+
+#include "tool/arguments/Command.h"
+#include "tool/arguments/Option.h"
+
+namespace TrellanTool {
+
+namespace {
+
+constexpr std::size_t firstColumn = 30;
+
+struct ExitMeaning {
+    unsigned traits;  // of the commands that may end so
+    const char* line;
+};
+
+constexpr ExitMeaning exitMeanings[] = {
+    {EVERYTHING, "  0  success\n"},
+    {EVERYTHING, "  1  the command failed, or errors were reported\n"},
+    {EVERYTHING, "  2  wrong usage\n"},
+    {ARCHIVE | TARGET, "  3  the archive or the target's inventory cannot be read\n"},
+    {UPDATES, "  4  the archive does not support the target\n"},
+};
+
+std::string row(std::string_view name, std::string_view description)
+{
+    std::string line = "  " + std::string(name);
+    line.resize(std::max(line.size() + 2, firstColumn), ' ');
+    return line.append(description) + "\n";
+}
+
+std::string withOperands(const Command& command)
+{
+    return command.name + (*command.operands == '\0' ? "" : " " + std::string(command.operands));
+}
+
+std::string commandRows()
+{
+    std::string rows;
+    for (const Command& command : allCommands()) {
+        rows += row(withOperands(command), command.description);
+    }
+    return rows;
+}
+
+std::string optionRow(const Option& option)
+{
+    std::string name = option.letter == 0 ? "" : std::string("-") + option.letter + ", ";
+    name += option.name;
+    name += option.placeholder == nullptr ? "" : " " + std::string(option.placeholder);
+    return row(name, option.description);
+}
+
+std::string optionRows(const Command& command)
+{
+    std::string rows;
+    for (const Option& option : allOptions()) {
+        rows += option.isMeantFor(command) ? optionRow(option) : "";
+    }
+    return rows;
+}
+
+std::string exitRows(unsigned traits)
+{
+    std::string rows = "\nExit status:\n";
+    for (const ExitMeaning& meaning : exitMeanings) {
+        rows += meaning.traits == EVERYTHING || (meaning.traits & traits) != 0 ? meaning.line : "";
+    }
+    return rows;
+}
+
+}  // namespace
+
+std::string toolHelp()
+{
+    return "Usage: trellan-update COMMAND [ARCHIVE] [options]\n"
+           "\n"
+           "Updates the firmware of a target from an archive.\n"
+           "\n"
+           "Commands:\n" +
+           commandRows() + "\nOptions:\n" + optionRow(*findOption("--help")) + optionRow(*findOption("--version")) +
+           exitRows(EVERYTHING) + "\ntrellan-update help COMMAND prints a command's options.\n";
+}
+
+std::string commandHelp(const Command& command)
+{
+    std::string text =
+        "Usage: trellan-update " + withOperands(command) + " [options]\n\n" + command.description + ".\n";
+    text += command.has(ARCHIVE) ? "ARCHIVE is the folder of the firmware archive.\n" : "";
+    text += "\nOptions:\n" + optionRows(command);
+    text += command.has(ELEMENTS) ? "\nA LIST holds names separated by commas and/or blanks.\n" : "";
+    return text + exitRows(command.traits);
+}
+
+std::string commandsAndExample()
+{
+    return "a command is missing; there are\n" + commandRows() +
+           "for example: trellan-update compare /path/of/the/archive\n"
+           "see trellan-update help COMMAND for its options";
+}
+
+}  // namespace TrellanTool

@@ -1,0 +1,117 @@
+// The table of options: where their values go, and whom they concern.
+#include <algorithm>
+#include <charconv>
+#include <iterator>
+#include <system_error>
+
+#include "tool/arguments/Arguments.h"
+#include "tool/arguments/Command.h"
+#include "tool/arguments/Option.h"
+#include "tool/arguments/Path.h"
+
+namespace TrellanTool {
+
+namespace {
+
+using ZoNTrellanUpdater::ZoTOptions;
+
+// The field that a pointer to a member of Arguments or of the library's options means.
+template <auto Field>
+auto& fieldOf(Arguments& arguments)
+{
+    if constexpr (requires { arguments.*Field; }) {
+        return arguments.*Field;
+    } else {
+        return arguments.options.*Field;
+    }
+}
+
+template <auto Field>
+void setFlag(Arguments& arguments, const Option&, const std::string&)
+{
+    fieldOf<Field>(arguments) = true;
+}
+
+template <auto Field>
+void setText(Arguments& arguments, const Option&, const std::string& text)
+{
+    fieldOf<Field>(arguments) = text;
+}
+
+template <auto Field>
+void setPath(Arguments& arguments, const Option& option, const std::string& path)
+{
+    fieldOf<Field>(arguments) = absolutePath(option.name, path);
+}
+
+template <auto Field>
+void addIndex(Arguments& arguments, const Option& option, const std::string& text)
+{
+    std::uint32_t index = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, index);
+    if (error != std::errc() || stop != end) {
+        throw UsageError(std::string(option.name) + ": '" + text + "' is no index (0 to 4294967295)");
+    }
+    fieldOf<Field>(arguments).push_back(index);
+}
+
+constexpr Option table[] = {
+    {"--description", 0, "NAME", setText<&ZoTOptions::descriptionFileName>, ARCHIVE, NOTED,
+     "Archive description file in the archive (archive.json)"},
+    {"--board-types", 0, "LIST", setText<&ZoTOptions::boardTypes>, ELEMENTS, NOTED,
+     "Only elements of boards of these types"},
+    {"--serial-numbers", 0, "LIST", setText<&ZoTOptions::serialNumbers>, ELEMENTS, NOTED,
+     "Only elements of boards with these serial numbers"},
+    {"--element-names", 0, "LIST", setText<&ZoTOptions::elementNames>, ELEMENTS, NOTED,
+     "Only elements with these names"},
+    {"--force", 0, nullptr, setFlag<&ZoTOptions::force>, FILES, NOTED,
+     "Carry out standard updates even where they are not required"},
+    {"--no-progress", 0, nullptr, setFlag<&ZoTOptions::noProgress>, UPDATES, NOTED, "Print no progress lines"},
+    {"--verbose", 'v', nullptr, setFlag<&ZoTOptions::verbose>, ARCHIVE | TARGET, NOTED, "Print more diagnostics"},
+    {"--configuration", 0, nullptr, setFlag<&ZoTOptions::configuration>, ELEMENTS, NOTED,
+     "Work on configuration elements instead of the others"},
+    {"--disable-custom-elements", 0, nullptr, setFlag<&ZoTOptions::disableCustomElements>, ELEMENTS, NOTED,
+     "Leave custom elements out of the update"},
+    {"--exclude", 0, "INDEX", addIndex<&Arguments::excluded>, ELEMENTS, NOTED | REPEATABLE,
+     "Leave the element with this number out of the update; may be repeated"},
+    {"--no-check", 0, nullptr, setFlag<&Arguments::noCheck>, EVERYTHING, 0,
+     "Check nothing beforehand; do just what the library does"},
+    {"--target", 0, "FILE", setPath<&Arguments::targetFile>, TARGET, NOTED,
+     "Simulated target to work on (sets TRELLAN_TARGET)"},
+    {"--trace", 0, "FILE", setPath<&Arguments::traceFile>, LIBRARY, NOTED,
+     "Where to trace the platform's calls (sets TRELLAN_TRACE)"},
+    {"--json", 0, nullptr, setFlag<&Arguments::json>, DOCUMENT, 0,
+     "Print a JSON document; the library's own text goes to standard error"},
+    {"--help", 'h', nullptr, setFlag<&Arguments::help>, EVERYTHING, 0, "Print this help"},
+    {"--version", 0, nullptr, setFlag<&Arguments::version>, 0, 0, "Print the tool's version"},
+};
+
+}  // namespace
+
+bool Option::isMeantFor(const Command& command) const
+{
+    return meaning == EVERYTHING || command.has(meaning);
+}
+
+std::span<const Option> allOptions()
+{
+    return table;
+}
+
+const Option* findOption(std::string_view name)
+{
+    const Option* const found =
+        std::find_if(std::begin(table), std::end(table), [&](const Option& option) { return option.name == name; });
+    return found == std::end(table) ? nullptr : found;
+}
+
+const Option* findOption(char letter)
+{
+    const Option* const found = std::find_if(std::begin(table), std::end(table), [&](const Option& option) {
+        return letter != 0 && option.letter == letter;
+    });
+    return found == std::end(table) ? nullptr : found;
+}
+
+}  // namespace TrellanTool

@@ -1,0 +1,19 @@
+// What carries out the commands: each takes what is asked for to an exit status (Action in tool/arguments/Command.h).
+#pragma once
+
+namespace TrellanTool {
+
+struct Arguments;
+struct Streams;
+
+// The commands that the library has: the library's text on `streams.out`; with `json` a document there and the text on
+// `streams.err`.
+int runInLibrary(const Arguments& arguments, const Streams& streams);
+
+// Asks the library whether the device can be rebooted automatically: SUCCESS when it can.
+int tellRebootSupport(const Arguments& arguments, const Streams& streams);
+
+// Help of the command that the operand names, or of the tool. Throws UsageError when there is no such command.
+int printHelp(const Arguments& arguments, const Streams& streams);
+
+}  // namespace TrellanTool
