@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <sstream>
 
 #include "documents/Transcripts.h"
 #include "support/Approving.h"
@@ -19,6 +20,20 @@ std::string nameOf(const testing::TestParamInfo<const char*>& info)
     std::string name = fs::path(info.param).stem().string();
     std::replace(name.begin(), name.end(), '-', '_');
     return name;
+}
+
+// The names of the tool's commands: the first words of what its help lists below "Commands:".
+std::vector<std::string> commandsInHelp()
+{
+    std::istringstream lines(ExampleFolder().run("trellan-update help").output);
+    std::string line;
+    while (std::getline(lines, line) && line != "Commands:") {
+    }
+    std::vector<std::string> commands;
+    while (std::getline(lines, line) && !line.empty()) {
+        std::istringstream(line) >> commands.emplace_back();
+    }
+    return commands;
 }
 
 class Documents : public testing::TestWithParam<const char*> {};
@@ -52,9 +67,10 @@ INSTANTIATE_TEST_SUITE_P(All, Documents,
 TEST(Tour, ShowsEveryCommand)
 {
     const std::string tour = readText(TRELLAN_SOURCE_DIR "/docs/tour.md");
-    for (const char* const command : {"version", "archive-version", "list", "describe", "installed", "scan", "compare",
-                                      "update", "reboot-support"}) {
-        EXPECT_NE(tour.find("\n$ trellan-update " + std::string(command)), std::string::npos) << command;
+    const std::vector<std::string> commands = commandsInHelp();
+    EXPECT_GE(commands.size(), 10U);
+    for (const std::string& command : commands) {
+        EXPECT_NE(tour.find("\n$ trellan-update " + command), std::string::npos) << command;
     }
 }
 
