@@ -1,0 +1,203 @@
+// The events of an update as lines of JSON.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <set>
+#include <sstream>
+
+#include "support/TempDir.h"
+#include "support/TextFile.h"
+#include "tool/update/EventLog.h"
+#include "tool/update/UtcTime.h"
+
+using nlohmann::ordered_json;
+using testing::ElementsAre;
+using TrellanTool::EventLog;
+using TrellanTool::UpdateElement;
+
+namespace {
+
+class EventLogTest : public testing::Test {
+protected:
+    std::string path() const { return (folder.path() / "events").string(); }
+
+    EventLog log()
+    {
+        return {path(), [this](const std::string& text) { said.push_back(text); }};
+    }
+
+    // The lines without time and run.
+    std::vector<std::string> events() const
+    {
+        std::vector<std::string> result;
+        for (ordered_json line : lines()) {
+            line.erase("time");
+            line.erase("run");
+            result.push_back(line.dump());
+        }
+        return result;
+    }
+
+    std::vector<ordered_json> lines() const
+    {
+        std::vector<ordered_json> result;
+        std::istringstream text(readText(path()));
+        for (std::string line; std::getline(text, line);) {
+            result.push_back(ordered_json::parse(line));
+        }
+        return result;
+    }
+
+    static std::vector<UpdateElement> threeElements()
+    {
+        return {{2, "UserFirmware", "1.0", "2.0", 1}, {4, "UserFpga", "", "3.1", 0}, {7, "Cpld", "1.1", "", 1}};
+    }
+
+    TempDir folder;
+    std::vector<std::string> said;
+};
+
+}  // namespace
+
+TEST_F(EventLogTest, BeginsWithWhatIsUpdated)
+{
+    log().start("/archive", "2.3.4", "/target.json", {{2, "UserFirmware", "1.0", "2.0", 1}});
+    EXPECT_THAT(events(), ElementsAre(R"({"event":"start","archive":{"path":"/archive","version":"2.3.4"},)"
+                                      R"("target":"/target.json",)"
+                                      R"("elements":[{"index":2,"name":"UserFirmware","from":"1.0","to":"2.0"}]})"));
+}
+
+TEST_F(EventLogTest, KnowsNoTargetWhereNoneIsNamed)
+{
+    log().start("/archive", "1.0", std::nullopt, {});
+    EXPECT_TRUE(lines().at(0).at("target").is_null());
+}
+
+TEST_F(EventLogTest, TellsEachKindOfEvent)
+{
+    EventLog events_(path(), [](const std::string&) {});
+    events_.start("/archive", "1.0", std::nullopt, threeElements());
+    events_.phase(0);
+    events_.failure(4);
+    events_.message("a line");
+    events_.signal("SIGTERM");
+    events_.result(143, "interrupted", ordered_json::array({{{"index", 4}, {"state", "failed"}}}));
+    std::vector<std::string> rest = events();
+    rest.erase(rest.begin());
+    EXPECT_THAT(rest,
+                ElementsAre(R"({"event":"phase","phase":0})", R"({"event":"failure","element":4,"name":"UserFpga"})",
+                            R"({"event":"message","text":"a line"})",  //
+                            R"({"event":"signal","signal":"SIGTERM"})",
+                            R"({"event":"result","status":143,"result":"interrupted",)"
+                            R"("elements":[{"index":4,"state":"failed"}]})"));
+}
+
+TEST_F(EventLogTest, TellsProgressWhereThePercentageHasChanged)
+{
+    EventLog events_(path(), [](const std::string&) {});
+    events_.start("/archive", "1.0", std::nullopt, threeElements());
+    events_.phase(0);
+    events_.progress(0);
+    events_.progress(0);
+    events_.progress(50);
+    events_.progress(100);
+    events_.phase(1);
+    events_.progress(100);
+    events_.progress(100);
+    std::vector<std::string> progress;
+    for (const std::string& event : events()) {
+        if (event.find("progress") != std::string::npos) {
+            progress.push_back(event);
+        }
+    }
+    EXPECT_THAT(progress, ElementsAre(R"({"event":"progress","phase":0,"percent":0,"overall":0})",
+                                      R"({"event":"progress","phase":0,"percent":50,"overall":16})",
+                                      R"({"event":"progress","phase":0,"percent":100,"overall":33})",
+                                      R"({"event":"progress","phase":1,"percent":100,"overall":100})"));
+}
+
+TEST_F(EventLogTest, MarksAllLinesOfARunAlikeAndThoseOfAnotherDifferently)
+{
+    for (int i = 0; i < 2; ++i) {
+        EventLog events_(path(), [](const std::string&) {});
+        events_.start("/archive", "1.0", std::nullopt, {});
+        events_.phase(0);
+    }
+    const std::vector<ordered_json> all = lines();
+    ASSERT_EQ(all.size(), 4U);
+    EXPECT_EQ(all[0]["run"], all[1]["run"]);
+    EXPECT_EQ(all[2]["run"], all[3]["run"]);
+    EXPECT_NE(all[1]["run"], all[2]["run"]);
+}
+
+TEST_F(EventLogTest, TellsTheTimeInUtcWithMilliseconds)
+{
+    const std::string before = TrellanTool::utcText(std::chrono::system_clock::now());
+    log().start("/archive", "1.0", std::nullopt, {});
+    const std::string after = TrellanTool::utcText(std::chrono::system_clock::now());
+    const std::string time = lines().at(0).at("time");
+    EXPECT_LE(before, time);
+    EXPECT_LE(time, after);
+}
+
+TEST_F(EventLogTest, ReplacesBytesThatAreNotUtf8)
+{
+    log().start("/archive\xFF", "1.0", std::nullopt, {{0, "Name\xC3", "", "", 0}});
+    EXPECT_EQ(lines().at(0).at("archive").at("path"), "/archive\xEF\xBF\xBD");
+    EXPECT_EQ(lines().at(0).at("elements").at(0).at("name"), "Name\xEF\xBF\xBD");
+}
+
+TEST_F(EventLogTest, KeepsATextWithLineEndsOnOneLine)
+{
+    EventLog events_(path(), [](const std::string&) {});
+    events_.start("/archive", "1.0", std::nullopt, {});
+    events_.message("two\nlines");
+    EXPECT_EQ(lines().at(1).at("text"), "two\nlines");
+}
+
+TEST_F(EventLogTest, WritesNothingBeforeTheStart)
+{
+    EventLog events_(path(), [](const std::string&) {});
+    events_.message("early");
+    events_.phase(0);
+    EXPECT_EQ(readText(path()), "");
+}
+
+TEST_F(EventLogTest, GoesNowhereWithoutAFile)
+{
+    EventLog events_(std::nullopt, [this](const std::string& text) { said.push_back(text); });
+    events_.start("/archive", "1.0", std::nullopt, threeElements());
+    events_.phase(0);
+    events_.progress(3);
+    EXPECT_THAT(said, ElementsAre());
+}
+
+TEST_F(EventLogTest, SaysOnceThatEventsCannotBeWritten)
+{
+    EventLog events_("/dev/full", [this](const std::string& text) { said.push_back(text); });
+    events_.start("/archive", "1.0", std::nullopt, threeElements());
+    events_.phase(0);
+    events_.result(0, "success", ordered_json::array());
+    EXPECT_THAT(
+        said,
+        ElementsAre("events cannot be written to /dev/full: No space left on device; the update goes on without them"));
+}
+
+// The signal comes on a thread that must not speak.
+TEST_F(EventLogTest, SaysAtTheNextEventThatASignalCouldNotBeWritten)
+{
+    EventLog events_(folder.path() / "absent" / "events", [this](const std::string& text) { said.push_back(text); });
+    events_.signal("SIGINT");
+    EXPECT_THAT(said, ElementsAre());
+    events_.message("line");
+    EXPECT_EQ(said.size(), 1U);
+}
+
+TEST(UtcTime, IsAsPrecise)
+{
+    using namespace std::chrono;
+    EXPECT_EQ(TrellanTool::utcText(system_clock::time_point(milliseconds(0))), "1970-01-01T00:00:00.000Z");
+    EXPECT_EQ(TrellanTool::utcText(system_clock::time_point(milliseconds(1709251199007))), "2024-02-29T23:59:59.007Z");
+    EXPECT_EQ(TrellanTool::utcText(system_clock::time_point(milliseconds(-1))), "1969-12-31T23:59:59.999Z");
+}

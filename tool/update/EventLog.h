@@ -1,0 +1,73 @@
+// The events of an update, each a line of JSON: {"time", "run", "event", ...}, with
+//
+//   start     "archive": {"path", "version"}, "target", "elements": [{"index", "name", "from", "to"}]
+//   phase     "phase"
+//   progress  "phase", "percent", "overall"
+//   failure   "element", "name"
+//   message   "text"
+//   signal    "signal"
+//   result    "status", "result", "elements": as in start, with "state" and "errors"
+//
+// "time" is in UTC with milliseconds, "run" the same in all lines of a run and in no other run's. Bytes that are not
+// UTF-8 are replaced by U+FFFD.
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <mutex>
+#include <nlohmann/json_fwd.hpp>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tool/update/EventFile.h"
+#include "tool/update/UpdateElement.h"
+
+namespace TrellanTool {
+
+class EventLog {
+public:
+    // Takes what the tool has to say, one line without a line end.
+    using Say = std::function<void(const std::string&)>;
+
+    // Appends to the file `path`; without one no event goes anywhere. Where events cannot be written, that is said
+    // once.
+    EventLog(const std::optional<std::string>& path, Say say);
+
+    // The update begins: `elements` are those to update, in the order of their indices. The target is the file that was
+    // named, where one was. Before this no other event is written.
+    void start(const std::string& archivePath, const std::string& archiveVersion,
+               const std::optional<std::string>& target, std::vector<UpdateElement> elements);
+
+    // A phase begins.
+    void phase(unsigned number);
+    // The phase has come to `percent`; written where that is not what the last such event said.
+    void progress(unsigned percent);
+    // The update of the element with this index has failed or was cancelled.
+    void failure(std::uint32_t index);
+    // A line that was printed.
+    void message(const std::string& text);
+    // The signal of this name, such as "SIGINT", has come. May be called on any thread; says nothing itself.
+    void signal(const char* name);
+    // The update has ended with this exit status.
+    void result(int status, const char* result, const nlohmann::ordered_json& elements);
+
+private:
+    void write(const char* event, nlohmann::ordered_json&& members, bool toMedium);
+    void append(const char* event, nlohmann::ordered_json&& members, bool toMedium);
+    std::string lineOf(const char* event, nlohmann::ordered_json&& members) const;
+    unsigned overall(unsigned percent) const;
+
+    const Say say;
+    const std::string run;
+    std::vector<UpdateElement> elements;
+    std::vector<unsigned> phases;  // of the elements, in ascending order
+    std::atomic<bool> started = false;
+    unsigned currentPhase = 0;
+    std::optional<unsigned> lastPercent;
+
+    std::mutex mutex;  // guards `file`
+    std::optional<EventFile> file;
+};
+
+}  // namespace TrellanTool
