@@ -1,0 +1,86 @@
+// The end of a process that a signal reaches before there is anything to finish.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include "tool/update/ImmediateEnd.h"
+#include "tool/update/StopSignals.h"
+
+using TrellanTool::ImmediateEnd;
+using TrellanTool::LastWords;
+
+namespace {
+
+LastWords wordsFor(int signal)
+{
+    return {std::string("ended by ") + TrellanTool::signalName(signal) + "\n", ""};
+}
+
+void endBy(int signal)
+{
+    const ImmediateEnd immediate(TrellanTool::stopSignals(), wordsFor);
+    ::kill(::getpid(), signal);
+}
+
+}  // namespace
+
+TEST(ImmediateEnd, TellsTheSignalAndEndsWith128AndItsNumber)
+{
+    EXPECT_EXIT(endBy(SIGHUP), testing::ExitedWithCode(129), "^ended by SIGHUP\n$");
+    EXPECT_EXIT(endBy(SIGINT), testing::ExitedWithCode(130), "^ended by SIGINT\n$");
+    EXPECT_EXIT(endBy(SIGTERM), testing::ExitedWithCode(143), "^ended by SIGTERM\n$");
+}
+
+TEST(ImmediateEnd, WritesItsDocumentToStandardOutput)
+{
+    const auto end = [] {
+        ::dup2(STDERR_FILENO, STDOUT_FILENO);
+        const ImmediateEnd immediate({SIGINT}, [](int) { return LastWords{"", "{}\n"}; });
+        ::kill(::getpid(), SIGINT);
+    };
+    EXPECT_EXIT(end(), testing::ExitedWithCode(130), "^\\{\\}\n$");
+}
+
+TEST(ImmediateEnd, IsReachedWithoutATerminalToTellItTo)
+{
+    const auto end = [] {
+        ::close(STDERR_FILENO);
+        endBy(SIGHUP);
+    };
+    EXPECT_EXIT(end(), testing::ExitedWithCode(129), "");
+}
+
+TEST(ImmediateEnd, LeavesAnIgnoredSignalIgnored)
+{
+    const auto end = [] {
+        std::signal(SIGHUP, SIG_IGN);
+        endBy(SIGHUP);
+        ::_exit(7);
+    };
+    EXPECT_EXIT(end(), testing::ExitedWithCode(7), "");
+}
+
+TEST(ImmediateEnd, IsOverAtTheEndOfItsScope)
+{
+    const auto end = [] {
+        {
+            const ImmediateEnd immediate(TrellanTool::stopSignals(), wordsFor);
+        }
+        ::kill(::getpid(), SIGINT);
+    };
+    EXPECT_EXIT(end(), testing::KilledBySignal(SIGINT), "");
+}
+
+TEST(ImmediateEnd, PutsNothingBackThatWasChangedMeanwhile)
+{
+    const auto end = [] {
+        {
+            const ImmediateEnd immediate(TrellanTool::stopSignals(), wordsFor);
+            TrellanTool::ignoreSignals({SIGINT});
+        }
+        ::kill(::getpid(), SIGINT);
+        ::_exit(7);
+    };
+    EXPECT_EXIT(end(), testing::ExitedWithCode(7), "");
+}
