@@ -1,30 +1,25 @@
-// Checks JSON documents against a JSON Schema, as far as this project's schemas go: $ref within the schema, oneOf,
-// type, const, minimum, maximum, properties, required, additionalProperties and items.
+// JsonSchema: what JSON documents are held against.
 #pragma once
 
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
+namespace valijson {
+class Schema;
+}
+
 class JsonSchema {
 public:
-    explicit JsonSchema(nlohmann::json schema);
+    // Throws std::invalid_argument where the schema has a keyword that the validator would pass over: one that came
+    // after draft 7, or one beside "$ref" that says more than a description.
+    explicit JsonSchema(const nlohmann::json& schema);
+    ~JsonSchema();
 
-    // What is wrong with `document`, each with its place ("/elements/0/index: is no integer"); empty when it conforms.
-    // Throws std::invalid_argument where the schema uses a keyword that is not known here.
+    // What is wrong with `document`, each with its place ("<root>[elements][0]: ..."); empty when it conforms.
     std::vector<std::string> violations(const nlohmann::json& document) const;
 
 private:
-    using Violations = std::vector<std::string>;
-
-    void check(const nlohmann::json& schema, const nlohmann::json& value, const std::string& place,
-               Violations& found) const;
-    void checkKeyword(const std::string& keyword, const nlohmann::json& schema, const nlohmann::json& value,
-                      const std::string& place, Violations& found) const;
-    void checkOneOf(const nlohmann::json& choices, const nlohmann::json& value, const std::string& place,
-                    Violations& found) const;
-    void checkMembers(const nlohmann::json& schema, const nlohmann::json& value, const std::string& place,
-                      Violations& found) const;
-
-    nlohmann::json root;
+    std::unique_ptr<valijson::Schema> root;
 };

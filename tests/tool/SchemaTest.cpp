@@ -23,9 +23,12 @@ json listDocument()
                            "files": [{"name": "a", "version": "1.0"}]})");
 }
 
-bool contains(const std::vector<std::string>& found, const std::string& violation)
+// Whether `found` names this place and, there, what is wrong.
+bool names(const std::vector<std::string>& found, const std::string& place, const std::string& what)
 {
-    return std::find(found.begin(), found.end(), violation) != found.end();
+    return std::any_of(found.begin(), found.end(), [&](const std::string& violation) {
+        return violation.starts_with(place + ": ") && violation.find(what) != std::string::npos;
+    });
 }
 
 }  // namespace
@@ -40,46 +43,49 @@ TEST(SchemaTest, AnUnknownMemberIsFound)
 {
     json document = listDocument();
     document["files"][0]["checksum"] = 1;
-    EXPECT_TRUE(contains(violations(document), "/files/0: has the unknown member checksum"));
+    EXPECT_TRUE(names(violations(document), "<root>[files][0]", "checksum"));
 }
 
 TEST(SchemaTest, AMissingMemberIsFound)
 {
     json document = listDocument();
     document["archive"].erase("variant");
-    EXPECT_TRUE(contains(violations(document), "/archive: lacks variant"));
+    EXPECT_TRUE(names(violations(document), "<root>[archive]", "'variant'"));
 }
 
 TEST(SchemaTest, AWrongTypeIsFound)
 {
     json document = listDocument();
     document["files"][0]["version"] = 1.0;
-    EXPECT_TRUE(contains(violations(document), "/files/0/version: is no string"));
+    EXPECT_TRUE(names(violations(document), "<root>[files][0][version]", "'type'"));
     document["files"] = json::object();
-    EXPECT_TRUE(contains(violations(document), "/files: is no array"));
+    EXPECT_TRUE(names(violations(document), "<root>[files]", "'type'"));
 }
 
 TEST(SchemaTest, AnotherCommandIsFound)
 {
     json document = listDocument();
     document["command"] = "update";
-    EXPECT_TRUE(contains(violations(document), "/command: is not \"list\""));
-    EXPECT_TRUE(contains(violations(document), ": fits 0 choices"));
+    EXPECT_TRUE(names(violations(document), "<root>[command]", "'const'"));
+    EXPECT_TRUE(names(violations(document), "<root>", "oneOf"));
 }
 
 TEST(SchemaTest, NumbersBeyondTheirRangeAreFound)
 {
-    const JsonSchema schema(json::parse(R"({"type": "integer", "minimum": -1, "maximum": 4294967295})"));
-    EXPECT_TRUE(schema.violations(-1).empty());
+    const JsonSchema schema(json::parse(R"({"type": "integer", "minimum": 0, "maximum": 4294967295})"));
+    EXPECT_TRUE(schema.violations(0).empty());
     EXPECT_TRUE(schema.violations(4294967295).empty());
-    EXPECT_EQ(schema.violations(-2), std::vector<std::string>{": is beyond the minimum -1"});
-    EXPECT_EQ(schema.violations(4294967296), std::vector<std::string>{": is beyond the maximum 4294967295"});
-    EXPECT_EQ(schema.violations(1.5), std::vector<std::string>{": is no integer"});
+    EXPECT_TRUE(names(schema.violations(-1), "<root>", "greater than or equal to 0"));
+    EXPECT_TRUE(names(schema.violations(4294967296), "<root>", "less than or equal to 4294967295"));
+    EXPECT_FALSE(schema.violations(18446744073709551615u).empty());
+    EXPECT_TRUE(names(schema.violations(1.5), "<root>", "'type'"));
 }
 
 TEST(SchemaTest, AKeywordThatIsNotCheckedIsRefused)
 {
-    EXPECT_THROW(JsonSchema(json::parse(R"({"pattern": "x"})")).violations("x"), std::invalid_argument);
-    EXPECT_THROW(JsonSchema(json::parse(R"({"additionalProperties": true})")).violations("x"), std::invalid_argument);
-    EXPECT_THROW(JsonSchema(json::parse(R"({"type": "number"})")).violations(1), std::invalid_argument);
+    for (const char* const text :
+         {R"({"prefixItems": []})", R"({"properties": {"a": {"minContains": 1}}})", R"({"items": {"typ": "string"}})",
+          R"({"oneOf": [{"unevaluatedProperties": false}]})", R"({"$ref": "#/$defs/a", "minimum": 1})"}) {
+        EXPECT_THROW(JsonSchema(json::parse(text)), std::invalid_argument) << text;
+    }
 }
