@@ -9,7 +9,6 @@
 
 #include "Updating.h"
 #include "simulation/base/Resources.h"
-#include "support/MessageCapture.h"
 
 using namespace ZoNTrellanUpdater;
 
@@ -169,7 +168,7 @@ TEST_F(Creation, UnknownCommandIsAccepted)
         auto updater = create(optionsFor(command));
         const MessageCapture capture(*updater);
         EXPECT_EQ(updater->apply(), 0u);
-        EXPECT_EQ(afterBanner(capture.text()), "");
+        EXPECT_TRUE(afterBanner(capture).empty());
     }
 }
 
@@ -401,5 +400,5 @@ TEST_F(SlotOrderOfAnInstance, Slot14ChecksTheRebootSupportAndSlot15Refuses)
     EXPECT_EQ(state, 0u);
     EXPECT_EQ(capture.text(), "");
     EXPECT_FALSE(slot<bool(ZoITrellanUpdater*)>(updater.get(), 15)(updater.get()));
-    EXPECT_EQ(capture.text(), "ERROR: Device cannot be rebooted (currently not supported for local access).\n");
+    EXPECT_EQ(capture.fragments().size(), 1u);
 }

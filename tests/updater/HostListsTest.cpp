@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "Updating.h"
-#include "support/MessageCapture.h"
 #include "support/UpdateFiles.h"
 
 using nlohmann::ordered_json;

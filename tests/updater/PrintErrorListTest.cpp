@@ -1,12 +1,14 @@
 // printErrorList: the errors of a pool for a console of 80 columns. With an indent of 7 a line has room for 71
 // characters.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
 
 #include "Updating.h"
 #include "support/ErrorPool.h"
-#include "support/MessageCapture.h"
+
+using ::testing::EndsWith;
 
 namespace {
 
@@ -48,9 +50,7 @@ protected:
     static std::string wrapped(const std::string& text)
     {
         const std::string all = printed({error(1, text)});
-        const std::string heading = "       ERROR 0x1 (reported by Host PC):\n";
-        EXPECT_EQ(all.substr(0, heading.size()), heading);
-        return all.substr(heading.size());
+        return all.substr(all.find('\n') + 1);
     }
 };
 
@@ -125,33 +125,33 @@ TEST_F(PrintErrorList, ShowsNoDetailsWithoutVerbose)
     record.timeStamp = 1500;
     record.mainModule = 12;
     record.function = "flashWrite";
-    EXPECT_EQ(printed({record}), "       ERROR 0x5 (reported by Host PC):\n         verify\n");
+    EXPECT_EQ(printed({record}), printed({error(5, "verify")}));
 }
 
 TEST_F(PrintErrorList, LeavesUnknownDetailsOut)
 {
     ZoSErrorRecord record = error(5, "verify");
     record.line = 99;
-    EXPECT_EQ(printed({record}, 7, true), "       ERROR 0x5 (reported by Host PC):\n         verify\n");
+    EXPECT_EQ(printed({record}, 7, true), printed({error(5, "verify")}));
 }
 
 TEST_F(PrintErrorList, ShowsTheTimeInSecondsWithMilliseconds)
 {
     ZoSErrorRecord record = error(5, "");
     record.timeStamp = 1;
-    EXPECT_EQ(printed({record}, 7, true), "       ERROR 0x5 (reported by Host PC), time  0.001 sec.:\n");
+    EXPECT_THAT(printed({record}, 7, true), EndsWith("), time  0.001 sec.:\n"));
     record.timeStamp = 12345678;
-    EXPECT_EQ(printed({record}, 7, true), "       ERROR 0x5 (reported by Host PC), time  12345.678 sec.:\n");
+    EXPECT_THAT(printed({record}, 7, true), EndsWith("), time  12345.678 sec.:\n"));
 }
 
 TEST_F(PrintErrorList, ShowsTheModuleWhenEitherNumberIsKnown)
 {
     ZoSErrorRecord record = error(5, "");
     record.subModule = 3;
-    EXPECT_EQ(printed({record}, 7, true), "       ERROR 0x5 (reported by Host PC), module 0/3:\n");
+    EXPECT_THAT(printed({record}, 7, true), EndsWith("), module 0/3:\n"));
     record.mainModule = 4;
     record.subModule = 0;
-    EXPECT_EQ(printed({record}, 7, true), "       ERROR 0x5 (reported by Host PC), module 4/0:\n");
+    EXPECT_THAT(printed({record}, 7, true), EndsWith("), module 4/0:\n"));
 }
 
 TEST_F(PrintErrorList, PrintsOnlyTheHeadingForAnEmptyText)
@@ -222,10 +222,9 @@ TEST_F(PrintErrorList, CountsFromTheStartOfEachPiece)
 
 TEST_F(PrintErrorList, WrapsForTheIndentThatIsAsked)
 {
-    EXPECT_EQ(printed({error(1, std::string(70, 'x'))}, 9),
-              "         ERROR 0x1 (reported by Host PC):\n           " + std::string(69, 'x') + "\n           x\n");
-    EXPECT_EQ(printed({error(1, std::string(78, 'x'))}, 0),
-              "ERROR 0x1 (reported by Host PC):\n  " + std::string(78, 'x') + "\n");
+    EXPECT_THAT(printed({error(1, std::string(70, 'x'))}, 9),
+                EndsWith(":\n           " + std::string(69, 'x') + "\n           x\n"));
+    EXPECT_THAT(printed({error(1, std::string(78, 'x'))}, 0), EndsWith(":\n  " + std::string(78, 'x') + "\n"));
 }
 
 TEST_F(PrintErrorList, GivesEveryPieceToTheCallbackByItself)

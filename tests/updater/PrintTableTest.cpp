@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "Updating.h"
-#include "support/MessageCapture.h"
 
 namespace {
 

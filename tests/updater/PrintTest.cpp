@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "Updating.h"
-#include "support/MessageCapture.h"
 #include "support/TempDir.h"
 
 namespace {

@@ -4,7 +4,6 @@
 #include <string>
 
 #include "Updating.h"
-#include "support/MessageCapture.h"
 #include "updater/RebootMessage.h"
 
 using nlohmann::ordered_json;

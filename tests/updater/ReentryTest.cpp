@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "Updating.h"
-#include "support/MessageCapture.h"
 
 using nlohmann::ordered_json;
 using namespace ZoNTrellanUpdater;
@@ -16,7 +15,7 @@ namespace {
 
 // A callback has no argument of its own: what it calls, and what came of it.
 ZoITrellanUpdater* called = nullptr;
-std::string told;
+std::vector<std::string> told;
 std::vector<unsigned> applyResults;
 std::vector<int> runResults;
 std::vector<std::string> seen;
@@ -39,7 +38,8 @@ void applyAndRunAgainOn(unsigned)
 
 void takeTextAndApplyAndRunAgain(const std::string& text)
 {
-    told += text;
+    told.push_back(text);
+    EXPECT_FALSE(isWithinACall) << "said within a call: " << text;
     applyAndRunAgain();
 }
 
@@ -133,16 +133,7 @@ TEST_F(Reentry, ApplyingAndRunningWithinARunFailAtOnceAndTouchNothing)
 
     EXPECT_EQ(updater->run(), 0);
 
-    EXPECT_EQ(told,
-              "\nUpdating:\n"
-              "        Processor board, Firmware                       \n"
-              "[ERROR]\n"
-              "\nResults:\n"
-              "    ERROR: Processor board, Firmware:\n"
-              "    ERROR: Processor board, Firmware:\n"
-              "       Update cancelled due to previous update errors on the same board.\n"
-              "\n    Update failed!\n");
-    EXPECT_GE(applyResults.size(), 11u);  // three phases, two failures, two times progress or more, and the text
+    EXPECT_EQ(applyResults.size(), told.size() + 8);  // three phases, two failures, three times progress, and the texts
     EXPECT_EQ(applyResults, std::vector<unsigned>(applyResults.size(), 1u));
     EXPECT_EQ(runResults, std::vector<int>(applyResults.size(), 0));
     EXPECT_EQ(callsOf("scan", device.trace()).size(), 1u);
@@ -159,7 +150,7 @@ TEST_F(Reentry, ApplyingAndRunningWithinApplyFailAtOnceAndTouchNothing)
 
     EXPECT_EQ(updater->apply(), 0u);
 
-    EXPECT_EQ(afterBanner(told), "");
+    EXPECT_EQ(told.size(), 1u);  // the banner
     EXPECT_EQ(applyResults, std::vector<unsigned>{1});
     EXPECT_EQ(runResults, std::vector<int>{0});
     EXPECT_EQ(callsOf("scan", device.trace()).size(), 1u);

@@ -27,21 +27,11 @@ ordered_json firmwareEntry(ordered_json overrides)
     return entry;
 }
 
-std::string afterBanner(const std::string& text)
+std::vector<std::string> afterBanner(const MessageCapture& capture)
 {
-    const std::string firstLine = "\nVelorant Device Update Tool, Vs 1.0\n";
-    EXPECT_EQ(text.substr(0, firstLine.size()), firstLine);
-    if (text.size() < firstLine.size()) {
-        return "no banner";
-    }
-    const auto noticeEnd = text.find('\n', firstLine.size());
-    EXPECT_NE(noticeEnd, std::string::npos) << "no notice";
-    if (noticeEnd == std::string::npos) {
-        return "no notice";
-    }
-    EXPECT_GT(noticeEnd, firstLine.size()) << "empty notice";
-    EXPECT_EQ(text.substr(noticeEnd + 1, 2), " \n");
-    return text.substr(std::min(text.size(), noticeEnd + 3));
+    const std::vector<std::string>& all = capture.fragments();
+    EXPECT_FALSE(all.empty()) << "no banner";
+    return {all.begin() + (all.empty() ? 0 : 1), all.end()};
 }
 
 std::vector<ordered_json> callsOf(const std::string& name, const std::vector<ordered_json>& trace)

@@ -1,4 +1,4 @@
-// What the tests of the updater share: options, a target with one processor board, an archive for it, and the banner.
+// What the tests of the updater share: a target with one processor board, an archive for it, and what became of them.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -8,6 +8,7 @@
 
 #include "ZoITrellanUpdater.h"
 #include "libZoErrorHandling/ZoCErrorManager.h"
+#include "support/MessageCapture.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
 #include "support/TestArchive.h"
@@ -36,9 +37,8 @@ nlohmann::ordered_json processorTarget();
 // The file entry "firmware.bin" of version 23.3 for the processor board's firmware.
 nlohmann::ordered_json firmwareEntry(nlohmann::ordered_json overrides = nlohmann::ordered_json::object());
 
-// `text` without the banner that it must begin with: its first line, a line with the maker's notice, a line with a
-// blank.
-std::string afterBanner(const std::string& text);
+// The messages behind the banner, which is the first one.
+std::vector<std::string> afterBanner(const MessageCapture& capture);
 
 // The calls of `name` in `trace`.
 std::vector<nlohmann::ordered_json> callsOf(const std::string& name, const std::vector<nlohmann::ordered_json>& trace);
