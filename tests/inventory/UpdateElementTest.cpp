@@ -32,6 +32,16 @@ TEST(UpdateElementTest, ANewRecordIsAConfigurationElementAndHasNoOtherFlagSet)
     EXPECT_FALSE(element.disabled);
 }
 
+TEST(UpdateElementTest, StatesHaveTheAgreedNumbers)
+{
+    EXPECT_EQ(unsigned(ZoNUpdateInventory::NOTHING_TO_DO), 0u);
+    EXPECT_EQ(unsigned(ZoNUpdateInventory::PENDING), 1u);
+    EXPECT_EQ(unsigned(ZoNUpdateInventory::RUNNING), 2u);
+    EXPECT_EQ(unsigned(ZoNUpdateInventory::FAILED), 3u);
+    EXPECT_EQ(unsigned(ZoNUpdateInventory::CANCELLED), 4u);
+    EXPECT_EQ(unsigned(ZoNUpdateInventory::FINISHED), 5u);
+}
+
 TEST(UpdateElementTest, ANewRecordsNumbersAreZero)
 {
     const Element element;
@@ -47,7 +57,7 @@ TEST(UpdateElementTest, ANewRecordsNumbersAreZero)
     EXPECT_EQ(element.custom, 0u);
     EXPECT_EQ(element.checksumCrc32, 0u);
     EXPECT_EQ(element.phase, 0u);
-    EXPECT_EQ(element.updateState, 0u);
+    EXPECT_EQ(element.updateState, ZoNUpdateInventory::NOTHING_TO_DO);
     EXPECT_EQ(element.statusErrorCount, 0u);
     EXPECT_EQ(element.version.getAsULong64(), 0u);
 }
