@@ -22,15 +22,15 @@ struct Kind {
     const char* type;
 };
 
-class DisplayTypeTest : public ::testing::TestWithParam<Kind> {};
+class DisplayType : public ::testing::TestWithParam<Kind> {};
 
-TEST_P(DisplayTypeTest, IsMadeFromTheName)
+TEST_P(DisplayType, IsMadeFromTheName)
 {
     EXPECT_EQ(display("Board", "T", 0, GetParam().name).type, GetParam().type);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Names, DisplayTypeTest,
+    Names, DisplayType,
     ::testing::Values(Kind{"UserFirmware", "Firmware"}, Kind{"CnFirmware", "Firmware"},
                       Kind{"HypervisorFirmware", "Hypervisor"}, Kind{"UserFpga", "FPGA"}, Kind{"IoFpga", "FPGA"},
                       Kind{"IoFpga3", "FPGA"}, Kind{"IoFpgaUserFirmware", "FPGA"}, Kind{"UserIpl", "Bootloader"},
@@ -42,29 +42,29 @@ INSTANTIATE_TEST_SUITE_P(
                       Kind{"FactoryFirmware", "FactoryFirmware"}, Kind{"Updatable file", "Updatable file"},
                       Kind{"", ""}));
 
-TEST(DisplayStringTest, NamesTheBoardItsSerialNumberAndTheKind)
+TEST(DisplayString, NamesTheBoardItsSerialNumberAndTheKind)
 {
     EXPECT_EQ(display("Processor board", "KR5120", 16777232, "UserFpga").name, "Processor board, SN 16(1), FPGA");
 }
 
-TEST(DisplayStringTest, ABoardWithoutANameIsNamedByItsType)
+TEST(DisplayString, ABoardWithoutANameIsNamedByItsType)
 {
     EXPECT_EQ(display("", "T1", 0, "Custom").name, "T1, Custom");
 }
 
-TEST(DisplayStringTest, ASerialNumberWithoutTopBitsIsShownWhole)
+TEST(DisplayString, ASerialNumberWithoutTopBitsIsShownWhole)
 {
     EXPECT_EQ(display("Board", "T", 1, "X").name, "Board, SN 1, X");
     EXPECT_EQ(display("Board", "T", 16777215, "X").name, "Board, SN 16777215, X");
 }
 
-TEST(DisplayStringTest, TheTopBitsOfASerialNumberFollowInParentheses)
+TEST(DisplayString, TheTopBitsOfASerialNumberFollowInParentheses)
 {
     EXPECT_EQ(display("Board", "T", 16777216, "X").name, "Board, SN 0(1), X");
     EXPECT_EQ(display("Board", "T", 4294967295u, "X").name, "Board, SN 16777215(255), X");
 }
 
-TEST(DisplayStringTest, WithoutASerialNumberThereIsNone)
+TEST(DisplayString, WithoutASerialNumberThereIsNone)
 {
     EXPECT_EQ(display("Board", "T", 0, "UserIpl").name, "Board, Bootloader");
 }

@@ -4,7 +4,7 @@
 
 namespace {
 
-using ElementFiltersTest = InventoryFixture;
+using ElementFilters = InventoryFixture;
 using nlohmann::ordered_json;
 using Names = std::vector<std::string>;
 
@@ -22,7 +22,7 @@ std::vector<ordered_json> configurationAndOther()
         {named(1, "plain"), named(2, "one", {{"CONFIGURATION", 1}}), named(3, "many", {{"CONFIGURATION", 70000}})})};
 }
 
-TEST_F(ElementFiltersTest, ANormalRunLeavesConfigurationElementsOut)
+TEST_F(ElementFilters, ANormalRunLeavesConfigurationElementsOut)
 {
     ASSERT_EQ(read(configurationAndOther()), 1);
     EXPECT_EQ(names(), Names{"plain"});
@@ -30,7 +30,7 @@ TEST_F(ElementFiltersTest, ANormalRunLeavesConfigurationElementsOut)
     EXPECT_EQ(printed(), "");
 }
 
-TEST_F(ElementFiltersTest, AConfigurationRunTakesConfigurationElementsOnly)
+TEST_F(ElementFilters, AConfigurationRunTakesConfigurationElementsOnly)
 {
     options.configuration = true;
     ASSERT_EQ(read(configurationAndOther()), 1);
@@ -39,7 +39,7 @@ TEST_F(ElementFiltersTest, AConfigurationRunTakesConfigurationElementsOnly)
     EXPECT_TRUE(element(1).configuration);
 }
 
-TEST_F(ElementFiltersTest, ElementNamesAreMatchedWhole)
+TEST_F(ElementFilters, ElementNamesAreMatchedWhole)
 {
     options.elementNames = "A, B";
     ASSERT_EQ(read({board("NETC", {}, {named(1, "AB"), named(2, "B"), named(3, "b"), named(4, "A"), named(5, "A;")})}),
@@ -49,7 +49,7 @@ TEST_F(ElementFiltersTest, ElementNamesAreMatchedWhole)
     EXPECT_EQ(errors.count(), 0u);
 }
 
-TEST_F(ElementFiltersTest, BoardTypesAreMatchedWhole)
+TEST_F(ElementFilters, BoardTypesAreMatchedWhole)
 {
     options.boardTypes = "KR5120 X7";
     ASSERT_EQ(read({boardOf(1, "KR5120", 1, "A"), boardOf(2, "KR51", 2, "B"), boardOf(3, "X7", 3, "C"),
@@ -58,7 +58,7 @@ TEST_F(ElementFiltersTest, BoardTypesAreMatchedWhole)
     EXPECT_EQ(names(), (Names{"A", "C"}));
 }
 
-TEST_F(ElementFiltersTest, SerialNumbersAreComparedAsPlainDecimalNumbers)
+TEST_F(ElementFilters, SerialNumbersAreComparedAsPlainDecimalNumbers)
 {
     options.serialNumbers = "0123,16777232";
     ASSERT_EQ(read({boardOf(1, "T", 123, "leading zero"), boardOf(2, "T", 16777232, "whole number"),
@@ -67,14 +67,14 @@ TEST_F(ElementFiltersTest, SerialNumbersAreComparedAsPlainDecimalNumbers)
     EXPECT_EQ(names(), Names{"whole number"});
 }
 
-TEST_F(ElementFiltersTest, ASerialNumberWithLeadingZerosNeverMatches)
+TEST_F(ElementFilters, ASerialNumberWithLeadingZerosNeverMatches)
 {
     options.serialNumbers = "0123";
     ASSERT_EQ(read({boardOf(1, "T", 123, "A")}), 1);
     EXPECT_TRUE(names().empty());
 }
 
-TEST_F(ElementFiltersTest, AllFiltersMustPass)
+TEST_F(ElementFilters, AllFiltersMustPass)
 {
     options.elementNames = "A";
     options.boardTypes = "T";
@@ -85,14 +85,14 @@ TEST_F(ElementFiltersTest, AllFiltersMustPass)
     EXPECT_EQ(str(element().boardAddress.toString()), "/ROOT/IOMODULE");
 }
 
-TEST_F(ElementFiltersTest, FiltersAFilteredBoardsOwnElementsOnly)
+TEST_F(ElementFilters, FiltersAFilteredBoardsOwnElementsOnly)
 {
     options.boardTypes = "T";
     ASSERT_EQ(read({board("NETC", {{"PRODUCT/BOARD_TYPE", "U"}}, {named(1, "A")}, {boardOf(1, "T", 1, "B")})}), 1);
     EXPECT_EQ(names(), Names{"B"});
 }
 
-TEST_F(ElementFiltersTest, AnElementWithoutANamePassesTheNamesAndTheReadErrorIsReported)
+TEST_F(ElementFilters, AnElementWithoutANamePassesTheNamesAndTheReadErrorIsReported)
 {
     options.elementNames = "B";
     ASSERT_EQ(read({board("NETC", {}, {updateElement(1, {})})}), 1);
@@ -100,7 +100,7 @@ TEST_F(ElementFiltersTest, AnElementWithoutANamePassesTheNamesAndTheReadErrorIsR
     EXPECT_EQ(errorTexts(), Names{"Parameter NAME of /ROOT/NETC/UPDATE_INFO/UPDATE_ELEMENT does not exist."});
 }
 
-TEST_F(ElementFiltersTest, ABoardWithoutATypePassesTheTypesAndTheReadErrorIsReported)
+TEST_F(ElementFilters, ABoardWithoutATypePassesTheTypesAndTheReadErrorIsReported)
 {
     options.boardTypes = "T";
     ASSERT_EQ(read({board("NETC", {}, {named(1, "A")})}), 1);
@@ -108,7 +108,7 @@ TEST_F(ElementFiltersTest, ABoardWithoutATypePassesTheTypesAndTheReadErrorIsRepo
     EXPECT_EQ(errorTexts(), Names{"Parameter PRODUCT/BOARD_TYPE of /ROOT/NETC does not exist."});
 }
 
-TEST_F(ElementFiltersTest, ABoardWithoutASerialNumberHasTheNumberZero)
+TEST_F(ElementFilters, ABoardWithoutASerialNumberHasTheNumberZero)
 {
     options.serialNumbers = "0";
     ASSERT_EQ(read({board("NETC", {}, {named(1, "A")})}), 1);
@@ -116,7 +116,7 @@ TEST_F(ElementFiltersTest, ABoardWithoutASerialNumberHasTheNumberZero)
     EXPECT_EQ(errorTexts(), Names{"Parameter PRODUCT/SERIAL_NUMBER of /ROOT/NETC does not exist."});
 }
 
-TEST_F(ElementFiltersTest, TheFirstFilterThatFailsIsTheLastOneRead)
+TEST_F(ElementFilters, TheFirstFilterThatFailsIsTheLastOneRead)
 {
     options.elementNames = "B";
     options.boardTypes = "T";
@@ -129,7 +129,7 @@ TEST_F(ElementFiltersTest, TheFirstFilterThatFailsIsTheLastOneRead)
     EXPECT_TRUE(names().empty());
 }
 
-TEST_F(ElementFiltersTest, ElementsOfTheOtherKindAreNotFiltered)
+TEST_F(ElementFilters, ElementsOfTheOtherKindAreNotFiltered)
 {
     options.elementNames = "B";
     ASSERT_EQ(read({board("NETC", {}, {updateElement(1, {{"CONFIGURATION", 1}})})}), 1);
@@ -137,7 +137,7 @@ TEST_F(ElementFiltersTest, ElementsOfTheOtherKindAreNotFiltered)
     EXPECT_EQ(errors.count(), 0u);
 }
 
-TEST_F(ElementFiltersTest, FilteredElementsLeaveNoGapInTheIndices)
+TEST_F(ElementFilters, FilteredElementsLeaveNoGapInTheIndices)
 {
     options.elementNames = "A C";
     ASSERT_EQ(read({board("NETC", {}, {named(1, "A"), named(2, "B"), named(3, "C")})}), 1);

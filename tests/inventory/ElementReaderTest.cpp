@@ -4,7 +4,7 @@
 
 namespace {
 
-using ElementReaderTest = InventoryFixture;
+using ElementReader = InventoryFixture;
 using nlohmann::ordered_json;
 using Texts = std::vector<std::string>;
 
@@ -31,7 +31,7 @@ ordered_json fullElement()
             {"VERSION_HISTORY", "23.1, 23.2a1"}};
 }
 
-TEST_F(ElementReaderTest, TakesTheBoardsParameters)
+TEST_F(ElementReader, TakesTheBoardsParameters)
 {
     ASSERT_EQ(read({item("NETWORK", {}, {board("ION[3]", fullBoard(), {updateElement(2, fullElement())})})}), 1);
     const Element& record = element();
@@ -46,7 +46,7 @@ TEST_F(ElementReaderTest, TakesTheBoardsParameters)
     EXPECT_EQ(errors.count(), 0u);
 }
 
-TEST_F(ElementReaderTest, TakesTheElementsParameters)
+TEST_F(ElementReader, TakesTheElementsParameters)
 {
     ASSERT_EQ(read({board("ION[3]", fullBoard(), {updateElement(2, fullElement())})}), 1);
     const Element& record = element();
@@ -70,7 +70,7 @@ TEST_F(ElementReaderTest, TakesTheElementsParameters)
     EXPECT_EQ(str(record.displayName), "Processor board (V2), SN 16(1), FPGA");
 }
 
-TEST_F(ElementReaderTest, LeavesWhatTheAssignmentAndTheOperationWriteAtItsInitialValue)
+TEST_F(ElementReader, LeavesWhatTheAssignmentAndTheOperationWriteAtItsInitialValue)
 {
     ASSERT_EQ(read({board("ION", fullBoard(), {updateElement(1, fullElement())})}), 1);
     EXPECT_EQ(element().updateFileIndex, -1);
@@ -80,7 +80,7 @@ TEST_F(ElementReaderTest, LeavesWhatTheAssignmentAndTheOperationWriteAtItsInitia
     EXPECT_EQ(element().statusErrorCount, 0u);
 }
 
-TEST_F(ElementReaderTest, MissingParametersLeaveTheInitialValuesWithoutAnError)
+TEST_F(ElementReader, MissingParametersLeaveTheInitialValuesWithoutAnError)
 {
     ASSERT_EQ(read({board("ION", {}, {item("UPDATE_ELEMENT[1]", {{"CONFIGURATION", 0}})})}), 1);
     const Element& record = element();
@@ -104,7 +104,7 @@ TEST_F(ElementReaderTest, MissingParametersLeaveTheInitialValuesWithoutAnError)
     EXPECT_EQ(errors.count(), 0u);
 }
 
-TEST_F(ElementReaderTest, ReadsTheSlotOnlyOfABoardThatTakesOne)
+TEST_F(ElementReader, ReadsTheSlotOnlyOfABoardThatTakesOne)
 {
     ASSERT_EQ(
         read({board("ION", {{"SLOT", 5}}, {named(1, "no count")}),
@@ -121,7 +121,7 @@ TEST_F(ElementReaderTest, ReadsTheSlotOnlyOfABoardThatTakesOne)
     EXPECT_EQ(errors.count(), 0u);
 }
 
-TEST_F(ElementReaderTest, NamesABoardWithoutANameAfterItsTypeAndVariant)
+TEST_F(ElementReader, NamesABoardWithoutANameAfterItsTypeAndVariant)
 {
     ASSERT_EQ(read({board("ION", {{"PRODUCT/BOARD_TYPE", "X"}, {"PRODUCT/VARIANT", "Y"}}, {named(1, "A")}),
                     board("ION[2]", {{"PRODUCT/BOARD_TYPE", "X"}}, {named(1, "A")}),
@@ -135,7 +135,7 @@ TEST_F(ElementReaderTest, NamesABoardWithoutANameAfterItsTypeAndVariant)
     EXPECT_EQ(str(element(3).displayName), "X, A");
 }
 
-TEST_F(ElementReaderTest, AnElementWithAnEmptyNameIsCalledUpdateElement)
+TEST_F(ElementReader, AnElementWithAnEmptyNameIsCalledUpdateElement)
 {
     ASSERT_EQ(read({board("ION", {{"PRODUCT/BOARD_TYPE", "X"}}, {named(1, "")})}), 1);
     EXPECT_EQ(str(element().name), "Update Element");
@@ -143,7 +143,7 @@ TEST_F(ElementReaderTest, AnElementWithAnEmptyNameIsCalledUpdateElement)
     EXPECT_EQ(str(element().displayName), "X, Update Element");
 }
 
-TEST_F(ElementReaderTest, OnlyTheValueOneMeansValidAndActive)
+TEST_F(ElementReader, OnlyTheValueOneMeansValidAndActive)
 {
     ASSERT_EQ(
         read({board("ION", {},
@@ -155,7 +155,7 @@ TEST_F(ElementReaderTest, OnlyTheValueOneMeansValidAndActive)
     EXPECT_FALSE(element(1).active);
 }
 
-TEST_F(ElementReaderTest, ReadsCustomValidAndActiveAsEightBits)
+TEST_F(ElementReader, ReadsCustomValidAndActiveAsEightBits)
 {
     ASSERT_EQ(read({board("ION", {}, {named(1, "A", {{"CUSTOM", 256}, {"VALID", 257}, {"ACTIVE", 257}})})}), 1);
     EXPECT_EQ(element().custom, 0u);
@@ -166,21 +166,21 @@ TEST_F(ElementReaderTest, ReadsCustomValidAndActiveAsEightBits)
                                    "Parameter ACTIVE of /ROOT/ION/UPDATE_INFO/UPDATE_ELEMENT has another type."}));
 }
 
-TEST_F(ElementReaderTest, AChecksumOfZeroIsAChecksum)
+TEST_F(ElementReader, AChecksumOfZeroIsAChecksum)
 {
     ASSERT_EQ(read({board("ION", {}, {named(1, "A", {{"CHECKSUM_CRC32", 0}})})}), 1);
     EXPECT_TRUE(element().hasChecksum);
     EXPECT_EQ(element().checksumCrc32, 0u);
 }
 
-TEST_F(ElementReaderTest, AVersionThatIsNoneIsEmptyWithoutAnError)
+TEST_F(ElementReader, AVersionThatIsNoneIsEmptyWithoutAnError)
 {
     ASSERT_EQ(read({board("ION", {}, {named(1, "A", {{"VERSION", "new"}})})}), 1);
     EXPECT_EQ(element().version.getAsULong64(), 0u);
     EXPECT_EQ(errors.count(), 0u);
 }
 
-TEST_F(ElementReaderTest, AFileSystemElementIsMarked)
+TEST_F(ElementReader, AFileSystemElementIsMarked)
 {
     ASSERT_EQ(read({board("CN", {}, {fileElement(2, {{"LOCATION", "/data/a.bin"}, {"NAME", "File"}})})}), 1);
     EXPECT_TRUE(element().isFileSystemElement);
@@ -188,7 +188,7 @@ TEST_F(ElementReaderTest, AFileSystemElementIsMarked)
     EXPECT_EQ(str(element().address.toString()), "/ROOT/CN/UPDATE_INFO/FILESYSTEM_ELEMENT[2]");
 }
 
-TEST_F(ElementReaderTest, CustomElementsStartDisabledOnRequest)
+TEST_F(ElementReader, CustomElementsStartDisabledOnRequest)
 {
     options.disableCustomElements = true;
     ASSERT_EQ(
@@ -199,14 +199,14 @@ TEST_F(ElementReaderTest, CustomElementsStartDisabledOnRequest)
     EXPECT_EQ(element(1).custom, 200u);
 }
 
-TEST_F(ElementReaderTest, CustomElementsStartEnabledOtherwise)
+TEST_F(ElementReader, CustomElementsStartEnabledOtherwise)
 {
     ASSERT_EQ(read({board("ION", {}, {named(1, "A", {{"CUSTOM", 1}})})}), 1);
     EXPECT_EQ(element().custom, 1u);
     EXPECT_FALSE(element().disabled);
 }
 
-TEST_F(ElementReaderTest, EveryElementHasErrorListsOfItsOwn)
+TEST_F(ElementReader, EveryElementHasErrorListsOfItsOwn)
 {
     ASSERT_EQ(read({board("ION", {}, {named(1, "A"), named(2, "B")})}), 1);
     const std::vector<const ZoCErrorList*> lists = {element(0).statusErrorList.get(), element(0).resultErrorList.get(),
@@ -220,7 +220,7 @@ TEST_F(ElementReaderTest, EveryElementHasErrorListsOfItsOwn)
     }
 }
 
-TEST_F(ElementReaderTest, AReadErrorStopsNothing)
+TEST_F(ElementReader, AReadErrorStopsNothing)
 {
     ordered_json document = target({board("ION", {{"PRODUCT/BOARD_TYPE", 7}, {"PRODUCT/ID", "eight"}},
                                           {named(1, "A"), named(2, "B", {{"VERSION", 5}})})});
@@ -236,7 +236,7 @@ TEST_F(ElementReaderTest, AReadErrorStopsNothing)
                                    "Parameter VERSION of /ROOT/ION/UPDATE_INFO/UPDATE_ELEMENT[2] has another type."}));
 }
 
-TEST_F(ElementReaderTest, ReadsInAFixedOrderSoThatErrorsAreReportedInIt)
+TEST_F(ElementReader, ReadsInAFixedOrderSoThatErrorsAreReportedInIt)
 {
     ordered_json boardParameters = fullBoard();
     boardParameters["PRODUCT/UNITNAME"] = "Box";

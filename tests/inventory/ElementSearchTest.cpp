@@ -10,7 +10,7 @@
 
 namespace {
 
-using ElementSearchTest = InventoryFixture;
+using ElementSearch = InventoryFixture;
 using nlohmann::ordered_json;
 using Names = std::vector<std::string>;
 
@@ -37,38 +37,38 @@ private:
     SimulatedTarget device;
 };
 
-class DescentTest : public InventoryFixture, public ::testing::WithParamInterface<const char*> {};
+class Descent : public InventoryFixture, public ::testing::WithParamInterface<const char*> {};
 
-TEST_P(DescentTest, SearchesBelowThisKindOfItem)
+TEST_P(Descent, SearchesBelowThisKindOfItem)
 {
     ASSERT_EQ(read({board(GetParam(), {}, {named(1, "A")})}), 1);
     EXPECT_EQ(names(), Names{"A"});
 }
 
-TEST_P(DescentTest, SearchesBelowThisKindOfItemWhateverItsIndex)
+TEST_P(Descent, SearchesBelowThisKindOfItemWhateverItsIndex)
 {
     // Only the UPDATE_INFO with the index 1 is a board's own.
     ASSERT_EQ(read({item("NETC", {}, {board(std::string(GetParam()) + "[12]", {}, {named(1, "A")})})}), 1);
     EXPECT_EQ(names(), Names{"A"});
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, DescentTest,
+INSTANTIATE_TEST_SUITE_P(Kinds, Descent,
                          ::testing::Values("ROOT", "HCN", "CN", "NETC", "BACKPLANE", "NETWORK", "IOROUTER", "ION",
                                            "IOMODULE", "PIGGYBACK_MODULE", "SUB_BOARDS", "FBMODULE", "UPDATE_INFO"),
                          [](const auto& info) { return std::string(info.param); });
 
-class HiddenTest : public InventoryFixture, public ::testing::WithParamInterface<const char*> {};
+class Hidden : public InventoryFixture, public ::testing::WithParamInterface<const char*> {};
 
-TEST_P(HiddenTest, HidesItsSubtree)
+TEST_P(Hidden, HidesItsSubtree)
 {
     ASSERT_EQ(read({item(GetParam(), {}, {board("NETC", {}, {named(1, "A")})}), board("CN", {}, {named(1, "B")})}), 1);
     EXPECT_EQ(names(), Names{"B"});
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, HiddenTest, ::testing::Values("PRODUCT", "FIRMWARE", "SLOT", "VERSION"),
+INSTANTIATE_TEST_SUITE_P(Kinds, Hidden, ::testing::Values("PRODUCT", "FIRMWARE", "SLOT", "VERSION"),
                          [](const auto& info) { return std::string(info.param); });
 
-TEST_F(ElementSearchTest, DoesNotSearchBelowAnUpdateElement)
+TEST_F(ElementSearch, DoesNotSearchBelowAnUpdateElement)
 {
     ordered_json outer = named(1, "A");
     outer["items"] = ordered_json::array({board("NETC", {}, {named(1, "B")})});
@@ -76,7 +76,7 @@ TEST_F(ElementSearchTest, DoesNotSearchBelowAnUpdateElement)
     EXPECT_EQ(names(), Names{"A"});
 }
 
-TEST_F(ElementSearchTest, FindsElementsBeforeThoseOfTheItemsBelow)
+TEST_F(ElementSearch, FindsElementsBeforeThoseOfTheItemsBelow)
 {
     ASSERT_EQ(read({board("HCN", {}, {named(1, "hcn")},
                           {board("CN", {}, {named(1, "cn")}, {board("PIGGYBACK_MODULE", {}, {named(1, "piggyback")})}),
@@ -87,7 +87,7 @@ TEST_F(ElementSearchTest, FindsElementsBeforeThoseOfTheItemsBelow)
     EXPECT_EQ(indices(), (std::vector<unsigned>{0, 1, 2, 3, 4}));
 }
 
-TEST_F(ElementSearchTest, SearchesABoardsOwnUpdateInfoFirstWhereverItStandsAndOnlyOnce)
+TEST_F(ElementSearch, SearchesABoardsOwnUpdateInfoFirstWhereverItStandsAndOnlyOnce)
 {
     ASSERT_EQ(read({item("HCN", {},
                          {board("IOMODULE", {}, {named(1, "module")}),
@@ -97,7 +97,7 @@ TEST_F(ElementSearchTest, SearchesABoardsOwnUpdateInfoFirstWhereverItStandsAndOn
     EXPECT_EQ(names(), (Names{"first", "second", "module", "function block"}));
 }
 
-TEST_F(ElementSearchTest, SearchesEveryUpdateInfoOfABoard)
+TEST_F(ElementSearch, SearchesEveryUpdateInfoOfABoard)
 {
     ASSERT_EQ(read({item("HCN", {},
                          {item("UPDATE_INFO", {}, {named(1, "A")}),
@@ -106,7 +106,7 @@ TEST_F(ElementSearchTest, SearchesEveryUpdateInfoOfABoard)
     EXPECT_EQ(names(), (Names{"A", "B", "C"}));
 }
 
-TEST_F(ElementSearchTest, FindsUpdateAndFileSystemElementsInTheOrderOfTheTree)
+TEST_F(ElementSearch, FindsUpdateAndFileSystemElementsInTheOrderOfTheTree)
 {
     ASSERT_EQ(read({board("HCN", {}, {named(2, "B"), fileElement(1, {{"NAME", "file"}}), named(1, "A")})}), 1);
     EXPECT_EQ(names(), (Names{"B", "file", "A"}));
@@ -114,7 +114,7 @@ TEST_F(ElementSearchTest, FindsUpdateAndFileSystemElementsInTheOrderOfTheTree)
     EXPECT_TRUE(element(1).isFileSystemElement);
 }
 
-TEST_F(ElementSearchTest, KeepsTheElementsOfAUnitTogetherWhenItsBoardsLieApart)
+TEST_F(ElementSearch, KeepsTheElementsOfAUnitTogetherWhenItsBoardsLieApart)
 {
     ASSERT_EQ(read({board("HCN", unit("Box"), {named(1, "box 1"), named(2, "box 2")},
                           {board("ION", unit("Rack"), {named(1, "rack 1")}), board("IOMODULE", {}, {named(1, "box 3")}),
@@ -125,7 +125,7 @@ TEST_F(ElementSearchTest, KeepsTheElementsOfAUnitTogetherWhenItsBoardsLieApart)
     EXPECT_EQ(indices(), (std::vector<unsigned>{0, 1, 2, 3, 4, 5}));
 }
 
-TEST_F(ElementSearchTest, KeepsElementsWithoutAUnitTogetherToo)
+TEST_F(ElementSearch, KeepsElementsWithoutAUnitTogetherToo)
 {
     ASSERT_EQ(read({board("NETC", {}, {named(1, "none 1")}), board("NETC[2]", unit("Box"), {named(1, "box")}),
                     board("NETC[3]", {}, {named(1, "none 2")})}),
@@ -137,7 +137,7 @@ TEST_F(ElementSearchTest, KeepsElementsWithoutAUnitTogetherToo)
     EXPECT_NE(element(2).unitItem, nullptr);
 }
 
-TEST_F(ElementSearchTest, TellsUnitsApartByTheirItemsNotByTheirNames)
+TEST_F(ElementSearch, TellsUnitsApartByTheirItemsNotByTheirNames)
 {
     ASSERT_EQ(read({board("NETC", unit("Box"), {named(1, "A")}, {board("ION", unit("Box"), {named(1, "B")})}),
                     board("CN", unit("Box"), {named(1, "C")})}),
@@ -147,7 +147,7 @@ TEST_F(ElementSearchTest, TellsUnitsApartByTheirItemsNotByTheirNames)
     EXPECT_NE(element(1).unitItem, element(2).unitItem);
 }
 
-TEST_F(ElementSearchTest, RecordsStayWhereTheyAreWhenOthersAreInserted)
+TEST_F(ElementSearch, RecordsStayWhereTheyAreWhenOthersAreInserted)
 {
     ASSERT_EQ(read({board("NETC", {}, {named(1, "none 1")}), board("NETC[2]", unit("Box"), {named(1, "box")})}), 1);
     const Element* const first = &element(0);
@@ -162,7 +162,7 @@ TEST_F(ElementSearchTest, RecordsStayWhereTheyAreWhenOthersAreInserted)
     EXPECT_EQ(&element(3), second);
 }
 
-TEST_F(ElementSearchTest, PutsElementsBehindThoseThatOthersHaveAppendedToTheirUnit)
+TEST_F(ElementSearch, PutsElementsBehindThoseThatOthersHaveAppendedToTheirUnit)
 {
     ASSERT_EQ(read({board("NETC", {}, {named(1, "none 1")})}), 1);
     inventory().getUpdateElementList().emplace_back().name = "file";
@@ -172,7 +172,7 @@ TEST_F(ElementSearchTest, PutsElementsBehindThoseThatOthersHaveAppendedToTheirUn
     EXPECT_EQ(indices(), (std::vector<unsigned>{0, 1, 2, 3}));
 }
 
-TEST_F(ElementSearchTest, PutsElementsIntoAUnitThatOnlyOthersHaveAppended)
+TEST_F(ElementSearch, PutsElementsIntoAUnitThatOnlyOthersHaveAppended)
 {
     const ScannedTree tree(
         errors, {board("NETC", unit("Box"), {named(1, "box")}), board("NETC[2]", unit("Rack"), {named(1, "rack")}),
@@ -187,7 +187,7 @@ TEST_F(ElementSearchTest, PutsElementsIntoAUnitThatOnlyOthersHaveAppended)
     EXPECT_EQ(indices(), (std::vector<unsigned>{0, 1, 2, 3}));
 }
 
-TEST_F(ElementSearchTest, PutsElementsBehindTheFirstOfSeveralRunsOfTheirUnit)
+TEST_F(ElementSearch, PutsElementsBehindTheFirstOfSeveralRunsOfTheirUnit)
 {
     ASSERT_EQ(read({board("NETC", {}, {named(1, "none 1")}), board("NETC[2]", unit("Box"), {named(1, "box")})}), 1);
     inventory().getUpdateElementList().emplace_back().name = "file";
@@ -255,9 +255,9 @@ private:
     std::vector<std::pair<unsigned, std::vector<unsigned>>> units;
 };
 
-class RandomTreeTest : public InventoryFixture, public ::testing::WithParamInterface<unsigned> {};
+class RandomTrees : public InventoryFixture, public ::testing::WithParamInterface<unsigned> {};
 
-TEST_P(RandomTreeTest, GroupsManyBoardsByUnitsAndNumbersTheirElementsConsecutively)
+TEST_P(RandomTrees, GroupsManyBoardsByUnitsAndNumbersTheirElementsConsecutively)
 {
     RandomTree tree(GetParam());
     ASSERT_EQ(readTarget(tree.make(400)), 1);
@@ -280,6 +280,6 @@ TEST_P(RandomTreeTest, GroupsManyBoardsByUnitsAndNumbersTheirElementsConsecutive
     EXPECT_EQ(found, expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Seeds, RandomTreeTest, ::testing::Range(1u, 9u));
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomTrees, ::testing::Range(1u, 9u));
 
 }  // namespace

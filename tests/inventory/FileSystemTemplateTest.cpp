@@ -4,7 +4,7 @@
 
 namespace {
 
-using FileSystemTemplateTest = InventoryFixture;
+using FileSystemTemplate = InventoryFixture;
 using nlohmann::ordered_json;
 
 ordered_json processorBoard()
@@ -34,7 +34,7 @@ ordered_json firmware()
                   {"VERSION_HISTORY", "0.9"}});
 }
 
-TEST_F(FileSystemTemplateTest, TakesTheBoardAndTheUnitOfTheFirstElement)
+TEST_F(FileSystemTemplate, TakesTheBoardAndTheUnitOfTheFirstElement)
 {
     ASSERT_EQ(read({board("HCN[2]", processorBoard(), {firmware()})}), 1);
     const Element* record = inventory().getFileSystemElementTemplate();
@@ -54,7 +54,7 @@ TEST_F(FileSystemTemplateTest, TakesTheBoardAndTheUnitOfTheFirstElement)
     EXPECT_EQ(record->swCompatibilityId, 4u);
 }
 
-TEST_F(FileSystemTemplateTest, StandsForAnyFile)
+TEST_F(FileSystemTemplate, StandsForAnyFile)
 {
     ASSERT_EQ(read({board("HCN", processorBoard(), {firmware()})}), 1);
     const Element* record = inventory().getFileSystemElementTemplate();
@@ -67,7 +67,7 @@ TEST_F(FileSystemTemplateTest, StandsForAnyFile)
     EXPECT_EQ(str(record->displayName), "Processor board (V1), SN 16(1), Updatable file");
 }
 
-TEST_F(FileSystemTemplateTest, TakesNothingElseOfTheElement)
+TEST_F(FileSystemTemplate, TakesNothingElseOfTheElement)
 {
     ASSERT_EQ(read({board("HCN", processorBoard(), {firmware()})}), 1);
     const Element* record = inventory().getFileSystemElementTemplate();
@@ -88,21 +88,21 @@ TEST_F(FileSystemTemplateTest, TakesNothingElseOfTheElement)
     EXPECT_EQ(record->resultErrorList, nullptr);
 }
 
-TEST_F(FileSystemTemplateTest, IsNotInTheList)
+TEST_F(FileSystemTemplate, IsNotInTheList)
 {
     ASSERT_EQ(read({board("HCN", processorBoard(), {firmware()})}), 1);
     EXPECT_NE(inventory().getFileSystemElementTemplate(), nullptr);
     EXPECT_EQ(names(), std::vector<std::string>{"UserFirmware"});
 }
 
-TEST_F(FileSystemTemplateTest, ACnIsEnough)
+TEST_F(FileSystemTemplate, ACnIsEnough)
 {
     ASSERT_EQ(read({board("CN", processorBoard(), {firmware()})}), 1);
     ASSERT_NE(inventory().getFileSystemElementTemplate(), nullptr);
     EXPECT_EQ(str(inventory().getFileSystemElementTemplate()->boardAddress.toString()), "/ROOT/CN");
 }
 
-TEST_F(FileSystemTemplateTest, ThereIsNoneInAConfigurationRun)
+TEST_F(FileSystemTemplate, ThereIsNoneInAConfigurationRun)
 {
     options.configuration = true;
     ASSERT_EQ(read({board("HCN", processorBoard(), {named(1, "UserFirmware", {{"CONFIGURATION", 1}})})}), 1);
@@ -110,7 +110,7 @@ TEST_F(FileSystemTemplateTest, ThereIsNoneInAConfigurationRun)
     EXPECT_EQ(inventory().getFileSystemElementTemplate(), nullptr);
 }
 
-TEST_F(FileSystemTemplateTest, ThereIsNoneWithoutAProcessingNode)
+TEST_F(FileSystemTemplate, ThereIsNoneWithoutAProcessingNode)
 {
     options.verbose = true;
     ASSERT_EQ(read({board("NETC", processorBoard(), {firmware()})}), 1);
@@ -118,7 +118,7 @@ TEST_F(FileSystemTemplateTest, ThereIsNoneWithoutAProcessingNode)
     EXPECT_EQ(printed().find("WARNING"), std::string::npos) << printed();
 }
 
-TEST_F(FileSystemTemplateTest, ThatOfAnEarlierReadIsForgotten)
+TEST_F(FileSystemTemplate, ThatOfAnEarlierReadIsForgotten)
 {
     ASSERT_EQ(read({board("HCN", processorBoard(), {firmware()})}), 1);
     ASSERT_NE(inventory().getFileSystemElementTemplate(), nullptr);
@@ -126,7 +126,7 @@ TEST_F(FileSystemTemplateTest, ThatOfAnEarlierReadIsForgotten)
     EXPECT_EQ(inventory().getFileSystemElementTemplate(), nullptr);
 }
 
-TEST_F(FileSystemTemplateTest, ThereIsNoneWithoutAnyElement)
+TEST_F(FileSystemTemplate, ThereIsNoneWithoutAnyElement)
 {
     options.verbose = true;
     options.elementNames = "Other";
@@ -136,14 +136,14 @@ TEST_F(FileSystemTemplateTest, ThereIsNoneWithoutAnyElement)
     EXPECT_EQ(printed().find("WARNING"), std::string::npos) << printed();
 }
 
-TEST_F(FileSystemTemplateTest, ThereIsNoneWhenTheFirstElementIsOnAnotherBoard)
+TEST_F(FileSystemTemplate, ThereIsNoneWhenTheFirstElementIsOnAnotherBoard)
 {
     ASSERT_EQ(read({board("NETC[2]", {}, {named(1, "A")}), board("HCN", processorBoard(), {firmware()})}), 1);
     EXPECT_EQ(inventory().getFileSystemElementTemplate(), nullptr);
     EXPECT_EQ(printed(), "");
 }
 
-TEST_F(FileSystemTemplateTest, WithVerboseTheOtherBoardIsWarnedOf)
+TEST_F(FileSystemTemplate, WithVerboseTheOtherBoardIsWarnedOf)
 {
     options.verbose = true;
     ASSERT_EQ(read({board("NETC[2]", {}, {named(1, "A")}), board("HCN", processorBoard(), {firmware()})}), 1);

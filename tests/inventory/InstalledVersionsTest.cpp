@@ -8,7 +8,7 @@ namespace {
 
 using nlohmann::ordered_json;
 
-class InstalledVersionsTest : public InventoryFixture {
+class InstalledVersions : public InventoryFixture {
 protected:
     // What is printed for a target with these items.
     std::string text(const std::vector<Json>& items)
@@ -51,7 +51,7 @@ TableRows rowsBelow(const std::string& heading, const std::string& text)
     return tableRows(text.substr(begin, text.find("\n\n", begin) - begin));
 }
 
-TEST_F(InstalledVersionsTest, ShowsTheVersionsOfAllElements)
+TEST_F(InstalledVersions, ShowsTheVersionsOfAllElements)
 {
     EXPECT_EQ(text({boardNamed(
                   "HCN", "Board",
@@ -62,7 +62,7 @@ TEST_F(InstalledVersionsTest, ShowsTheVersionsOfAllElements)
               "Board, FPGA     | 1.0    \n");
 }
 
-TEST_F(InstalledVersionsTest, AMissingOrEmptyVersionIsShownByDashes)
+TEST_F(InstalledVersions, AMissingOrEmptyVersionIsShownByDashes)
 {
     EXPECT_EQ(
         rows({boardNamed("HCN", "Board",
@@ -70,7 +70,7 @@ TEST_F(InstalledVersionsTest, AMissingOrEmptyVersionIsShownByDashes)
         (TableRows{{"Board, A", "---"}, {"Board, B", "---"}, {"Board, C", "0.1"}}));
 }
 
-TEST_F(InstalledVersionsTest, MarksInvalidAndInactiveElements)
+TEST_F(InstalledVersions, MarksInvalidAndInactiveElements)
 {
     EXPECT_EQ(rows({boardNamed("HCN", "Board",
                                {named(1, "A", {{"VERSION", "1.0"}}), named(2, "B", {{"VERSION", "1.0"}, {"VALID", 0}}),
@@ -82,7 +82,7 @@ TEST_F(InstalledVersionsTest, MarksInvalidAndInactiveElements)
                          {"Board, D", "1.0", "[INVALID]"}}));
 }
 
-TEST_F(InstalledVersionsTest, AnInactiveFileIsNotMarkedAndAnInvalidOneIs)
+TEST_F(InstalledVersions, AnInactiveFileIsNotMarkedAndAnInvalidOneIs)
 {
     EXPECT_EQ(rows({boardNamed(
                   "HCN", "Board",
@@ -90,27 +90,27 @@ TEST_F(InstalledVersionsTest, AnInactiveFileIsNotMarkedAndAnInvalidOneIs)
               (TableRows{{"Board, A", "---", ""}, {"Board, B", "---", "[INVALID]"}}));
 }
 
-TEST_F(InstalledVersionsTest, ShowsDisabledElementsToo)
+TEST_F(InstalledVersions, ShowsDisabledElementsToo)
 {
     options.disableCustomElements = true;
     EXPECT_EQ(rows({boardNamed("HCN", "Board", {named(1, "A", {{"CUSTOM", 1}})})}), (TableRows{{"Board, A", "---"}}));
 }
 
-TEST_F(InstalledVersionsTest, WithoutElementsThereIsOnlyTheHeader)
+TEST_F(InstalledVersions, WithoutElementsThereIsOnlyTheHeader)
 {
     EXPECT_EQ(text({}),
               "Update element | Version\n"
               "------------------------\n");
 }
 
-TEST_F(InstalledVersionsTest, WithoutVerboseUnitsAreNotShown)
+TEST_F(InstalledVersions, WithoutVerboseUnitsAreNotShown)
 {
     EXPECT_EQ(rows({boardNamed("NETC", "Board", {named(1, "A")}, {{"PRODUCT/UNITNAME", "Box"}}),
                     boardNamed("NETC[2]", "Board", {named(1, "B")}, {{"PRODUCT/UNITNAME", "Rack"}})}),
               (TableRows{{"Board, A", "---"}, {"Board, B", "---"}}));
 }
 
-TEST_F(InstalledVersionsTest, WithVerboseEveryUnitHasAHeadingAndATable)
+TEST_F(InstalledVersions, WithVerboseEveryUnitHasAHeadingAndATable)
 {
     options.verbose = true;
     EXPECT_EQ(text({boardNamed("NETC", "Board", {named(1, "A", {{"VERSION", "1.0"}}), named(2, "B")},
@@ -133,7 +133,7 @@ TEST_F(InstalledVersionsTest, WithVerboseEveryUnitHasAHeadingAndATable)
               "Other, C       | ---     | [INVALID]\n");
 }
 
-TEST_F(InstalledVersionsTest, AHeadingNamesTheRackToo)
+TEST_F(InstalledVersions, AHeadingNamesTheRackToo)
 {
     options.verbose = true;
     EXPECT_EQ(headings(text({boardNamed("NETC", "Board", {named(1, "A")},
@@ -143,7 +143,7 @@ TEST_F(InstalledVersionsTest, AHeadingNamesTheRackToo)
               (std::vector<std::string>{"* Box: Rack 7 / One *", "* Box: Rack 7 *"}));
 }
 
-TEST_F(InstalledVersionsTest, UnitsWithTheSameTitleShareATable)
+TEST_F(InstalledVersions, UnitsWithTheSameTitleShareATable)
 {
     options.verbose = true;
     const std::string shown = text({boardNamed("NETC", "Board", {named(1, "A")}, {{"PRODUCT/UNITNAME", "Box"}}),
@@ -152,7 +152,7 @@ TEST_F(InstalledVersionsTest, UnitsWithTheSameTitleShareATable)
     EXPECT_EQ(rowsBelow("* Box *", shown), (TableRows{{"Board, A", "---"}, {"Board, B", "---"}}));
 }
 
-TEST_F(InstalledVersionsTest, WithVerboseElementsBeforeTheFirstTitleHaveNoHeader)
+TEST_F(InstalledVersions, WithVerboseElementsBeforeTheFirstTitleHaveNoHeader)
 {
     options.verbose = true;
     const std::string shown =
@@ -165,7 +165,7 @@ TEST_F(InstalledVersionsTest, WithVerboseElementsBeforeTheFirstTitleHaveNoHeader
     EXPECT_EQ(rowsBelow("* Box *", shown), (TableRows{{"Board, B", "---"}}));
 }
 
-TEST_F(InstalledVersionsTest, WithVerboseASingleElementBeforeTheFirstTitleHasNoHeaderEither)
+TEST_F(InstalledVersions, WithVerboseASingleElementBeforeTheFirstTitleHasNoHeaderEither)
 {
     options.verbose = true;
     const std::string shown = text({boardNamed("NETC", "Board", {named(1, "A")}),
@@ -175,7 +175,7 @@ TEST_F(InstalledVersionsTest, WithVerboseASingleElementBeforeTheFirstTitleHasNoH
               "--------------\n");
 }
 
-TEST_F(InstalledVersionsTest, WithVerboseUntitledElementsBehindATitleHaveAnEmptyHeading)
+TEST_F(InstalledVersions, WithVerboseUntitledElementsBehindATitleHaveAnEmptyHeading)
 {
     options.verbose = true;
     const std::string shown = text({boardNamed("NETC", "Board", {named(1, "A")}, {{"PRODUCT/UNITNAME", "Box"}}),
@@ -184,13 +184,13 @@ TEST_F(InstalledVersionsTest, WithVerboseUntitledElementsBehindATitleHaveAnEmpty
     EXPECT_EQ(rowsBelow("*  *", shown), (TableRows{{"Board, B", "---"}}));
 }
 
-TEST_F(InstalledVersionsTest, WithVerboseAndNoElementsNothingIsPrinted)
+TEST_F(InstalledVersions, WithVerboseAndNoElementsNothingIsPrinted)
 {
     options.verbose = true;
     EXPECT_EQ(text({}), "");
 }
 
-TEST_F(InstalledVersionsTest, AUnitWithoutAProductNameStillHasATitle)
+TEST_F(InstalledVersions, AUnitWithoutAProductNameStillHasATitle)
 {
     options.verbose = true;
     EXPECT_EQ(

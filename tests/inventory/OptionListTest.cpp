@@ -8,7 +8,7 @@ bool contains(const std::string& list, const std::string& name)
     return ZoCUpdateInventory::stringListContains(list, name);
 }
 
-TEST(OptionListTest, ContainsItsNames)
+TEST(OptionList, ContainsItsNames)
 {
     EXPECT_TRUE(contains("B", "B"));
     EXPECT_TRUE(contains("A,B C", "A"));
@@ -17,7 +17,7 @@ TEST(OptionListTest, ContainsItsNames)
     EXPECT_TRUE(contains(" , B, ", "B"));
 }
 
-TEST(OptionListTest, ContainsNoPartsOfNames)
+TEST(OptionList, ContainsNoPartsOfNames)
 {
     EXPECT_FALSE(contains("AB", "B"));
     EXPECT_FALSE(contains("BA", "B"));
@@ -25,7 +25,7 @@ TEST(OptionListTest, ContainsNoPartsOfNames)
     EXPECT_FALSE(contains("B", "BB"));
 }
 
-TEST(OptionListTest, FindsANameBehindNamesThatContainIt)
+TEST(OptionList, FindsANameBehindNamesThatContainIt)
 {
     EXPECT_TRUE(contains("AB,BA,B", "B"));
     EXPECT_TRUE(contains("BB B", "B"));
@@ -33,37 +33,37 @@ TEST(OptionListTest, FindsANameBehindNamesThatContainIt)
     EXPECT_FALSE(contains("AB,BA,BB", "B"));
 }
 
-TEST(OptionListTest, FindsANameThatOverlapsItself)
+TEST(OptionList, FindsANameThatOverlapsItself)
 {
     EXPECT_TRUE(contains("xABA ABA", "ABA"));
     EXPECT_TRUE(contains("xA A A", "A A"));
     EXPECT_FALSE(contains("ABABA", "ABA"));
 }
 
-TEST(OptionListTest, OnlyCommasAndBlanksSeparate)
+TEST(OptionList, OnlyCommasAndBlanksSeparate)
 {
     EXPECT_FALSE(contains("A;B", "B"));
     EXPECT_FALSE(contains("A\tB", "B"));
     EXPECT_FALSE(contains("A\nB", "A"));
 }
 
-TEST(OptionListTest, IsCaseSensitive)
+TEST(OptionList, IsCaseSensitive)
 {
     EXPECT_FALSE(contains("a", "A"));
 }
 
-TEST(OptionListTest, EveryListContainsTheEmptyName)
+TEST(OptionList, EveryListContainsTheEmptyName)
 {
     EXPECT_TRUE(contains("", ""));
     EXPECT_TRUE(contains("A", ""));
 }
 
-TEST(OptionListTest, AnEmptyListContainsNothingElse)
+TEST(OptionList, AnEmptyListContainsNothingElse)
 {
     EXPECT_FALSE(contains("", "A"));
 }
 
-TEST(OptionListTest, ANameWithSeparatorsIsMatchedAsItStands)
+TEST(OptionList, ANameWithSeparatorsIsMatchedAsItStands)
 {
     EXPECT_TRUE(contains("A,B C", "A,B"));
     EXPECT_TRUE(contains("A,B C", "B C"));

@@ -5,7 +5,7 @@
 
 namespace {
 
-using ScanTest = InventoryFixture;
+using Scan = InventoryFixture;
 using nlohmann::ordered_json;
 
 std::string hcnAddress(const ZoCUpdateInventory& inventory)
@@ -20,7 +20,7 @@ std::string cnAddress(const ZoCUpdateInventory& inventory)
     return inventory.getCnAddress(address) ? str(address.toString()) : "none";
 }
 
-TEST_F(ScanTest, ReadsTheElementsAndGivesTheTreeBack)
+TEST_F(Scan, ReadsTheElementsAndGivesTheTreeBack)
 {
     const int treesBefore = TrellanSimulation::resources().inventoryTrees;
     EXPECT_EQ(read({board("NETC", {}, {named(1, "A"), named(2, "B")})}), 1);
@@ -28,7 +28,7 @@ TEST_F(ScanTest, ReadsTheElementsAndGivesTheTreeBack)
     EXPECT_EQ(TrellanSimulation::resources().inventoryTrees, treesBefore);
 }
 
-TEST_F(ScanTest, AFailedScanKeepsTheElementsAndReportsTheScansErrors)
+TEST_F(Scan, AFailedScanKeepsTheElementsAndReportsTheScansErrors)
 {
     ASSERT_EQ(read({board("HCN", {}, {named(1, "A")})}), 1);
     const unsigned errorsBefore = errors.count();
@@ -43,7 +43,7 @@ TEST_F(ScanTest, AFailedScanKeepsTheElementsAndReportsTheScansErrors)
     EXPECT_EQ(errors.text(errorsBefore), "no answer");
 }
 
-TEST_F(ScanTest, AScanResultDecidesAlsoWithoutAnyError)
+TEST_F(Scan, AScanResultDecidesAlsoWithoutAnyError)
 {
     ordered_json document = target({board("NETC", {}, {named(1, "A")})});
     document["script"]["scan"] = {{{"result", 1}}};
@@ -53,7 +53,7 @@ TEST_F(ScanTest, AScanResultDecidesAlsoWithoutAnyError)
     EXPECT_EQ(printed(), "");
 }
 
-TEST_F(ScanTest, ErrorsOfASuccessfulScanStopNothing)
+TEST_F(Scan, ErrorsOfASuccessfulScanStopNothing)
 {
     ordered_json document = target({board("NETC", {}, {named(1, "A")})});
     document["script"]["scan"] = {{{"errors", {{{"code", 1}, {"text", "noise"}}}}}};
@@ -62,7 +62,7 @@ TEST_F(ScanTest, ErrorsOfASuccessfulScanStopNothing)
     EXPECT_EQ(errorTexts(), std::vector<std::string>{"noise"});
 }
 
-TEST_F(ScanTest, ErrorsOfTheSearchComeBeforeThoseOfTheRebootSupport)
+TEST_F(Scan, ErrorsOfTheSearchComeBeforeThoseOfTheRebootSupport)
 {
     ordered_json document = target({board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}}, {named(1, "UserFirmware")},
                                           {board("CN", {{"PRODUCT/ID", "none"}}, {named(1, "A")})})});
@@ -72,7 +72,7 @@ TEST_F(ScanTest, ErrorsOfTheSearchComeBeforeThoseOfTheRebootSupport)
                                         "Parameter VERSION of /ROOT/HCN/UPDATE_INFO/UPDATE_ELEMENT does not exist."}));
 }
 
-TEST_F(ScanTest, ANewSearchForgetsTheElementsAndTheProcessingNodes)
+TEST_F(Scan, ANewSearchForgetsTheElementsAndTheProcessingNodes)
 {
     ASSERT_EQ(read({board("HCN", {}, {named(1, "A"), named(2, "B")}), board("CN", {}, {})}), 1);
     ASSERT_EQ(read({board("NETC", {}, {named(1, "C")})}), 1);
@@ -82,7 +82,7 @@ TEST_F(ScanTest, ANewSearchForgetsTheElementsAndTheProcessingNodes)
     EXPECT_EQ(cnAddress(inventory()), "none");
 }
 
-TEST_F(ScanTest, ASearchWithoutATreeOnlyForgets)
+TEST_F(Scan, ASearchWithoutATreeOnlyForgets)
 {
     ASSERT_EQ(read({board("HCN", {}, {named(1, "A")})}), 1);
     inventory().searchUpdateElements(errors, nullptr, nullptr, true);
@@ -90,27 +90,27 @@ TEST_F(ScanTest, ASearchWithoutATreeOnlyForgets)
     EXPECT_EQ(hcnAddress(inventory()), "none");
 }
 
-TEST_F(ScanTest, NotesTheFirstHcnAndTheFirstCnInTheOrderOfTheWalk)
+TEST_F(Scan, NotesTheFirstHcnAndTheFirstCnInTheOrderOfTheWalk)
 {
     ASSERT_EQ(read({item("NETC", {}, {item("HCN[4]", {}, {item("CN[2]", {})})}), item("HCN", {}), item("CN", {})}), 1);
     EXPECT_EQ(hcnAddress(inventory()), "/ROOT/NETC/HCN[4]");
     EXPECT_EQ(cnAddress(inventory()), "/ROOT/NETC/HCN[4]/CN[2]");
 }
 
-TEST_F(ScanTest, DoesNotNoteProcessingNodesInHiddenSubtrees)
+TEST_F(Scan, DoesNotNoteProcessingNodesInHiddenSubtrees)
 {
     ASSERT_EQ(read({item("FIRMWARE", {}, {item("HCN", {}), item("CN", {})})}), 1);
     EXPECT_EQ(hcnAddress(inventory()), "none");
     EXPECT_EQ(cnAddress(inventory()), "none");
 }
 
-TEST_F(ScanTest, PrintsNothingWithoutVerbose)
+TEST_F(Scan, PrintsNothingWithoutVerbose)
 {
     ASSERT_EQ(read({board("HCN", {}, {named(1, "A")}, {board("CN", {}, {named(1, "B")})})}), 1);
     EXPECT_EQ(printed(), "");
 }
 
-TEST_F(ScanTest, PrintsTheProcessingNodesAndTheRebootSupportWithVerbose)
+TEST_F(Scan, PrintsTheProcessingNodesAndTheRebootSupportWithVerbose)
 {
     options.verbose = true;
     ASSERT_EQ(
@@ -121,7 +121,7 @@ TEST_F(ScanTest, PrintsTheProcessingNodesAndTheRebootSupportWithVerbose)
               "Reboot support status: 3\n");
 }
 
-TEST_F(ScanTest, PrintsTheRebootSupportAlsoWithoutProcessingNodes)
+TEST_F(Scan, PrintsTheRebootSupportAlsoWithoutProcessingNodes)
 {
     options.verbose = true;
     ASSERT_EQ(read({}), 1);

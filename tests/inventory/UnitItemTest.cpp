@@ -4,7 +4,7 @@
 
 namespace {
 
-using UnitItemTest = InventoryFixture;
+using UnitItem = InventoryFixture;
 using nlohmann::ordered_json;
 
 ordered_json backplane(const std::string& id, const std::string& unitName)
@@ -12,27 +12,27 @@ ordered_json backplane(const std::string& id, const std::string& unitName)
     return item(id, {{"PRODUCT/UNITNAME", unitName}});
 }
 
-TEST_F(UnitItemTest, AnItemWithAUnitNameIsAUnit)
+TEST_F(UnitItem, AnItemWithAUnitNameIsAUnit)
 {
     ASSERT_EQ(
         read({board("NETC", {{"PRODUCT/UNITNAME", "Box"}, {"PRODUCT/PACKAGE_NAME", "Package"}}, {named(1, "A")})}), 1);
     EXPECT_EQ(str(element().unitProductName), "Box");
 }
 
-TEST_F(UnitItemTest, AnItemWithAPackageNameIsAUnitToo)
+TEST_F(UnitItem, AnItemWithAPackageNameIsAUnitToo)
 {
     ASSERT_EQ(read({board("NETC", {{"PRODUCT/PACKAGE_NAME", "Package"}}, {named(1, "A")})}), 1);
     EXPECT_EQ(str(element().unitProductName), "Package");
 }
 
-TEST_F(UnitItemTest, AnEmptyUnitNameGoesBeforeThePackageName)
+TEST_F(UnitItem, AnEmptyUnitNameGoesBeforeThePackageName)
 {
     ASSERT_EQ(read({board("NETC", {{"PRODUCT/UNITNAME", ""}, {"PRODUCT/PACKAGE_NAME", "Package"}}, {named(1, "A")})}),
               1);
     EXPECT_EQ(str(element().unitProductName), "");
 }
 
-TEST_F(UnitItemTest, AnUpdateElementMayBeAUnitOfItsOwn)
+TEST_F(UnitItem, AnUpdateElementMayBeAUnitOfItsOwn)
 {
     ASSERT_EQ(read({board("NETC", {{"PRODUCT/UNITNAME", "Box"}},
                           {named(1, "A"), named(2, "B", {{"PRODUCT/UNITNAME", "Element"}}), named(3, "C")})}),
@@ -42,7 +42,7 @@ TEST_F(UnitItemTest, AnUpdateElementMayBeAUnitOfItsOwn)
     EXPECT_EQ(str(element(2).unitProductName), "Element");
 }
 
-TEST_F(UnitItemTest, TheUnitHoldsForEverythingBelowUpToTheNextUnit)
+TEST_F(UnitItem, TheUnitHoldsForEverythingBelowUpToTheNextUnit)
 {
     ASSERT_EQ(read({board("NETC", {{"PRODUCT/UNITNAME", "Outer"}}, {named(1, "A")},
                           {board("IOMODULE", {}, {named(1, "B")},
@@ -55,7 +55,7 @@ TEST_F(UnitItemTest, TheUnitHoldsForEverythingBelowUpToTheNextUnit)
     EXPECT_EQ(str(element(2).unitProductName), "Inner");
 }
 
-TEST_F(UnitItemTest, ABoardOutsideOfAllUnitsHasNoUnit)
+TEST_F(UnitItem, ABoardOutsideOfAllUnitsHasNoUnit)
 {
     ASSERT_EQ(read({board("NETC", {{"UNITNAME", "Box 1"}, {"RACKNAME", "Rack 1"}}, {named(1, "A")})}), 1);
     EXPECT_EQ(element().unitItem, nullptr);
@@ -64,7 +64,7 @@ TEST_F(UnitItemTest, ABoardOutsideOfAllUnitsHasNoUnit)
     EXPECT_TRUE(element().rackName.isEmpty());
 }
 
-TEST_F(UnitItemTest, AnHcnTakesTheFirstBackplaneOfItsFirstCn)
+TEST_F(UnitItem, AnHcnTakesTheFirstBackplaneOfItsFirstCn)
 {
     ASSERT_EQ(read({board("HCN", {}, {named(1, "A")},
                           {backplane("BACKPLANE", "own"),
@@ -74,7 +74,7 @@ TEST_F(UnitItemTest, AnHcnTakesTheFirstBackplaneOfItsFirstCn)
     EXPECT_EQ(str(element().unitProductName), "first");
 }
 
-TEST_F(UnitItemTest, TheFirstCnOfAnHcnMayHaveAnyIndex)
+TEST_F(UnitItem, TheFirstCnOfAnHcnMayHaveAnyIndex)
 {
     ASSERT_EQ(read({board("HCN", {}, {named(1, "A")},
                           {backplane("BACKPLANE", "own"), item("CN[2]", {}, {backplane("BACKPLANE", "of the only")})}),
@@ -86,7 +86,7 @@ TEST_F(UnitItemTest, TheFirstCnOfAnHcnMayHaveAnyIndex)
     EXPECT_EQ(str(element(1).unitProductName), "first");
 }
 
-TEST_F(UnitItemTest, AnHcnWithoutACnTakesItsOwnFirstBackplane)
+TEST_F(UnitItem, AnHcnWithoutACnTakesItsOwnFirstBackplane)
 {
     ASSERT_EQ(read({board("HCN[2]", {}, {named(1, "A")},
                           {item("IOMODULE", {}), backplane("BACKPLANE[3]", "own"), backplane("BACKPLANE", "other")})}),
@@ -94,7 +94,7 @@ TEST_F(UnitItemTest, AnHcnWithoutACnTakesItsOwnFirstBackplane)
     EXPECT_EQ(str(element().unitProductName), "own");
 }
 
-TEST_F(UnitItemTest, OnlyTheFirstCnIsLookedAt)
+TEST_F(UnitItem, OnlyTheFirstCnIsLookedAt)
 {
     ASSERT_EQ(read({board("HCN", {}, {named(1, "A")},
                           {backplane("BACKPLANE", "own"), item("CN", {}),
@@ -103,7 +103,7 @@ TEST_F(UnitItemTest, OnlyTheFirstCnIsLookedAt)
     EXPECT_EQ(element().unitItem, nullptr);
 }
 
-TEST_F(UnitItemTest, OnlyTheFirstBackplaneIsLookedAt)
+TEST_F(UnitItem, OnlyTheFirstBackplaneIsLookedAt)
 {
     ASSERT_EQ(
         read({item(
@@ -114,13 +114,13 @@ TEST_F(UnitItemTest, OnlyTheFirstBackplaneIsLookedAt)
     EXPECT_EQ(str(element().unitProductName), "Outer");
 }
 
-TEST_F(UnitItemTest, ABackplaneDeeperDownIsNotTaken)
+TEST_F(UnitItem, ABackplaneDeeperDownIsNotTaken)
 {
     ASSERT_EQ(read({board("HCN", {}, {named(1, "A")}, {item("SUB_BOARDS", {}, {backplane("BACKPLANE", "deep")})})}), 1);
     EXPECT_EQ(element().unitItem, nullptr);
 }
 
-TEST_F(UnitItemTest, AnHcnsOwnUnitNameGoesBeforeItsBackplane)
+TEST_F(UnitItem, AnHcnsOwnUnitNameGoesBeforeItsBackplane)
 {
     ASSERT_EQ(
         read({board("HCN", {{"PRODUCT/PACKAGE_NAME", "Package"}}, {named(1, "A")}, {backplane("BACKPLANE", "own")})}),
@@ -128,7 +128,7 @@ TEST_F(UnitItemTest, AnHcnsOwnUnitNameGoesBeforeItsBackplane)
     EXPECT_EQ(str(element().unitProductName), "Package");
 }
 
-TEST_F(UnitItemTest, AnIoRouterTakesItsOwnBackplaneAndNotACns)
+TEST_F(UnitItem, AnIoRouterTakesItsOwnBackplaneAndNotACns)
 {
     ASSERT_EQ(read({board("IOROUTER[2]", {}, {named(1, "A")},
                           {item("CN", {}, {backplane("BACKPLANE", "of the node")}), backplane("BACKPLANE", "own")})}),
@@ -136,7 +136,7 @@ TEST_F(UnitItemTest, AnIoRouterTakesItsOwnBackplaneAndNotACns)
     EXPECT_EQ(str(element().unitProductName), "own");
 }
 
-TEST_F(UnitItemTest, OtherBoardsTakeNoBackplane)
+TEST_F(UnitItem, OtherBoardsTakeNoBackplane)
 {
     ASSERT_EQ(read({board("CN", {}, {named(1, "A")}, {backplane("BACKPLANE", "own")}),
                     board("ION", {}, {named(1, "B")}, {backplane("BACKPLANE", "own")})}),
@@ -145,7 +145,7 @@ TEST_F(UnitItemTest, OtherBoardsTakeNoBackplane)
     EXPECT_EQ(element(1).unitItem, nullptr);
 }
 
-TEST_F(UnitItemTest, TheBackplanesUnitHoldsBelowTheHcn)
+TEST_F(UnitItem, TheBackplanesUnitHoldsBelowTheHcn)
 {
     ASSERT_EQ(
         read({board(
@@ -164,7 +164,7 @@ TEST_F(UnitItemTest, TheBackplanesUnitHoldsBelowTheHcn)
     }
 }
 
-TEST_F(UnitItemTest, AUnitGivesItsOwnNames)
+TEST_F(UnitItem, AUnitGivesItsOwnNames)
 {
     ASSERT_EQ(read({board("NETC", {{"PRODUCT/UNITNAME", "Box"}, {"UNITNAME", "Box 1"}, {"RACKNAME", "Rack 1"}},
                           {named(1, "A")})}),
@@ -173,7 +173,7 @@ TEST_F(UnitItemTest, AUnitGivesItsOwnNames)
     EXPECT_EQ(str(element().rackName), "Rack 1");
 }
 
-TEST_F(UnitItemTest, AUnitWithoutAUnitNameGivesItsRackName)
+TEST_F(UnitItem, AUnitWithoutAUnitNameGivesItsRackName)
 {
     ASSERT_EQ(read({board("NETC", {{"PRODUCT/UNITNAME", "Box"}, {"RACKNAME", "Rack 1"}}, {named(1, "A")})}), 1);
     EXPECT_EQ(str(element().unitName), "");
@@ -191,7 +191,7 @@ std::vector<ordered_json> routerUnit(ordered_json parameters)
                item("ION[17]", {{"RACKNAME", "Rack 17"}}), item("ION[8388624]", {{"UNITNAME", "Node 8388624"}})})})};
 }
 
-TEST_F(UnitItemTest, AnIoRouterUnitIsNamedByTheNetworkItemOfItsSerialNumber)
+TEST_F(UnitItem, AnIoRouterUnitIsNamedByTheNetworkItemOfItsSerialNumber)
 {
     ASSERT_EQ(read(routerUnit({{"PRODUCT/SERIAL_NUMBER", 16}, {"RACKNAME", "own rack"}})), 1);
     EXPECT_EQ(str(element().unitProductName), "Router");
@@ -199,7 +199,7 @@ TEST_F(UnitItemTest, AnIoRouterUnitIsNamedByTheNetworkItemOfItsSerialNumber)
     EXPECT_EQ(str(element().rackName), "Rack 16");
 }
 
-TEST_F(UnitItemTest, OnlyTheLow24BitsOfTheSerialNumberNameTheNetworkItem)
+TEST_F(UnitItem, OnlyTheLow24BitsOfTheSerialNumberNameTheNetworkItem)
 {
     ASSERT_EQ(read(routerUnit({{"PRODUCT/SERIAL_NUMBER", 0xFF000010u}})), 1);
     EXPECT_EQ(str(element().unitName), "Node 16");
@@ -207,21 +207,21 @@ TEST_F(UnitItemTest, OnlyTheLow24BitsOfTheSerialNumberNameTheNetworkItem)
     EXPECT_EQ(str(element().unitName), "Node 8388624");
 }
 
-TEST_F(UnitItemTest, ANetworkItemWithoutAUnitNameStillNamesTheRouter)
+TEST_F(UnitItem, ANetworkItemWithoutAUnitNameStillNamesTheRouter)
 {
     ASSERT_EQ(read(routerUnit({{"PRODUCT/SERIAL_NUMBER", 17}, {"RACKNAME", "own rack"}})), 1);
     EXPECT_EQ(str(element().unitName), "");
     EXPECT_EQ(str(element().rackName), "Rack 17");
 }
 
-TEST_F(UnitItemTest, AnIoRouterUnitWithANameOfItsOwnKeepsIt)
+TEST_F(UnitItem, AnIoRouterUnitWithANameOfItsOwnKeepsIt)
 {
     ASSERT_EQ(read(routerUnit({{"PRODUCT/SERIAL_NUMBER", 16}, {"UNITNAME", "own name"}})), 1);
     EXPECT_EQ(str(element().unitName), "own name");
     EXPECT_EQ(str(element().rackName), "");
 }
 
-TEST_F(UnitItemTest, AnIoRouterUnitWithoutANetworkItemNamesItself)
+TEST_F(UnitItem, AnIoRouterUnitWithoutANetworkItemNamesItself)
 {
     ASSERT_EQ(read(routerUnit({{"PRODUCT/SERIAL_NUMBER", 18}, {"RACKNAME", "own rack"}})), 1);
     EXPECT_EQ(str(element().unitName), "");
@@ -229,7 +229,7 @@ TEST_F(UnitItemTest, AnIoRouterUnitWithoutANetworkItemNamesItself)
     EXPECT_EQ(errors.count(), 0u);
 }
 
-TEST_F(UnitItemTest, AnIoRouterUnitWithoutASerialNumberNamesItselfAndTheReadErrorIsReported)
+TEST_F(UnitItem, AnIoRouterUnitWithoutASerialNumberNamesItselfAndTheReadErrorIsReported)
 {
     ASSERT_EQ(read(routerUnit({{"RACKNAME", "own rack"}})), 1);
     EXPECT_EQ(str(element().rackName), "own rack");
@@ -237,7 +237,7 @@ TEST_F(UnitItemTest, AnIoRouterUnitWithoutASerialNumberNamesItselfAndTheReadErro
               std::vector<std::string>{"Parameter PRODUCT/SERIAL_NUMBER of /ROOT/IOROUTER does not exist."});
 }
 
-TEST_F(UnitItemTest, AnyIoRouterIndexIsLookedUpInTheNetwork)
+TEST_F(UnitItem, AnyIoRouterIndexIsLookedUpInTheNetwork)
 {
     std::vector<ordered_json> items = routerUnit({{"PRODUCT/SERIAL_NUMBER", 16}});
     items[0]["id"] = "IOROUTER[9]";
@@ -245,7 +245,7 @@ TEST_F(UnitItemTest, AnyIoRouterIndexIsLookedUpInTheNetwork)
     EXPECT_EQ(str(element().unitName), "Node 16");
 }
 
-TEST_F(UnitItemTest, OtherUnitsAreNotLookedUpInTheNetwork)
+TEST_F(UnitItem, OtherUnitsAreNotLookedUpInTheNetwork)
 {
     std::vector<ordered_json> items = routerUnit({{"PRODUCT/SERIAL_NUMBER", 16}});
     items[0]["id"] = "HCN";

@@ -11,7 +11,7 @@ namespace {
 using Element = ZoNUpdateInventory::ZoSUpdateElement;
 using TrellanSimulation::resources;
 
-TEST(UpdateElementTest, ANewRecordHasNoFileAndNoErrorLists)
+TEST(UpdateElement, ANewRecordHasNoFileAndNoErrorLists)
 {
     const Element element;
     EXPECT_EQ(element.updateFileIndex, -1);
@@ -20,7 +20,7 @@ TEST(UpdateElementTest, ANewRecordHasNoFileAndNoErrorLists)
     EXPECT_EQ(element.unitItem, nullptr);
 }
 
-TEST(UpdateElementTest, ANewRecordIsAConfigurationElementAndHasNoOtherFlagSet)
+TEST(UpdateElement, ANewRecordIsAConfigurationElementAndHasNoOtherFlagSet)
 {
     const Element element;
     EXPECT_TRUE(element.configuration);
@@ -32,7 +32,7 @@ TEST(UpdateElementTest, ANewRecordIsAConfigurationElementAndHasNoOtherFlagSet)
     EXPECT_FALSE(element.disabled);
 }
 
-TEST(UpdateElementTest, StatesHaveTheAgreedNumbers)
+TEST(UpdateElement, StatesHaveTheAgreedNumbers)
 {
     EXPECT_EQ(unsigned(ZoNUpdateInventory::NOTHING_TO_DO), 0u);
     EXPECT_EQ(unsigned(ZoNUpdateInventory::PENDING), 1u);
@@ -42,7 +42,7 @@ TEST(UpdateElementTest, StatesHaveTheAgreedNumbers)
     EXPECT_EQ(unsigned(ZoNUpdateInventory::FINISHED), 5u);
 }
 
-TEST(UpdateElementTest, ANewRecordsNumbersAreZero)
+TEST(UpdateElement, ANewRecordsNumbersAreZero)
 {
     const Element element;
     EXPECT_EQ(element.productId, 0u);
@@ -62,7 +62,7 @@ TEST(UpdateElementTest, ANewRecordsNumbersAreZero)
     EXPECT_EQ(element.version.getAsULong64(), 0u);
 }
 
-TEST(UpdateElementTest, ANewRecordsStringsAndAddressesAreEmpty)
+TEST(UpdateElement, ANewRecordsStringsAndAddressesAreEmpty)
 {
     const Element element;
     for (const ZoCString* text : {&element.boardType, &element.variant, &element.boardName, &element.unitProductName,
@@ -74,7 +74,7 @@ TEST(UpdateElementTest, ANewRecordsStringsAndAddressesAreEmpty)
     EXPECT_EQ(element.address, ZoCInventoryAddress());
 }
 
-TEST(UpdateElementTest, AnElementHasTwoIndependentErrorListsAndDeletesThem)
+TEST(UpdateElement, AnElementHasTwoIndependentErrorListsAndDeletesThem)
 {
     const int before = resources().errorLists;
     {
@@ -90,7 +90,7 @@ TEST(UpdateElementTest, AnElementHasTwoIndependentErrorListsAndDeletesThem)
     EXPECT_EQ(resources().errorLists, before);
 }
 
-TEST(UpdateElementTest, DestroyingARecordWithoutErrorListsDeletesNothing)
+TEST(UpdateElement, DestroyingARecordWithoutErrorListsDeletesNothing)
 {
     const int before = resources().errorLists;
     {
@@ -99,7 +99,7 @@ TEST(UpdateElementTest, DestroyingARecordWithoutErrorListsDeletesNothing)
     EXPECT_EQ(resources().errorLists, before);
 }
 
-TEST(UpdateElementTest, MovingARecordTakesItsErrorListsOver)
+TEST(UpdateElement, MovingARecordTakesItsErrorListsOver)
 {
     const int before = resources().errorLists;
     {
@@ -119,16 +119,16 @@ TEST(UpdateElementTest, MovingARecordTakesItsErrorListsOver)
     EXPECT_EQ(resources().errorLists, before);
 }
 
-using InventoryObjectTest = InventoryFixture;
+using InventoryObject = InventoryFixture;
 
-TEST_F(InventoryObjectTest, IsEmptyBeforeAnythingWasRead)
+TEST_F(InventoryObject, IsEmptyBeforeAnythingWasRead)
 {
     EXPECT_TRUE(inventory().getUpdateElementList().empty());
     EXPECT_EQ(inventory().getFileSystemElementTemplate(), nullptr);
     EXPECT_EQ(inventory().getRebootSupportState(), 1u);
 }
 
-TEST_F(InventoryObjectTest, LeavesTheCallersAddressAloneWhenThereIsNoProcessingNode)
+TEST_F(InventoryObject, LeavesTheCallersAddressAloneWhenThereIsNoProcessingNode)
 {
     ASSERT_EQ(read({board("NETC", {}, {named(1, "UserFirmware")})}), 1);
     const ZoCInventoryAddress mine = ZoNInventoryIDs::IOMODULE[7];
@@ -139,7 +139,7 @@ TEST_F(InventoryObjectTest, LeavesTheCallersAddressAloneWhenThereIsNoProcessingN
     EXPECT_EQ(address, mine);
 }
 
-TEST_F(InventoryObjectTest, DeletesTheElementsErrorListsWithTheUpdater)
+TEST_F(InventoryObject, DeletesTheElementsErrorListsWithTheUpdater)
 {
     const int before = resources().errorLists;
     {
