@@ -1,6 +1,7 @@
 // Reading of the archive description file: its "info", and its file entries one by one.
 #include <algorithm>
 
+#include "archive/DescriptionRules.h"
 #include "archive/Properties.h"
 #include "archive/ZoCUpdateArchive.h"
 #include "base/BinaryFile.h"
@@ -11,19 +12,16 @@ using namespace ZoNUpdateArchive;
 
 namespace {
 
-constexpr std::uint8_t supportedFormat = 1;                     // first number of the format version
-constexpr unsigned long long firstUnsupportedFeatureLevel = 3;  // entries from this level on need a newer library
+bool statesTargetPath(const ZoNJson::json& entry)
+{
+    bool stated = entry.contains("targetPath");
+    for (const ZoNJson::json& board : entry["boards"]) {  // an entry without has an empty range
+        stated = stated || board.contains("targetPath");
+    }
+    return stated;
+}
 
 }  // namespace
-
-// Where an entry and its boards say "id" and "targetPath".
-struct ZoCUpdateArchive::Targets {
-    bool hasBoards = false;
-    bool entryHasTarget = false;  // the entry itself has one of them
-    bool everyBoardHasTarget = true;
-    bool hasId = false;          // anywhere
-    bool hasTargetPath = false;  // anywhere
-};
 
 ZoCUpdateArchive::ZoCUpdateArchive(const ZoCTrellanUpdater* owner, const ZoNTrellanUpdater::ZoTOptions* options)
     : owner(owner), options(options)
@@ -60,159 +58,72 @@ bool ZoCUpdateArchive::readDescriptionFileJson(ZoCErrorListPool&, std::string pa
     if (document.is_invalid()) {
         return fail("ERROR: The archive description file %s is corrupt. Invalid JSON data.\n", path.c_str());
     }
-    return readInfo(document) && readFileEntries(document);
+    return readInfo(document) && rules().checkFiles(document) && readFileEntries(document["files"]);
+}
+
+DescriptionRules ZoCUpdateArchive::rules() const
+{
+    return DescriptionRules([this](const DescriptionFault& fault) {
+        owner->print("%s", fault.message.c_str());
+        return false;
+    });
+}
+
+bool ZoCUpdateArchive::checkOptionalProperties(const ZoNJson::json& object, std::uint32_t entry,
+                                               std::int32_t board) const
+{
+    return rules().checkOptionalProperties(object, entry, board);
 }
 
 bool ZoCUpdateArchive::readInfo(const ZoNJson::json& document)
 {
-    if (!document.contains("info") || !document["info"].is_object()) {
-        return fail("ERROR: The archive description file is corrupt. Property \"info\" is missing or invalid.\n");
-    }
-    const ZoNJson::json& info = document["info"];
-    if (!readInfoVersion(info, "formatVersion", formatVersion)) {
-        return false;
-    }
-    if (formatVersion.getMar() != supportedFormat) {
-        return fail(
-            "ERROR: This firmware archive cannot be processed by the installed firmware.\n"
-            "       You might need to install another (newer) firmware first.\n");
-    }
-    if (!readInfoVersion(info, "archiveVersion", archiveVersion) || !readInfoString(info, "productName", productName)) {
-        return false;
-    }
     archiveVariant = ZoCString();
-    if (info.contains("archiveVariant")) {
-        if (!info["archiveVariant"].is_string()) {
-            return fail("ERROR: The archive description file is corrupt. \"archiveVariant\" is invalid.\n");
+    return rules().checkInfo(document, [this](const std::string& key, const ZoNJson::json& text) {
+        if (key == "formatVersion") {
+            formatVersion = toVersion(text);
+        } else if (key == "archiveVersion") {
+            archiveVersion = toVersion(text);
+        } else if (key == "productName") {
+            productName = toString(text);
+        } else if (key == "archiveVariant") {
+            archiveVariant = toString(text);
+        } else {
+            archiveName = toString(text);
         }
-        archiveVariant = toString(info["archiveVariant"]);
-    }
-    return readInfoString(info, "archiveName", archiveName);
+    });
 }
 
-bool ZoCUpdateArchive::readInfoVersion(const ZoNJson::json& info, const char* key, ZoCVersion& version) const
+bool ZoCUpdateArchive::readFileEntries(const ZoNJson::json& entries)
 {
-    if (!hasString(info, key)) {
-        return fail("ERROR: The archive description file is corrupt. \"%s\" is missing or invalid.\n", key);
-    }
-    version = toVersion(info[key]);
-    if (version.getAsULong64() == 0) {
-        return fail("ERROR: The archive description file is corrupt. \"%s\" is invalid.\n", key);
-    }
-    return true;
-}
-
-bool ZoCUpdateArchive::readInfoString(const ZoNJson::json& info, const char* key, ZoCString& text) const
-{
-    if (!hasString(info, key)) {
-        return fail("ERROR: The archive description file is corrupt. \"%s\" is missing or invalid.\n", key);
-    }
-    text = toString(info[key]);
-    return true;
-}
-
-bool ZoCUpdateArchive::readFileEntries(const ZoNJson::json& document)
-{
-    if (!document.contains("files") || !document["files"].is_array()) {
-        return fail("ERROR: The archive description file is corrupt. Property \"files\" is missing or invalid.\n");
-    }
     files.clear();
     maxSequence = 0;
     unsupportedElements = 0;
+    const DescriptionRules entryRules = rules();
     std::uint32_t number = 0;
-    for (const ZoNJson::json& entry : document["files"]) {
-        if (!readFileEntry(entry, number++)) {
-            return false;
+    for (const ZoNJson::json& entry : entries) {
+        switch (entryRules.checkEntry(entry, number)) {
+            case EntryVerdict::accepted:
+                files.push_back(makeUpdateFile(entry));
+                maxSequence = std::max(maxSequence, files.back().sequence);
+                break;
+            case EntryVerdict::passedOver:
+                owner->print("WARNING: File entry %u is not supported. Ignoring this entry.\n", number);
+                ++unsupportedElements;
+                break;
+            case EntryVerdict::refused:
+                return false;
         }
+        ++number;
     }
     return true;
 }
 
-bool ZoCUpdateArchive::readFileEntry(const ZoNJson::json& entry, std::uint32_t number)
-{
-    if (!entry.is_object()) {
-        return fail("ERROR: File entry %u is invalid.\n", number);
-    }
-    if (entry.contains("featureLevel")) {
-        const ZoNJson::json& featureLevel = entry["featureLevel"];
-        if (!featureLevel.is_number_unsigned()) {
-            return fail("ERROR: File entry %u is invalid. Property \"featureLevel\" is invalid.\n", number);
-        }
-        if (static_cast<unsigned long long>(featureLevel) >= firstUnsupportedFeatureLevel) {
-            owner->print("WARNING: File entry %u is not supported. Ignoring this entry.\n", number);
-            ++unsupportedElements;
-            return true;
-        }
-    }
-    Targets targets;
-    if (!checkMandatoryProperties(entry, number) || !checkOptionalProperties(entry, number, -1) ||
-        !checkBoards(entry, number, targets) || !checkTargets(targets, number)) {
-        return false;
-    }
-    files.push_back(makeUpdateFile(entry, targets));
-    maxSequence = std::max(maxSequence, files.back().sequence);
-    return true;
-}
-
-bool ZoCUpdateArchive::checkMandatoryProperties(const ZoNJson::json& entry, std::uint32_t number) const
-{
-    const bool hasBoards = entry.contains("boards");
-    const bool namesBoards = hasBoards != entry.contains("boardType") &&
-                             (!hasBoards || (entry["boards"].is_array() && entry["boards"].size() != 0));
-    if (!hasString(entry, "name") || !hasUnsigned(entry, "sequence") || !namesBoards) {
-        return fail("ERROR: File entry %u is invalid. A mandatory property is missing or invalid.\n", number);
-    }
-    return true;
-}
-
-bool ZoCUpdateArchive::checkBoards(const ZoNJson::json& entry, std::uint32_t number, Targets& targets) const
-{
-    targets.hasBoards = entry.contains("boards");
-    targets.hasId = entry.contains("id");
-    targets.hasTargetPath = entry.contains("targetPath");
-    targets.entryHasTarget = targets.hasId || targets.hasTargetPath;
-    if (!targets.hasBoards) {
-        return true;
-    }
-    std::int32_t index = 0;
-    for (const ZoNJson::json& board : entry["boards"]) {
-        if (!board.is_object() || !board.contains("boardType")) {
-            return fail("ERROR: File entry %u is invalid. \"boards\"-entry %u is invalid.\n", number,
-                        static_cast<unsigned>(index));
-        }
-        if (!checkOptionalProperties(board, number, index++)) {
-            return false;
-        }
-        const bool hasId = board.contains("id");
-        const bool hasTargetPath = board.contains("targetPath");
-        targets.hasId |= hasId;
-        targets.hasTargetPath |= hasTargetPath;
-        targets.everyBoardHasTarget &= hasId || hasTargetPath;
-    }
-    return true;
-}
-
-bool ZoCUpdateArchive::checkTargets(const Targets& targets, std::uint32_t number) const
-{
-    if (targets.hasId && targets.hasTargetPath) {
-        return fail(
-            "ERROR: File entry %u is invalid. Properties \"id\" and \"targetPath\" must not be specified at the same "
-            "time.\n",
-            number);
-    }
-    const bool boardsSuffice = targets.hasBoards && targets.everyBoardHasTarget;
-    if (!boardsSuffice && !targets.entryHasTarget) {
-        return fail("ERROR: File entry %u is invalid. Either \"id\" or \"targetPath\" must be specified.\n", number);
-    }
-    return true;
-}
-
-ZoSUpdateFile ZoCUpdateArchive::makeUpdateFile(const ZoNJson::json& entry, const Targets& targets) const
+ZoSUpdateFile ZoCUpdateArchive::makeUpdateFile(const ZoNJson::json& entry) const
 {
     ZoSUpdateFile file;
     file.name = toString(entry["name"]);
     file.sequence = static_cast<unsigned>(entry["sequence"]);
-    file.hasTargetPath = targets.hasTargetPath;
+    file.hasTargetPath = statesTargetPath(entry);
     if (!entry.contains("version")) {
         file.version = archiveVersion;
     } else if (!entry["version"].is_null()) {

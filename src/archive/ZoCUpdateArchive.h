@@ -14,6 +14,10 @@
 
 class ZoCTrellanUpdater;
 
+namespace ZoNUpdateArchive {
+class DescriptionRules;
+}
+
 class ZoCUpdateArchive {
 public:
     // Keeps both pointers; they must outlive the archive.
@@ -80,19 +84,10 @@ public:
     std::uint32_t getUnsupportedElements() const { return unsupportedElements; }
 
 private:
-    struct Targets;
-
+    ZoNUpdateArchive::DescriptionRules rules() const;
     bool readInfo(const ZoNJson::json& document);
-    bool readInfoVersion(const ZoNJson::json& info, const char* key, ZoCVersion& version) const;
-    bool readInfoString(const ZoNJson::json& info, const char* key, ZoCString& text) const;
-    bool readFileEntries(const ZoNJson::json& document);
-    bool readFileEntry(const ZoNJson::json& entry, std::uint32_t number);
-    bool checkMandatoryProperties(const ZoNJson::json& entry, std::uint32_t number) const;
-    bool checkBoards(const ZoNJson::json& entry, std::uint32_t number, Targets& targets) const;
-    bool checkTargets(const Targets& targets, std::uint32_t number) const;
-    ZoNUpdateArchive::ZoSUpdateFile makeUpdateFile(const ZoNJson::json& entry, const Targets& targets) const;
-    bool checkPropertyTypes(const ZoNJson::json& object, std::uint32_t entry, std::int32_t board) const;
-    bool checkPropertyElements(const ZoNJson::json& object, std::uint32_t entry, std::int32_t board) const;
+    bool readFileEntries(const ZoNJson::json& entries);
+    ZoNUpdateArchive::ZoSUpdateFile makeUpdateFile(const ZoNJson::json& entry) const;
 
     // Prints the message and returns false.
     bool fail(const char* format, ...) const __attribute__((format(printf, 2, 3)));

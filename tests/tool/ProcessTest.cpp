@@ -4,6 +4,7 @@
 
 #include "support/JsonSchema.h"
 #include "support/Process.h"
+#include "support/PseudoTerminal.h"
 #include "support/TargetBuilder.h"
 #include "support/TempDir.h"
 #include "support/TestArchive.h"
@@ -149,6 +150,43 @@ TEST_F(ProcessTest, AReaderThatGoesAwayDoesNotStopAnUpdate)
     for (const char* const call : {"updateFinish", "unlock"}) {
         EXPECT_NE(trace.find(std::string("{\"call\":\"") + call + "\""), std::string::npos) << trace;
     }
+}
+
+TEST_F(ProcessTest, ATerminalIsShownControlCharactersAndAllElseGetsTheBytes)
+{
+    const PseudoTerminal terminal;
+    TestArchive archive(description({fileEntry("a\x1b[2Jb.bin", {{"checksumCrc32", 1}})}));
+    const std::string list = "exec \"$0\" list \"$1\" ";
+    const std::string wrong = "exec \"$0\" '\x1b[2J' ";
+    runProcess("/bin/sh", {"-c", list + ">" + terminal.path(), TRELLAN_TOOL, archive.path()}, folder.path());
+    const std::string listed = terminal.shown();
+    EXPECT_NE(listed.find(" a\\x1b[2Jb.bin "), std::string::npos) << listed;
+    runProcess("/bin/sh", {"-c", wrong + "2>" + terminal.path(), TRELLAN_TOOL}, folder.path());
+    EXPECT_EQ(terminal.shown(), "trellan-update: '\\x1b[2J' is no command\ntrellan-update: see trellan-update help\n");
+
+    const ProcessResult bytes = runProcess("/bin/sh", {"-c", list, TRELLAN_TOOL, archive.path()}, folder.path());
+    EXPECT_NE(bytes.output.find(" a\x1b[2Jb.bin "), std::string::npos) << bytes.output;
+    EXPECT_EQ(runProcess("/bin/sh", {"-c", wrong, TRELLAN_TOOL}, folder.path()).errors,
+              "trellan-update: '\x1b[2J' is no command\ntrellan-update: see trellan-update help\n");
+}
+
+// The lock file and what the update writes must not take the place of an output that is closed.
+TEST_F(ProcessTest, WhatIsPrintedToAClosedOutputReachesNoFile)
+{
+    const std::string target = faultlessTarget();
+    const std::string before = readText(target);
+    const std::string line = "exec \"$0\" scan --exclude 7 --target good.json --trace trace ";
+    const ProcessResult silent = runProcess("/bin/sh", {"-c", line + "2>&-", TRELLAN_TOOL}, folder.path());
+    EXPECT_EQ(silent.status, 0);
+    EXPECT_EQ(silent.output, banner);
+    EXPECT_EQ(readText(folder.path() / "trace"),
+              "{\"call\":\"scan\",\"argument\":true,\"result\":0}\n"
+              "{\"call\":\"deleteInventoryTree\"}\n"
+              "{\"call\":\"unregisterMessages\",\"code\":642777088}\n");
+    const ProcessResult deaf = runProcess("/bin/sh", {"-c", line + "<&- >&-", TRELLAN_TOOL}, folder.path());
+    EXPECT_EQ(deaf.status, 1);
+    EXPECT_TRUE(deaf.errors.ends_with("trellan-update: standard output cannot be written\n")) << deaf.errors;
+    EXPECT_EQ(readText(target), before);
 }
 
 TEST_F(ProcessTest, ARelativePathInAFolderThatIsGoneIsNamed)

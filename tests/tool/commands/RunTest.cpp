@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
+#include <algorithm>
+
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
 #include "support/TestArchive.h"
@@ -30,6 +32,20 @@ struct CompleteArchive : TestArchive {
     {
         addFile("firmware.bin", "firmware");
         addFile("fpga.bin", "FPGA");
+    }
+};
+
+// Takes down what a stream holds each time that it is flushed.
+class FlushRecorder : public std::stringbuf {
+public:
+    std::vector<std::string> flushed;
+
+protected:
+    int sync() override
+    {
+        flushed.push_back(str());
+        str("");
+        return 0;
     }
 };
 
@@ -141,6 +157,41 @@ TEST(RunTest, AnOptionWithoutAMeaningForTheCommandIsNotedAndTheCommandIsCarriedO
               "trellan-update: note: --exclude has no meaning for version\n"
               "trellan-update: note: --verbose has no meaning for version\n"
               "trellan-update: note: --target has no meaning for version\n");
+}
+
+TEST(RunTest, AnUpdatesTextIsFlushedAfterEachLineEndAndCarriageReturn)
+{
+    ordered_json document = twoElements();
+    document["bytesPerSecond"] = 1;
+    const SimulatedTarget device(document);
+    const CompleteArchive archive;
+    FlushRecorder recorder;
+    std::ostream out(&recorder);
+    std::ostringstream err;
+    const std::string path = archive.path();
+    const char* const words[] = {"trellan-update", "update", path.c_str()};
+    EXPECT_EQ(TrellanTool::run(3, words, out, err), 0);
+    const std::vector<std::string>& pieces = recorder.flushed;
+    EXPECT_EQ(pieces.front(),
+              "\nVelorant Device Update Tool, Vs 1.0\nCopyright (c) Velorant. All rights reserved.\n \n");
+    EXPECT_EQ(std::count(pieces.begin(), pieces.end(), "\nUpdating:\n"), 1);
+    EXPECT_GT(std::count_if(pieces.begin(), pieces.end(), [](const auto& piece) { return piece.ends_with('\r'); }), 10);
+    for (const std::string& piece : pieces) {
+        EXPECT_EQ(piece.find_first_of("\n\r", 0) == std::string::npos, piece.empty()) << piece;
+    }
+}
+
+TEST(RunTest, OtherTextIsFlushedAtTheEnd)
+{
+    const SimulatedTarget device(twoElements());
+    FlushRecorder recorder;
+    std::ostream out(&recorder);
+    std::ostringstream err;
+    const char* const words[] = {"trellan-update", "installed"};
+    EXPECT_EQ(TrellanTool::run(2, words, out, err), 0);
+    ASSERT_EQ(recorder.flushed.size(), 1u);
+    EXPECT_TRUE(recorder.flushed.front().ends_with("Processor board, FPGA     | ---    \n"))
+        << recorder.flushed.front();
 }
 
 TEST(RunTest, RebootSupportEndsWith0WhereTheFirmwareIsNewEnough)

@@ -1,0 +1,60 @@
+// The rules of the archive description: what the reader refuses, where, and in which words.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "libZoJsonLib/ZoNJson.h"
+
+namespace ZoNUpdateArchive {
+
+// Something that breaks a rule.
+struct DescriptionFault {
+    std::int32_t entry;   // number of the file entry; -1: of none
+    std::int32_t board;   // number of the element of its "boards"; -1: of none
+    std::string pointer;  // JSON Pointer to the member that is wrong, or to the object in which one is missing
+    std::string message;  // as the reader prints it
+};
+
+// What becomes of a file entry.
+enum class EntryVerdict {
+    accepted,
+    passedOver,  // it needs a newer library; nothing else of it was looked at
+    refused      // it has a fault
+};
+
+// Checks a description, or a part of one. Each fault is given to the taker, the one that the reader names first: the
+// taker decides whether the others are wanted too.
+class DescriptionRules {
+public:
+    // Returns whether to go on.
+    using Taker = std::function<bool(const DescriptionFault& fault)>;
+
+    explicit DescriptionRules(Taker taker) : taker(std::move(taker)) {}
+
+    // What takes the texts of "info" one by one, each before its value is judged.
+    using InfoReader = std::function<void(const std::string& key, const ZoNJson::json& text)>;
+
+    // Check the "info" of a document, and that it has "files". False when a fault was found.
+    bool checkInfo(const ZoNJson::json& document, const InfoReader& read) const;
+    bool checkFiles(const ZoNJson::json& document) const;
+
+    EntryVerdict checkEntry(const ZoNJson::json& entry, std::uint32_t number) const;
+
+    // Checks the types and values of the optional properties of `object`: file entry number `entry` itself (`board` -1)
+    // or the element `board` of its "boards". False when a fault was found.
+    bool checkOptionalProperties(const ZoNJson::json& object, std::uint32_t entry, std::int32_t board) const;
+
+private:
+    struct Targets;
+    class Report;
+
+    static void checkMandatoryProperties(const ZoNJson::json& entry, Report& report);
+    static void checkProperties(const ZoNJson::json& object, Report& report);
+    void checkBoards(const ZoNJson::json& entry, Report& report) const;
+
+    Taker taker;
+};
+
+}  // namespace ZoNUpdateArchive

@@ -1,0 +1,135 @@
+#include <gtest/gtest.h>
+
+#include "tool/documents/JsonPlaces.h"
+
+namespace TrellanTool {
+namespace {
+
+using namespace std::string_literals;
+
+std::string shown(const TextPlace& place)
+{
+    return std::to_string(place.line) + ":" + std::to_string(place.column);
+}
+
+// The place of one pointer; "-" where the text has no such part.
+std::string placeOf(std::string_view text, const std::string& pointer)
+{
+    const auto place = findJsonPlaces(text, {pointer}).places.at(0);
+    return place ? shown(*place) : "-";
+}
+
+std::string faultOf(std::string_view text)
+{
+    const auto fault = findJsonPlaces(text, {}).fault;
+    return fault ? shown(fault->place) + " " + fault->reason : "";
+}
+
+constexpr std::string_view description =
+    "{ \"info\" : {},\n"
+    "  \"files\": [\n"
+    "    { \"name\": \"a\\\"b\", \"id\" : [1,22 , 333] },\n"
+    "\t{\"x/y\":1.5e3,\"~\":{\"\":null}}\n"
+    "  ] }\n";
+
+TEST(JsonPlaces, AMemberBeginsWithItsKey)
+{
+    EXPECT_EQ(placeOf(description, "/info"), "1:3");
+    EXPECT_EQ(placeOf(description, "/files"), "2:3");
+    EXPECT_EQ(placeOf(description, "/files/0/name"), "3:7");
+    EXPECT_EQ(placeOf(description, "/files/0/id"), "3:23");
+}
+
+TEST(JsonPlaces, AnElementOfAnArrayAndTheDocumentBeginWithTheirValues)
+{
+    EXPECT_EQ(placeOf(description, ""), "1:1");
+    EXPECT_EQ(placeOf(description, "/files/0"), "3:5");
+    EXPECT_EQ(placeOf(description, "/files/0/id/0"), "3:31");
+    EXPECT_EQ(placeOf(description, "/files/0/id/1"), "3:33");
+    EXPECT_EQ(placeOf(description, "/files/0/id/2"), "3:38");
+    EXPECT_EQ(placeOf(description, "/files/1"), "4:2");
+}
+
+TEST(JsonPlaces, KeysAreEscapedInPointers)
+{
+    EXPECT_EQ(placeOf(description, "/files/1/x~1y"), "4:3");
+    EXPECT_EQ(placeOf(description, "/files/1/~0"), "4:15");
+    EXPECT_EQ(placeOf(description, "/files/1/~0/"), "4:20");
+}
+
+TEST(JsonPlaces, WhatIsNotThereHasNoPlace)
+{
+    EXPECT_EQ(placeOf(description, "/files/2"), "-");
+    EXPECT_EQ(placeOf(description, "/nothing"), "-");
+}
+
+TEST(JsonPlaces, EachPointerGetsItsOwnPlace)
+{
+    const auto places = findJsonPlaces("[7,8]", {"/1", "", "/2", "/1"}).places;
+    ASSERT_EQ(places.size(), 4U);
+    EXPECT_EQ(shown(*places[0]), "1:4");
+    EXPECT_EQ(shown(*places[1]), "1:1");
+    EXPECT_FALSE(places[2]);
+    EXPECT_EQ(shown(*places[3]), "1:4");
+}
+
+TEST(JsonPlaces, ColumnsCountBytes)
+{
+    EXPECT_EQ(placeOf("{\"\xC3\xA4\":1,\"b\":2}", "/b"), "1:9");
+    EXPECT_EQ(placeOf("\xEF\xBB\xBF{\"b\":2}", "/b"), "1:5");
+}
+
+TEST(JsonPlaces, OfMembersWithTheSameKeyTheLastCountsAndIsNamed)
+{
+    const JsonPlaces found = findJsonPlaces("{\"a\":{\"b\":1,\n\"b\":2},\"a\":{\"c\":3,\"b\":4}}", {"/a", "/a/b"});
+    ASSERT_EQ(found.duplicateKeys.size(), 2U);
+    EXPECT_EQ(found.duplicateKeys[0].pointer, "/a/b");
+    EXPECT_EQ(shown(found.duplicateKeys[0].place), "2:1");
+    EXPECT_EQ(found.duplicateKeys[1].pointer, "/a");
+    EXPECT_EQ(shown(found.duplicateKeys[1].place), "2:8");
+    EXPECT_EQ(shown(*found.places[0]), "2:8");
+    EXPECT_EQ(shown(*found.places[1]), "2:19");
+}
+
+TEST(JsonPlaces, TheSameKeyInTwoObjectsIsNoDuplicate)
+{
+    EXPECT_TRUE(findJsonPlaces("[{\"a\":{\"a\":1}},{\"a\":2}]", {}).duplicateKeys.empty());
+}
+
+TEST(JsonPlaces, ATextThatIsNoJsonIsFaultedAtTheTokenOrTheByteThatIsWrong)
+{
+    EXPECT_EQ(faultOf("{\"a\": 123, }"),
+              "1:12 syntax error while parsing object key - unexpected '}'; expected string literal");
+    EXPECT_EQ(faultOf("[1,\n 2,\n,3]"),
+              "3:1 syntax error while parsing value - unexpected ','; expected '[', '{', or a literal");
+    EXPECT_EQ(faultOf("{\"a\"\n  1234}"),
+              "2:3 syntax error while parsing object separator - unexpected number literal; expected ':'");
+    EXPECT_EQ(faultOf("[1,2"), "1:5 syntax error while parsing array - unexpected end of input; expected ']'");
+    EXPECT_EQ(faultOf(""),
+              "1:1 syntax error while parsing value - unexpected end of input; expected '[', '{', or a literal");
+    EXPECT_EQ(faultOf("[\"a\xFF\"]"), "1:4 syntax error while parsing value - invalid string: ill-formed UTF-8 byte");
+    EXPECT_EQ(faultOf("// no"), "1:1 syntax error while parsing value - invalid literal");
+    EXPECT_EQ(faultOf("[1e999]"), "1:2 number overflow parsing '1e999'");
+}
+
+TEST(JsonPlaces, ASoundTextHasNoFault)
+{
+    EXPECT_EQ(faultOf(description), "");
+}
+
+TEST(JsonPlaces, AsManyLevelsAsTheLibraryTakesAreTaken)
+{
+    EXPECT_EQ(faultOf(std::string(512, '[') + std::string(512, ']')), "");
+    EXPECT_EQ(faultOf(std::string(513, '[') + std::string(513, ']')), "1:513 more than 512 nested levels");
+}
+
+TEST(JsonPlaces, WhatStandsBeforeAFaultHasItsPlace)
+{
+    const JsonPlaces found = findJsonPlaces("{\"a\":1,\n\"b\":}", {"/a", "/b"});
+    EXPECT_EQ(shown(found.fault->place), "2:5");
+    EXPECT_EQ(shown(*found.places[0]), "1:2");
+    EXPECT_EQ(shown(*found.places[1]), "2:1");
+}
+
+}  // namespace
+}  // namespace TrellanTool

@@ -1,0 +1,47 @@
+// What the tool prints on its way to standard output or standard error.
+#pragma once
+
+#include <streambuf>
+#include <string>
+#include <string_view>
+
+namespace TrellanTool {
+
+// The buffer of a std::ostream that writes to a file descriptor: when 64 KB are full, when the stream is flushed, at a
+// terminal after each line, and at its end.
+//
+// A terminal is shown control characters as \xNN, so that no name in an archive can do anything to it; to all else the
+// bytes go as they are. A failed write makes the stream bad, and nothing is written from then on.
+class OutputBuffer : public std::streambuf {
+public:
+    explicit OutputBuffer(int descriptor);
+    ~OutputBuffer() override;
+    OutputBuffer(const OutputBuffer&) = delete;
+    OutputBuffer& operator=(const OutputBuffer&) = delete;
+
+    // Whoever reads both outputs in one place gets them in the order in which they were written: what is written here
+    // first has the other one write out what it holds. `other` must live as long as something is written here.
+    void keepOrderWith(OutputBuffer& other) { neighbour = &other; }
+
+protected:
+    int_type overflow(int_type character) override;
+    std::streamsize xsputn(const char* text, std::streamsize length) override;
+    int sync() override;
+
+private:
+    bool append(std::string_view text);
+    bool writeOut(std::string_view text);
+    bool writeHeld();
+
+    const int descriptor;
+    const bool isTerminal;
+    bool failed = false;
+    std::string held;
+    OutputBuffer* neighbour = nullptr;
+};
+
+// The text with each byte of a control character as \xNN, in small letters: of those below 0x20 except line end,
+// carriage return and tab, of DEL, and of U+0080 to U+009F in UTF-8.
+std::string withControlCharactersShown(std::string_view text);
+
+}  // namespace TrellanTool

@@ -1,0 +1,45 @@
+// Where the parts of a JSON text stand in it: for messages that lead to the place that is meant.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace TrellanTool {
+
+// A place in a text: line and column, both from 1, columns in bytes.
+struct TextPlace {
+    std::size_t line = 0;
+    std::size_t column = 0;
+};
+
+// What reading a JSON text found out about its places.
+struct JsonPlaces {
+    // Where the text is no JSON, and why, in words without a line end.
+    struct Fault {
+        TextPlace place;
+        std::string reason;
+    };
+
+    // A member whose key stands in its object already.
+    struct DuplicateKey {
+        std::string pointer;  // JSON Pointer to the member
+        TextPlace place;      // of the later key
+    };
+
+    std::optional<Fault> fault;
+    std::vector<DuplicateKey> duplicateKeys;  // in the order of the text, as far as it is JSON
+
+    // For each pointer that was asked for where it begins: a member with its key, anything else with its value. Of
+    // members with the same key the last counts. Nothing where the text, as far as it is JSON, has no such part.
+    std::vector<std::optional<TextPlace>> places;
+};
+
+// Reads `text` once and finds the parts that `pointers` (JSON Pointers) name. As strict as the library's own reader: no
+// comments, no trailing commas, valid UTF-8, at most 512 nested levels; a byte-order mark at the beginning is passed
+// over.
+JsonPlaces findJsonPlaces(std::string_view text, const std::vector<std::string>& pointers);
+
+}  // namespace TrellanTool
