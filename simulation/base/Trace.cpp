@@ -96,6 +96,11 @@ void trace(const TraceRecord& record)
     }
 }
 
+bool isTraced()
+{
+    return traceName() != nullptr;
+}
+
 void openTrace()
 {
     if (const char* name = traceName()) {

@@ -13,6 +13,18 @@ using TraceRecord = nlohmann::ordered_json;
 // mounts cover its folder. The first fault with a name is told on standard error; nothing is ever waited for.
 void trace(const TraceRecord& record);
 
+// Whether a file is named at this moment.
+bool isTraced();
+
+// Traces the record that `make` gives; without a trace nobody asks for it.
+template <class Make>
+void traceCall(Make&& make)
+{
+    if (isTraced()) {
+        trace(make());
+    }
+}
+
 // Opens the file now: before its folder is covered.
 void openTrace();
 

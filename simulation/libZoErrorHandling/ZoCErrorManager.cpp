@@ -8,15 +8,19 @@
 #include "simulation/libZoErrorHandling/MessageTables.h"
 #include "simulation/libZoErrorHandling/MessageText.h"
 
+using TrellanSimulation::TraceRecord;
+
 namespace {
 
 void traceMessage(const char* call, unsigned code, unsigned line, const char* function, const std::string& text)
 {
-    TrellanSimulation::trace({{"call", call},
-                              {"code", code},
-                              {"line", line},
-                              {"function", function == nullptr ? "" : function},
-                              {"text", text}});
+    TrellanSimulation::traceCall([&] {
+        return TraceRecord{{"call", call},
+                           {"code", code},
+                           {"line", line},
+                           {"function", function == nullptr ? "" : function},
+                           {"text", text}};
+    });
 }
 
 }  // namespace
@@ -39,13 +43,13 @@ ZoCErrorManager* ZoCErrorManager::getSingleton()
 void ZoCErrorManager::_registerMessages(const ZoResText& table)
 {
     MessageTables::addTable(table);
-    TrellanSimulation::trace({{"call", "registerMessages"}, {"code", table.baseCode}});
+    TrellanSimulation::traceCall([&] { return TraceRecord{{"call", "registerMessages"}, {"code", table.baseCode}}; });
 }
 
 void ZoCErrorManager::_unregisterMessages(const ZoResText& table)
 {
     MessageTables::removeTable(table);
-    TrellanSimulation::trace({{"call", "unregisterMessages"}, {"code", table.baseCode}});
+    TrellanSimulation::traceCall([&] { return TraceRecord{{"call", "unregisterMessages"}, {"code", table.baseCode}}; });
 }
 
 ZoCErrorListPool& ZoCErrorManager::getMasterErrorList() noexcept
@@ -77,6 +81,9 @@ double ZoCErrorManager::getTimeStampFactor() const noexcept
 
 void ZoCErrorManager::sendLog(unsigned code, unsigned line, const char* function, const char* format, ...)
 {
+    if (!TrellanSimulation::isTraced()) {
+        return;
+    }
     va_list values;
     va_start(values, format);
     const MessageText::Arguments arguments = MessageText::formatArguments(format, values);

@@ -11,13 +11,17 @@ using namespace TrellanSimulation;
 
 namespace {
 
-// Traces `record` with the number of errors that the call has added.
-void traceCall(TraceRecord record, unsigned gained)
+// Traces the record that `make` gives, with the number of errors that the call has added.
+template <class Make>
+void traceWithErrors(unsigned gained, Make make)
 {
-    if (gained != 0) {
-        record["errors"] = gained;
-    }
-    trace(record);
+    traceCall([&] {
+        TraceRecord record = make();
+        if (gained != 0) {
+            record["errors"] = gained;
+        }
+        return record;
+    });
 }
 
 // What an operation returns, for callers that do not look at the errors.
@@ -47,14 +51,16 @@ int ZoCInventoryManager::scan(ZoCErrorListPool& errors, ZoCInventoryItem*& tree,
 {
     const unsigned before = errors.getErrorCount();
     const int result = Target::instance().scan(errors, tree);
-    traceCall({{"call", "scan"}, {"argument", complete}, {"result", result}}, errors.getErrorCount() - before);
+    traceWithErrors(errors.getErrorCount() - before, [&] {
+        return TraceRecord{{"call", "scan"}, {"argument", complete}, {"result", result}};
+    });
     return result;
 }
 
 void ZoCInventoryManager::deleteInventoryTree(ZoCInventoryItem* tree)
 {
     const std::unique_ptr<ZoCInventoryItem> released(tree);
-    trace({{"call", "deleteInventoryTree"}});
+    traceCall([] { return TraceRecord{{"call", "deleteInventoryTree"}}; });
 }
 
 int ZoCInventoryManager::lock(ZoCErrorListPool& errors, int mode, unsigned& handle)
@@ -62,7 +68,7 @@ int ZoCInventoryManager::lock(ZoCErrorListPool& errors, int mode, unsigned& hand
     const unsigned before = errors.getErrorCount();
     handle = Target::instance().lock(errors);
     const unsigned gained = errors.getErrorCount() - before;
-    traceCall({{"call", "lock"}, {"argument", mode}, {"handle", handle}}, gained);
+    traceWithErrors(gained, [&] { return TraceRecord{{"call", "lock"}, {"argument", mode}, {"handle", handle}}; });
     return resultOf(gained);
 }
 
@@ -72,13 +78,11 @@ int ZoCInventoryManager::update2(ZoCErrorListPool& errors, const ZoCInventoryAdd
     const unsigned before = errors.getErrorCount();
     Target::instance().update(errors, boardAddress, lockHandle, elementId, orEmpty(filePath));
     const unsigned gained = errors.getErrorCount() - before;
-    traceCall({{"call", "update2"},
-               {"board", itemAddressText(boardAddress)},
-               {"handle", lockHandle},
-               {"id", elementId},
-               {"path", orEmpty(filePath)},
-               {"fileTime", fileTime}},
-              gained);
+    traceWithErrors(gained, [&] {
+        return TraceRecord{{"call", "update2"},         {"board", itemAddressText(boardAddress)},
+                           {"handle", lockHandle},      {"id", elementId},
+                           {"path", orEmpty(filePath)}, {"fileTime", fileTime}};
+    });
     return resultOf(gained);
 }
 
@@ -91,13 +95,14 @@ int ZoCInventoryManager::updateStatus2(ZoCErrorListPool& errors, const ZoCInvent
     done = progress.done;
     total = progress.total;
     const unsigned gained = errors.getErrorCount() - before;
-    traceCall({{"call", "updateStatus2"},
-               {"board", itemAddressText(boardAddress)},
-               {"id", id},
-               {"status", status},
-               {"done", done},
-               {"total", total}},
-              gained);
+    traceWithErrors(gained, [&] {
+        return TraceRecord{{"call", "updateStatus2"},
+                           {"board", itemAddressText(boardAddress)},
+                           {"id", id},
+                           {"status", status},
+                           {"done", done},
+                           {"total", total}};
+    });
     return resultOf(gained);
 }
 
@@ -108,8 +113,10 @@ int ZoCInventoryManager::updateErrors2(ZoCErrorListPool& errors, const ZoCInvent
     const unsigned resultsBefore = results.getErrorCount();
     Target::instance().collectErrors(errors, boardAddress, lockHandle, id, results);
     const unsigned gained = errors.getErrorCount() - before;
-    traceCall({{"call", "updateErrors2"}, {"board", itemAddressText(boardAddress)}, {"handle", lockHandle}, {"id", id}},
-              gained + results.getErrorCount() - resultsBefore);
+    traceWithErrors(gained + results.getErrorCount() - resultsBefore, [&] {
+        return TraceRecord{
+            {"call", "updateErrors2"}, {"board", itemAddressText(boardAddress)}, {"handle", lockHandle}, {"id", id}};
+    });
     return resultOf(gained);
 }
 
@@ -119,7 +126,9 @@ int ZoCInventoryManager::updateFinish(ZoCErrorListPool& errors, const ZoCInvento
     const unsigned before = errors.getErrorCount();
     Target::instance().finishNode(errors, lockHandle);
     const unsigned gained = errors.getErrorCount() - before;
-    traceCall({{"call", "updateFinish"}, {"node", itemAddressText(nodeAddress)}, {"handle", lockHandle}}, gained);
+    traceWithErrors(gained, [&] {
+        return TraceRecord{{"call", "updateFinish"}, {"node", itemAddressText(nodeAddress)}, {"handle", lockHandle}};
+    });
     return resultOf(gained);
 }
 
@@ -128,6 +137,6 @@ int ZoCInventoryManager::unlock(ZoCErrorListPool& errors, unsigned lockHandle)
     const unsigned before = errors.getErrorCount();
     Target::instance().unlock(errors, lockHandle);
     const unsigned gained = errors.getErrorCount() - before;
-    traceCall({{"call", "unlock"}, {"handle", lockHandle}}, gained);
+    traceWithErrors(gained, [&] { return TraceRecord{{"call", "unlock"}, {"handle", lockHandle}}; });
     return resultOf(gained);
 }

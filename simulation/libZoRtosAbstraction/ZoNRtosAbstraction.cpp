@@ -6,6 +6,8 @@
 #include "simulation/base/Trace.h"
 #include "simulation/libZoRtosAbstraction/FlushAll.h"
 
+using TrellanSimulation::TraceRecord;
+
 namespace {
 
 // The operating system gives no way to end fsync early, so a single file is waited for as long as it takes.
@@ -29,13 +31,15 @@ bool flushAll(unsigned timeout)
 
 void ZoNRtosAbstraction::usleep(unsigned microseconds)
 {
-    TrellanSimulation::trace({{"call", "usleep"}, {"microseconds", microseconds}});
+    TrellanSimulation::traceCall([&] { return TraceRecord{{"call", "usleep"}, {"microseconds", microseconds}}; });
     TrellanSimulation::sleep(microseconds);
 }
 
 int ZoNRtosAbstraction::syncFileSystem(std::FILE* file, unsigned timeout)
 {
     const int result = (file == nullptr ? flushAll(timeout) : flushFile(file)) ? 0 : -1;
-    TrellanSimulation::trace({{"call", "syncFileSystem"}, {"timeout", timeout}, {"result", result}});
+    TrellanSimulation::traceCall([&] {
+        return TraceRecord{{"call", "syncFileSystem"}, {"timeout", timeout}, {"result", result}};
+    });
     return result;
 }

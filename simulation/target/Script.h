@@ -61,11 +61,15 @@ Script readScript(const Json& source, const Place& place);
 // How far a script's lists have been used up.
 class ScriptPositions {
 public:
-    // The entry of `entries` for the next call; null past the end. `name` tells the lists apart.
+    // The entry of `entries` for the next call; null past the end. `list`, in the element `key` where it is one's own,
+    // tells the lists apart.
     template <class Entry>
-    const Entry* next(const std::vector<Entry>& entries, const std::string& name)
+    const Entry* next(const std::vector<Entry>& entries, const char* list, const std::string& key = "")
     {
-        std::size_t& position = positions[name];
+        if (entries.empty()) {
+            return nullptr;
+        }
+        std::size_t& position = positions[key + ' ' + list];
         return position < entries.size() ? &entries[position++] : nullptr;
     }
 

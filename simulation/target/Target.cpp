@@ -93,7 +93,7 @@ void Target::update(ZoCErrorListPool& errors, const ZoCInventoryAddress& board, 
         return;
     }
     const std::string key = elementKey(board, id);
-    if (!passes(errors, positions.next(script->element(key).start, key + " start")) || !checkHandle(errors, handle)) {
+    if (!passes(errors, positions.next(script->element(key).start, "start", key)) || !checkHandle(errors, handle)) {
         return;
     }
     if (!session->file().hasElement(key)) {
@@ -115,7 +115,7 @@ UpdateProgress Target::poll(ZoCErrorListPool& errors, const ZoCInventoryAddress&
         return {};
     }
     const auto& polls = script->element(key).polls;
-    const ScriptedPoll* entry = positions.next(polls, key + " polls");
+    const ScriptedPoll* entry = positions.next(polls, "polls", key);
     const bool succeeds = passes(errors, entry);
     const UpdateProgress progress = entry != nullptr ? UpdateProgress{entry->status, entry->done, entry->total}
                                     : polls.empty()  ? session->progress(key)
@@ -131,7 +131,7 @@ void Target::collectErrors(ZoCErrorListPool& errors, const ZoCInventoryAddress& 
                            ZoCErrorListPool& results)
 {
     const std::string key = elementKey(board, id);
-    const ScriptedFinish* entry = positions.next(script->element(key).finish, key + " finish");
+    const ScriptedFinish* entry = positions.next(script->element(key).finish, "finish", key);
     passes(errors, entry);
     if (entry != nullptr) {
         addErrors(results, entry->results);

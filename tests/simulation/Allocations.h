@@ -1,0 +1,16 @@
+// How often this program asks for memory.
+#pragma once
+
+#include <cstddef>
+
+// Requests for memory of this process up to now.
+std::size_t allocationCount();
+
+// Requests for memory while `action` runs.
+template <class Action>
+std::size_t allocationsOf(Action action)
+{
+    const std::size_t before = allocationCount();
+    action();
+    return allocationCount() - before;
+}
