@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <chrono>
 #include <system_error>
 
 namespace TrellanSimulation {
@@ -32,6 +33,7 @@ int openForReading(const std::filesystem::path& path)
 
 RegularFile::RegularFile(const std::filesystem::path& path) : file(openForReading(path))
 {
+    const auto now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
     struct stat status = {};
     check(::fstat(file.get(), &status));
     if (S_ISDIR(status.st_mode)) {
@@ -40,6 +42,7 @@ RegularFile::RegularFile(const std::filesystem::path& path) : file(openForReadin
     if (!S_ISREG(status.st_mode)) {
         throw FileFault("not a regular file");
     }
+    openedAs = FileStamp(status, now);
     bytes = static_cast<std::uint64_t>(status.st_size);
 }
 

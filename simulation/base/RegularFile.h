@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "simulation/base/FileDescriptor.h"
+#include "simulation/base/FileStamp.h"
 
 namespace TrellanSimulation {
 
@@ -25,6 +26,9 @@ public:
     // In bytes, when it was opened.
     std::uint64_t size() const { return bytes; }
 
+    // As it was opened.
+    const FileStamp& stamp() const { return openedAs; }
+
     // Reads the next bytes, `length` at most, to `buffer`. Returns how many, 0 only at the end of the file. Throws
     // FileFault when they cannot be read.
     std::size_t read(char* buffer, std::size_t length);
@@ -34,6 +38,7 @@ public:
 
 private:
     FileDescriptor file;
+    FileStamp openedAs;
     std::uint64_t bytes = 0;
 };
 

@@ -63,7 +63,8 @@ unsigned Target::lock(ZoCErrorListPool& errors)
         flashDrive.requireInside();
         if (path.empty()) {
             select();
-            script = TargetFile(path).script();
+            scanned = std::make_unique<TargetFile>(path);
+            script = scanned->script();
         }
         if (!passes(errors, positions.next(script->lock, "lock"))) {
             return 0;
@@ -73,7 +74,7 @@ unsigned Target::lock(ZoCErrorListPool& errors)
             addPlatformError(errors, PlatformError::targetLocked, {});
             return 0;
         }
-        session = std::make_unique<UpdateSession>(path, std::move(targetLock), lastHandle + 1);
+        session = std::make_unique<UpdateSession>(path, takeLockedFile(), std::move(targetLock), lastHandle + 1);
         useClock(session->file().clock());
         script = session->file().script();
         return ++lastHandle;
@@ -164,12 +165,21 @@ std::unique_ptr<TreeItem> Target::readTree()
 {
     select();
     const bool locked = session && session->path() == path;
-    const auto fresh = locked ? nullptr : std::make_unique<TargetFile>(path);
-    TargetFile& file = locked ? session->file() : *fresh;
+    if (!locked) {
+        scanned = std::make_unique<TargetFile>(path);
+    }
+    TargetFile& file = locked ? session->file() : *scanned;
     script = file.script();
     useClock(file.clock());
     flashDrive.attach(path, file.flashDrive());
     return file.makeTree();
+}
+
+// Another process may have updated the device between the scan and the lock.
+std::unique_ptr<TargetFile> Target::takeLockedFile()
+{
+    std::unique_ptr<TargetFile> file = std::move(scanned);
+    return file && file->isUnchanged() ? std::move(file) : std::make_unique<TargetFile>(path);
 }
 
 void Target::select()
@@ -184,6 +194,7 @@ void Target::select()
     if (selected != path) {
         path = selected;
         positions = {};
+        scanned.reset();
         script = std::make_shared<Script>();
     }
 }

@@ -48,6 +48,7 @@ private:
 
     std::unique_ptr<TreeItem> readTree();
     void select();
+    std::unique_ptr<TargetFile> takeLockedFile();
     bool checkHandle(ZoCErrorListPool& errors, unsigned handle) const;
     void addTargetFault(ZoCErrorListPool& errors, const std::string& operation, const std::exception& fault) const;
     void finish(ZoCErrorListPool& errors, const std::string& key);
@@ -57,6 +58,7 @@ private:
     std::shared_ptr<const Script> script = std::make_shared<Script>();
     ScriptPositions positions;  // for as long as the path stays the same
     FlashDrive flashDrive;
+    std::unique_ptr<TargetFile> scanned;  // what the last scan has read; null: nothing, or a session has it
     std::unique_ptr<UpdateSession> session;
     unsigned lastHandle = 0;
 };

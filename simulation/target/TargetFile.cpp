@@ -1,6 +1,8 @@
 #include "simulation/target/TargetFile.h"
 
 #include "libZoInventoryTree/ZoNInventoryIDs.h"
+#include "simulation/base/RegularFile.h"
+#include "simulation/libZoInventoryTree/DocumentBuilder.h"
 #include "simulation/libZoInventoryTree/TreeBuilder.h"
 #include "simulation/target/AtomicFile.h"
 #include "simulation/target/FlashDrive.h"
@@ -78,9 +80,9 @@ void readFlashFile(TreeItem& item)
 
 }  // namespace
 
-TargetFile::TargetFile(const std::filesystem::path& path)
-    : path(std::filesystem::weakly_canonical(path)), document(readDocument(path))
+TargetFile::TargetFile(const std::filesystem::path& path) : path(std::filesystem::weakly_canonical(path))
 {
+    read();
     readMembers();
     findElements();
 }
@@ -119,6 +121,15 @@ void TargetFile::save()
         replaceFile(path, document.dump(2) + '\n');
         changed = false;
     }
+}
+
+void TargetFile::read()
+try {
+    RegularFile file(path);
+    stamp = file.stamp();
+    document = parseDocument(file);
+} catch (const FileFault& fault) {
+    throw DocumentFault(fault.what());
 }
 
 void TargetFile::readMembers()

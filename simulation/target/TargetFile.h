@@ -9,6 +9,7 @@
 #include <unordered_map>
 
 #include "simulation/base/Clock.h"
+#include "simulation/base/FileStamp.h"
 #include "simulation/libZoInventoryTree/Document.h"
 #include "simulation/libZoInventoryTree/TreeItem.h"
 #include "simulation/target/Script.h"
@@ -21,6 +22,9 @@ public:
     // Reads and validates the target file at `path`. Throws DocumentFault with the place of the first thing that is
     // wrong, or the reason why the file cannot be read.
     explicit TargetFile(const std::filesystem::path& path);
+
+    // Whether the file is for certain still as it was read: the same bytes.
+    bool isUnchanged() const { return stamp.isThatOf(path); }
 
     ClockKind clock() const { return clockOfTarget; }
 
@@ -48,10 +52,12 @@ public:
     void save();
 
 private:
+    void read();
     void readMembers();
     void findElements();
 
     std::filesystem::path path;  // without symbolic links
+    FileStamp stamp;
     Json document;
     ClockKind clockOfTarget = ClockKind::real;
     std::uint64_t rate = 1048576;

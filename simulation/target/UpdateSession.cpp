@@ -26,8 +26,9 @@ unsigned narrow(std::uint64_t number)
 
 }  // namespace
 
-UpdateSession::UpdateSession(const std::filesystem::path& path, std::unique_ptr<TargetLock> lock, unsigned handle)
-    : lock(std::move(lock)), targetPath(path), target(path), lockHandle(handle)
+UpdateSession::UpdateSession(const std::filesystem::path& path, std::unique_ptr<TargetFile> file,
+                             std::unique_ptr<TargetLock> lock, unsigned handle)
+    : lock(std::move(lock)), targetPath(path), target(std::move(file)), lockHandle(handle)
 {
 }
 
@@ -41,7 +42,7 @@ UpdateProgress UpdateSession::progress(const std::string& key) const
     const Update& update = updates.at(key);
     const std::uint64_t size = update.content.size;
     const std::uint64_t done =
-        update.finished ? size : transferred(now() - update.startTime, target.bytesPerSecond(), size);
+        update.finished ? size : transferred(now() - update.startTime, target->bytesPerSecond(), size);
     return {done == size ? 2U : 1U, narrow(done), narrow(size)};
 }
 
@@ -58,9 +59,9 @@ void UpdateSession::finish(const std::string& key)
         return;
     }
     update.finished = true;
-    target.installElement(key, update.content);
-    if (target.clock() == ClockKind::real) {
-        target.save();
+    target->installElement(key, update.content);
+    if (target->clock() == ClockKind::real) {
+        target->save();
     }
 }
 

@@ -22,11 +22,11 @@ struct UpdateProgress {
 
 class UpdateSession {
 public:
-    // Reads the target file at `path` (absolute, without symbolic links) anew, since another process may have updated
-    // the device before it was locked, and goes on under `lock`. Throws DocumentFault when the file cannot be read.
-    UpdateSession(const std::filesystem::path& path, std::unique_ptr<TargetLock> lock, unsigned handle);
+    // A session on the target file at `path` (absolute, without symbolic links), read as `file` under `lock`.
+    UpdateSession(const std::filesystem::path& path, std::unique_ptr<TargetFile> file, std::unique_ptr<TargetLock> lock,
+                  unsigned handle);
 
-    TargetFile& file() { return target; }
+    TargetFile& file() { return *target; }
 
     // Of the target file, absolute and without symbolic links.
     const std::filesystem::path& path() const { return targetPath; }
@@ -60,7 +60,7 @@ private:
 
     std::unique_ptr<TargetLock> lock;
     std::filesystem::path targetPath;
-    TargetFile target;
+    std::unique_ptr<TargetFile> target;
     unsigned lockHandle;
     std::unordered_map<std::string, Update> updates;
 };
