@@ -2,6 +2,8 @@
 
 #include <chrono>
 #include <thread>
+#include <utility>
+#include <vector>
 
 namespace TrellanSimulation {
 
@@ -10,11 +12,13 @@ namespace {
 struct State {
     ClockKind kind = ClockKind::real;
     std::uint64_t virtualTime = 0;
+    std::vector<const WorkBeforeSleep*> works;
 };
 
+// Never destroyed: work may end while static objects are being destroyed.
 State& state()
 {
-    static State clock;
+    static State& clock = *new State;
     return clock;
 }
 
@@ -41,11 +45,24 @@ std::uint64_t now()
 
 void sleep(std::uint64_t microseconds)
 {
+    for (const WorkBeforeSleep* work : state().works) {
+        (*work)();
+    }
     if (state().kind == ClockKind::virtualTime) {
         state().virtualTime += microseconds;
     } else {
         std::this_thread::sleep_for(std::chrono::microseconds(microseconds));
     }
+}
+
+WorkBeforeSleep::WorkBeforeSleep(std::function<void()> work) : work(std::move(work))
+{
+    state().works.push_back(this);
+}
+
+WorkBeforeSleep::~WorkBeforeSleep()
+{
+    std::erase(state().works, this);
 }
 
 }  // namespace TrellanSimulation

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 namespace TrellanSimulation {
 
@@ -17,7 +18,21 @@ ClockKind clockKind();
 // Microseconds since some fixed moment; for a virtual clock the time slept on it.
 std::uint64_t now();
 
-// Lets `microseconds` pass.
+// Lets `microseconds` pass, after the work that is due before.
 void sleep(std::uint64_t microseconds);
+
+// Work that each sleep() does before any time passes, for the time of a scope.
+class WorkBeforeSleep {
+public:
+    explicit WorkBeforeSleep(std::function<void()> work);
+    ~WorkBeforeSleep();
+    WorkBeforeSleep(const WorkBeforeSleep&) = delete;
+    WorkBeforeSleep& operator=(const WorkBeforeSleep&) = delete;
+
+    void operator()() const { work(); }
+
+private:
+    std::function<void()> work;
+};
 
 }  // namespace TrellanSimulation

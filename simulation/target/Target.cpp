@@ -123,7 +123,7 @@ UpdateProgress Target::poll(ZoCErrorListPool& errors, const ZoCInventoryAddress&
                                                      : session->finishedProgress(key);
     constexpr unsigned finished = 2;
     if (succeeds && progress.status == finished) {
-        finish(errors, key);
+        session->finish(key);
     }
     return progress;
 }
@@ -206,15 +206,6 @@ bool Target::checkHandle(ZoCErrorListPool& errors, unsigned handle) const
         addPlatformError(errors, PlatformError::handleInvalid, {std::to_string(handle)});
     }
     return valid;
-}
-
-void Target::finish(ZoCErrorListPool& errors, const std::string& key)
-{
-    try {
-        session->finish(key);
-    } catch (const std::runtime_error& fault) {
-        addTargetFault(errors, "it cannot be written: ", fault);
-    }
 }
 
 void Target::addTargetFault(ZoCErrorListPool& errors, const std::string& operation, const std::exception& fault) const

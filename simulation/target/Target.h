@@ -51,7 +51,6 @@ private:
     std::unique_ptr<TargetFile> takeLockedFile();
     bool checkHandle(ZoCErrorListPool& errors, unsigned handle) const;
     void addTargetFault(ZoCErrorListPool& errors, const std::string& operation, const std::exception& fault) const;
-    void finish(ZoCErrorListPool& errors, const std::string& key);
 
     std::string name;            // of the target file, as it was given
     std::filesystem::path path;  // of the target file, without symbolic links; empty: none yet

@@ -2,8 +2,7 @@
 
 #include <algorithm>
 #include <limits>
-
-#include "simulation/base/Clock.h"
+#include <system_error>
 
 namespace TrellanSimulation {
 
@@ -30,6 +29,9 @@ UpdateSession::UpdateSession(const std::filesystem::path& path, std::unique_ptr<
                              std::unique_ptr<TargetLock> lock, unsigned handle)
     : lock(std::move(lock)), targetPath(path), target(std::move(file)), lockHandle(handle)
 {
+    if (target->clock() == ClockKind::real) {
+        saving.emplace([this] { trySaving(); });
+    }
 }
 
 void UpdateSession::start(const std::string& key, const UpdateContent& content)
@@ -60,8 +62,14 @@ void UpdateSession::finish(const std::string& key)
     }
     update.finished = true;
     target->installElement(key, update.content);
-    if (target->clock() == ClockKind::real) {
+}
+
+// A sleep has nobody to tell of a fault; one that lasts is reported at the unlock.
+void UpdateSession::trySaving()
+{
+    try {
         target->save();
+    } catch (const std::system_error&) {
     }
 }
 

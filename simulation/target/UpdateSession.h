@@ -4,9 +4,11 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_map>
 
+#include "simulation/base/Clock.h"
 #include "simulation/target/TargetFile.h"
 #include "simulation/target/TargetLock.h"
 #include "simulation/target/UpdateContent.h"
@@ -46,12 +48,14 @@ public:
     // The started update of the element `key` as it stands when it has finished.
     UpdateProgress finishedProgress(const std::string& key) const;
 
-    // Gives the element `key`, whose update was started, its new values, once for each update. On a real clock the
-    // target file is written at once, so that a process that dies leaves the device as far as it had come. Throws
-    // std::system_error when it cannot be written.
+    // Gives the element `key`, whose update was started, its new values, once for each update. On a real clock they are
+    // in the target file before time passes again, so that a process that dies leaves the device as far as it had come;
+    // where the file cannot be written then, it is tried again at the next sleep.
     void finish(const std::string& key);
 
 private:
+    void trySaving();
+
     struct Update {
         UpdateContent content;
         std::uint64_t startTime = 0;
@@ -63,6 +67,7 @@ private:
     std::unique_ptr<TargetFile> target;
     unsigned lockHandle;
     std::unordered_map<std::string, Update> updates;
+    std::optional<WorkBeforeSleep> saving;  // on a real clock
 };
 
 }  // namespace TrellanSimulation

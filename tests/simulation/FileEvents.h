@@ -22,7 +22,7 @@ public:
     FileEvents(const FileEvents&) = delete;
     FileEvents& operator=(const FileEvents&) = delete;
 
-    // How many there were since the last call.
+    // How many there were since the last call; one and the same several times in a row may count once.
     int count() const
     {
         int events = 0;
