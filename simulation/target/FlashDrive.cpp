@@ -131,7 +131,7 @@ void makeDriveFolder()
             recreate(cn, "/mnt/cn", "cfdrive");
         }
         makeFolder(drive);
-    } catch (const std::system_error&) {
+    } catch (...) {
         ::umount2("/mnt", MNT_DETACH);  // what it was must not stay covered
         throw;
     }
