@@ -204,11 +204,19 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(TargetFile, WithEveryMemberIsAccepted)
 {
+    using namespace ZoNInventoryIDs;
     const SimulatedTarget device(fullDocument());
     const Scan scan;
-    EXPECT_EQ(scan.result, 0);
-    EXPECT_NE(scan.tree, nullptr);
-    EXPECT_EQ(scan.errors.count(), 1U);
+    ASSERT_EQ(scan.result, 0);
+    ASSERT_EQ(scan.errors.count(), 1U);
+    EXPECT_EQ(scan.errors.text(0), "noise");
+    ErrorPool errors;
+    EXPECT_EQ(scan.item(HCN).getValue<unsigned>(errors, PRODUCT / SERIAL_NUMBER), 16777232U);
+    EXPECT_EQ(scan.item(HCN / UPDATE_INFO / UPDATE_ELEMENT).getValue<ZoCVersion>(errors, VERSION), ZoCVersion("23.1"));
+    EXPECT_EQ(errors.count(), 0U);
+    EXPECT_EQ(scan.item(HCN).getValue<ZoCString>(errors, PRODUCT / NAME), ZoCString(""));
+    ASSERT_EQ(errors.count(), 1U);
+    EXPECT_EQ(errors.text(0), "cannot read");
 }
 
 TEST(TargetFile, NamesThePlaceOfAnyMemberThatIsOfTheWrongType)
