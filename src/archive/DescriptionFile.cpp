@@ -104,6 +104,7 @@ bool ZoCUpdateArchive::readFileEntries(const ZoNJson::json& entries)
         switch (entryRules.checkEntry(entry, number)) {
             case EntryVerdict::accepted:
                 files.push_back(makeUpdateFile(entry));
+                files.back().entry = number;
                 maxSequence = std::max(maxSequence, files.back().sequence);
                 break;
             case EntryVerdict::passedOver:
@@ -132,6 +133,7 @@ ZoSUpdateFile ZoCUpdateArchive::makeUpdateFile(const ZoNJson::json& entry) const
     if (entry.contains("checksumCrc32")) {
         file.checksumCrc32 = static_cast<unsigned>(entry["checksumCrc32"]);
     }
+    file.statesChecksum = file.checksumCrc32 != notAvailable;
     if (entry.contains("mode") && std::string(entry["mode"]) == "upgrade") {
         file.mode = UpdateMode::upgrade;
     }

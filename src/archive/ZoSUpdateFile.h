@@ -28,6 +28,8 @@ struct ZoSUpdateFile {
     UpdateMode mode = UpdateMode::standard;
     std::uint32_t assignedElementCount = 0;  // elements that the assignment has given this file
     bool fileMissing = false;                // found missing or unreadable in the archive's folder
+    std::uint32_t entry = 0;                 // position in "files" of the description, all entries counted
+    bool statesChecksum = false;             // the entry states checksumCrc32
 };
 
 }  // namespace ZoNUpdateArchive

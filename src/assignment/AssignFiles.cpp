@@ -21,7 +21,10 @@ void giveFile(ZoSUpdateElement& element, std::vector<ZoSUpdateFile>& files, std:
 // A record like `model`, for the file at `targetPath`.
 void makeFileSystemElement(ZoSUpdateElement& element, const ZoSUpdateElement& model, const std::string& targetPath)
 {
+    const std::uint32_t index = element.index;
     static_cast<ZoSUpdateElementValues&>(element) = model;
+    element.index = index;
+    element.isListed = false;
     element.location = platformText(targetPath);
     if (const std::size_t separator = targetPath.find_last_of("/\\"); separator != std::string::npos) {
         element.name += " (";
@@ -51,6 +54,18 @@ void ZoCUpdateAssignment::makeAssignment()
     assignUpdateFiles();
     computeRedundantUpdates();
     computeUpdatePhase();
+    computeTargetSupport();
+}
+
+void ZoCUpdateAssignment::forgetAssignment()
+{
+    for (ZoSUpdateElement& element : updateElements) {
+        element.updateFileIndex = -1;
+        element.notRequired = false;
+        element.isUpToDate = false;
+        element.blocksUpdate = false;
+    }
+    targetSupported = false;
 }
 
 void ZoCUpdateAssignment::assignUpdateFiles()
@@ -82,9 +97,8 @@ void ZoCUpdateAssignment::addFileSystemElements()
         if (!file.hasTargetPath || file.assignedElementCount != 0 || !matches(*model, file, targetPath)) {
             continue;
         }
-        ZoSUpdateElement& element = updateElements.emplace_back();
+        ZoSUpdateElement& element = inventory.appendElement();
         makeFileSystemElement(element, *model, targetPath);
-        element.index = static_cast<std::uint32_t>(updateElements.size() - 1);
         giveFile(element, updateFiles, index);
     }
 }

@@ -35,6 +35,7 @@ void ZoCUpdateAssignment::computeRedundantUpdates()
         element.notRequired = true;
         // Force repeats standard updates; an upgrade never goes back to an older or equal version.
         if (!options.force || file.mode != UpdateMode::standard) {
+            element.isUpToDate = true;
             element.disabled = true;
         }
     }

@@ -30,6 +30,10 @@ public:
     // The whole computation, once, after the archive and the inventory were read.
     void makeAssignment();
 
+    // Takes every element's file away again, before the archive is read anew: none may refer to a file that is gone,
+    // nor be marked as having its content.
+    void forgetAssignment();
+
     // Gives each element the first file that fits it, and makes elements for flash-drive files that no element took.
     void assignUpdateFiles();
 
@@ -38,6 +42,14 @@ public:
 
     // Orders the enabled elements that have a file into phases by their files' sequence numbers.
     void computeUpdatePhase();
+
+    // Tells whether the archive supports the target: it does not when an element of the HCN's or the CN's board has no
+    // file (files on the flash drive aside), since a target of which the archive knows only a part must not be updated
+    // at all. Marks the elements that block the update.
+    bool computeTargetSupport();
+
+    // What that has told last; false before.
+    bool isTargetSupported() const { return targetSupported; }
 
     // The order of phases: by sequence.
     static bool lowerThen(SortElemType a, SortElemType b);
@@ -81,4 +93,5 @@ private:
     std::vector<ZoNUpdateArchive::ZoSUpdateFile>& updateFiles;  // the archive's
     ZoCUpdateInventory::ElementList& updateElements;            // the inventory's
     std::uint32_t numberOfUpdatePhases = 0;
+    bool targetSupported = false;
 };

@@ -43,19 +43,26 @@ void ZoCUpdateInventory::generateDisplayString(const ZoCString& boardName, const
     ZoCString label = boardName.isEmpty() ? boardType : boardName;
     if (serialNumber != 0) {
         label += ", SN ";
-        if (const unsigned series = serialNumber >> 24; series != 0) {
-            label += ZoCString(serialNumber & 0xFFFFFF);
-            label += "(";
-            label += ZoCString(series);
-            label += ")";
-        } else {
-            label += ZoCString(serialNumber);
-        }
+        label += displayedSerialNumber(serialNumber);
     }
     label += ", ";
     label += type;
     displayType = type;
     displayName = label;
+}
+
+ZoCString ZoCUpdateInventory::displayedSerialNumber(unsigned int serialNumber)
+{
+    if (serialNumber == 0) {
+        return ZoCString();
+    }
+    ZoCString displayed(serialNumber & 0xFFFFFF);
+    if (const unsigned series = serialNumber >> 24; series != 0) {
+        displayed += "(";
+        displayed += ZoCString(series);
+        displayed += ")";
+    }
+    return displayed;
 }
 
 bool ZoCUpdateInventory::stringListContains(const std::string& list, const std::string& item)

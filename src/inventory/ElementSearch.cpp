@@ -48,6 +48,7 @@ void ZoCUpdateInventory::searchUpdateElements(ZoCErrorListPool& errors, ZoCInven
                                               ZoCInventoryItem* unitItem, bool reset)
 {
     if (reset) {
+        elementsByIndex.clear();
         updateElements.clear();
         hcnAddress = ZoCInventoryAddress();
         hcnFound = false;
@@ -56,11 +57,26 @@ void ZoCUpdateInventory::searchUpdateElements(ZoCErrorListPool& errors, ZoCInven
     }
     noteUnits();
     search(errors, item, unitItem);
+    numberElements();
+}
 
-    std::uint32_t index = 0;
+void ZoCUpdateInventory::numberElements()
+{
+    elementsByIndex.clear();
     for (ZoSUpdateElement& element : updateElements) {
-        element.index = index++;
+        element.index = static_cast<std::uint32_t>(elementsByIndex.size());
+        elementsByIndex.push_back(&element);
     }
+}
+
+ZoSUpdateElement* ZoCUpdateInventory::findElement(std::uint32_t index)
+{
+    return index < elementsByIndex.size() ? elementsByIndex[index] : nullptr;
+}
+
+const ZoSUpdateElement* ZoCUpdateInventory::findElement(std::uint32_t index) const
+{
+    return index < elementsByIndex.size() ? elementsByIndex[index] : nullptr;
 }
 
 // The assignment too has put elements into the list, so what an earlier search noted may no longer hold.
@@ -174,6 +190,14 @@ bool ZoCUpdateInventory::passesFilters(ZoCErrorListPool& errors, const ZoCInvent
         return stringListContains(options.serialNumbers, std::to_string(serialNumber));
     }
     return true;
+}
+
+ZoSUpdateElement& ZoCUpdateInventory::appendElement()
+{
+    ZoSUpdateElement& element = updateElements.emplace_back();
+    element.index = static_cast<std::uint32_t>(updateElements.size() - 1);
+    elementsByIndex.push_back(&element);
+    return element;
 }
 
 // Makes a new record behind the first run of its unit's records, or at the end of the list.

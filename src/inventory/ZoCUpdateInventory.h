@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 #include "ZoITrellanUpdater.h"
 #include "inventory/ZoSUpdateElement.h"
@@ -45,6 +46,10 @@ public:
     // board is not one of these nodes.
     void initFileSystemElementTemplate();
 
+    // A board's serial number as its elements' labels show it, such as "16(1)": below the highest byte, and in brackets
+    // that byte unless it is 0. Empty for 0.
+    static ZoCString displayedSerialNumber(unsigned int serialNumber);
+
     // True when `item` is one of the names in `list`, separated by commas and/or blanks. The empty name is in every
     // list.
     static bool stringListContains(const std::string& list, const std::string& item);
@@ -61,6 +66,13 @@ public:
     ElementList& getUpdateElementList() { return updateElements; }
     const ElementList& getUpdateElementList() const { return updateElements; }
 
+    // The element with this index; null when there is none.
+    ZoNUpdateInventory::ZoSUpdateElement* findElement(std::uint32_t index);
+    const ZoNUpdateInventory::ZoSUpdateElement* findElement(std::uint32_t index) const;
+
+    // Puts a new record at the end of the list, numbered like the others.
+    ZoNUpdateInventory::ZoSUpdateElement& appendElement();
+
     // Null when there is none. Owned by the inventory.
     const ZoNUpdateInventory::ZoSUpdateElement* getFileSystemElementTemplate() const
     {
@@ -75,6 +87,7 @@ public:
     std::uint32_t getRebootSupportState() const { return rebootSupportState; }
 
 private:
+    void numberElements();
     void noteUnits();
     void search(ZoCErrorListPool& errors, ZoCInventoryItem* item, ZoCInventoryItem* unitItem);
     void noteProcessingNodes(const ZoCInventoryItem& item);
@@ -87,6 +100,7 @@ private:
     const ZoCTrellanUpdater& updater;
     const ZoNTrellanUpdater::ZoTOptions& options;
     ElementList updateElements;
+    std::vector<ZoNUpdateInventory::ZoSUpdateElement*> elementsByIndex;
     std::unique_ptr<ZoNUpdateInventory::ZoSUpdateElement> fileSystemElementTemplate;
     ZoCInventoryAddress hcnAddress;
     bool hcnFound = false;

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "base/ErrorListHandle.h"
 #include "libZoComposite/ZoCString.h"
@@ -84,8 +85,27 @@ struct ZoSUpdateElement : ZoSUpdateElementValues {
         resultErrorList = ZoNUpdateBase::makeErrorList();
     }
 
+    // True when the element's update has finished without any error.
+    bool hasSucceeded() const
+    {
+        return updateState == FINISHED && statusErrorList->getErrorCount() == 0 &&
+               resultErrorList->getErrorCount() == 0;
+    }
+
     ZoNUpdateBase::ErrorListHandle statusErrorList;  // errors of starting, of polling, and of asking for the result
     ZoNUpdateBase::ErrorListHandle resultErrorList;  // errors reported by the finished update
+
+    // Written by the assignment.
+    bool isUpToDate = false;    // the update is not required, and not forced
+    bool blocksUpdate = false;  // without a file for it, nothing of the target is updated
+    bool isListed = true;       // the target lists it; false: made for a file that is not there yet
+
+    // Written by the host.
+    bool isExcluded = false;  // left out of the update
+
+    // Written by the operation, for the latest update.
+    bool fileWasMissing = false;  // so it was not begun
+    std::string writeError;       // why its file on the flash drive was not written, as a message; empty: no such error
 };
 
 }  // namespace ZoNUpdateInventory

@@ -75,6 +75,7 @@ void ZoCUpdateOperation::startFileSystemUpdate(ZoSUpdateElement& element, Writte
         element.updateState = FINISHED;
         updater->print("\n");
     } else {
+        element.writeError = messages.back();
         failToStart(element);
     }
     for (const std::string& message : messages) {

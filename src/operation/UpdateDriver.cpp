@@ -48,7 +48,7 @@ ZoCUpdateOperation::ZoCUpdateOperation(const ZoCTrellanUpdater* updater, const Z
 
 bool ZoCUpdateOperation::update(ZoCErrorListPool& errors)
 {
-    if (pendingElements != nullptr) {
+    if (isUpdating()) {
         return false;  // asked for by a host's callback, in the middle of an update
     }
     setUpdateStates();
@@ -75,6 +75,8 @@ void ZoCUpdateOperation::setUpdateStates()
         const bool isPending = !element.disabled && element.updateFileIndex != -1;
         element.updateState = isPending ? PENDING : NOTHING_TO_DO;
         element.statusErrorCount = 0;
+        element.fileWasMissing = false;
+        element.writeError.clear();
     }
 }
 
@@ -158,6 +160,7 @@ bool ZoCUpdateOperation::checkMissingUpdateFiles(PhaseList& list)
         isMissing = true;
         file.fileMissing = true;
         element->updateState = NOTHING_TO_DO;
+        element->fileWasMissing = true;
         updater->print("\n%s cannot be updated. Update file %s not found!\n", element->displayName.c_str(),
                        file.name.c_str());
     }

@@ -37,7 +37,7 @@ bool ZoCUpdateOperation::collectErrors(ZoSUpdateElement& element)
     if (isFinished) {
         ZoCInventoryManager::getInstance()->updateErrors2(*element.statusErrorList, element.boardAddress, lockHandle,
                                                           element.id, *element.resultErrorList, nullptr);
-        if (element.statusErrorList->getErrorCount() == 0 && element.resultErrorList->getErrorCount() == 0) {
+        if (element.hasSucceeded()) {
             return true;
         }
         updater->ReportFailure(element.index);

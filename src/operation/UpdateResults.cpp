@@ -8,12 +8,6 @@ namespace {
 
 constexpr unsigned errorIndent = 7;
 
-bool hasSucceeded(const ZoSUpdateElement& element)
-{
-    return element.updateState == FINISHED && element.statusErrorList->getErrorCount() == 0 &&
-           element.resultErrorList->getErrorCount() == 0;
-}
-
 }  // namespace
 
 bool ZoCUpdateOperation::printUpdateResults(ZoCErrorListPool& errors, bool filesMissing) const
@@ -26,7 +20,7 @@ bool ZoCUpdateOperation::printUpdateResults(ZoCErrorListPool& errors, bool files
         }
         errors += *element.statusErrorList;
         errors += *element.resultErrorList;
-        if (!hasSucceeded(element)) {
+        if (!element.hasSucceeded()) {
             ++failed;
             printFailure(element);
         }

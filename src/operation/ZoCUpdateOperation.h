@@ -27,6 +27,9 @@ public:
     // host's callback while an update is running.
     bool update(ZoCErrorListPool& errors);
 
+    // True while update() is at work.
+    bool isUpdating() const { return pendingElements != nullptr; }
+
     // Lock and unlock the target. False when errors were added; printed only with `verbose`. Unlocking tells the CN and
     // the HCN first that no more updates will come.
     bool lockInventory(ZoCErrorListPool& errors);

@@ -55,12 +55,6 @@ private:
     bool& isAtWork;
 };
 
-// True when the node at `address` carries the element and has no file for it.
-bool lacksFile(const ZoNUpdateInventory::ZoSUpdateElement& element, bool found, const ZoCInventoryAddress& address)
-{
-    return found && element.updateFileIndex == -1 && element.boardAddress == address;
-}
-
 }  // namespace
 
 unsigned ZoCTrellanUpdater::apply()
@@ -79,7 +73,7 @@ unsigned ZoCTrellanUpdater::apply()
             getToolVersion().getAsString().c_str());
     }
     if (needed.archive) {
-        forgetAssignment();
+        assignment->forgetAssignment();
     }
     if (needed.archive && !archive->read(errors)) {
         print("ERROR: Failed to read firmware archive.\n");
@@ -102,36 +96,15 @@ unsigned ZoCTrellanUpdater::apply()
     return applied;
 }
 
-// An element of an earlier apply() must not refer to a file that is gone once the archive is read again, nor be marked
-// as having its content.
-void ZoCTrellanUpdater::forgetAssignment()
-{
-    for (auto& element : inventory->getUpdateElementList()) {
-        element.updateFileIndex = -1;
-        element.notRequired = false;
-    }
-}
-
 bool ZoCTrellanUpdater::checkHcnCnSupport()
 {
-    ZoCInventoryAddress hcnAddress;
-    ZoCInventoryAddress cnAddress;
-    const bool hcnFound = inventory->getHcnAddress(hcnAddress);
-    const bool cnFound = inventory->getCnAddress(cnAddress);
-
-    bool supported = true;
-    for (const auto& element : inventory->getUpdateElementList()) {
-        if (!element.isFileSystemElement &&
-            (lacksFile(element, hcnFound, hcnAddress) || lacksFile(element, cnFound, cnAddress))) {
-            supported = false;
-        }
+    if (assignment->computeTargetSupport()) {
+        return true;
     }
-    if (!supported) {
-        for (auto& element : inventory->getUpdateElementList()) {
-            element.disabled = true;
-        }
+    for (auto& element : inventory->getUpdateElementList()) {
+        element.disabled = true;
     }
-    return supported;
+    return false;
 }
 
 int ZoCTrellanUpdater::run()

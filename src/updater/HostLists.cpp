@@ -70,12 +70,9 @@ void ZoCTrellanUpdater::getUpdateElementList(ZoTUpdateElement*& list, unsigned& 
 
 void ZoCTrellanUpdater::disableUpdateElement(unsigned index)
 {
-    unsigned position = 0;
-    for (auto& element : inventory->getUpdateElementList()) {
-        if (position++ == index) {
-            element.disabled = true;
-            return;
-        }
+    if (auto* const element = inventory->findElement(index); element != nullptr) {
+        element->isExcluded = true;
+        element->disabled = true;
     }
 }
 

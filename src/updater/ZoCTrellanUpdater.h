@@ -76,9 +76,17 @@ public:
     static ZoCString tstring2ZoCString(const std::string& text);
     static std::string ZoCString2tstring(const ZoCString& text);
 
-    // False when the HCN's or the CN's board has an element without an update file (files on the flash drive aside).
-    // All elements are disabled then: a target of which the archive knows only a part must not be updated at all.
+    // False when the archive does not support the target. All elements are disabled then.
     bool checkHcnCnSupport();
+
+    // The working classes.
+    const ZoCUpdateArchive& getArchive() const { return *archive; }
+    const ZoCUpdateInventory& getInventory() const { return *inventory; }
+    const ZoCUpdateAssignment& getAssignment() const { return *assignment; }
+    const ZoCUpdateOperation& getOperation() const { return *operation; }
+
+    // The options that it works with.
+    const ZoNTrellanUpdater::ZoTOptions& getOptions() const { return options; }
 
 protected:
     // In the order of their construction; the working classes refer to what stands above them.
@@ -92,7 +100,6 @@ private:
     void printError(const ZoCErrorListPool& errors, unsigned index, unsigned indent) const;
     void printErrorDetails(const ZoCErrorListPool& errors, unsigned index) const;
     bool performCommand(ZoCErrorListPool& errors);
-    void forgetAssignment();
 
     void (*phaseCallBack)(unsigned) = nullptr;
     void (*failureCallBack)(unsigned) = nullptr;
