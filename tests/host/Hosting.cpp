@@ -21,11 +21,19 @@ Library::Library() : handle(::dlopen(TRELLAN_LIBRARY, RTLD_NOW | RTLD_LOCAL))
     if (handle == nullptr) {
         throw std::runtime_error(::dlerror());
     }
-    void* symbol = ::dlsym(handle, "_ZN17ZoITrellanUpdater14createInstanceEN17ZoNTrellanUpdater10ZoTOptionsE");
-    if (symbol == nullptr) {
+    factory =
+        reinterpret_cast<Factory*>(find("_ZN17ZoITrellanUpdater14createInstanceEN17ZoNTrellanUpdater10ZoTOptionsE"));
+    inspectorFactory =
+        reinterpret_cast<InspectorFactory*>(find("_ZN19ZoITrellanInspector14createInstanceER17ZoITrellanUpdater"));
+}
+
+void* Library::find(const char* symbol) const
+{
+    void* const found = ::dlsym(handle, symbol);
+    if (found == nullptr) {
         throw std::runtime_error(::dlerror());
     }
-    factory = reinterpret_cast<Factory*>(symbol);
+    return found;
 }
 
 Library::~Library()
@@ -36,6 +44,11 @@ Library::~Library()
 std::unique_ptr<ZoITrellanUpdater> Library::create(const ZoTOptions& options) const
 {
     return std::unique_ptr<ZoITrellanUpdater>(factory(options));
+}
+
+std::unique_ptr<ZoITrellanInspector> Library::inspect(ZoITrellanUpdater& updater) const
+{
+    return std::unique_ptr<ZoITrellanInspector>(inspectorFactory(updater));
 }
 
 ordered_json twoElements()

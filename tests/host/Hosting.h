@@ -1,6 +1,6 @@
 // What the host's tests share: the loaded library, and a target with two elements.
 //
-// This program is not linked with the library: it is loaded at run time and reached through its factory only.
+// This program is not linked with the library: it is loaded at run time and reached through its factories only.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+#include "ZoITrellanInspector.h"
 #include "ZoITrellanUpdater.h"
 #include "libZoErrorHandling/ZoCErrorManager.h"
 #include "support/SimulatedTarget.h"
@@ -23,14 +24,19 @@ public:
     Library(const Library&) = delete;
     Library& operator=(const Library&) = delete;
 
-    // Calls the factory.
+    // Call the factories.
     std::unique_ptr<ZoITrellanUpdater> create(const ZoNTrellanUpdater::ZoTOptions& options) const;
+    std::unique_ptr<ZoITrellanInspector> inspect(ZoITrellanUpdater& updater) const;
 
 private:
     using Factory = ZoITrellanUpdater*(ZoNTrellanUpdater::ZoTOptions);
+    using InspectorFactory = ZoITrellanInspector*(ZoITrellanUpdater&);
+
+    void* find(const char* symbol) const;
 
     void* handle;
-    Factory* factory;
+    Factory* factory = nullptr;
+    InspectorFactory* inspectorFactory = nullptr;
 };
 
 // A board with a firmware (id 1) and an FPGA (id 2), version 1.0, checksum 5.

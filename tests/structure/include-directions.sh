@@ -3,7 +3,7 @@
 #
 #   from                          may include
 #   platform                      the standard library, platform
-#   include                       the standard library
+#   include                       the standard library, include
 #   base                          include, platform, base
 #   facade (ZoCTrellanUpdater.h)  the above, facade; likewise the records (ZoSUpdateFile.h, ZoSUpdateElement.h)
 #   archive, inventory            the above, their own folder
@@ -41,6 +41,7 @@ group() {
 allowed() {
     case $1 in
         platform) answer="platform" ;;
+        include) answer="include" ;;
         base) answer="include platform base" ;;
         facade) answer="include platform base facade" ;;
         archive | inventory) answer="include platform base facade $1" ;;

@@ -9,7 +9,9 @@ unset LD_LIBRARY_PATH DESTDIR
 
 cmake --install "$build" --prefix "$work/installed" >/dev/null
 mv "$work/installed" "$work/moved"
-[ -f "$work/moved/include/ZoITrellanUpdater.h" ] || { echo "the public header is not installed" >&2; exit 1; }
+for header in "$source"/include/*.h; do
+    cmp "$header" "$work/moved/include/${header##*/}" || { echo "a public header is not installed" >&2; exit 1; }
+done
 "$work/moved/bin/trellan-update" installed --target "$source/examples/target.json" >"$work/output"
 grep -q '^Processor board, SN 16(1), Firmware  *| 23.1 *$' "$work/output" || { cat "$work/output" >&2; exit 1; }
 

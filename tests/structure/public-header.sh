@@ -1,16 +1,20 @@
 #!/usr/bin/env bash
-# Checks that hosts can use the public header with C++11 and nothing else, and that one with other strings than the library's
-# is refused. Usage: public-header.sh HEADER COMPILER
+# Checks that hosts can use the public headers with C++11 and nothing else, and that one with other strings than the library's
+# is refused. Usage: public-header.sh INCLUDE_FOLDER COMPILER
 set -u
-header=${1:?header}
+include=${1:?include folder}
 compiler=${2:?compiler}
 flags="-std=c++11 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -x c++"
 
-# shellcheck disable=SC2086
-"$compiler" $flags "$header" || { echo "the header does not compile as C++11"; exit 1; }
+for header in "$include"/*.h; do
+    # shellcheck disable=SC2086
+    "$compiler" $flags "$header" || { echo "$header does not compile as C++11"; exit 1; }
+done
 
 # shellcheck disable=SC2086
-"$compiler" $flags -I"$(dirname "$header")" - <<'HOST' || { echo "a host that includes the header does not compile"; exit 1; }
+"$compiler" $flags -I"$include" - <<'HOST' || { echo "a host that includes the headers does not compile"; exit 1; }
+#include "ZoITrellanInspector.h"
+#include "ZoITrellanInspector.h"
 #include "ZoITrellanUpdater.h"
 #include "ZoITrellanUpdater.h"
 
@@ -37,6 +41,20 @@ int main()
     updater->disableUpdateElement(count);
     std::string name, version, product, format, variant;
     updater->getArchiveInfo(name, version, product, format, variant);
+    ZoITrellanInspector* inspector = ZoITrellanInspector::createInstance(*updater);
+    for (unsigned i = 0; i < inspector->getElementCount(); ++i) {
+        const ZoNTrellanInspector::ZoTElement& element = inspector->getElement(i);
+        count += element.state == ZoNTrellanInspector::ZoTState::FAILED && element.filePosition >= 0 ? 1 : 0;
+        name = inspector->getElementKeys(i).boardType;
+        for (unsigned j = 0; j < inspector->getElementErrorCount(i); ++j) {
+            name = inspector->getElementError(i, j).text;
+        }
+    }
+    for (unsigned i = 0; i < inspector->getFileCount(); ++i) {
+        name = inspector->getFile(i).path;
+    }
+    count += inspector->isTargetSupported() ? inspector->getPhaseCount() : 0;
+    delete inspector;
     const bool rebooted = updater->checkRebootSupport(count) && updater->reboot();
     delete updater;
     return updated || rebooted ? 0 : 1;
@@ -44,10 +62,10 @@ int main()
 HOST
 
 # shellcheck disable=SC2086
-if refusal=$(LC_ALL=C "$compiler" $flags -D_GLIBCXX_USE_CXX11_ABI=0 "$header" 2>&1); then
+if refusal=$(LC_ALL=C "$compiler" $flags -D_GLIBCXX_USE_CXX11_ABI=0 "$include/ZoITrellanUpdater.h" 2>&1); then
     echo "a host with strings of another layout compiles"
     exit 1
 fi
 grep -q 'error.*uses the C++11 strings of libstdc++: compile this host with _GLIBCXX_USE_CXX11_ABI=1' <<<"$refusal" ||
     { echo "a host with strings of another layout is not told why it is refused:"; echo "$refusal"; exit 1; }
-echo "the public header compiles as C++11"
+echo "the public headers compile as C++11"

@@ -1,0 +1,133 @@
+// What an updater knows beyond the lists of the main header, for host tools that explain an update.
+//
+//   std::unique_ptr<ZoITrellanUpdater> updater(ZoITrellanUpdater::createInstance(options));
+//   std::unique_ptr<ZoITrellanInspector> inspector(ZoITrellanInspector::createInstance(*updater));
+//   updater->apply();
+//   for (unsigned i = 0; i < inspector->getElementCount(); ++i) {
+//       if (inspector->getElement(i).state == ZoNTrellanInspector::ZoTState::NO_FILE) { ... }
+//   }
+//
+// An inspector looks and changes nothing. It may be asked before apply(), between apply() and run(), in a callback and
+// after run(), and answers by what is known then. It is used on the thread of its updater. Compiles as C++11.
+//
+// Records are handed out by reference and belong to the inspector: later versions append members, so a host never makes
+// one itself, nor an array of them. A reference holds until the same operation of the same inspector is called again,
+// or the inspector is deleted. Enumerations may get further values. Texts are as they stand on the target or in the
+// archive; they may hold any byte.
+#ifndef ZOITRELLANINSPECTOR_H
+#define ZOITRELLANINSPECTOR_H
+
+#include <cstdint>
+#include <string>
+
+#include "ZoITrellanUpdater.h"
+
+namespace ZoNTrellanInspector {
+
+// What becomes, or became, of an element. Before an update the first of NO_FILE to UPDATE that holds; run() of an
+// update turns UPDATE into one of those behind it, element by element.
+enum class ZoTState : std::uint32_t {
+    NO_FILE = 0,       // no entry of the archive fits, or no archive was read
+    CUSTOM = 1,        // a custom element, left out by ZoTOptions::disableCustomElements
+    UP_TO_DATE = 2,    // the update is not required, and not forced
+    EXCLUDED = 3,      // left out by disableUpdateElement
+    BLOCKED = 4,       // the archive does not support the target
+    UPDATE = 5,        // will be updated
+    UPDATED = 6,       // was updated, without errors
+    FAILED = 7,        // failed, or finished with errors
+    CANCELLED = 8,     // not begun, since an earlier update of its board failed
+    MISSING_FILE = 9,  // not begun, since its update file was missing
+    NOT_STARTED = 10,  // not begun: the target could not be locked, or the update was stopped before
+    RUNNING = 11       // begun, and not known to have ended: the update is at work, or was stopped
+};
+
+// An element of the list that getUpdateElementList gives.
+struct ZoTElement {
+    std::uint32_t index;                // position in that list
+    std::string name;                   // by which ZoTOptions::elementNames selects it
+    std::string displayedSerialNumber;  // as its display name shows it, such as "16(1)"; empty for none
+    std::string boardAddress;           // of its board in the inventory
+    bool isListed;                      // the target lists it; false: a file that the flash drive does not have yet
+    bool hasInstalledChecksum;          // the target gives one
+    std::uint32_t installedChecksum;    // 0 without one
+    std::int32_t filePosition;          // of its update file in the list of getFile; -1 without a file
+    bool isDowngrade;                   // the file's version and the installed one are known, and the file's is lower
+    ZoTState state;
+    bool blocksUpdate;  // it has no file, and therefore the archive does not support the target
+};
+
+// What an archive entry has to state to fit an element.
+struct ZoTKeys {
+    std::string boardType;
+    bool hasBoardVariant;  // false: the variant is null
+    std::string boardVariant;
+    std::uint32_t boardId;
+    std::uint32_t hwCompatibilityId;
+    std::uint32_t swCompatibilityId;
+    bool isFile;             // a file on the flash drive: a target path is stated, otherwise an id
+    std::uint32_t id;        // 0 for a file
+    std::string targetPath;  // "*": any; empty for what is no file
+};
+
+// One error of an element's update.
+struct ZoTError {
+    bool hasCode;  // false: a message of the library itself about a file on the flash drive, with nothing but its text
+    std::uint32_t code;
+    std::string text;          // without a line end
+    std::uint32_t originNode;  // serial number of the board that reported it; 0: the host
+    double time;               // seconds, by the clock of whoever reported it; 0: not known
+    std::uint32_t mainModule;  // number of the module that reported it; 0: not known
+    std::uint32_t subModule;
+    std::string function;  // where it happened; empty: not known
+    std::uint32_t line;
+};
+
+// An update file of the list that getUpdateFileList gives.
+struct ZoTFile {
+    std::uint32_t entry;  // position in "files" of the description, from 0; those that are passed over count too
+    std::string name;
+    std::string path;            // of the file: the archive's folder and the name
+    std::uint32_t sequence;      // files with a smaller number are installed first
+    bool isUpgrade;              // its "mode" is "upgrade": only an older version is replaced
+    std::string version;         // of the content; empty when not known
+    bool hasChecksum;            // the entry states one, or else the file's header
+    std::uint32_t checksum;      // 0 without one
+    bool statesChecksum;         // the entry states it
+    bool isForFlashDrive;        // it has a target path
+    std::uint32_t elementCount;  // elements that it was given to
+};
+
+}  // namespace ZoNTrellanInspector
+
+// Looks into an updater. The virtual operations are called through their slots: new ones are appended. They may throw
+// std::bad_alloc when memory is short, and std::out_of_range for a position that there is not.
+class ZO_TRELLAN_EXPORT ZoITrellanInspector {
+public:
+    // Makes an inspector of `updater`, which must outlive it; owned by the caller and released with delete. Throws
+    // std::invalid_argument when `updater` is none of this library's.
+    static ZoITrellanInspector* createInstance(ZoITrellanUpdater& updater);
+
+    virtual ~ZoITrellanInspector() {}
+
+    // The elements, as many as getUpdateElementList gives and in its order.
+    virtual unsigned getElementCount() = 0;
+    virtual const ZoNTrellanInspector::ZoTElement& getElement(unsigned index) = 0;
+    virtual const ZoNTrellanInspector::ZoTKeys& getElementKeys(unsigned index) = 0;
+
+    // The errors of the element's update, up to now.
+    virtual unsigned getElementErrorCount(unsigned index) = 0;
+    virtual const ZoNTrellanInspector::ZoTError& getElementError(unsigned index, unsigned position) = 0;
+
+    // True when the archive supports the target, whatever the command; false before apply() has told.
+    virtual bool isTargetSupported() = 0;
+
+    // The phases that an update has, as the phase callback counts them: 0 to this number minus 1. One of which all
+    // elements are left out counts too.
+    virtual unsigned getPhaseCount() = 0;
+
+    // The update files, as many as getUpdateFileList gives and in its order.
+    virtual unsigned getFileCount() = 0;
+    virtual const ZoNTrellanInspector::ZoTFile& getFile(unsigned position) = 0;
+};
+
+#endif

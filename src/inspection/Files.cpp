@@ -1,0 +1,41 @@
+// What the inspector tells of the archive's update files.
+#include <stdexcept>
+
+#include "archive/ZoCUpdateArchive.h"
+#include "base/PlatformText.h"
+#include "inspection/ZoCTrellanInspector.h"
+
+using namespace ZoNUpdateArchive;
+using namespace ZoNUpdateBase;
+using ZoNTrellanInspector::ZoTFile;
+
+const ZoSUpdateFile& ZoCTrellanInspector::fileAt(unsigned position) const
+{
+    const auto& files = updater.getArchive().getUpdateFileList();
+    if (position >= files.size()) {
+        throw std::out_of_range("ZoITrellanInspector: there is no such file");
+    }
+    return files[position];
+}
+
+unsigned ZoCTrellanInspector::getFileCount()
+{
+    return static_cast<unsigned>(updater.getArchive().getUpdateFileList().size());
+}
+
+const ZoTFile& ZoCTrellanInspector::getFile(unsigned position)
+{
+    const ZoSUpdateFile& source = fileAt(position);
+    file.entry = source.entry;
+    file.name = allText(source.name);
+    file.path = updater.getOptions().archivePath + "/" + allText(source.name);
+    file.sequence = source.sequence;
+    file.isUpgrade = source.mode == UpdateMode::upgrade;
+    file.version = source.version.getAsULong64() != 0 ? allText(source.version.getAsString()) : std::string();
+    file.hasChecksum = source.checksumCrc32 != notAvailable;
+    file.checksum = file.hasChecksum ? source.checksumCrc32 : 0;
+    file.statesChecksum = source.statesChecksum;
+    file.isForFlashDrive = source.hasTargetPath;
+    file.elementCount = source.assignedElementCount;
+    return file;
+}

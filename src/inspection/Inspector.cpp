@@ -1,0 +1,25 @@
+// The inspector's creation, and what it tells of the target and of the update as a whole.
+#include <memory>
+#include <stdexcept>
+
+#include "inspection/ZoCTrellanInspector.h"
+#include "operation/ZoCUpdateOperation.h"
+
+ZoITrellanInspector* ZoITrellanInspector::createInstance(ZoITrellanUpdater& updater)
+{
+    const auto* const inspected = dynamic_cast<const ZoCTrellanUpdater*>(&updater);
+    if (inspected == nullptr) {
+        throw std::invalid_argument("ZoITrellanInspector: an updater of another make");
+    }
+    return std::make_unique<ZoCTrellanInspector>(*inspected).release();
+}
+
+bool ZoCTrellanInspector::isTargetSupported()
+{
+    return updater.getAssignment().isTargetSupported();
+}
+
+unsigned ZoCTrellanInspector::getPhaseCount()
+{
+    return updater.getAssignment().getNumberOfUpdatePhases();
+}

@@ -1,0 +1,44 @@
+// ZoCTrellanInspector: the inspector behind the public interface.
+//
+// Keeps nothing but the records that it hands out: every answer is taken from the updater at the time of the question.
+#pragma once
+
+#include "ZoITrellanInspector.h"
+#include "updater/ZoCTrellanUpdater.h"
+
+namespace ZoNUpdateArchive {
+struct ZoSUpdateFile;
+}
+namespace ZoNUpdateInventory {
+struct ZoSUpdateElement;
+}
+
+class ZoCTrellanInspector : public ZoITrellanInspector {
+public:
+    // `updater` must outlive the inspector.
+    explicit ZoCTrellanInspector(const ZoCTrellanUpdater& updater) : updater(updater) {}
+    ZoCTrellanInspector(const ZoCTrellanInspector&) = delete;
+    ZoCTrellanInspector& operator=(const ZoCTrellanInspector&) = delete;
+
+    // The public interface; see there.
+    unsigned getElementCount() override;
+    const ZoNTrellanInspector::ZoTElement& getElement(unsigned index) override;
+    const ZoNTrellanInspector::ZoTKeys& getElementKeys(unsigned index) override;
+    unsigned getElementErrorCount(unsigned index) override;
+    const ZoNTrellanInspector::ZoTError& getElementError(unsigned index, unsigned position) override;
+    bool isTargetSupported() override;
+    unsigned getPhaseCount() override;
+    unsigned getFileCount() override;
+    const ZoNTrellanInspector::ZoTFile& getFile(unsigned position) override;
+
+private:
+    // These throw std::out_of_range.
+    const ZoNUpdateInventory::ZoSUpdateElement& elementAt(unsigned index) const;
+    const ZoNUpdateArchive::ZoSUpdateFile& fileAt(unsigned position) const;
+
+    const ZoCTrellanUpdater& updater;
+    ZoNTrellanInspector::ZoTElement element{};
+    ZoNTrellanInspector::ZoTKeys keys{};
+    ZoNTrellanInspector::ZoTError error{};
+    ZoNTrellanInspector::ZoTFile file{};
+};
