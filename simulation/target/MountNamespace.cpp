@@ -15,14 +15,19 @@ namespace TrellanSimulation {
 
 namespace {
 
+// The calling thread's namespace.
+constexpr const char* current = "/proc/thread-self/ns/mnt";
+
 FileDescriptor openCurrent()
 {
-    FileDescriptor current(::open("/proc/thread-self/ns/mnt", O_RDONLY | O_CLOEXEC));
-    if (!current.isOpen()) {
-        throw std::runtime_error(
-            "its flash drive cannot be mounted without /proc: mount that, or leave flashDrive out");
+    FileDescriptor opened(::open(current, O_RDONLY | O_CLOEXEC));
+    if (opened.isOpen()) {
+        return opened;
     }
-    return current;
+    if (errno != ENOENT) {
+        throwSystemFault(std::string("open ") + current);
+    }
+    throw std::runtime_error("its flash drive cannot be mounted without /proc: mount that, or leave flashDrive out");
 }
 
 bool isSame(const struct stat& left, const struct stat& right)
@@ -146,7 +151,7 @@ void MountNamespace::enter()
 
 void MountNamespace::requireInside() const
 {
-    if (entered.isOpen() && !isSame(statusOf(entered), statusOf(openCurrent()))) {
+    if (entered.isOpen() && !isSame(statusOf(entered), statusOf(current))) {
         throw std::runtime_error(
             "this thread does not see the flash drive: use the target from the thread that scanned it first, or from "
             "threads that this one starts after the scan");
