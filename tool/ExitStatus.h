@@ -4,11 +4,14 @@
 namespace TrellanTool {
 
 enum ExitStatus {
-    SUCCESS = 0,        // the command succeeded
-    FAILURE = 1,        // it failed, or errors were reported
-    WRONG_USAGE = 2,    // the command line is not understood; nothing was done
-    NOT_READ = 3,       // the archive or the target's inventory cannot be read
-    NOT_SUPPORTED = 4,  // the archive does not support the target; nothing was updated
+    SUCCESS = 0,             // the command succeeded
+    FAILURE = 1,             // it failed, or errors were reported
+    WRONG_USAGE = 2,         // the command line is not understood; nothing was done
+    NOT_READ = 3,            // the archive or the target's inventory cannot be read
+    NOT_SUPPORTED = 4,       // the archive does not support the target; nothing was updated
+    NOTHING_SELECTED = 5,    // the filters select no element; nothing was updated
+    REFUSED = 6,             // the check before an update found errors, or a plan does not hold; nothing was updated
+    UPDATES_AVAILABLE = 10,  // in place of SUCCESS, where asked for: there is something to update
 };
 
 }  // namespace TrellanTool

@@ -87,11 +87,21 @@ TEST_F(ProcessTest, ReportedErrorsEndWith1BesideTheDocument)
     EXPECT_TRUE(schema.violations(json::parse(result.output)).empty()) << result.output;
 }
 
-TEST_F(ProcessTest, WithoutSuccessThereIsNoDocument)
+TEST_F(ProcessTest, WithoutSuccessTheDocumentTellsWhy)
 {
-    const ProcessResult result = tool({"scan", "--json", "--target", "absent.json"});
-    EXPECT_EQ(result.status, 3);
-    EXPECT_EQ(result.output, "");
+    const JsonSchema schema(json::parse(readText(TRELLAN_SOURCE_DIR "/docs/trellan-update.schema.json")));
+    for (const char* const command : {"installed", "scan", "reboot-support"}) {
+        const ProcessResult result = tool({command, "--json", "--target", "absent.json"});
+        EXPECT_EQ(result.status, 3);
+        const json document = json::parse(result.output);
+        EXPECT_TRUE(schema.violations(document).empty()) << result.output;
+        EXPECT_EQ(document["command"], command);
+        EXPECT_EQ(document["error"], json({{"status", 3},
+                                           {"message",
+                                            "ERROR: Cannot read target device information.\n"
+                                            "\tPower-cycle the system and retry.\n"
+                                            "\tIf the problem persists, contact Velorant support."}}));
+    }
 }
 
 TEST_F(ProcessTest, TheTargetIsTakenFromTheEnvironmentUnlessItIsGiven)

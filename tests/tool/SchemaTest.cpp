@@ -18,7 +18,7 @@ std::vector<std::string> violations(const json& document)
 
 json listDocument()
 {
-    return json::parse(R"({"command": "list",
+    return json::parse(R"({"schemaVersion": 1, "command": "list",
                            "archive": {"name": "", "version": "", "productName": "", "formatVersion": "", "variant": ""},
                            "files": [{"name": "a", "version": "1.0"}]})");
 }
@@ -36,7 +36,7 @@ bool names(const std::vector<std::string>& found, const std::string& place, cons
 TEST(SchemaTest, ADocumentOfOneCommandConforms)
 {
     EXPECT_TRUE(violations(listDocument()).empty());
-    EXPECT_TRUE(violations({{"command", "scan"}, {"elements", json::array()}}).empty());
+    EXPECT_TRUE(violations({{"schemaVersion", 1}, {"command", "scan"}, {"elements", json::array()}}).empty());
 }
 
 TEST(SchemaTest, AnUnknownMemberIsFound)
@@ -65,7 +65,7 @@ TEST(SchemaTest, AWrongTypeIsFound)
 TEST(SchemaTest, AnotherCommandIsFound)
 {
     json document = listDocument();
-    document["command"] = "update";
+    document["command"] = "describe";
     EXPECT_TRUE(names(violations(document), "<root>[command]", "'const'"));
     EXPECT_TRUE(names(violations(document), "<root>", "oneOf"));
 }

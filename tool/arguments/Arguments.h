@@ -22,6 +22,7 @@ struct Arguments {
     std::optional<std::string> targetFile;  // value for TRELLAN_TARGET, absolute
     std::optional<std::string> traceFile;   // value for TRELLAN_TRACE, absolute
     bool noCheck = false;                   // do just what the library does
+    bool detailedExitStatus = false;        // end with UPDATES_AVAILABLE where there is something to update
     bool json = false;                      // print a JSON document in place of the library's text
     bool help = false;                      // print the command's help, or the tool's, and do nothing else
     bool version = false;                   // print the tool's version and do nothing else

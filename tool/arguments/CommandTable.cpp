@@ -19,8 +19,9 @@ constexpr unsigned OF_ELEMENTS = OF_TARGET | ELEMENTS;
 constexpr unsigned OF_BOTH = OF_ARCHIVE | OF_ELEMENTS | FILES;
 
 constexpr Command table[] = {
-    {"version", "", LIBRARY, TOOL_VERSION, runInLibrary, "Print the version of the update library"},
-    {"archive-version", "ARCHIVE", OF_ARCHIVE, ARCHIVE_VERSION, runInLibrary, "Print the version of the archive"},
+    {"version", "", LIBRARY | DOCUMENT, TOOL_VERSION, runInLibrary, "Print the version of the update library"},
+    {"archive-version", "ARCHIVE", OF_ARCHIVE | DOCUMENT, ARCHIVE_VERSION, runInLibrary,
+     "Print the version of the archive"},
     {"list", "ARCHIVE", OF_ARCHIVE | DOCUMENT, PRINT_ARCHIVE, runInLibrary, "Print the archive's update files"},
     {"describe", "ARCHIVE", OF_ARCHIVE, OUTPUT_DESCRIPTION, runInLibrary,
      "Print the archive description as JSON, missing checksums filled in"},
@@ -30,7 +31,7 @@ constexpr Command table[] = {
     {"compare", "ARCHIVE", OF_BOTH | DOCUMENT, COMPARE_VERSIONS, runInLibrary,
      "Print installed and available versions side by side"},
     {"update", "ARCHIVE", OF_BOTH | UPDATES, UPDATE, runInLibrary, "Update the target"},
-    {"reboot-support", "", OF_TARGET, READ_INVENTORY, tellRebootSupport,
+    {"reboot-support", "", OF_TARGET | DOCUMENT, READ_INVENTORY, tellRebootSupport,
      "Tell whether the device can be rebooted automatically"},
     {"help", "[COMMAND]", 0, 0, printHelp, "Print what the tool does, or a command's options"},
 };

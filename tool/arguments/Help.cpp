@@ -22,6 +22,9 @@ constexpr ExitMeaning exitMeanings[] = {
     {EVERYTHING, "  2  wrong usage\n"},
     {ARCHIVE | TARGET, "  3  the archive or the target's inventory cannot be read\n"},
     {UPDATES, "  4  the archive does not support the target\n"},
+    {UPDATES, "  5  the filters select no element; nothing was done\n"},
+    {UPDATES, "  6  the check found errors, or a plan does not hold; nothing was done\n"},
+    {FILES, " 10  with --detailed-exit-status, in place of 0: there is something to update\n"},
 };
 
 std::string row(std::string_view name, std::string_view description)

@@ -81,6 +81,8 @@ constexpr Option table[] = {
      "Simulated target to work on (sets TRELLAN_TARGET)"},
     {"--trace", 0, "FILE", setPath<&Arguments::traceFile>, LIBRARY, NOTED,
      "Where to trace the platform's calls (sets TRELLAN_TRACE)"},
+    {"--detailed-exit-status", 0, nullptr, setFlag<&Arguments::detailedExitStatus>, FILES, 0,
+     "End with 10 in place of 0 where there is something to update"},
     {"--json", 0, nullptr, setFlag<&Arguments::json>, DOCUMENT, 0,
      "Print a JSON document; the library's own text goes to standard error"},
     {"--help", 'h', nullptr, setFlag<&Arguments::help>, EVERYTHING, 0, "Print this help"},

@@ -1,5 +1,6 @@
-// The commands that the library carries out, with their documents.
+// The commands that the library carries out and that read, with their documents.
 #include <ostream>
+#include <sstream>
 
 #include "tool/ExitStatus.h"
 #include "tool/Streams.h"
@@ -11,17 +12,47 @@
 
 namespace TrellanTool {
 
+namespace {
+
+// Carries the command out, and writes its document to `streams.out`.
+bool runWithDocument(LibrarySession& session, const Command& command, const Streams& streams)
+{
+    std::ostringstream printed;
+    session.redirect(printed);
+    const bool successful = session.updater().run() == 1;
+    session.redirect(streams.err);
+    streams.err << printed.str();
+    writeDocument(streams.out, command, session.updater(), session.inspector(), printed.str());
+    return successful;
+}
+
+bool wouldUpdate(ZoITrellanInspector& inspector)
+{
+    for (unsigned i = 0; i < inspector.getElementCount(); ++i) {
+        if (inspector.getElement(i).state == ZoNTrellanInspector::ZoTState::UPDATE) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
 int runInLibrary(const Arguments& arguments, const Streams& streams)
 {
+    const Command& command = *arguments.command;
     LibrarySession session(arguments, arguments.json ? streams.err : streams.out);
     if (const int status = session.apply(streams.err); status != SUCCESS) {
+        if (arguments.json) {
+            writeErrorDocument(streams.out, command, {status, session.refusal()});
+        }
         return status;
     }
-    const bool successful = session.updater().run() == 1;
-    if (arguments.json) {
-        streams.out << document(session.updater(), arguments.command->name, arguments.command->code);
+    const bool successful = arguments.json ? runWithDocument(session, command, streams) : session.updater().run() == 1;
+    if (!successful) {
+        return FAILURE;
     }
-    return successful ? SUCCESS : FAILURE;
+    return arguments.detailedExitStatus && wouldUpdate(session.inspector()) ? UPDATES_AVAILABLE : SUCCESS;
 }
 
 }  // namespace TrellanTool

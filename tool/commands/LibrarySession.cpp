@@ -10,6 +10,8 @@
 #include "tool/Streams.h"
 #include "tool/arguments/Arguments.h"
 #include "tool/arguments/Command.h"
+#include "tool/commands/TargetFilters.h"
+#include "tool/documents/BlockingElements.h"
 
 namespace TrellanTool {
 
@@ -22,68 +24,165 @@ void setEnvironment(const char* name, const std::optional<std::string>& value)
     }
 }
 
-unsigned countElements(ZoITrellanUpdater& updater)
+// What the library has to say about a failure: its text from the first error on.
+std::string errorsIn(const std::string& text)
 {
-    ZoNTrellanUpdater::ZoTUpdateElement* list = nullptr;
-    unsigned count = 0;
-    updater.getUpdateElementList(list, count);
-    const std::unique_ptr<ZoNTrellanUpdater::ZoTUpdateElement[]> owner(list);
-    return count;
-}
-
-void excludeElements(ZoITrellanUpdater& updater, const std::vector<std::uint32_t>& indices, std::ostream& err)
-{
-    if (indices.empty()) {
-        return;
+    const std::size_t first = text.starts_with("ERROR:") ? 0 : text.find("\nERROR:");
+    if (first == std::string::npos) {
+        return "";
     }
-    const unsigned count = countElements(updater);
-    for (const std::uint32_t index : indices) {
-        if (index >= count) {
-            say(err, "warning: there is no element " + std::to_string(index) + " to exclude");
-        }
-        updater.disableUpdateElement(index);
-    }
+    const std::size_t begin = text.find('E', first);
+    return text.substr(begin, text.find_last_not_of('\n') + 1 - begin);
 }
 
 }  // namespace
 
-LibrarySession::Destination LibrarySession::destination = {nullptr, false};
+LibrarySession::Destination LibrarySession::destination = {nullptr, false, nullptr};
 
 LibrarySession::LibrarySession(const Arguments& arguments, std::ostream& text)
-    : arguments(arguments), before(destination)
+    : arguments(arguments), before(destination), understood(arguments.options)
 {
     setEnvironment("TRELLAN_TARGET", arguments.targetFile);
     setEnvironment("TRELLAN_TRACE", arguments.traceFile);
-    owned.reset(ZoITrellanUpdater::createInstance(arguments.options));
-    owned->setMessageCallBack(print);
-    destination = {&text, arguments.command->has(UPDATES)};
+    makeUpdater();
+    destination = {&text, arguments.command->has(UPDATES), nullptr};
 }
 
 LibrarySession::~LibrarySession()
 {
+    looking.reset();
     owned.reset();
     destination = before;
 }
 
+void LibrarySession::makeUpdater()
+{
+    looking.reset();
+    owned.reset(ZoITrellanUpdater::createInstance(understood));
+    owned->setMessageCallBack(print);
+    looking.reset(ZoITrellanInspector::createInstance(*owned));
+}
+
 void LibrarySession::print(const std::string& text)
 {
+    if (destination.copy != nullptr) {
+        *destination.copy += text;
+    }
+    if (destination.stream == nullptr) {
+        return;
+    }
     *destination.stream << text;
     if (destination.flushEachLine && text.find_first_of("\n\r") != std::string::npos) {
         destination.stream->flush();
     }
 }
 
+void LibrarySession::redirect(std::ostream& text)
+{
+    destination.stream = &text;
+}
+
 int LibrarySession::apply(std::ostream& err)
 {
-    switch (owned->apply()) {
-        case 0:
-            excludeElements(*owned, arguments.excluded, err);
-            return SUCCESS;
-        case 2:
-            return NOT_SUPPORTED;
-        default:
-            return NOT_READ;
+    const bool filtered =
+        !arguments.noCheck && arguments.command->has(ELEMENTS) && !TargetFilters(arguments.options).areOff();
+    const unsigned result = filtered ? applyFiltered(err) : applyRecorded();
+    if (result == 1) {
+        said += (said.empty() ? "" : "\n") + errorsIn(applied);
+        return NOT_READ;
     }
+    excludeElements(err);
+    if (result == 2) {
+        said += (said.empty() ? "" : "\n") + errorsIn(applied);
+        complain(err, blockingElements(*owned, *looking));
+        return NOT_SUPPORTED;
+    }
+    if (filtered && arguments.command->has(UPDATES) && !selectElement(*looking)) {
+        complain(err, "the filters select no element; nothing was done");
+        return NOTHING_SELECTED;
+    }
+    said.clear();
+    return SUCCESS;
+}
+
+unsigned LibrarySession::applyRecorded()
+{
+    applied.clear();
+    destination.copy = &applied;
+    const unsigned result = owned->apply();
+    destination.copy = nullptr;
+    return result;
+}
+
+// What an updater prints that turns out to have misunderstood the filters is not shown.
+unsigned LibrarySession::applyFiltered(std::ostream& err)
+{
+    std::ostream* const shown = destination.stream;
+    destination.stream = nullptr;
+    const unsigned result = applyRecorded();
+    const bool misunderstood = result != 1 && !understandFilters(err);
+    destination.stream = shown;
+    if (misunderstood) {
+        makeUpdater();
+        return applyRecorded();
+    }
+    print(applied);
+    return result;
+}
+
+// False when the filters mean other elements than those that the updater has found.
+bool LibrarySession::understandFilters(std::ostream& err)
+{
+    TargetFilters selecting(arguments.options);
+    selecting.note(*owned, *looking);
+    if (selecting.areExplained()) {
+        return true;
+    }
+    TargetFilters filters(arguments.options);
+    if (!noteWholeTarget(filters)) {
+        return true;
+    }
+    for (const std::string& complaint : filters.complaints()) {
+        complain(err, complaint);
+    }
+    return !filters.translate(understood);
+}
+
+bool LibrarySession::noteWholeTarget(TargetFilters& filters)
+{
+    ZoNTrellanUpdater::ZoTOptions whole = arguments.options;
+    whole.boardTypes.clear();
+    whole.serialNumbers.clear();
+    whole.elementNames.clear();
+    whole.command = ZoNTrellanUpdater::READ_INVENTORY;
+    const std::unique_ptr<ZoITrellanUpdater> reader(ZoITrellanUpdater::createInstance(whole));
+    reader->setMessageCallBack([](const std::string&) {});
+    if (reader->apply() != 0) {
+        return false;
+    }
+    const std::unique_ptr<ZoITrellanInspector> reading(ZoITrellanInspector::createInstance(*reader));
+    filters.note(*reader, *reading);
+    return true;
+}
+
+void LibrarySession::excludeElements(std::ostream& err)
+{
+    if (arguments.excluded.empty()) {
+        return;
+    }
+    const unsigned count = looking->getElementCount();
+    for (const std::uint32_t index : arguments.excluded) {
+        if (index >= count) {
+            say(err, "warning: there is no element " + std::to_string(index) + " to exclude");
+        }
+        owned->disableUpdateElement(index);
+    }
+}
+
+void LibrarySession::complain(std::ostream& err, const std::string& text)
+{
+    say(err, text);
+    said += (said.empty() ? "" : "\n") + text;
 }
 
 }  // namespace TrellanTool

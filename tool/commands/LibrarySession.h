@@ -3,12 +3,14 @@
 
 #include <iosfwd>
 #include <memory>
+#include <string>
 
-#include "ZoITrellanUpdater.h"
+#include "ZoITrellanInspector.h"
 
 namespace TrellanTool {
 
 struct Arguments;
+class TargetFilters;
 
 class LibrarySession {
 public:
@@ -20,24 +22,50 @@ public:
     LibrarySession(const LibrarySession&) = delete;
     LibrarySession& operator=(const LibrarySession&) = delete;
 
-    ZoITrellanUpdater& updater() { return *owned; }
-
-    // Has the updater read what the command needs, and leaves out the elements that are excluded; an index that none
-    // has is named on `err`. Returns SUCCESS, NOT_READ or NOT_SUPPORTED.
+    // Has an updater read what the command needs, and leaves out the elements that are excluded; an index that none
+    // has is named on `err`. Unless nothing is to be checked, filters also select by what is displayed, and what of
+    // them selects nothing is named on `err`; the target may be scanned several times for that. Returns SUCCESS,
+    // NOT_READ, NOT_SUPPORTED, where what has no file is named on `err`, or, of an update, NOTHING_SELECTED.
     int apply(std::ostream& err);
+
+    // What was said about why apply() has returned something else; empty after SUCCESS.
+    const std::string& refusal() const { return said; }
+
+    // The updater, and what looks into it; apply() may make others.
+    ZoITrellanUpdater& updater() { return *owned; }
+    ZoITrellanInspector& inspector() { return *looking; }
+
+    // The options of the updater: those of the command line, its filters as apply() has understood them.
+    const ZoNTrellanUpdater::ZoTOptions& options() const { return understood; }
+
+    // From now on the library's text goes to `text`. To be called on the session that was made last.
+    void redirect(std::ostream& text);
 
 private:
     // Where the library's text goes: its callback takes no argument that could tell.
     struct Destination {
-        std::ostream* stream;
+        std::ostream* stream;  // null: nowhere
         bool flushEachLine;
+        std::string* copy;  // or null
     };
     static Destination destination;
     static void print(const std::string& text);
 
+    void makeUpdater();
+    unsigned applyRecorded();
+    unsigned applyFiltered(std::ostream& err);
+    bool understandFilters(std::ostream& err);
+    bool noteWholeTarget(TargetFilters& filters);
+    void excludeElements(std::ostream& err);
+    void complain(std::ostream& err, const std::string& text);
+
     const Arguments& arguments;
     const Destination before;
+    ZoNTrellanUpdater::ZoTOptions understood;
     std::unique_ptr<ZoITrellanUpdater> owned;
+    std::unique_ptr<ZoITrellanInspector> looking;
+    std::string applied;  // the text of apply()
+    std::string said;
 };
 
 }  // namespace TrellanTool

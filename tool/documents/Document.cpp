@@ -3,56 +3,15 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
+#include "tool/arguments/Command.h"
+#include "tool/documents/ElementRecords.h"
+
 namespace TrellanTool {
 
 namespace {
 
 using nlohmann::ordered_json;
-using ZoNTrellanUpdater::ZoTUpdateElement;
 using ZoNTrellanUpdater::ZoTUpdateFile;
-
-ordered_json installedElement(const ZoTUpdateElement& element)
-{
-    return {{"index", element.index},
-            {"boardType", element.boardType},
-            {"serialNumber", element.serialNumber},
-            {"boardName", element.boardName},
-            {"unitDescription", element.unitDescription},
-            {"slot", element.slot},
-            {"slotCount", element.slotCount},
-            {"displayName", element.displayName},
-            {"displayType", element.displayType},
-            {"isFileSystemElement", element.isFileSystemElement},
-            {"valid", element.valid},
-            {"active", element.active},
-            {"installedVersion", element.installedVersion},
-            {"custom", element.custom},
-            {"disabled", element.disabled}};
-}
-
-ordered_json comparedElement(const ZoTUpdateElement& element)
-{
-    ordered_json compared = installedElement(element);
-    compared["phase"] = element.phase;
-    compared["hasUpdateFile"] = element.hasUpdateFile;
-    compared["updateFileIndex"] = element.updateFileIndex;
-    compared["availableVersion"] = element.availableVersion;
-    compared["checksumDiffers"] = element.checksumDiffers;
-    return compared;
-}
-
-ordered_json elements(ZoITrellanUpdater& updater, ordered_json (*describe)(const ZoTUpdateElement&))
-{
-    ZoTUpdateElement* list = nullptr;
-    unsigned count = 0;
-    updater.getUpdateElementList(list, count);
-    const std::unique_ptr<ZoTUpdateElement[]> owner(list);
-    ordered_json result = ordered_json::array();
-    for (unsigned i = 0; i < count; ++i) {
-        result.push_back(describe(list[i]));
-    }
-    return result;
-}
 
 ordered_json archive(ZoITrellanUpdater& updater)
 {
@@ -65,32 +24,53 @@ ordered_json archive(ZoITrellanUpdater& updater)
             {"variant", variant}};
 }
 
-ordered_json files(ZoITrellanUpdater& updater)
+void writeFiles(DocumentWriter& writer, ZoITrellanUpdater& updater)
 {
     ZoTUpdateFile* list = nullptr;
     unsigned count = 0;
     updater.getUpdateFileList(list, count);
     const std::unique_ptr<ZoTUpdateFile[]> owner(list);
-    ordered_json result = ordered_json::array();
-    for (unsigned i = 0; i < count; ++i) {
-        result.push_back({{"name", list[i].name}, {"version", list[i].version}});
-    }
-    return result;
+    writer.list("files", count, [list](unsigned i) {
+        return ordered_json{{"name", list[i].name}, {"version", list[i].version}};
+    });
+}
+
+std::string firstLine(const std::string& text)
+{
+    return text.substr(0, text.find('\n'));
 }
 
 }  // namespace
 
-std::string document(ZoITrellanUpdater& updater, const std::string& name, std::uint32_t command)
+void writeDocument(std::ostream& out, const Command& command, ZoITrellanUpdater& updater,
+                   ZoITrellanInspector& inspector, const std::string& printed)
 {
-    ordered_json content = {{"command", name}};
-    if (command == ZoNTrellanUpdater::PRINT_ARCHIVE) {
-        content["archive"] = archive(updater);
-        content["files"] = files(updater);
+    DocumentWriter writer(out, command.name);
+    if (command.has(ELEMENTS)) {
+        const ElementRecords records(updater, inspector, command.has(FILES));
+        writer.list("elements", records.count(), [&](unsigned i) { return records.at(i); });
+    } else if (command.code == ZoNTrellanUpdater::PRINT_ARCHIVE) {
+        writer.member("archive", archive(updater));
+        writeFiles(writer, updater);
     } else {
-        const bool compared = command == ZoNTrellanUpdater::COMPARE_VERSIONS;
-        content["elements"] = elements(updater, compared ? comparedElement : installedElement);
+        writer.member("version", firstLine(printed));
     }
-    return content.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+    writer.end();
+}
+
+void writeRebootDocument(std::ostream& out, const Command& command, bool supported, unsigned state)
+{
+    DocumentWriter writer(out, command.name);
+    writer.member("supported", supported);
+    writer.member("state", state);
+    writer.end();
+}
+
+void writeErrorDocument(std::ostream& out, const Command& command, const DocumentError& error)
+{
+    DocumentWriter writer(out, command.name);
+    writer.error(&error);
+    writer.end();
 }
 
 }  // namespace TrellanTool

@@ -31,6 +31,9 @@ Exit status:
   2  wrong usage
   3  the archive or the target's inventory cannot be read
   4  the archive does not support the target
+  5  the filters select no element; nothing was done
+  6  the check found errors, or a plan does not hold; nothing was done
+ 10  with --detailed-exit-status, in place of 0: there is something to update
 
 trellan-update help COMMAND prints a command's options.
 )";
@@ -53,6 +56,7 @@ Options:
   --no-check                  Check nothing beforehand; do just what the library does
   --target FILE               Simulated target to work on (sets TRELLAN_TARGET)
   --trace FILE                Where to trace the platform's calls (sets TRELLAN_TRACE)
+  --detailed-exit-status      End with 10 in place of 0 where there is something to update
   --json                      Print a JSON document; the library's own text goes to standard error
   -h, --help                  Print this help
 
@@ -63,6 +67,7 @@ Exit status:
   1  the command failed, or errors were reported
   2  wrong usage
   3  the archive or the target's inventory cannot be read
+ 10  with --detailed-exit-status, in place of 0: there is something to update
 )";
 
 void expectPrinted(const std::vector<std::string>& words, const std::string& text)

@@ -27,15 +27,20 @@ std::string joined(const std::vector<std::string>& lines)
     return text;
 }
 
-// Runs a command with --json and gives its document, which must stand alone on standard output and conform to the
-// schema.
+// The document, which must stand alone on standard output and conform to the schema.
+ordered_json documentIn(const RunResult& result)
+{
+    EXPECT_TRUE(result.out.ends_with("}\n")) << result.out;
+    EXPECT_EQ(joined(schema().violations(json::parse(result.out))), "") << result.out;
+    return ordered_json::parse(result.out);
+}
+
+// The document of a command that succeeds.
 ordered_json documentOf(const std::vector<std::string>& words)
 {
     const RunResult result = ran(words);
     EXPECT_EQ(result.status, 0);
-    EXPECT_TRUE(result.out.ends_with("}\n")) << result.out;
-    EXPECT_EQ(joined(schema().violations(json::parse(result.out))), "") << result.out;
-    return ordered_json::parse(result.out);
+    return documentIn(result);
 }
 
 ordered_json device()
@@ -47,6 +52,13 @@ ordered_json device()
     return target({board("HCN", hcn,
                          {updateElement(1, {{"NAME", "UserFpga"}, {"VERSION", "1.5"}, {"CHECKSUM_CRC32", 7}}),
                           updateElement(2, {{"NAME", "Tuning"}, {"CUSTOM", 1}, {"VALID", 0}, {"ACTIVE", 0}})})});
+}
+
+ordered_json keys(unsigned id)
+{
+    return {{"boardType", "KR5120"},  {"boardVariant", "X"},    {"boardId", 0},
+            {"hwCompatibilityId", 0}, {"swCompatibilityId", 0}, {"id", id},
+            {"targetPath", nullptr}};
 }
 
 ordered_json fpgaElement()
@@ -65,7 +77,10 @@ ordered_json fpgaElement()
             {"active", true},
             {"installedVersion", "1.5"},
             {"custom", false},
-            {"disabled", false}};
+            {"disabled", false},
+            {"name", "UserFpga"},
+            {"keys", keys(1)},
+            {"installedChecksum", 7}};
 }
 
 ordered_json tuningElement()
@@ -77,14 +92,25 @@ ordered_json tuningElement()
                     {"valid", false},
                     {"active", false},
                     {"installedVersion", ""},
-                    {"custom", true}});
+                    {"custom", true},
+                    {"name", "Tuning"},
+                    {"keys", keys(2)},
+                    {"installedChecksum", nullptr}});
     return element;
 }
 
-ordered_json compared(ordered_json element, const ordered_json& members)
+// The element as compare shows it, where the members of a file stand before the name.
+ordered_json compared(const ordered_json& element, const ordered_json& listed, const ordered_json& known)
 {
-    element.update(members);
-    return element;
+    ordered_json result = ordered_json::object();
+    for (const auto& [name, value] : element.items()) {
+        if (name == "name") {
+            result.update(listed);
+        }
+        result[name] = value;
+    }
+    result.update(known);
+    return result;
 }
 
 ordered_json twoFiles()
@@ -99,26 +125,34 @@ TEST(DocumentTest, InstalledAndScanGiveTheTargetsElements)
 {
     const SimulatedTarget target(device());
     const ordered_json elements = {fpgaElement(), tuningElement()};
-    EXPECT_EQ(documentOf({"installed", "--json"}), ordered_json({{"command", "installed"}, {"elements", elements}}));
-    EXPECT_EQ(documentOf({"scan", "--json"}), ordered_json({{"command", "scan"}, {"elements", elements}}));
+    EXPECT_EQ(documentOf({"installed", "--json"}),
+              ordered_json({{"schemaVersion", 1}, {"command", "installed"}, {"elements", elements}}));
+    EXPECT_EQ(documentOf({"scan", "--json"}),
+              ordered_json({{"schemaVersion", 1}, {"command", "scan"}, {"elements", elements}}));
 }
 
 TEST(DocumentTest, CompareGivesTheElementsWithTheirFiles)
 {
     const SimulatedTarget target(device());
     const TestArchive archive(twoFiles());
-    const ordered_json fpga = compared(fpgaElement(), {{"phase", 0},
-                                                       {"hasUpdateFile", true},
-                                                       {"updateFileIndex", 1},
-                                                       {"availableVersion", "2.3.4"},
-                                                       {"checksumDiffers", true}});
-    const ordered_json tuning = compared(tuningElement(), {{"phase", 0},
-                                                           {"hasUpdateFile", false},
-                                                           {"updateFileIndex", -1},
-                                                           {"availableVersion", ""},
-                                                           {"checksumDiffers", false}});
+    const ordered_json fpga =
+        compared(fpgaElement(),
+                 {{"phase", 0},
+                  {"hasUpdateFile", true},
+                  {"updateFileIndex", 1},
+                  {"availableVersion", "2.3.4"},
+                  {"checksumDiffers", true}},
+                 {{"updateFile", "fpga.bin"}, {"availableChecksum", 8}, {"downgrade", false}, {"state", "blocked"}});
+    const ordered_json tuning =
+        compared(tuningElement(),
+                 {{"phase", 0},
+                  {"hasUpdateFile", false},
+                  {"updateFileIndex", -1},
+                  {"availableVersion", ""},
+                  {"checksumDiffers", false}},
+                 {{"updateFile", nullptr}, {"availableChecksum", nullptr}, {"downgrade", false}, {"state", "noFile"}});
     EXPECT_EQ(documentOf({"compare", archive.path(), "--json"}),
-              ordered_json({{"command", "compare"}, {"elements", {fpga, tuning}}}));
+              ordered_json({{"schemaVersion", 1}, {"command", "compare"}, {"elements", {fpga, tuning}}}));
 }
 
 TEST(DocumentTest, AnExcludedElementIsDisabled)
@@ -149,7 +183,8 @@ TEST(DocumentTest, ListGivesTheArchiveAndItsFiles)
     EXPECT_EQ(
         documentOf({"list", archive.path(), "--json"}),
         ordered_json(
-            {{"command", "list"},
+            {{"schemaVersion", 1},
+             {"command", "list"},
              {"archive",
               {{"name", "Test archive"},
                {"version", "2.3.4"},
@@ -162,7 +197,8 @@ TEST(DocumentTest, ListGivesTheArchiveAndItsFiles)
 TEST(DocumentTest, NothingIsAnEmptyList)
 {
     const SimulatedTarget empty(target({item("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}})}));
-    EXPECT_EQ(documentOf({"scan", "--json"}), ordered_json({{"command", "scan"}, {"elements", ordered_json::array()}}));
+    EXPECT_EQ(documentOf({"scan", "--json"}),
+              ordered_json({{"schemaVersion", 1}, {"command", "scan"}, {"elements", ordered_json::array()}}));
     const TestArchive archive(description({}));
     EXPECT_EQ(documentOf({"list", archive.path(), "--json"})["files"], ordered_json::array());
 }
@@ -178,11 +214,74 @@ TEST(DocumentTest, TheLibrarysTextGoesToStandardError)
         << text;
 }
 
-TEST(DocumentTest, WithoutSuccessThereIsNoDocument)
+TEST(DocumentTest, AnArchiveThatCannotBeReadIsAnErrorWithWhatWasSaid)
 {
     const TestArchive archive(std::string("{}"));
-    const RunResult result = ran({"list", archive.path(), "--json"});
-    EXPECT_TRUE(result.err.ends_with("ERROR: Failed to read firmware archive.\n"));
-    EXPECT_EQ(result.status, 3);
-    EXPECT_EQ(result.out, "");
+    for (const char* const command : {"archive-version", "list", "compare"}) {
+        const RunResult result = ran({command, archive.path(), "--json"});
+        EXPECT_EQ(result.status, 3);
+        EXPECT_TRUE(result.err.ends_with("ERROR: Failed to read firmware archive.\n"));
+        const ordered_json document = documentIn(result);
+        EXPECT_EQ(document["command"], command);
+        EXPECT_EQ(document["error"]["status"], 3);
+        const std::string message = document["error"]["message"];
+        EXPECT_TRUE(message.starts_with("ERROR: ")) << message;
+        EXPECT_TRUE(message.ends_with("\nERROR: Failed to read firmware archive.")) << message;
+    }
+}
+
+TEST(DocumentTest, VersionsAreThoseThatArePrinted)
+{
+    EXPECT_EQ(documentOf({"version", "--json"}),
+              ordered_json({{"schemaVersion", 1}, {"command", "version"}, {"version", "1.0"}}));
+    const TestArchive archive(twoFiles());
+    EXPECT_EQ(documentOf({"archive-version", archive.path(), "--json"}),
+              ordered_json({{"schemaVersion", 1}, {"command", "archive-version"}, {"version", "2.3.4"}}));
+}
+
+TEST(DocumentTest, RebootSupportIsToldWithItsState)
+{
+    const SimulatedTarget target(device());
+    const RunResult result = ran({"reboot-support", "--json"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(documentIn(result),
+              ordered_json({{"schemaVersion", 1}, {"command", "reboot-support"}, {"supported", false}, {"state", 1}}));
+}
+
+TEST(DocumentTest, AFileHasATargetPathAndNoId)
+{
+    const SimulatedTarget flash(
+        target({board("CN", {{"PRODUCT/BOARD_TYPE", "CN7210"}, {"PRODUCT/ID", 5}},
+                      {fileElement(1, {{"NAME", "Settings"}, {"VERSION", "1.0"}, {"LOCATION", "a/b.cfg"}})})}));
+    const ordered_json document = documentOf({"scan", "--json"});
+    EXPECT_EQ(document["elements"][0]["keys"]["id"], nullptr);
+    EXPECT_EQ(document["elements"][0]["keys"]["targetPath"], "a/b.cfg");
+}
+
+TEST(DocumentTest, ALowerVersionIsADowngrade)
+{
+    const SimulatedTarget target(device());
+    const TestArchive archive(description({fileEntry("fpga.bin", {{"boardVariant", "X"}, {"version", "1.4"}})}));
+    EXPECT_EQ(documentOf({"compare", archive.path(), "--json"})["elements"][0]["downgrade"], true);
+}
+
+TEST(DocumentTest, EachStateBeforeAnUpdateHasItsName)
+{
+    const SimulatedTarget target(device());
+    const TestArchive archive(description({fileEntry("fpga.bin", {{"boardVariant", "X"}, {"checksumCrc32", 8}}),
+                                           fileEntry("tuning.bin", {{"id", 2}, {"boardVariant", "X"}})}));
+    const auto statesWith = [&](const std::vector<std::string>& options) {
+        std::vector<std::string> words = {"compare", archive.path(), "--json"};
+        words.insert(words.end(), options.begin(), options.end());
+        const ordered_json elements = documentOf(words)["elements"];
+        return std::vector<std::string>{elements[0]["state"], elements[1]["state"]};
+    };
+    EXPECT_EQ(statesWith({}), (std::vector<std::string>{"update", "update"}));
+    EXPECT_EQ(statesWith({"--disable-custom-elements"}), (std::vector<std::string>{"update", "custom"}));
+    EXPECT_EQ(statesWith({"--exclude", "0"}), (std::vector<std::string>{"excluded", "update"}));
+    const TestArchive one(
+        description({fileEntry("fpga.bin", {{"boardVariant", "X"}, {"version", "1.5"}, {"checksumCrc32", 7}})}));
+    EXPECT_EQ(documentOf({"compare", one.path(), "--json"})["elements"][0]["state"], "upToDate");
+    const TestArchive other(description({fileEntry("fpga.bin", {{"boardVariant", "X"}, {"checksumCrc32", 8}})}));
+    EXPECT_EQ(documentOf({"compare", other.path(), "--json"})["elements"][0]["state"], "blocked");
 }

@@ -1,0 +1,41 @@
+#include "tool/documents/ElementOutcome.h"
+
+#include <iterator>
+#include <nlohmann/json.hpp>
+
+namespace TrellanTool {
+
+namespace {
+
+using nlohmann::ordered_json;
+
+// In the order of ZoTState.
+constexpr const char* stateNames[] = {"noFile",  "custom", "upToDate",  "excluded",    "blocked",    "update",
+                                      "updated", "failed", "cancelled", "missingFile", "notStarted", "running"};
+
+}  // namespace
+
+const char* stateName(ZoNTrellanInspector::ZoTState state)
+{
+    const auto position = static_cast<std::size_t>(state);
+    return position < std::size(stateNames) ? stateNames[position] : "unknown";
+}
+
+ordered_json elementErrors(ZoITrellanInspector& inspector, unsigned index)
+{
+    ordered_json errors = ordered_json::array();
+    for (unsigned i = 0; i < inspector.getElementErrorCount(index); ++i) {
+        const ZoNTrellanInspector::ZoTError& error = inspector.getElementError(index, i);
+        errors.push_back({{"code", error.hasCode ? ordered_json(error.code) : ordered_json()},
+                          {"text", error.text},
+                          {"originNode", error.originNode},
+                          {"time", error.time},
+                          {"mainModule", error.mainModule},
+                          {"subModule", error.subModule},
+                          {"function", error.function},
+                          {"line", error.line}});
+    }
+    return errors;
+}
+
+}  // namespace TrellanTool

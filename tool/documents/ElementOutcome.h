@@ -1,0 +1,17 @@
+// What became of an element, as documents and events tell it.
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+
+#include "ZoITrellanInspector.h"
+
+namespace TrellanTool {
+
+// The name of the state, such as "upToDate".
+const char* stateName(ZoNTrellanInspector::ZoTState state);
+
+// The errors of the update of the element with this index: an array, each with "code" (null for a message of the
+// library itself), "text", "originNode", "time", "mainModule", "subModule", "function" and "line".
+nlohmann::ordered_json elementErrors(ZoITrellanInspector& inspector, unsigned index);
+
+}  // namespace TrellanTool
