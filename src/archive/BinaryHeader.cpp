@@ -13,18 +13,16 @@
 //          352  4        minimum software compatibility id
 //          356  4        maximum software compatibility id
 //          360  4        type id
+#include <algorithm>
 #include <array>
 #include <cstring>
 
 #include "archive/BigEndian.h"
-#include "archive/ZoCUpdateArchive.h"
-#include "base/BinaryFile.h"
+#include "archive/FileHeader.h"
 
-using namespace ZoNUpdateBase;
-
+namespace ZoNUpdateArchive {
 namespace {
 
-constexpr std::size_t headerLength = 1000;
 constexpr std::array<unsigned char, 8> magic{0x12, 0x55, 0xAA, 0x34, 0xAA, 0x18, 0x47, 0x55};
 
 constexpr std::size_t magicAt = 40;
@@ -56,27 +54,23 @@ ZoCVersion readVersion(const unsigned char* bytes)
 
 }  // namespace
 
-int ZoCUpdateArchive::readUpdateFileHeader(const std::string& path, std::uint32_t& minHwCompatibilityId,
-                                           std::uint32_t& maxHwCompatibilityId, std::uint32_t& minSwCompatibilityId,
-                                           std::uint32_t& maxSwCompatibilityId, std::uint32_t& typeId,
-                                           std::uint32_t& checksumCrc32, ZoCVersion& version)
+bool readBinaryHeader(const std::string& beginning, FileHeader& header)
 {
-    const BinaryFile file = openForReading(path);
-    if (!file) {
-        return 2;
+    if (beginning.size() < magicAt + magic.size() ||
+        std::memcmp(beginning.data() + magicAt, magic.data(), magic.size()) != 0) {
+        return false;
     }
-    // A shorter file leaves zeros behind its end, which are not the magic.
-    std::array<unsigned char, headerLength> header{};
-    if (std::fread(header.data(), 1, header.size(), file.get()) == 0 ||
-        std::memcmp(header.data() + magicAt, magic.data(), magic.size()) != 0) {
-        return 1;
-    }
-    minHwCompatibilityId = readBigEndian32(header.data() + minHwAt);
-    maxHwCompatibilityId = readBigEndian32(header.data() + maxHwAt);
-    minSwCompatibilityId = readBigEndian32(header.data() + minSwAt);
-    maxSwCompatibilityId = readBigEndian32(header.data() + maxSwAt);
-    typeId = readBigEndian32(header.data() + typeIdAt);
-    checksumCrc32 = readBigEndian32(header.data() + checksumAt);
-    version = readVersion(header.data() + versionAt);
-    return 0;
+    std::array<unsigned char, headerLength> bytes{};  // behind the end of a shorter file there are zeros
+    std::memcpy(bytes.data(), beginning.data(), std::min(beginning.size(), bytes.size()));
+    header.kind = FileKind::binary;
+    header.minHwCompatibilityId = readBigEndian32(bytes.data() + minHwAt);
+    header.maxHwCompatibilityId = readBigEndian32(bytes.data() + maxHwAt);
+    header.minSwCompatibilityId = readBigEndian32(bytes.data() + minSwAt);
+    header.maxSwCompatibilityId = readBigEndian32(bytes.data() + maxSwAt);
+    header.typeId = readBigEndian32(bytes.data() + typeIdAt);
+    header.checksumCrc32 = readBigEndian32(bytes.data() + checksumAt);
+    header.version = readVersion(bytes.data() + versionAt);
+    return true;
 }
+
+}  // namespace ZoNUpdateArchive

@@ -8,11 +8,9 @@
 #include <cstring>
 
 #include "archive/BigEndian.h"
-#include "archive/ZoCUpdateArchive.h"
-#include "base/BinaryFile.h"
+#include "archive/FileHeader.h"
 
-using namespace ZoNUpdateBase;
-
+namespace ZoNUpdateArchive {
 namespace {
 
 constexpr std::size_t headerSize = 92;
@@ -25,21 +23,23 @@ constexpr std::size_t checksumAt = 88;
 
 }  // namespace
 
-int ZoCUpdateArchive::readPgiBitstreamFileHeader(const std::string& path, std::uint32_t& checksumCrc32)
+bool readBitstreamHeader(const std::string& beginning, FileHeader& header)
 {
-    checksumCrc32 = ZoNUpdateArchive::notAvailable;
-    const BinaryFile file = openForReading(path);
-    std::array<unsigned char, headerSize> header;
-    if (!file || std::fread(header.data(), 1, header.size(), file.get()) != header.size()) {
-        return 1;
+    std::array<unsigned char, headerSize> bytes;
+    if (beginning.size() < bytes.size()) {
+        return false;
     }
-    if (std::memcmp(header.data(), magic, sizeof magic) != 0 ||
-        readBigEndian32(header.data() + formatAt) != supportedFormat) {
-        return 1;
+    std::memcpy(bytes.data(), beginning.data(), bytes.size());
+    if (std::memcmp(bytes.data(), magic, sizeof magic) != 0 ||
+        readBigEndian32(bytes.data() + formatAt) != supportedFormat) {
+        return false;
     }
+    header.kind = FileKind::bitstream;
     // An older, shorter header is a bitstream's all the same; it just states no checksum.
-    if (readBigEndian32(header.data() + lengthAt) >= headerSize) {
-        checksumCrc32 = readBigEndian32(header.data() + checksumAt);
+    if (readBigEndian32(bytes.data() + lengthAt) >= headerSize) {
+        header.checksumCrc32 = readBigEndian32(bytes.data() + checksumAt);
     }
-    return 0;
+    return true;
 }
+
+}  // namespace ZoNUpdateArchive

@@ -1,4 +1,5 @@
 // Completion of missing checksums from the update files themselves.
+#include "archive/FileHeader.h"
 #include "archive/ZoCUpdateArchive.h"
 #include "base/FileAccess.h"
 #include "base/PlatformText.h"
@@ -9,24 +10,16 @@ using namespace ZoNUpdateArchive;
 
 namespace {
 
-// Tries the kinds of update files one after the other.
+// False when the file is of no kind that has a header.
 bool readChecksum(const std::string& path, std::uint32_t& checksumCrc32)
 {
-    std::uint32_t minHw, maxHw, minSw, maxSw, typeId;
-    std::uint32_t checksum = notAvailable;
-    ZoCVersion version;
-    int result = ZoCUpdateArchive::readUpdateFileHeader(path, minHw, maxHw, minSw, maxSw, typeId, checksum, version);
-    if (result == 1) {
-        result = ZoCUpdateArchive::readUpdateFileInventory(path, minHw, maxHw, minSw, maxSw, typeId, checksum, version);
-        if (result == 1) {
-            result = ZoCUpdateArchive::readPgiBitstreamFileHeader(path, checksum);
-        }
-    }
-    if (result != 0) {
+    const auto beginning = readBeginning(path);
+    if (!beginning) {
         return false;
     }
-    checksumCrc32 = checksum;
-    return true;
+    const FileHeader header = readHeader(path, *beginning);
+    checksumCrc32 = header.checksumCrc32;
+    return header.kind != FileKind::plain;
 }
 
 }  // namespace

@@ -1,19 +1,19 @@
 // Update files that carry an inventory tree: the parameters below FIRMWARE of its root item.
 #include <memory>
 
-#include "archive/ZoCUpdateArchive.h"
+#include "archive/FileHeader.h"
 #include "base/ErrorGuard.h"
 #include "base/ErrorListHandle.h"
 #include "base/FileAccess.h"
 #include "libZoInventoryTree/ZoCInventoryData.h"
 #include "libZoInventoryTree/ZoNInventoryIDs.h"
 
+using namespace ZoNUpdateBase;
+
+namespace ZoNUpdateArchive {
 namespace {
 
-using namespace ZoNUpdateBase;
-using ZoNUpdateArchive::notAvailable;
-
-// Reads the parameter into `value`; false when the item does not have it or it cannot be read.
+// Reads the parameter into `value`; false, and `value` as it was, when the item does not have it or it cannot be read.
 template <class T>
 bool readParameter(ZoCErrorListPool& errors, const ZoCInventoryItem& root, const ZoCInventoryAddress& name, T& value)
 {
@@ -30,23 +30,12 @@ bool readParameter(ZoCErrorListPool& errors, const ZoCInventoryItem& root, const
     return true;
 }
 
-void readNumber(ZoCErrorListPool& errors, const ZoCInventoryItem& root, const ZoCInventoryAddress& name,
-                std::uint32_t& value)
-{
-    if (!readParameter(errors, root, name, value)) {
-        value = notAvailable;
-    }
-}
-
 }  // namespace
 
-int ZoCUpdateArchive::readUpdateFileInventory(const std::string& path, std::uint32_t& minHwCompatibilityId,
-                                              std::uint32_t& maxHwCompatibilityId, std::uint32_t& minSwCompatibilityId,
-                                              std::uint32_t& maxSwCompatibilityId, std::uint32_t& typeId,
-                                              std::uint32_t& checksumCrc32, ZoCVersion& version)
+bool readInventoryHeader(const std::string& path, FileHeader& header)
 {
     if (!canNameFile(path)) {
-        return 1;
+        return false;
     }
     const ErrorListHandle errors = makeErrorList();
     const ErrorGuard guard(*errors);
@@ -56,20 +45,24 @@ int ZoCUpdateArchive::readUpdateFileInventory(const std::string& path, std::uint
     ZoCInventoryData::extractInventoryTreeFromFile(*errors, path.c_str(), item, hasChecksum, checksum);
     const std::unique_ptr<ZoCInventoryItem> root(item);
     if (guard.failed() || !root) {
-        return 1;
+        return false;
     }
-    readNumber(*errors, *root, ZoNInventoryIDs::MIN_HW_COMPATIBILITY_ID, minHwCompatibilityId);
-    readNumber(*errors, *root, ZoNInventoryIDs::MAX_HW_COMPATIBILITY_ID, maxHwCompatibilityId);
-    readNumber(*errors, *root, ZoNInventoryIDs::MIN_SW_COMPATIBILITY_ID, minSwCompatibilityId);
-    readNumber(*errors, *root, ZoNInventoryIDs::MAX_SW_COMPATIBILITY_ID, maxSwCompatibilityId);
-    readNumber(*errors, *root, ZoNInventoryIDs::TYPE_ID, typeId);
+    header.kind = FileKind::inventoryTree;
+    readParameter(*errors, *root, ZoNInventoryIDs::MIN_HW_COMPATIBILITY_ID, header.minHwCompatibilityId);
+    readParameter(*errors, *root, ZoNInventoryIDs::MAX_HW_COMPATIBILITY_ID, header.maxHwCompatibilityId);
+    readParameter(*errors, *root, ZoNInventoryIDs::MIN_SW_COMPATIBILITY_ID, header.minSwCompatibilityId);
+    readParameter(*errors, *root, ZoNInventoryIDs::MAX_SW_COMPATIBILITY_ID, header.maxSwCompatibilityId);
+    readParameter(*errors, *root, ZoNInventoryIDs::TYPE_ID, header.typeId);
     if (hasChecksum) {
-        checksumCrc32 = checksum;
+        header.checksumCrc32 = checksum;
     } else {
-        readNumber(*errors, *root, ZoNInventoryIDs::CHECKSUM_CRC32, checksumCrc32);
+        readParameter(*errors, *root, ZoNInventoryIDs::CHECKSUM_CRC32, header.checksumCrc32);
     }
-    if (!readParameter(*errors, *root, ZoNInventoryIDs::VERSION, version)) {
-        version.setByULong64(notAvailable);
+    ZoCVersion version;
+    if (readParameter(*errors, *root, ZoNInventoryIDs::VERSION, version)) {
+        header.version = version;
     }
-    return 0;
+    return true;
 }
+
+}  // namespace ZoNUpdateArchive
