@@ -97,6 +97,45 @@ struct ZoTFile {
     std::uint32_t elementCount;  // elements that it was given to
 };
 
+// What kind of update file a file is by its content.
+enum class ZoTFileKind : std::uint32_t {
+    PLAIN = 0,  // none of the others
+    BINARY = 1,
+    INVENTORY_TREE = 2,
+    BITSTREAM = 3,
+    UNREADABLE = 4  // absent, no regular file, or not to be read
+};
+
+// What an update file says of itself.
+struct ZoTFileHeader {
+    ZoTFileKind kind;
+    bool hasChecksum;              // the header states one; of a plain file it is the CRC-32 of its bytes
+    std::uint32_t checksum;        // 0 without one
+    std::string version;           // empty when not known
+    bool hasHwCompatibilityRange;  // it states one; from 0 to 0 counts as none
+    std::uint32_t minHwCompatibilityId;
+    std::uint32_t maxHwCompatibilityId;
+    bool hasSwCompatibilityRange;
+    std::uint32_t minSwCompatibilityId;
+    std::uint32_t maxSwCompatibilityId;
+};
+
+enum class ZoTSeverity : std::uint32_t { ERROR = 0, WARNING = 1, NOTE = 2 };
+
+// Something wrong, or worth a word, in an archive.
+struct ZoTFinding {
+    std::string rule;  // its name, such as "missing-file"
+    ZoTSeverity severity;
+    std::int32_t entry;   // position in "files" of the description, as ZoTFile::entry; -1: about no entry
+    std::int32_t board;   // position in "boards" of the entry; -1: about no board object
+    std::string name;     // of the entry's update file
+    std::string pointer;  // JSON Pointer to the member that is meant
+    std::string message;  // one sentence: what is wrong, and what to do about it
+};
+
+// Is given, with the context that came along, how many bytes of how many have been read.
+typedef void (*ZoTReadProgress)(void* context, std::uint64_t read, std::uint64_t all);
+
 }  // namespace ZoNTrellanInspector
 
 // Looks into an updater. The virtual operations are called through their slots: new ones are appended. They may throw
@@ -128,6 +167,18 @@ public:
     // The update files, as many as getUpdateFileList gives and in its order.
     virtual unsigned getFileCount() = 0;
     virtual const ZoNTrellanInspector::ZoTFile& getFile(unsigned position) = 0;
+
+    // Tells what the update file at `path` says of itself, whether it is in an archive or not.
+    virtual const ZoNTrellanInspector::ZoTFileHeader& readFileHeader(const std::string& path) = 0;
+
+    // Checks the update files that run() would use, and their entries: those of elements in state UPDATE. Each file is
+    // read once at most. `progress`, unless null, is called after each piece; what it throws passes through. The
+    // findings of an earlier check are forgotten.
+    virtual void checkUsedFiles(ZoNTrellanInspector::ZoTReadProgress progress, void* context) = 0;
+
+    // What the last check has found, in the order of the description.
+    virtual unsigned getFindingCount() = 0;
+    virtual const ZoNTrellanInspector::ZoTFinding& getFinding(unsigned position) = 0;
 };
 
 #endif

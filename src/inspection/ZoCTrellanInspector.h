@@ -1,6 +1,7 @@
 // ZoCTrellanInspector: the inspector behind the public interface.
 //
-// Keeps nothing but the records that it hands out: every answer is taken from the updater at the time of the question.
+// Keeps nothing but the records that it hands out: every answer is taken from the updater at the time of the question,
+// or read then from a file.
 #pragma once
 
 #include "ZoITrellanInspector.h"
@@ -30,6 +31,10 @@ public:
     unsigned getPhaseCount() override;
     unsigned getFileCount() override;
     const ZoNTrellanInspector::ZoTFile& getFile(unsigned position) override;
+    const ZoNTrellanInspector::ZoTFileHeader& readFileHeader(const std::string& path) override;
+    void checkUsedFiles(ZoNTrellanInspector::ZoTReadProgress progress, void* context) override;
+    unsigned getFindingCount() override;
+    const ZoNTrellanInspector::ZoTFinding& getFinding(unsigned position) override;
 
 private:
     // These throw std::out_of_range.
@@ -41,4 +46,6 @@ private:
     ZoNTrellanInspector::ZoTKeys keys{};
     ZoNTrellanInspector::ZoTError error{};
     ZoNTrellanInspector::ZoTFile file{};
+    ZoNTrellanInspector::ZoTFileHeader fileHeader{};
+    std::vector<ZoNTrellanInspector::ZoTFinding> findings;
 };

@@ -19,7 +19,6 @@ using ZoNUpdateArchive::ZoSUpdateFile;
 
 namespace {
 
-constexpr std::string_view driveRoot = "/mnt/cn/cfdrive";
 constexpr mode_t directoryMode = 0777;
 constexpr unsigned syncTimeout = 500;  // milliseconds
 
@@ -54,14 +53,14 @@ public:
 private:
     bool checkPaths()
     {
-        if (!namesFile(location) || leavesFolder(std::string(driveRoot), location)) {
+        if (!isOnDrive(location)) {
             return fail("ERROR: Invalid target file path: %s\n", target);
         }
         if (!fileExists(source)) {
             return fail("ERROR: File %s does not exist.\n", source);
         }
         // The paths go through a shell as they are: whatever it would not take literally is refused.
-        if (source.starts_with('-') || !isLiteralForShell(source) || !isLiteralForShell(target)) {
+        if (!isLiteralPath(source) || !isLiteralPath(target)) {
             return failToWrite(EINVAL);
         }
         if (!hasEnd(source)) {

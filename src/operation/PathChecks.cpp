@@ -11,15 +11,9 @@ bool isSymbolicLink(const std::string& path)
     return std::filesystem::is_symlink(path, error);
 }
 
-}  // namespace
-
-bool namesFile(std::string_view path)
-{
-    const std::string_view last = path.substr(path.rfind('/') + 1);  // all of it where there is no "/"
-    return !last.empty() && last != "." && last != "..";
-}
-
-bool leavesFolder(const std::string& folder, const std::string& path)
+// True when `path` leads out of its folder, or goes up again behind what `isLink` tells to be a symbolic link.
+template <class Test>
+bool goesAstray(const std::string& path, Test isLink)
 {
     int depth = 0;
     bool passedLink = false;
@@ -33,11 +27,34 @@ bool leavesFolder(const std::string& folder, const std::string& path)
             }
         } else if (!component.empty() && component != ".") {
             ++depth;
-            passedLink = passedLink || isSymbolicLink(folder + "/" + path.substr(0, end));
+            passedLink = passedLink || isLink(path.substr(0, end));
         }
         begin = end + 1;
     }
     return false;
+}
+
+}  // namespace
+
+bool namesFile(std::string_view path)
+{
+    const std::string_view last = path.substr(path.rfind('/') + 1);  // all of it where there is no "/"
+    return !last.empty() && last != "." && last != "..";
+}
+
+bool leavesFolder(const std::string& path)
+{
+    return goesAstray(path, [](const std::string&) { return false; });
+}
+
+bool leavesFolder(const std::string& folder, const std::string& path)
+{
+    return goesAstray(path, [&](const std::string& part) { return isSymbolicLink(folder + "/" + part); });
+}
+
+bool isOnDrive(const std::string& location)
+{
+    return namesFile(location) && !leavesFolder(std::string(driveRoot), location);
 }
 
 bool isLiteralForShell(std::string_view path)
@@ -47,4 +64,9 @@ bool isLiteralForShell(std::string_view path)
         const auto byte = static_cast<unsigned char>(character);
         return byte <= ' ' || byte == 0x7F || special.find(character) != std::string_view::npos;
     });
+}
+
+bool isLiteralPath(std::string_view path)
+{
+    return isLiteralForShell(path) && !path.starts_with('-');
 }

@@ -1,7 +1,7 @@
 #include "Inspecting.h"
 
 using nlohmann::ordered_json;
-using ZoNTrellanInspector::ZoTState;
+using namespace ZoNTrellanInspector;
 
 namespace {
 
@@ -32,6 +32,19 @@ std::string nameOf(ZoTState state)
             return "notStarted";
         case ZoTState::RUNNING:
             return "running";
+    }
+    return "unknown";
+}
+
+std::string nameOf(ZoTSeverity severity)
+{
+    switch (severity) {
+        case ZoTSeverity::ERROR:
+            return "error";
+        case ZoTSeverity::WARNING:
+            return "warning";
+        case ZoTSeverity::NOTE:
+            return "note";
     }
     return "unknown";
 }
@@ -88,6 +101,26 @@ Inspecting::Names Inspecting::errorsOf(unsigned index) const
     Names texts;
     for (unsigned i = 0; i < inspector->getElementErrorCount(index); ++i) {
         texts.push_back(inspector->getElementError(index, i).text);
+    }
+    return texts;
+}
+
+Inspecting::Names Inspecting::check()
+{
+    inspector->checkUsedFiles(nullptr, nullptr);
+    Names lines;
+    for (unsigned i = 0; i < inspector->getFindingCount(); ++i) {
+        const ZoTFinding& finding = inspector->getFinding(i);
+        lines.push_back(nameOf(finding.severity) + " " + finding.rule + " " + finding.pointer);
+    }
+    return lines;
+}
+
+Inspecting::Names Inspecting::messagesFound() const
+{
+    Names texts;
+    for (unsigned i = 0; i < inspector->getFindingCount(); ++i) {
+        texts.push_back(inspector->getFinding(i).message);
     }
     return texts;
 }

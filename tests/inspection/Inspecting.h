@@ -41,6 +41,12 @@ protected:
     // The texts of the element's errors.
     Names errorsOf(unsigned index) const;
 
+    // Checks the used files; a line for each finding: "error missing-file /files/0/name".
+    Names check();
+
+    // The messages of the last check.
+    Names messagesFound() const;
+
     static ZoCErrorListPool& masterErrors() { return ZoCErrorManager::getSingleton()->getMasterErrorList(); }
 
     std::vector<Json> boards;

@@ -54,6 +54,11 @@ int main()
         name = inspector->getFile(i).path;
     }
     count += inspector->isTargetSupported() ? inspector->getPhaseCount() : 0;
+    inspector->checkUsedFiles(nullptr, nullptr);
+    for (unsigned i = 0; i < inspector->getFindingCount(); ++i) {
+        name = inspector->getFinding(i).message;
+    }
+    count += inspector->readFileHeader(name).kind == ZoNTrellanInspector::ZoTFileKind::PLAIN ? 1 : 0;
     delete inspector;
     const bool rebooted = updater->checkRebootSupport(count) && updater->reboot();
     delete updater;

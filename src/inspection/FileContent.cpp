@@ -1,0 +1,83 @@
+#include "inspection/FileContent.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <vector>
+
+#include "base/BinaryFile.h"
+#include "base/Crc32.h"
+
+using namespace ZoNUpdateBase;
+using ZoNUpdateArchive::FileKind;
+
+namespace ZoNUpdateInspection {
+namespace {
+
+constexpr std::size_t chunkSize = 256 * 1024;
+
+// The errors by which the system says that there is nothing at a path. A loop of links leads to nothing.
+bool meansAbsent(int error)
+{
+    return error == ENOENT || error == ENOTDIR || error == ELOOP || error == ENAMETOOLONG;
+}
+
+FileProblem problemOf(const std::string& path, const struct stat64& found)
+{
+    if (!S_ISREG(found.st_mode) || !isReadable(path)) {
+        return FileProblem::unreadable;
+    }
+    return found.st_size == 0 ? FileProblem::empty : FileProblem::none;
+}
+
+}  // namespace
+
+FileLook lookAt(const std::string& path)
+{
+    FileLook look;
+    struct stat64 found;
+    if (!canNameFile(path)) {
+        look.problem = FileProblem::missing;
+    } else if (stat64(path.c_str(), &found) != 0) {
+        look.problem = meansAbsent(errno) ? FileProblem::missing : FileProblem::unreadable;
+    } else {
+        look.problem = problemOf(path, found);
+        look.identity = {found.st_dev, found.st_ino};
+        look.size = static_cast<std::uint64_t>(found.st_size);
+    }
+    return look;
+}
+
+std::optional<FileContent> readContent(const std::string& path, Wanted wanted, const OnRead& onRead)
+{
+    const BinaryFile file = openForReading(path);
+    if (!file) {
+        return std::nullopt;
+    }
+    std::vector<unsigned char> chunk(chunkSize);
+    const auto readChunk = [&] { return std::fread(chunk.data(), 1, chunk.size(), file.get()); };
+
+    FileContent content;
+    std::size_t count = readChunk();
+    if (wanted != Wanted::crc32) {
+        const auto* const begin = reinterpret_cast<const char*>(chunk.data());
+        content.header =
+            ZoNUpdateArchive::readHeader(path, std::string(begin, std::min(count, ZoNUpdateArchive::headerLength)));
+    }
+    if (wanted == Wanted::header && content.header.kind != FileKind::plain) {
+        return content;
+    }
+    Crc32 crc32;
+    for (; count != 0; count = readChunk()) {
+        crc32.add(chunk.data(), count);
+        onRead(count);
+    }
+    if (std::ferror(file.get()) != 0) {
+        return std::nullopt;
+    }
+    content.crc32 = crc32.value();
+    return content;
+}
+
+}  // namespace ZoNUpdateInspection

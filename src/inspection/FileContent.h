@@ -1,0 +1,49 @@
+// What is told of an update file by looking at it, and by reading it once.
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "archive/FileHeader.h"
+
+namespace ZoNUpdateInspection {
+
+enum class FileProblem {
+    none,
+    missing,     // absent, or a link to nothing
+    unreadable,  // no regular file, or one that cannot be read
+    empty
+};
+
+// What tells one file from another, by whatever path it is reached.
+using FileIdentity = std::pair<dev_t, ino64_t>;
+
+struct FileLook {
+    FileProblem problem = FileProblem::none;
+    FileIdentity identity;   // of an empty file and one without a problem
+    std::uint64_t size = 0;  // in bytes
+};
+
+// Looks at the file at `path`, links followed, without opening it.
+FileLook lookAt(const std::string& path);
+
+struct FileContent {
+    ZoNUpdateArchive::FileHeader header;  // as it is asked for
+    std::optional<std::uint32_t> crc32;   // of all bytes; as it is asked for
+};
+
+// What is to be found out. With `header` also the CRC-32 of a file without a known header.
+enum class Wanted { header, crc32, both };
+
+// Is given the number of bytes that were read since it was called last.
+using OnRead = std::function<void(std::uint64_t bytes)>;
+
+// Reads the file at `path` once, and no more of it than is needed. Nothing when it cannot be opened or read.
+std::optional<FileContent> readContent(const std::string& path, Wanted wanted, const OnRead& onRead);
+
+}  // namespace ZoNUpdateInspection

@@ -1,0 +1,79 @@
+// What the inspector tells of an update file's header.
+#include "base/PlatformText.h"
+#include "inspection/FileContent.h"
+#include "inspection/ZoCTrellanInspector.h"
+
+using namespace ZoNTrellanInspector;
+using namespace ZoNUpdateArchive;
+using namespace ZoNUpdateBase;
+using namespace ZoNUpdateInspection;
+
+namespace {
+
+ZoTFileKind kindOf(FileKind kind)
+{
+    switch (kind) {
+        case FileKind::binary:
+            return ZoTFileKind::BINARY;
+        case FileKind::inventoryTree:
+            return ZoTFileKind::INVENTORY_TREE;
+        case FileKind::bitstream:
+            return ZoTFileKind::BITSTREAM;
+        default:
+            return ZoTFileKind::PLAIN;
+    }
+}
+
+bool statesRange(std::uint32_t min, std::uint32_t max)
+{
+    return min != notAvailable && max != notAvailable && (min != 0 || max != 0);
+}
+
+std::optional<std::uint32_t> checksumOf(const FileContent& content)
+{
+    if (content.header.kind == FileKind::plain) {
+        return content.crc32;
+    }
+    return content.header.checksumCrc32 != notAvailable ? std::optional(content.header.checksumCrc32) : std::nullopt;
+}
+
+ZoTFileHeader recordOf(const FileContent& content)
+{
+    const FileHeader& header = content.header;
+    const auto checksum = checksumOf(content);
+    ZoTFileHeader record{};
+    record.kind = kindOf(header.kind);
+    record.hasChecksum = checksum.has_value();
+    record.checksum = checksum.value_or(0);
+    if (header.version && header.version->getAsULong64() != 0) {
+        record.version = allText(header.version->getAsString());
+    }
+    if (statesRange(header.minHwCompatibilityId, header.maxHwCompatibilityId)) {
+        record.hasHwCompatibilityRange = true;
+        record.minHwCompatibilityId = header.minHwCompatibilityId;
+        record.maxHwCompatibilityId = header.maxHwCompatibilityId;
+    }
+    if (statesRange(header.minSwCompatibilityId, header.maxSwCompatibilityId)) {
+        record.hasSwCompatibilityRange = true;
+        record.minSwCompatibilityId = header.minSwCompatibilityId;
+        record.maxSwCompatibilityId = header.maxSwCompatibilityId;
+    }
+    return record;
+}
+
+}  // namespace
+
+const ZoTFileHeader& ZoCTrellanInspector::readFileHeader(const std::string& path)
+{
+    const FileProblem problem = lookAt(path).problem;
+    std::optional<FileContent> content;
+    if (problem == FileProblem::none || problem == FileProblem::empty) {
+        content = readContent(path, Wanted::header, [](std::uint64_t) {});
+    }
+    fileHeader = ZoTFileHeader{};
+    fileHeader.kind = ZoTFileKind::UNREADABLE;
+    if (content) {
+        fileHeader = recordOf(*content);
+    }
+    return fileHeader;
+}

@@ -1,0 +1,64 @@
+// The rules about the names of update files.
+#include <algorithm>
+#include <filesystem>
+
+#include "base/FileAccess.h"
+#include "base/PlatformText.h"
+#include "inspection/CharacterRules.h"
+#include "inspection/Check.h"
+#include "inspection/Rules.h"
+#include "operation/PathChecks.h"
+
+using namespace ZoNUpdateBase;
+using ZoNUpdateArchive::ZoSUpdateFile;
+
+namespace ZoNUpdateInspection {
+namespace {
+
+namespace fs = std::filesystem;
+using Severity = Check::Severity;
+
+// The path without links, "." and ".."; empty when there is nothing at `path`.
+fs::path resolved(const std::string& path)
+{
+    std::error_code error;
+    return canNameFile(path) ? fs::canonical(path, error) : fs::path();
+}
+
+bool isBelow(const fs::path& folder, const fs::path& path)
+{
+    return std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first == folder.end();
+}
+
+void checkFolder(Check& check, const fs::path& folder, const ZoSUpdateFile& file)
+{
+    const Place place{file, "name"};
+    if (leavesFolder(allText(file.name))) {
+        check.report("outside-archive", Severity::ERROR, place,
+                     "the name leads out of the archive's folder: put the file into the folder and name it there");
+        return;
+    }
+    const fs::path found = resolved(check.pathOf(file));
+    if (!folder.empty() && !found.empty() && !isBelow(folder, found)) {
+        check.report("outside-archive", Severity::WARNING, place,
+                     "a link leads out of the archive's folder, to \"" + found.string() +
+                         "\": put the file itself into the folder");
+    }
+}
+
+}  // namespace
+
+void checkNames(Check& check)
+{
+    const fs::path folder = resolved(check.getArchivePath());
+    for (const ZoSUpdateFile* const file : check.getFiles()) {
+        const Place place{*file, "name"};
+        checkFolder(check, folder, *file);
+        if (file->hasTargetPath) {
+            checkShellCharacters(check, place, allText(file->name), check.pathOf(*file));
+        }
+        checkControlCharacters(check, place, allText(file->name));
+    }
+}
+
+}  // namespace ZoNUpdateInspection

@@ -1,0 +1,102 @@
+// What an inspector tells of update files by themselves.
+#include <filesystem>
+
+#include "Inspecting.h"
+#include "support/UpdateFiles.h"
+
+using namespace ZoNTrellanInspector;
+
+namespace {
+
+class Headers : public testing::Test {
+protected:
+    const ZoTFileHeader& read(const std::string& content)
+    {
+        return inspector->readFileHeader(folder.write("file.bin", content).string());
+    }
+
+    TempDir folder;
+    std::unique_ptr<ZoITrellanUpdater> updater{ZoITrellanUpdater::createInstance({})};
+    std::unique_ptr<ZoITrellanInspector> inspector{ZoITrellanInspector::createInstance(*updater)};
+};
+
+}  // namespace
+
+TEST_F(Headers, OfABinaryFileTellChecksumVersionAndRanges)
+{
+    UpdateFiles::BinaryHeader header;
+    header.checksum = 77;
+    header.version = {2, 3, 4};
+    header.minHwCompatibilityId = 5;
+    header.maxHwCompatibilityId = 6;
+    header.minSwCompatibilityId = 0;
+    header.maxSwCompatibilityId = 8;
+    const ZoTFileHeader& told = read(UpdateFiles::binaryFile(header, 2000));
+    EXPECT_EQ(told.kind, ZoTFileKind::BINARY);
+    EXPECT_TRUE(told.hasChecksum);
+    EXPECT_EQ(told.checksum, 77u);
+    EXPECT_EQ(told.version, "2.3.4");
+    EXPECT_TRUE(told.hasHwCompatibilityRange);
+    EXPECT_EQ(told.minHwCompatibilityId, 5u);
+    EXPECT_EQ(told.maxHwCompatibilityId, 6u);
+    EXPECT_TRUE(told.hasSwCompatibilityRange);
+    EXPECT_EQ(told.minSwCompatibilityId, 0u);
+    EXPECT_EQ(told.maxSwCompatibilityId, 8u);
+}
+
+TEST_F(Headers, TakeARangeOfZerosAndAnEmptyVersionForNone)
+{
+    const ZoTFileHeader& told = read(UpdateFiles::binaryFile({}));
+    EXPECT_EQ(told.kind, ZoTFileKind::BINARY);
+    EXPECT_EQ(told.version, "");
+    EXPECT_FALSE(told.hasHwCompatibilityRange);
+    EXPECT_FALSE(told.hasSwCompatibilityRange);
+}
+
+TEST_F(Headers, OfAnInventoryTreeTellWhatItHas)
+{
+    const ZoTFileHeader& told = read(UpdateFiles::inventoryFile(
+        {{"FIRMWARE/VERSION", "3.1"}, {"FIRMWARE/MIN_HW_COMPATIBILITY_ID", 1}, {"FIRMWARE/MAX_HW_COMPATIBILITY_ID", 2}},
+        88));
+    EXPECT_EQ(told.kind, ZoTFileKind::INVENTORY_TREE);
+    EXPECT_EQ(told.checksum, 88u);
+    EXPECT_EQ(told.version, "3.1");
+    EXPECT_TRUE(told.hasHwCompatibilityRange);
+    EXPECT_EQ(told.maxHwCompatibilityId, 2u);
+    EXPECT_FALSE(told.hasSwCompatibilityRange);
+
+    const ZoTFileHeader& bare = read(UpdateFiles::inventoryFile(nlohmann::ordered_json::object()));
+    EXPECT_EQ(bare.kind, ZoTFileKind::INVENTORY_TREE);
+    EXPECT_FALSE(bare.hasChecksum);
+    EXPECT_EQ(bare.version, "");
+}
+
+TEST_F(Headers, OfABitstreamTellTheChecksumWhereItHasOne)
+{
+    EXPECT_EQ(read(UpdateFiles::bitstreamFile(99)).kind, ZoTFileKind::BITSTREAM);
+    EXPECT_EQ(read(UpdateFiles::bitstreamFile(99)).checksum, 99u);
+    EXPECT_FALSE(read(UpdateFiles::bitstreamFile(99, 88)).hasChecksum);
+    EXPECT_EQ(read(UpdateFiles::bitstreamFile(99, 88)).checksum, 0u);
+}
+
+TEST_F(Headers, OfAnyOtherFileTellTheCrc32OfItsBytes)
+{
+    const ZoTFileHeader& told = read("123456789");
+    EXPECT_EQ(told.kind, ZoTFileKind::PLAIN);
+    EXPECT_TRUE(told.hasChecksum);
+    EXPECT_EQ(told.checksum, 0xCBF43926u);
+    EXPECT_EQ(told.version, "");
+
+    EXPECT_EQ(read(std::string(1'000'000, '\0')).checksum, 0x1279CB9Eu);
+    EXPECT_EQ(read("").kind, ZoTFileKind::PLAIN);
+    EXPECT_EQ(read("").checksum, 0u);
+}
+
+TEST_F(Headers, OfWhatCannotBeReadTellNothing)
+{
+    for (const std::string& path : {folder.path().string(), (folder.path() / "nothing").string(), std::string()}) {
+        const ZoTFileHeader& told = inspector->readFileHeader(path);
+        EXPECT_EQ(told.kind, ZoTFileKind::UNREADABLE) << path;
+        EXPECT_FALSE(told.hasChecksum);
+    }
+}
