@@ -34,6 +34,36 @@ private:
     PendingElements*& known;
 };
 
+// Unlocks the target by `unlocking`, at the latest at the end of its scope: whether memory is short or a host's
+// callback throws, the target must not stay locked.
+template <class Unlocking>
+class Unlocker {
+public:
+    explicit Unlocker(Unlocking unlocking) : unlocking(unlocking) {}
+    Unlocker(const Unlocker&) = delete;
+    Unlocker& operator=(const Unlocker&) = delete;
+
+    ~Unlocker()
+    {
+        try {
+            unlock();
+        } catch (...) {  // what has ended the scope is on its way to the host and matters more
+        }
+    }
+
+    void unlock()
+    {
+        if (isLocked) {
+            isLocked = false;
+            unlocking();
+        }
+    }
+
+private:
+    Unlocking unlocking;
+    bool isLocked = true;
+};
+
 }  // namespace
 
 ZoCUpdateOperation::ZoCUpdateOperation(const ZoCTrellanUpdater* updater, const ZoNTrellanUpdater::ZoTOptions* options,
@@ -56,16 +86,11 @@ bool ZoCUpdateOperation::update(ZoCErrorListPool& errors)
     if (!lockInventory(errors)) {
         return false;
     }
-    bool filesMissing = false;
-    try {
-        assignment->printUnsupportedUpdateElements();
-        assignment->printNotRequiredUpdates();
-        filesMissing = updatePhases();
-    } catch (...) {  // out of memory, or a host's callback: the target must not stay locked
-        unlockInventory(errors);
-        throw;
-    }
-    unlockInventory(errors);
+    Unlocker unlocker([&] { unlockInventory(errors); });
+    assignment->printUnsupportedUpdateElements();
+    assignment->printNotRequiredUpdates();
+    const bool filesMissing = updatePhases();
+    unlocker.unlock();
     return printUpdateResults(errors, filesMissing);
 }
 
@@ -118,6 +143,16 @@ bool ZoCUpdateOperation::lockInventory(ZoCErrorListPool& errors)
 
 bool ZoCUpdateOperation::unlockInventory(ZoCErrorListPool& errors)
 {
+    bool isUnlocked = false;
+    Unlocker unlocker([&] { isUnlocked = unlock(errors); });
+    finishUpdates(errors);
+    unlocker.unlock();
+    return isUnlocked;
+}
+
+// Tells the target's nodes that no more updates will come.
+void ZoCUpdateOperation::finishUpdates(ZoCErrorListPool& errors)
+{
     ZoCInventoryManager& manager = *ZoCInventoryManager::getInstance();
     const ZoCUpdateInventory& inventory = assignment->getInventory();
     ZoCInventoryAddress node;
@@ -127,8 +162,12 @@ bool ZoCUpdateOperation::unlockInventory(ZoCErrorListPool& errors)
     if (inventory.getHcnAddress(node)) {
         manager.updateFinish(errors, node, lockHandle, nullptr);
     }
-    const ErrorGuard guard(errors);  // errors of updateFinish are no failure to unlock
-    manager.unlock(errors, lockHandle);
+}
+
+bool ZoCUpdateOperation::unlock(ZoCErrorListPool& errors)
+{
+    const ErrorGuard guard(errors);
+    ZoCInventoryManager::getInstance()->unlock(errors, lockHandle);
     if (guard.failed()) {
         if (options->verbose) {
             updater->print("ERROR: Cannot unlock target system!\n");

@@ -31,7 +31,7 @@ public:
     bool isUpdating() const { return pendingElements != nullptr; }
 
     // Lock and unlock the target. False when errors were added; printed only with `verbose`. Unlocking tells the CN and
-    // the HCN first that no more updates will come.
+    // the HCN first that no more updates will come; the target is unlocked also when that throws.
     bool lockInventory(ZoCErrorListPool& errors);
     bool unlockInventory(ZoCErrorListPool& errors);
 
@@ -69,6 +69,8 @@ public:
 
 private:
     void setUpdateStates();
+    void finishUpdates(ZoCErrorListPool& errors);
+    bool unlock(ZoCErrorListPool& errors);
     bool updatePhases();
     bool updatePhase(unsigned phase, WrittenFiles& written);
     void startUpdatesOfPhase(PhaseList& list, WrittenFiles& written);
