@@ -6,7 +6,13 @@
 namespace {
 
 struct TreeDeleter {
-    void operator()(ZoCInventoryItem* tree) const { ZoCInventoryManager::getInstance()->deleteInventoryTree(tree); }
+    void operator()(ZoCInventoryItem* tree) const noexcept
+    {
+        try {
+            ZoCInventoryManager::getInstance()->deleteInventoryTree(tree);
+        } catch (...) {  // nothing more can be done for the tree, and the host is to live on
+        }
+    }
 };
 
 }  // namespace
