@@ -1,8 +1,9 @@
 // Waiting for the updates of a phase.
+#include <iterator>
+
 #include "base/ErrorGuard.h"
 #include "libZoInventoryManagerAP/ZoCInventoryManager.h"
 #include "libZoRtosAbstraction/ZoNRtosAbstraction.h"
-#include "operation/Spinner.h"
 #include "operation/ZoCUpdateOperation.h"
 #include "updater/ZoCTrellanUpdater.h"
 
@@ -18,6 +19,16 @@ constexpr unsigned complete = 100;                // percent
 // What the inventory manager says of an update; any other value: failed.
 constexpr unsigned statusRunning = 1;
 constexpr unsigned statusFinished = 2;
+
+// The next picture of the progress line. One spinner turns for the whole library, whatever updater asks.
+const char* nextSpinnerPicture()
+{
+    constexpr const char* pictures[] = {"-", "\\", "|", "/"};
+    static std::size_t position = 0;
+    const char* const picture = pictures[position];
+    position = (position + 1) % std::size(pictures);
+    return picture;
+}
 
 }  // namespace
 

@@ -79,6 +79,10 @@ public:
     // False when the archive does not support the target. All elements are disabled then.
     bool checkHcnCnSupport();
 
+    // Why a device in this reboot-support state cannot be rebooted automatically; empty for 0, which is supported, and
+    // for every state that has no message.
+    static const char* rebootMessage(unsigned state);
+
     // The working classes.
     const ZoCUpdateArchive& getArchive() const { return *archive; }
     const ZoCUpdateInventory& getInventory() const { return *inventory; }

@@ -4,7 +4,6 @@
 #include <string>
 
 #include "Updating.h"
-#include "updater/RebootMessage.h"
 
 using nlohmann::ordered_json;
 using namespace ZoNTrellanUpdater;
@@ -112,7 +111,7 @@ TEST_F(Reboot, TellsWhenTheCheckFailed)
 TEST(RebootMessage, IsEmptyForStatesThatHaveNone)
 {
     for (const unsigned state : {0u, 5u, 6u, 0xFFFFFFFFu}) {
-        EXPECT_STREQ(rebootMessage(state), "") << state;
+        EXPECT_STREQ(ZoCTrellanUpdater::rebootMessage(state), "") << state;
     }
 }
 
