@@ -24,6 +24,11 @@ bool readChecksum(const std::string& path, std::uint32_t& checksumCrc32)
 
 }  // namespace
 
+std::string ZoCUpdateArchive::pathOf(const ZoSUpdateFile& file) const
+{
+    return options->archivePath + "/" + allText(file.name);
+}
+
 bool ZoCUpdateArchive::readUpdateFiles()
 {
     unsigned openedFiles = 0;
@@ -31,7 +36,7 @@ bool ZoCUpdateArchive::readUpdateFiles()
         if (file.checksumCrc32 != notAvailable) {
             continue;
         }
-        const std::string path = options->archivePath + "/" + allText(file.name);
+        const std::string path = pathOf(file);
         if (!isReadable(path)) {
             file.fileMissing = true;
             return fail("ERROR: Cannot read checksum from update file. '%s' not found.\n", path.c_str());

@@ -77,6 +77,9 @@ public:
     const std::vector<ZoNUpdateArchive::ZoSUpdateFile>& getUpdateFileList() const { return files; }
     std::vector<ZoNUpdateArchive::ZoSUpdateFile>& getUpdateFileList() { return files; }
 
+    // Where `file` is: in the archive's folder.
+    std::string pathOf(const ZoNUpdateArchive::ZoSUpdateFile& file) const;
+
     // Largest "sequence" of the accepted entries; 0 when there is none.
     std::uint32_t getMaxSequence() const { return maxSequence; }
 

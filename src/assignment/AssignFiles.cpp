@@ -65,7 +65,13 @@ void ZoCUpdateAssignment::forgetAssignment()
         element.isUpToDate = false;
         element.blocksUpdate = false;
     }
+    numberOfUpdatePhases = 0;
     targetSupported = false;
+}
+
+ZoSUpdateFile* ZoCUpdateAssignment::fileOf(const ZoSUpdateElement& element) const
+{
+    return element.updateFileIndex != -1 ? &updateFiles[static_cast<std::size_t>(element.updateFileIndex)] : nullptr;
 }
 
 void ZoCUpdateAssignment::assignUpdateFiles()

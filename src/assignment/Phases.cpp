@@ -13,9 +13,9 @@ void ZoCUpdateAssignment::computeUpdatePhase()
 {
     std::vector<SortElemType> order;
     for (auto& element : updateElements) {
-        if (!element.disabled && element.updateFileIndex != -1) {
-            const auto& file = updateFiles[static_cast<std::size_t>(element.updateFileIndex)];
-            order.push_back({&element, file.sequence});
+        const auto* const file = fileOf(element);
+        if (file != nullptr && !element.disabled) {
+            order.push_back({&element, file->sequence});
         }
     }
     std::stable_sort(order.begin(), order.end(), lowerThen);

@@ -25,16 +25,13 @@ void ZoCUpdateAssignment::computeRedundantUpdates()
 {
     for (ZoSUpdateElement& element : updateElements) {
         const bool inUse = element.isFileSystemElement || options.configuration || element.active;
-        if (element.updateFileIndex == -1 || !element.valid || !inUse) {
-            continue;
-        }
-        const ZoSUpdateFile& file = updateFiles[static_cast<std::size_t>(element.updateFileIndex)];
-        if (isNeeded(element, file)) {
+        const ZoSUpdateFile* const file = fileOf(element);
+        if (file == nullptr || !element.valid || !inUse || isNeeded(element, *file)) {
             continue;
         }
         element.notRequired = true;
         // Force repeats standard updates; an upgrade never goes back to an older or equal version.
-        if (!options.force || file.mode != UpdateMode::standard) {
+        if (!options.force || file->mode != UpdateMode::standard) {
             element.isUpToDate = true;
             element.disabled = true;
         }
@@ -48,7 +45,7 @@ void ZoCUpdateAssignment::printNotRequiredUpdates() const
     }
     bool isFirst = true;
     for (const ZoSUpdateElement& element : updateElements) {
-        if (element.updateFileIndex == -1 || !element.notRequired) {
+        if (fileOf(element) == nullptr || !element.notRequired) {
             continue;
         }
         if (isFirst) {
@@ -63,7 +60,7 @@ void ZoCUpdateAssignment::printUnsupportedUpdateElements() const
 {
     bool isFirst = true;
     for (const ZoSUpdateElement& element : updateElements) {
-        if (element.disabled || element.updateFileIndex != -1) {
+        if (element.disabled || fileOf(element) != nullptr) {
             continue;
         }
         if (isFirst) {

@@ -12,7 +12,7 @@ bool ZoCUpdateAssignment::computeTargetSupport()
     for (auto& element : updateElements) {
         const bool isOnNode =
             (hcnFound && element.boardAddress == hcnAddress) || (cnFound && element.boardAddress == cnAddress);
-        element.blocksUpdate = element.updateFileIndex == -1 && !element.isFileSystemElement && isOnNode;
+        element.blocksUpdate = fileOf(element) == nullptr && !element.isFileSystemElement && isOnNode;
         targetSupported = targetSupported && !element.blocksUpdate;
     }
     return targetSupported;

@@ -53,9 +53,7 @@ void ZoCUpdateAssignment::printVersionsComparison() const
     table.reserve(updateElements.size() + 1);
     std::uint32_t number = 0;
     for (const ZoSUpdateElement& element : updateElements) {
-        const ZoSUpdateFile* const file =
-            element.updateFileIndex != -1 ? &updateFiles[static_cast<std::size_t>(element.updateFileIndex)] : nullptr;
-        table.push_back(rowOf(number++, element, file));
+        table.push_back(rowOf(number++, element, fileOf(element)));
     }
     updater.printTable(table);
 }

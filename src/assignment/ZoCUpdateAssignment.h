@@ -34,6 +34,9 @@ public:
     // nor be marked as having its content.
     void forgetAssignment();
 
+    // The update file that the element has been given, owned by the archive; null when it has none.
+    ZoNUpdateArchive::ZoSUpdateFile* fileOf(const ZoNUpdateInventory::ZoSUpdateElement& element) const;
+
     // Gives each element the first file that fits it, and makes elements for flash-drive files that no element took.
     void assignUpdateFiles();
 

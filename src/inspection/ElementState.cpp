@@ -1,6 +1,6 @@
 #include "inspection/ElementState.h"
 
-#include "operation/ZoCUpdateOperation.h"
+#include "assignment/ZoCUpdateAssignment.h"
 
 using ZoNTrellanInspector::ZoTState;
 using namespace ZoNUpdateInventory;
@@ -27,12 +27,12 @@ ZoTState stateBeforeUpdate(const ZoSUpdateElement& element, const ZoCTrellanUpda
 
 ZoTState stateOf(const ZoSUpdateElement& element, const ZoCTrellanUpdater& updater)
 {
-    if (element.updateFileIndex == -1) {
+    if (updater.getAssignment().fileOf(element) == nullptr) {
         return ZoTState::NO_FILE;
     }
     switch (element.updateState) {
         case PENDING:
-            return updater.getOperation().isUpdating() ? ZoTState::UPDATE : ZoTState::NOT_STARTED;
+            return updater.isBusy() ? ZoTState::UPDATE : ZoTState::NOT_STARTED;
         case RUNNING:
             return ZoTState::RUNNING;
         case FAILED:

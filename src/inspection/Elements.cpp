@@ -68,8 +68,8 @@ const ZoTElement& ZoCTrellanInspector::getElement(unsigned index)
     element.hasInstalledChecksum = source.hasChecksum;
     element.installedChecksum = source.hasChecksum ? source.checksumCrc32 : 0;
     element.filePosition = source.updateFileIndex;
-    element.isDowngrade =
-        source.updateFileIndex != -1 && isDowngrade(source, fileAt(static_cast<unsigned>(source.updateFileIndex)));
+    const ZoSUpdateFile* const itsFile = updater.getAssignment().fileOf(source);
+    element.isDowngrade = itsFile != nullptr && isDowngrade(source, *itsFile);
     element.state = ZoNUpdateInspection::stateOf(source, updater);
     element.blocksUpdate = source.blocksUpdate;
     return element;

@@ -28,7 +28,7 @@ const ZoTFile& ZoCTrellanInspector::getFile(unsigned position)
     const ZoSUpdateFile& source = fileAt(position);
     file.entry = source.entry;
     file.name = allText(source.name);
-    file.path = updater.getOptions().archivePath + "/" + allText(source.name);
+    file.path = updater.getArchive().pathOf(source);
     file.sequence = source.sequence;
     file.isUpgrade = source.mode == UpdateMode::upgrade;
     file.version = source.version.getAsULong64() != 0 ? allText(source.version.getAsString()) : std::string();

@@ -194,5 +194,6 @@ bool ZoCUpdateOperation::writeFileSystemElement(const ZoSUpdateFile& file, const
                                                 WrittenFiles& written, std::vector<std::string>& messages)
 {
     messages.clear();
-    return FileWriter(*updater, options->verbose, pathOf(file), allText(location), written, messages).write();
+    const std::string source = assignment->getArchive().pathOf(file);
+    return FileWriter(*updater, options->verbose, source, allText(location), written, messages).write();
 }

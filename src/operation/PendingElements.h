@@ -1,7 +1,7 @@
-// PendingElements: the elements that an update began with, found by their phase and by their board.
+// PendingElements: the elements that are to be updated, found by their phase and by their board.
 //
-// Made for the time of one update, so that neither a phase nor a failure has to search the inventory's whole list. That
-// is sound because an update makes its elements pending before anything else, and none of them afterwards.
+// Made once for an update, so that neither a phase nor a failure has to search the inventory's whole list. That is
+// sound because an update makes its elements pending before anything else, and none of them afterwards.
 #pragma once
 
 #include <string>
@@ -17,7 +17,7 @@ public:
     // Takes up the elements that are pending now. They must outlive it.
     explicit PendingElements(ZoCUpdateInventory::ElementList& elements);
 
-    // The elements of a phase, in list order; some may no longer be pending.
+    // The elements of a phase that are still pending, in list order.
     List ofPhase(unsigned phase) const;
 
     // The elements of a board that are still pending, in list order. Forgets the others, so that many failures on one

@@ -43,7 +43,6 @@ void ZoCUpdateOperation::startUpdatesOfPhase(PhaseList& list)
     startUpdatesOfPhase(list, written);
 }
 
-// `written` are the files that this update has written to the flash drive.
 void ZoCUpdateOperation::startUpdatesOfPhase(PhaseList& list, WrittenFiles& written)
 {
     bool isFirst = true;
@@ -71,7 +70,7 @@ void ZoCUpdateOperation::startUpdatesOfPhase(PhaseList& list, WrittenFiles& writ
 void ZoCUpdateOperation::startFileSystemUpdate(ZoSUpdateElement& element, WrittenFiles& written)
 {
     std::vector<std::string> messages;
-    if (writeFileSystemElement(fileOf(element), element.location, written, messages)) {
+    if (writeFileSystemElement(*assignment->fileOf(element), element.location, written, messages)) {
         element.updateState = FINISHED;
         updater->print("\n");
     } else {
@@ -98,7 +97,7 @@ void ZoCUpdateOperation::startInventoryUpdate(ZoSUpdateElement& element)
 bool ZoCUpdateOperation::requestUpdate(ZoSUpdateElement& element)
 {
     const unsigned long long time = fileTime();
-    const std::string path = pathOf(fileOf(element));
+    const std::string path = assignment->getArchive().pathOf(*assignment->fileOf(element));
     if (!path.starts_with('/')) {
         if (options->verbose) {
             updater->print("ERROR: Given path is not absolute: '%s'\n", path.c_str());

@@ -1,7 +1,6 @@
 // The course of an update: lock, phase after phase, unlock, results.
 #include "base/ErrorGuard.h"
 #include "base/FileAccess.h"
-#include "base/PlatformText.h"
 #include "libZoInventoryManagerAP/ZoCInventoryManager.h"
 #include "operation/PendingElements.h"
 #include "operation/WrittenFiles.h"
@@ -16,23 +15,6 @@ namespace {
 
 constexpr int updateLock = 0x10003;           // what the inventory manager is asked to lock
 constexpr unsigned endOfPhases = 0xFFFFFFFF;  // reported in place of a phase
-
-// The pending elements of a running update, known by `known` for the time of its scope.
-class KnownPendingElements {
-public:
-    KnownPendingElements(ZoCUpdateInventory::ElementList& elements, PendingElements*& known)
-        : pendingElements(elements), known(known)
-    {
-        known = &pendingElements;
-    }
-    ~KnownPendingElements() { known = nullptr; }
-    KnownPendingElements(const KnownPendingElements&) = delete;
-    KnownPendingElements& operator=(const KnownPendingElements&) = delete;
-
-private:
-    PendingElements pendingElements;
-    PendingElements*& known;
-};
 
 // Unlocks the target by `unlocking`, at the latest at the end of its scope: whether memory is short or a host's
 // callback throws, the target must not stay locked.
@@ -71,18 +53,13 @@ ZoCUpdateOperation::ZoCUpdateOperation(const ZoCTrellanUpdater* updater, const Z
     : updater(updater),
       options(options),
       assignment(assignment),
-      files(assignment->getArchive().getUpdateFileList()),
       elements(assignment->getInventory().getUpdateElementList())
 {
 }
 
 bool ZoCUpdateOperation::update(ZoCErrorListPool& errors)
 {
-    if (isUpdating()) {
-        return false;  // asked for by a host's callback, in the middle of an update
-    }
     setUpdateStates();
-    const KnownPendingElements known(elements, pendingElements);
     if (!lockInventory(errors)) {
         return false;
     }
@@ -97,7 +74,7 @@ bool ZoCUpdateOperation::update(ZoCErrorListPool& errors)
 void ZoCUpdateOperation::setUpdateStates()
 {
     for (ZoSUpdateElement& element : elements) {
-        const bool isPending = !element.disabled && element.updateFileIndex != -1;
+        const bool isPending = !element.disabled && assignment->fileOf(element) != nullptr;
         element.updateState = isPending ? PENDING : NOTHING_TO_DO;
         element.statusErrorCount = 0;
         element.fileWasMissing = false;
@@ -109,25 +86,25 @@ void ZoCUpdateOperation::setUpdateStates()
 bool ZoCUpdateOperation::updatePhases()
 {
     bool filesMissing = false;
+    PendingElements pending(elements);
     WrittenFiles written;
     const unsigned phases = assignment->getNumberOfUpdatePhases();
     for (unsigned phase = 0; phase < phases; ++phase) {
-        filesMissing |= updatePhase(phase, written);
+        filesMissing |= updatePhase(phase, pending, written);
     }
     updater->ReportPhase(endOfPhases);
     return filesMissing;
 }
 
 // True when an update file was missing.
-bool ZoCUpdateOperation::updatePhase(unsigned phase, WrittenFiles& written)
+bool ZoCUpdateOperation::updatePhase(unsigned phase, PendingElements& pending, WrittenFiles& written)
 {
     updater->ReportPhase(phase);
-    PhaseList list;
-    getUpdateElementsOfPhase(phase, list);
+    PhaseList list = pending.ofPhase(phase);
     const bool filesMissing = checkMissingUpdateFiles(list);
     startUpdatesOfPhase(list, written);
     updateStatus(list);
-    updateErrors(list);
+    updateErrors(list, pending);
     return filesMissing;
 }
 
@@ -180,20 +157,16 @@ bool ZoCUpdateOperation::unlock(ZoCErrorListPool& errors)
 
 void ZoCUpdateOperation::getUpdateElementsOfPhase(unsigned phase, PhaseList& list)
 {
-    for (ZoSUpdateElement* const element :
-         pendingElements != nullptr ? pendingElements->ofPhase(phase) : allElements()) {
-        if (element->phase == phase && element->updateState == PENDING) {
-            list.push_back(element);
-        }
-    }
+    const PhaseList found = PendingElements(elements).ofPhase(phase);
+    list.insert(list.end(), found.begin(), found.end());
 }
 
 bool ZoCUpdateOperation::checkMissingUpdateFiles(PhaseList& list)
 {
     bool isMissing = false;
     for (ZoSUpdateElement* const element : list) {
-        ZoSUpdateFile& file = files[static_cast<std::size_t>(element->updateFileIndex)];
-        if (isReadable(pathOf(file))) {
+        ZoSUpdateFile& file = *assignment->fileOf(*element);
+        if (isReadable(assignment->getArchive().pathOf(file))) {
             continue;
         }
         isMissing = true;
@@ -208,30 +181,17 @@ bool ZoCUpdateOperation::checkMissingUpdateFiles(PhaseList& list)
 
 void ZoCUpdateOperation::cancelUpdates(const ZoCInventoryAddress& boardAddress, unsigned fromPhase)
 {
-    for (ZoSUpdateElement* const element :
-         pendingElements != nullptr ? pendingElements->ofBoard(boardAddress) : allElements()) {
-        if (element->updateState == PENDING && element->phase >= fromPhase && element->boardAddress == boardAddress) {
+    PendingElements pending(elements);
+    cancelUpdates(boardAddress, fromPhase, pending);
+}
+
+void ZoCUpdateOperation::cancelUpdates(const ZoCInventoryAddress& boardAddress, unsigned fromPhase,
+                                       PendingElements& pending)
+{
+    for (ZoSUpdateElement* const element : pending.ofBoard(boardAddress)) {
+        if (element->phase >= fromPhase) {
             element->updateState = CANCELLED;
             updater->ReportFailure(element->index);
         }
     }
-}
-
-ZoCUpdateOperation::PhaseList ZoCUpdateOperation::allElements()
-{
-    PhaseList list;
-    for (ZoSUpdateElement& element : elements) {
-        list.push_back(&element);
-    }
-    return list;
-}
-
-const ZoSUpdateFile& ZoCUpdateOperation::fileOf(const ZoSUpdateElement& element) const
-{
-    return files[static_cast<std::size_t>(element.updateFileIndex)];
-}
-
-std::string ZoCUpdateOperation::pathOf(const ZoSUpdateFile& file) const
-{
-    return options->archivePath + "/" + allText(file.name);
 }

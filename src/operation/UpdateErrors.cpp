@@ -1,11 +1,18 @@
 // What the finished updates of a phase have reported.
 #include "libZoInventoryManagerAP/ZoCInventoryManager.h"
+#include "operation/PendingElements.h"
 #include "operation/ZoCUpdateOperation.h"
 #include "updater/ZoCTrellanUpdater.h"
 
 using namespace ZoNUpdateInventory;
 
 void ZoCUpdateOperation::updateErrors(PhaseList& list)
+{
+    PendingElements pending(elements);
+    updateErrors(list, pending);
+}
+
+void ZoCUpdateOperation::updateErrors(PhaseList& list, PendingElements& pending)
 {
     unsigned counted = 0;
     unsigned errorsFound = 0;
@@ -17,7 +24,7 @@ void ZoCUpdateOperation::updateErrors(PhaseList& list)
                 break;
             default:
                 ++counted;
-                errorsFound += collectErrors(*element) ? 0 : 1;
+                errorsFound += collectErrors(*element, pending) ? 0 : 1;
                 break;
         }
     }
@@ -28,7 +35,7 @@ void ZoCUpdateOperation::updateErrors(PhaseList& list)
 
 // Fetches the errors of the element's update. False when it failed or has any error; later updates of its board are
 // cancelled then. A file on the flash drive has neither errors nor successors.
-bool ZoCUpdateOperation::collectErrors(ZoSUpdateElement& element)
+bool ZoCUpdateOperation::collectErrors(ZoSUpdateElement& element, PendingElements& pending)
 {
     const bool isFinished = element.updateState == FINISHED;
     if (element.isFileSystemElement) {
@@ -42,6 +49,6 @@ bool ZoCUpdateOperation::collectErrors(ZoSUpdateElement& element)
         }
         updater->ReportFailure(element.index);
     }
-    cancelUpdates(element.boardAddress, element.phase + 1);
+    cancelUpdates(element.boardAddress, element.phase + 1, pending);
     return false;
 }

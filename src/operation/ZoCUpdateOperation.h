@@ -23,12 +23,8 @@ public:
     ZoCUpdateOperation& operator=(const ZoCUpdateOperation&) = delete;
 
     // Updates the target. True only for a complete success; otherwise what failed has been printed (a failed lock only
-    // with `verbose`), and the errors are in `errors`. False at once, with nothing touched, when it is asked for in a
-    // host's callback while an update is running.
+    // with `verbose`), and the errors are in `errors`. Not to be called while it runs: the updater sees to that.
     bool update(ZoCErrorListPool& errors);
-
-    // True while update() is at work.
-    bool isUpdating() const { return pendingElements != nullptr; }
 
     // Lock and unlock the target. False when errors were added; printed only with `verbose`. Unlocking tells the CN and
     // the HCN first that no more updates will come; the target is unlocked also when that throws.
@@ -72,26 +68,25 @@ private:
     void finishUpdates(ZoCErrorListPool& errors);
     bool unlock(ZoCErrorListPool& errors);
     bool updatePhases();
-    bool updatePhase(unsigned phase, WrittenFiles& written);
-    void startUpdatesOfPhase(PhaseList& list, WrittenFiles& written);
+    bool updatePhase(unsigned phase, PendingElements& pending, WrittenFiles& written);
     void startFileSystemUpdate(ZoNUpdateInventory::ZoSUpdateElement& element, WrittenFiles& written);
-    bool writeFileSystemElement(const ZoNUpdateArchive::ZoSUpdateFile& file, const ZoCString& location,
-                                WrittenFiles& written, std::vector<std::string>& messages);
     void startInventoryUpdate(ZoNUpdateInventory::ZoSUpdateElement& element);
     bool requestUpdate(ZoNUpdateInventory::ZoSUpdateElement& element);
     void failToStart(ZoNUpdateInventory::ZoSUpdateElement& element);
     unsigned long long pollElement(ZoNUpdateInventory::ZoSUpdateElement& element);
-    bool collectErrors(ZoNUpdateInventory::ZoSUpdateElement& element);
-    PhaseList allElements();
+    bool collectErrors(ZoNUpdateInventory::ZoSUpdateElement& element, PendingElements& pending);
     void printFailure(const ZoNUpdateInventory::ZoSUpdateElement& element) const;
-    const ZoNUpdateArchive::ZoSUpdateFile& fileOf(const ZoNUpdateInventory::ZoSUpdateElement& element) const;
-    std::string pathOf(const ZoNUpdateArchive::ZoSUpdateFile& file) const;
+
+    // The operations of these names within an update, which knows what is pending and what it has written.
+    void startUpdatesOfPhase(PhaseList& list, WrittenFiles& written);
+    void updateErrors(PhaseList& list, PendingElements& pending);
+    void cancelUpdates(const ZoCInventoryAddress& boardAddress, unsigned fromPhase, PendingElements& pending);
+    bool writeFileSystemElement(const ZoNUpdateArchive::ZoSUpdateFile& file, const ZoCString& location,
+                                WrittenFiles& written, std::vector<std::string>& messages);
 
     const ZoCTrellanUpdater* updater;
     const ZoNTrellanUpdater::ZoTOptions* options;
     ZoCUpdateAssignment* assignment;
-    std::vector<ZoNUpdateArchive::ZoSUpdateFile>& files;  // the archive's
-    ZoCUpdateInventory::ElementList& elements;            // the inventory's
-    PendingElements* pendingElements = nullptr;           // of the running update; null: none is running
-    std::uint32_t lockHandle = 0;                         // 0: not locked
+    ZoCUpdateInventory::ElementList& elements;  // the inventory's
+    std::uint32_t lockHandle = 0;               // 0: not locked
 };

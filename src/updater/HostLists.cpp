@@ -15,14 +15,13 @@ std::string versionText(const ZoCVersion& version)
 }
 
 void describeUpdateFile(ZoTUpdateElement& record, const ZoNUpdateInventory::ZoSUpdateElement& element,
-                        const std::vector<ZoNUpdateArchive::ZoSUpdateFile>& files)
+                        const ZoNUpdateArchive::ZoSUpdateFile* file)
 {
     record.updateFileIndex = element.updateFileIndex;
-    record.hasUpdateFile = element.updateFileIndex != -1;
-    if (record.hasUpdateFile) {
-        const auto& file = files[static_cast<std::size_t>(element.updateFileIndex)];
-        record.availableVersion = versionText(file.version);
-        record.checksumDiffers = file.checksumCrc32 != element.checksumCrc32;
+    record.hasUpdateFile = file != nullptr;
+    if (file != nullptr) {
+        record.availableVersion = versionText(file->version);
+        record.checksumDiffers = file->checksumCrc32 != element.checksumCrc32;
     }
 }
 
@@ -63,7 +62,7 @@ void ZoCTrellanUpdater::getUpdateElementList(ZoTUpdateElement*& list, unsigned& 
         ZoTUpdateElement& record = records[position];
         record.index = position++;
         describeElement(record, element);
-        describeUpdateFile(record, element, archive->getUpdateFileList());
+        describeUpdateFile(record, element, assignment->fileOf(element));
     }
     list = records.release();
 }

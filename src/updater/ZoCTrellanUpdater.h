@@ -89,6 +89,9 @@ public:
     const ZoCUpdateAssignment& getAssignment() const { return *assignment; }
     const ZoCUpdateOperation& getOperation() const { return *operation; }
 
+    // True while apply() or run() is at work.
+    bool isBusy() const { return isAtWork; }
+
     // The options that it works with.
     const ZoNTrellanUpdater::ZoTOptions& getOptions() const { return options; }
 
