@@ -22,6 +22,9 @@ struct Arguments {
     std::optional<std::string> targetFile;  // value for TRELLAN_TARGET, absolute
     std::optional<std::string> traceFile;   // value for TRELLAN_TRACE, absolute
     bool noCheck = false;                   // do just what the library does
+    bool dryRun = false;                    // tell what an update would do, and do nothing
+    std::optional<std::string> planFile;    // the plan by which to update, absolute
+    bool verify = false;                    // scan again after an update, and compare
     bool detailedExitStatus = false;        // end with UPDATES_AVAILABLE where there is something to update
     bool json = false;                      // print a JSON document in place of the library's text
     bool help = false;                      // print the command's help, or the tool's, and do nothing else

@@ -30,7 +30,7 @@ constexpr Command table[] = {
     {"scan", "", OF_ELEMENTS | DOCUMENT, READ_INVENTORY, runInLibrary, "Read the target's inventory"},
     {"compare", "ARCHIVE", OF_BOTH | DOCUMENT, COMPARE_VERSIONS, runInLibrary,
      "Print installed and available versions side by side"},
-    {"update", "ARCHIVE", OF_BOTH | UPDATES, UPDATE, runInLibrary, "Update the target"},
+    {"update", "ARCHIVE", OF_BOTH | UPDATES | DOCUMENT, UPDATE, updateTarget, "Update the target"},
     {"reboot-support", "", OF_TARGET | DOCUMENT, READ_INVENTORY, tellRebootSupport,
      "Tell whether the device can be rebooted automatically"},
     {"help", "[COMMAND]", 0, 0, printHelp, "Print what the tool does, or a command's options"},

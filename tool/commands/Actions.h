@@ -10,6 +10,9 @@ struct Streams;
 // `streams.err`.
 int runInLibrary(const Arguments& arguments, const Streams& streams);
 
+// Updates the target, or tells what that would do: the library's text, or a document, as above.
+int updateTarget(const Arguments& arguments, const Streams& streams);
+
 // Asks the library whether the device can be rebooted automatically: SUCCESS when it can.
 int tellRebootSupport(const Arguments& arguments, const Streams& streams);
 

@@ -100,8 +100,8 @@ TEST(FilteringTest, EndsAnUpdateOfNothingWith5BeforeTheTargetIsLocked)
               "trellan-update: nothing has serial number 16; there are 16777232 (16(1)), 4711\n"
               "trellan-update: the filters select no element; nothing was done\n");
     const std::vector<ordered_json> calls = target.trace();
-    EXPECT_TRUE(std::none_of(calls.begin(), calls.end(),
-                             [](const ordered_json& call) { return call["call"] == "lock"; }));
+    EXPECT_TRUE(
+        std::none_of(calls.begin(), calls.end(), [](const ordered_json& call) { return call["call"] == "lock"; }));
 }
 
 TEST(FilteringTest, IsTheLibrarysAloneWhereNothingIsChecked)

@@ -1,0 +1,190 @@
+// Updates by a plan that a dry run has written: one that holds, and many that do not, each for a reason of its own.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+
+#include "support/SimulatedTarget.h"
+#include "support/TargetBuilder.h"
+#include "support/TempDir.h"
+#include "support/TestArchive.h"
+#include "support/TextFile.h"
+#include "tool/CommandLine.h"
+
+using nlohmann::ordered_json;
+
+namespace {
+
+ordered_json device(const std::string& version = "1.0", unsigned checksum = 1)
+{
+    return target(
+        {board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}, {"PRODUCT/SERIAL_NUMBER", 815}},
+               {updateElement(1, {{"NAME", "UserFirmware"}, {"VERSION", version}, {"CHECKSUM_CRC32", checksum}}),
+                updateElement(2, {{"NAME", "UserFpga"}, {"VERSION", "1.0"}, {"CHECKSUM_CRC32", 2}})})});
+}
+
+ordered_json contents()
+{
+    return description({fileEntry("a.bin", {{"version", "2.0"}, {"checksumCrc32", 9}}),
+                        fileEntry("b.bin", {{"id", 2}, {"version", "2.0"}, {"checksumCrc32", 8}})});
+}
+
+class PlanTest : public testing::Test {
+protected:
+    PlanTest() : target(device()), archive(contents())
+    {
+        archive.addFile("a.bin", "new firmware");
+        archive.addFile("b.bin", "new fpga");
+        const RunResult dryRun = ran({"update", archive.path(), "--dry-run", "--json", "--no-check"});
+        EXPECT_EQ(dryRun.status, 0);
+        plan = dryRun.out;
+    }
+
+    // Updates by `text` as the plan.
+    RunResult updated(const std::string& text, const std::vector<std::string>& options = {})
+    {
+        writeText(planFile(), text);
+        std::vector<std::string> words = {"update", archive.path(), "--no-check", "--plan", planFile()};
+        words.insert(words.end(), options.begin(), options.end());
+        return ran(words);
+    }
+
+    // Expects that nothing was done, and that this was said.
+    void expectRefused(const RunResult& result, const std::string& reason)
+    {
+        EXPECT_EQ(result.status, 6);
+        EXPECT_NE(result.err.find(reason), std::string::npos) << result.err;
+        const std::vector<ordered_json> calls = target.trace();
+        EXPECT_TRUE(
+            std::none_of(calls.begin(), calls.end(), [](const ordered_json& call) { return call["call"] == "lock"; }));
+    }
+
+    void replaceTarget(const ordered_json& document) { writeText(target.path(), document.dump()); }
+
+    std::string planFile() const { return (folder.path() / "plan.json").string(); }
+
+    TempDir folder;
+    SimulatedTarget target;
+    TestArchive archive;
+    std::string plan;
+};
+
+}  // namespace
+
+TEST_F(PlanTest, ThatHoldsIsCarriedOut)
+{
+    EXPECT_EQ(updated(plan).status, 0);
+    const std::vector<ordered_json> calls = target.trace();
+    EXPECT_EQ(
+        std::count_if(calls.begin(), calls.end(), [](const ordered_json& call) { return call["call"] == "update2"; }),
+        2);
+}
+
+TEST_F(PlanTest, HoldsWhateverItsBlanks)
+{
+    EXPECT_EQ(updated(ordered_json::parse(plan).dump()).status, 0);
+}
+
+TEST_F(PlanTest, ThatIsNotThereIsNamed)
+{
+    const std::string absent = (folder.path() / "absent.json").string();
+    expectRefused(ran({"update", archive.path(), "--no-check", "--plan", absent}),
+                  "the plan " + absent + " cannot be read: No such file or directory");
+}
+
+TEST_F(PlanTest, ThatIsNoPlanIsNamed)
+{
+    expectRefused(updated("not JSON"), "is no JSON document");
+    expectRefused(updated("[]"), "is no document of update --dry-run --json");
+    expectRefused(updated(R"({"schemaVersion": 1, "command": "update", "elements": []})"),
+                  "is no document of update --dry-run --json");
+}
+
+TEST_F(PlanTest, ThatIsCutShortIsNamed)
+{
+    expectRefused(updated(plan.substr(0, plan.size() / 2)), "is cut short");
+    expectRefused(updated(""), "is cut short");
+}
+
+TEST_F(PlanTest, ThatWasEditedIsNamed)
+{
+    ordered_json edited = ordered_json::parse(plan);
+    edited["elements"][1]["state"] = "upToDate";
+    expectRefused(updated(edited.dump()), "was changed since it was written");
+}
+
+TEST_F(PlanTest, OfAnotherSchemaVersionIsNamed)
+{
+    ordered_json newer = ordered_json::parse(plan);
+    newer["schemaVersion"] = 2;
+    expectRefused(updated(newer.dump()), "has schema version 2, and this tool knows version 1 alone");
+}
+
+TEST_F(PlanTest, OfAnUpdateThatWasRefusedIsNamed)
+{
+    const TestArchive partial(description({fileEntry("a.bin", {{"checksumCrc32", 9}})}));
+    const RunResult refused = ran({"update", partial.path(), "--dry-run", "--json", "--no-check"});
+    EXPECT_EQ(refused.status, 4);
+    expectRefused(updated(refused.out), "is of an update that was refused");
+}
+
+TEST_F(PlanTest, DoesNotHoldForAnotherInstalledVersion)
+{
+    replaceTarget(device("1.1"));
+    expectRefused(updated(plan), R"(KR5120, SN 815, Firmware: installedVersion was "1.0" in the plan, and is "1.1")");
+}
+
+TEST_F(PlanTest, DoesNotHoldForAnotherInstalledChecksum)
+{
+    replaceTarget(device("1.0", 7));
+    expectRefused(updated(plan), "KR5120, SN 815, Firmware: installedChecksum was 1 in the plan, and is 7");
+}
+
+TEST_F(PlanTest, DoesNotHoldForOtherElements)
+{
+    ordered_json fewer = device();
+    fewer["tree"]["items"][0]["items"][0]["items"].erase(1);
+    replaceTarget(fewer);
+    expectRefused(updated(plan), "the number of elements was 2 in the plan, and is 1");
+    ordered_json other = device();
+    other["tree"]["items"][0]["parameters"]["PRODUCT/SERIAL_NUMBER"] = 816;
+    replaceTarget(other);
+    expectRefused(updated(plan), R"(displayName was "KR5120, SN 815, Firmware" in the plan)");
+}
+
+TEST_F(PlanTest, DoesNotHoldForAnotherDescription)
+{
+    writeText(archive.path() + "/archive.json", contents().dump(1));
+    expectRefused(updated(plan), "the archive's description is another one than in the plan");
+}
+
+TEST_F(PlanTest, DoesNotHoldForAnotherArchiveVersion)
+{
+    ordered_json other = contents();
+    other["info"]["archiveVersion"] = "2.3.5";
+    writeText(archive.path() + "/archive.json", other.dump());
+    expectRefused(updated(plan), R"(the archive's version was "2.3.4" in the plan, and is "2.3.5")");
+}
+
+TEST_F(PlanTest, DoesNotHoldForOtherFilesAndPhases)
+{
+    ordered_json other = contents();
+    other["files"][0]["sequence"] = 5;
+    other["files"][1]["name"] = "c.bin";
+    writeText(archive.path() + "/archive.json", other.dump());
+    const RunResult result = updated(plan);
+    expectRefused(result, R"(FPGA: updateFile was "b.bin" in the plan, and is "c.bin")");
+    expectRefused(result, "Firmware: phase was 0 in the plan, and is 1");
+}
+
+TEST_F(PlanTest, DoesNotHoldForOtherFiltersAndFlags)
+{
+    expectRefused(updated(plan, {"--force"}), "--force was false in the plan, and is true");
+    expectRefused(updated(plan, {"--element-names", "UserFirmware,UserFpga"}), R"(--element-names was "" in the plan)");
+    expectRefused(updated(plan, {"--exclude", "1"}), "--exclude was [] in the plan, and is [1]");
+}
+
+TEST_F(PlanTest, MayBeWrittenOnceMoreWhereItHolds)
+{
+    EXPECT_EQ(updated(plan, {"--dry-run", "--json"}).out, plan);
+}

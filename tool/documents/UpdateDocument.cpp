@@ -1,0 +1,41 @@
+#include "tool/documents/UpdateDocument.h"
+
+#include <nlohmann/json.hpp>
+
+#include "tool/documents/ElementRecords.h"
+
+namespace TrellanTool {
+
+namespace {
+
+using nlohmann::ordered_json;
+
+ordered_json updatedElement(const ElementRecords& records, unsigned index, const UpdateKnowledge& known)
+{
+    ordered_json element = records.at(index);
+    if (known.givenUp && element["state"] == "update") {
+        element["state"] = "notStarted";
+        element["errors"] = ordered_json::array();
+    }
+    if (known.verified != nullptr && element.contains("errors")) {
+        const std::optional<bool>& verified = (*known.verified)[index];
+        element["verified"] = verified ? ordered_json(*verified) : ordered_json();
+    }
+    return element;
+}
+
+}  // namespace
+
+void writeUpdateDocument(std::ostream& out, ZoITrellanUpdater& updater, ZoITrellanInspector& inspector,
+                         const UpdateKnowledge& known)
+{
+    DocumentWriter writer(out, "update");
+    writer.error(known.error);
+    writer.list("findings", static_cast<unsigned>(known.findings.size()),
+                [&](unsigned i) { return findingRecord(known.findings[i]); });
+    const ElementRecords records(updater, inspector, true);
+    writer.list("elements", records.count(), [&](unsigned i) { return updatedElement(records, i, known); });
+    writer.end();
+}
+
+}  // namespace TrellanTool

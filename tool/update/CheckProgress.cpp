@@ -1,0 +1,30 @@
+#include "tool/update/CheckProgress.h"
+
+#include <ostream>
+
+namespace TrellanTool {
+
+CheckProgress::CheckProgress(std::ostream& err, bool isShown, Clock::time_point start)
+    : err(err), isShown(isShown), start(start)
+{
+}
+
+CheckProgress::~CheckProgress()
+{
+    if (lastPercent >= 0) {
+        err << "\r                                             \r";
+        err.flush();
+    }
+}
+
+void CheckProgress::report(std::uint64_t read, std::uint64_t all, Clock::time_point now)
+{
+    const int percent = all == 0 ? 100 : static_cast<int>(100.0 * static_cast<double>(read) / static_cast<double>(all));
+    if (isShown && percent != lastPercent && now - start >= std::chrono::seconds(1)) {
+        lastPercent = percent;
+        err << "\rtrellan-update: checking the files: " << percent << " %";
+        err.flush();
+    }
+}
+
+}  // namespace TrellanTool

@@ -1,0 +1,32 @@
+// Progress of the check before an update, for a person who waits for it.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <iosfwd>
+
+namespace TrellanTool {
+
+class CheckProgress {
+public:
+    using Clock = std::chrono::steady_clock;
+
+    // Shows on `err`, where that `isShown`, a line that is written over, from one second after `start` on.
+    CheckProgress(std::ostream& err, bool isShown, Clock::time_point start);
+
+    // Clears the line.
+    ~CheckProgress();
+    CheckProgress(const CheckProgress&) = delete;
+    CheckProgress& operator=(const CheckProgress&) = delete;
+
+    // At the time `now`, `read` of `all` bytes have been read.
+    void report(std::uint64_t read, std::uint64_t all, Clock::time_point now);
+
+private:
+    std::ostream& err;
+    const bool isShown;
+    const Clock::time_point start;
+    int lastPercent = -1;
+};
+
+}  // namespace TrellanTool

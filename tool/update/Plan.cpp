@@ -1,0 +1,182 @@
+#include "tool/update/Plan.h"
+
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+#include "tool/TextFile.h"
+#include "tool/documents/Sha256.h"
+
+namespace TrellanTool {
+
+namespace {
+
+using nlohmann::json;
+using nlohmann::ordered_json;
+
+// As many differences as anybody reads.
+constexpr std::size_t mostDifferences = 20;
+
+ordered_json parsed(const std::string& path, const std::string& text)
+{
+    try {
+        return ordered_json::parse(text);
+    } catch (const json::parse_error& error) {
+        const bool isCutShort = error.byte > text.size();
+        throw PlanError("the plan " + path + (isCutShort ? " is cut short" : " is no JSON document"));
+    }
+}
+
+ordered_json readPlan(const std::string& path)
+{
+    const std::optional<std::string> text = readWholeFile(path);
+    if (!text) {
+        throw PlanError("the plan " + path + " cannot be read: " + std::strerror(errno));
+    }
+    return parsed(path, *text);
+}
+
+bool isDryRun(const ordered_json& document)
+{
+    return document.is_object() && document.value("command", ordered_json()) == "update" &&
+           document.contains("schemaVersion");
+}
+
+void checkUnchanged(const std::string& path, const ordered_json& document)
+{
+    ordered_json content = document;
+    content.erase("digest");
+    Sha256 sha256;
+    sha256.add(documentText(content));
+    if (document["digest"] != sha256.digest()) {
+        throw PlanError("the plan " + path + " was changed since it was written");
+    }
+}
+
+class Differences {
+public:
+    void note(const std::string& what, const ordered_json& planned, const ordered_json& now)
+    {
+        if (planned != now) {
+            add(what + " was " + shown(planned) + " in the plan, and is " + shown(now));
+        }
+    }
+
+    void add(const std::string& line)
+    {
+        if (++count <= mostDifferences) {
+            lines.push_back(line);
+        }
+    }
+
+    bool isEmpty() const { return count == 0; }
+
+    std::vector<std::string> take()
+    {
+        if (count > mostDifferences) {
+            lines.push_back("and " + std::to_string(count - mostDifferences) + " more differences");
+        }
+        return std::move(lines);
+    }
+
+private:
+    static std::string shown(const ordered_json& value)
+    {
+        return value.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
+    }
+
+    std::size_t count = 0;
+    std::vector<std::string> lines;
+};
+
+// As a document has it, in which bytes that are not UTF-8 are replaced.
+ordered_json asWritten(const ordered_json& value)
+{
+    return ordered_json::parse(documentText(value));
+}
+
+void compareArchive(Differences& differences, const ordered_json& planned, const ordered_json& now)
+{
+    differences.note("the archive's version", planned.at("version"), now.at("version"));
+    if (planned.at("sha256") != now.at("sha256")) {
+        differences.add("the archive's description is another one than in the plan");
+    }
+}
+
+void compareOptions(Differences& differences, const ordered_json& planned, const ordered_json& now)
+{
+    for (const auto& [name, option] : {std::pair("description", "--description"),
+                                       {"boardTypes", "--board-types"},
+                                       {"serialNumbers", "--serial-numbers"},
+                                       {"elementNames", "--element-names"},
+                                       {"exclude", "--exclude"},
+                                       {"force", "--force"},
+                                       {"configuration", "--configuration"},
+                                       {"disableCustomElements", "--disable-custom-elements"}}) {
+        differences.note(option, planned.at(name), now.at(name));
+    }
+}
+
+void compareElement(Differences& differences, const ordered_json& planned, const ordered_json& now)
+{
+    const std::string index = std::to_string(now.at("index").get<std::uint32_t>());
+    const std::string name = now.at("displayName").get<std::string>();
+    for (const char* const key : {"displayName", "boardType", "serialNumber", "name", "keys"}) {
+        if (planned.at(key) != now.at(key)) {
+            differences.note("element " + index + " (" + name + "): " + key, planned.at(key), now.at(key));
+            return;  // another element: the rest tells nothing more
+        }
+    }
+    for (const auto& [key, value] : now.items()) {
+        differences.note(name + ": " + key, planned.at(key), value);
+    }
+}
+
+void compareElements(Differences& differences, const ordered_json& planned, const ElementRecords& now)
+{
+    differences.note("the number of elements", planned.size(), now.count());
+    for (unsigned i = 0; i < now.count() && i < planned.size(); ++i) {
+        const ordered_json record = now.at(i);
+        if (planned[i] != record) {  // seldom
+            compareElement(differences, planned[i], asWritten(record));
+        }
+    }
+}
+
+}  // namespace
+
+Plan::Plan(const std::string& path) : path(path), document(readPlan(path))
+{
+    if (!isDryRun(document)) {
+        throw PlanError("the plan " + path + " is no document of update --dry-run --json");
+    }
+    if (document["schemaVersion"] != 1) {
+        throw PlanError("the plan " + path + " has schema version " + document["schemaVersion"].dump() +
+                        ", and this tool knows version 1 alone");
+    }
+    if (!document.contains("digest")) {
+        throw PlanError("the plan " + path + " is no document of update --dry-run --json");
+    }
+    checkUnchanged(path, document);
+    if (document.contains("error")) {
+        throw PlanError("the plan " + path + " is of an update that was refused");
+    }
+}
+
+std::vector<std::string> Plan::differences(const DryRun& now) const
+{
+    try {
+        Differences differences;
+        compareArchive(differences, document.at("archive"), asWritten(now.archive()));
+        compareOptions(differences, document.at("options"), asWritten(now.options()));
+        compareElements(differences, document.at("elements"), now.elements());
+        if (differences.isEmpty()) {
+            differences.note("the phases", document.at("phases"), now.phases());
+        }
+        return differences.take();
+    } catch (const json::exception&) {
+        throw PlanError("the plan " + path + " is no document of update --dry-run --json");
+    }
+}
+
+}  // namespace TrellanTool
