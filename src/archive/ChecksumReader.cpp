@@ -26,7 +26,7 @@ bool readChecksum(const std::string& path, std::uint32_t& checksumCrc32)
 
 std::string ZoCUpdateArchive::pathOf(const ZoSUpdateFile& file) const
 {
-    return options->archivePath + "/" + allText(file.name);
+    return getPath() + "/" + allText(file.name);
 }
 
 bool ZoCUpdateArchive::readUpdateFiles()

@@ -77,6 +77,9 @@ public:
     const std::vector<ZoNUpdateArchive::ZoSUpdateFile>& getUpdateFileList() const { return files; }
     std::vector<ZoNUpdateArchive::ZoSUpdateFile>& getUpdateFileList() { return files; }
 
+    // The archive's folder.
+    const std::string& getPath() const { return options->archivePath; }
+
     // Where `file` is: in the archive's folder.
     std::string pathOf(const ZoNUpdateArchive::ZoSUpdateFile& file) const;
 

@@ -7,7 +7,6 @@
 
 using namespace ZoNTrellanInspector;
 using namespace ZoNUpdateBase;
-using ZoNUpdateArchive::ZoSUpdateFile;
 
 namespace ZoNUpdateInspection {
 namespace {
@@ -22,11 +21,6 @@ std::string pointerTo(const Place& place)
 }
 
 }  // namespace
-
-std::string Check::pathOf(const ZoSUpdateFile& file) const
-{
-    return archivePath + "/" + allText(file.name);
-}
 
 void Check::report(const char* rule, Severity severity, const Place& place, std::string message)
 {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "ZoITrellanInspector.h"
-#include "archive/ZoSUpdateFile.h"
+#include "archive/ZoCUpdateArchive.h"
 
 namespace ZoNUpdateInspection {
 
@@ -24,14 +24,12 @@ public:
     using Severity = ZoNTrellanInspector::ZoTSeverity;
     using Findings = std::vector<ZoNTrellanInspector::ZoTFinding>;
 
-    // `files` are in the order of the description and must outlive the check.
-    Check(std::string archivePath, Files files) : archivePath(std::move(archivePath)), files(std::move(files)) {}
+    // `files` are of `archive`, which must outlive the check, in the order of the description.
+    Check(const ZoCUpdateArchive& archive, Files files) : archive(archive), files(std::move(files)) {}
 
     const Files& getFiles() const { return files; }
 
-    // The archive's folder, and the path of an update file in it.
-    const std::string& getArchivePath() const { return archivePath; }
-    std::string pathOf(const ZoNUpdateArchive::ZoSUpdateFile& file) const;
+    const ZoCUpdateArchive& getArchive() const { return archive; }
 
     // Adds a finding. `message` is one sentence without a full stop: what is wrong, and what to do about it.
     void report(const char* rule, Severity severity, const Place& place, std::string message);
@@ -40,7 +38,7 @@ public:
     Findings takeFindings();
 
 private:
-    std::string archivePath;
+    const ZoCUpdateArchive& archive;
     Files files;
     Findings findings;
 };

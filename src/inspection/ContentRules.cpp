@@ -63,7 +63,7 @@ SharedFiles lookAtFiles(Check& check)
 {
     SharedFiles sharedFiles;
     for (const ZoSUpdateFile* const file : check.getFiles()) {
-        const std::string path = check.pathOf(*file);
+        const std::string path = check.getArchive().pathOf(*file);
         const FileLook look = lookAt(path);
         if (look.problem != FileProblem::none) {
             reportProblem(check, *file, look.problem);

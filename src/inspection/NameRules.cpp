@@ -38,7 +38,7 @@ void checkFolder(Check& check, const fs::path& folder, const ZoSUpdateFile& file
                      "the name leads out of the archive's folder: put the file into the folder and name it there");
         return;
     }
-    const fs::path found = resolved(check.pathOf(file));
+    const fs::path found = resolved(check.getArchive().pathOf(file));
     if (!folder.empty() && !found.empty() && !isBelow(folder, found)) {
         check.report("outside-archive", Severity::WARNING, place,
                      "a link leads out of the archive's folder, to \"" + found.string() +
@@ -50,12 +50,12 @@ void checkFolder(Check& check, const fs::path& folder, const ZoSUpdateFile& file
 
 void checkNames(Check& check)
 {
-    const fs::path folder = resolved(check.getArchivePath());
+    const fs::path folder = resolved(check.getArchive().getPath());
     for (const ZoSUpdateFile* const file : check.getFiles()) {
         const Place place{*file, "name"};
         checkFolder(check, folder, *file);
         if (file->hasTargetPath) {
-            checkShellCharacters(check, place, allText(file->name), check.pathOf(*file));
+            checkShellCharacters(check, place, allText(file->name), check.getArchive().pathOf(*file));
         }
         checkControlCharacters(check, place, allText(file->name));
     }

@@ -18,4 +18,10 @@ void checkContents(Check& check, const ReadProgress& progress);
 // The names of the update files: outside-archive, shell-character, control-character.
 void checkNames(Check& check);
 
+// The paths that files get on the flash drive: path-escape, shell-character, control-character.
+void checkTargetPaths(Check& check);
+
+// The same paths against one another: path-collision, at the later one.
+void checkPathCollisions(Check& check);
+
 }  // namespace ZoNUpdateInspection

@@ -36,8 +36,10 @@ Check::Files usedFiles(const ZoCTrellanUpdater& updater)
 void ZoCTrellanInspector::checkUsedFiles(ZoTReadProgress progress, void* context)
 {
     findings.clear();
-    Check check(updater.getOptions().archivePath, usedFiles(updater));
+    Check check(updater.getArchive(), usedFiles(updater));
     checkNames(check);
+    checkTargetPaths(check);
+    checkPathCollisions(check);
     checkContents(check, [&](std::uint64_t read, std::uint64_t all) {
         if (progress != nullptr) {
             progress(context, read, all);

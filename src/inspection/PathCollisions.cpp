@@ -1,0 +1,184 @@
+// The rule that no two entries write the same file on one board, nor one the other's temporary file.
+//
+// Placements are looked up by what they write and the type of the board; among those, by the criterion that the fewest
+// of them share a value of. So entries that have nothing to do with one another are not compared.
+#include <algorithm>
+#include <deque>
+#include <filesystem>
+#include <optional>
+#include <set>
+#include <tuple>
+#include <unordered_map>
+
+#include "base/PlatformText.h"
+#include "inspection/Check.h"
+#include "inspection/Placements.h"
+#include "inspection/Rules.h"
+#include "operation/PathChecks.h"
+
+using ZoNUpdateBase::allText;
+
+namespace ZoNUpdateInspection {
+namespace {
+
+constexpr std::string_view temporaryEnding = ".tmp";
+
+// Placements that write one file on boards of one type.
+class Writers {
+public:
+    void add(const Placement& placement)
+    {
+        indexes.resize(placement.accepted.size());
+        for (std::size_t i = 0; i < indexes.size(); ++i) {
+            for (const std::string& value : placement.accepted[i]) {
+                indexes[i][value].push_back(placements.size());
+            }
+        }
+        placements.push_back(&placement);
+    }
+
+    // The first of them that has a board in common with `placement`; null when there is none.
+    const Placement* firstInCommonWith(const Placement& placement) const
+    {
+        std::size_t first = placements.size();
+        for (const std::vector<std::size_t>* const candidates : fewestCandidates(placement)) {
+            const auto found = std::find_if(candidates->begin(), candidates->end(), [&](std::size_t candidate) {
+                return haveCommonBoard(*placements[candidate], placement);
+            });
+            if (found != candidates->end()) {
+                first = std::min(first, *found);
+            }
+        }
+        return first < placements.size() ? placements[first] : nullptr;
+    }
+
+private:
+    using Candidates = std::vector<const std::vector<std::size_t>*>;
+
+    Candidates fewestCandidates(const Placement& placement) const
+    {
+        Candidates fewest;
+        std::optional<std::size_t> fewestCount;
+        for (std::size_t i = 0; i < indexes.size(); ++i) {
+            Candidates candidates;
+            std::size_t count = 0;
+            for (const std::string& value : placement.accepted[i]) {
+                if (const auto found = indexes[i].find(value); found != indexes[i].end()) {
+                    candidates.push_back(&found->second);
+                    count += found->second.size();
+                }
+            }
+            if (!fewestCount || count < *fewestCount) {
+                fewestCount = count;
+                fewest = std::move(candidates);
+            }
+        }
+        return fewest;
+    }
+
+    std::vector<const Placement*> placements;
+    std::vector<std::unordered_map<std::string, std::vector<std::size_t>>> indexes;  // by criterion and value
+};
+
+// The path without components that do not count; empty when it names no file on the drive.
+std::string normalised(const std::string& path)
+{
+    if (!namesFile(path) || leavesFolder(path)) {
+        return {};
+    }
+    return std::filesystem::path("/" + path).lexically_normal().string();
+}
+
+std::string nameOf(const Placement& placement)
+{
+    return "files[" + std::to_string(placement.file->entry) + "] \"" + allText(placement.file->name) + "\"";
+}
+
+std::string quoted(const std::string& path)
+{
+    return "\"" + path + "\"";
+}
+
+// What a placement has to do with the path of one before it.
+enum class Relation { sameFile, itsTemporary, ofItsTemporary };
+
+std::string messageFor(Relation relation, const Placement& placement, const Placement& earlier, const std::string& type)
+{
+    const std::string boards = " on boards of type " + quoted(type) + ": choose another path";
+    switch (relation) {
+        case Relation::itsTemporary:
+            return "the path " + quoted(placement.path) + " is that of the temporary file of " + nameOf(earlier) +
+                   ", which is written to " + quoted(earlier.path) + boards;
+        case Relation::ofItsTemporary:
+            return "the temporary file of the path " + quoted(placement.path) + " takes the place of " +
+                   nameOf(earlier) + ", which is written to " + quoted(earlier.path) + boards;
+        default:
+            return "the path " + quoted(placement.path) + " is written by " + nameOf(earlier) + " too" + boards;
+    }
+}
+
+class Collisions {
+public:
+    explicit Collisions(Check& check) : check(check) {}
+
+    void takeEntry(const ZoNUpdateArchive::ZoSUpdateFile& file)
+    {
+        reported.clear();
+        for (Placement& placement : placementsOf(file)) {
+            const std::string path = normalised(placement.path);
+            if (!path.empty()) {
+                const Placement& kept = placements.emplace_back(std::move(placement));
+                compare(kept, path);
+                for (const std::string& type : kept.boardTypes) {
+                    writersOf[path][type].add(kept);
+                }
+            }
+        }
+    }
+
+private:
+    void compare(const Placement& placement, const std::string& path)
+    {
+        compareWith(Relation::sameFile, placement, path);
+        compareWith(Relation::ofItsTemporary, placement, path + std::string(temporaryEnding));
+        if (path.ends_with(temporaryEnding)) {
+            compareWith(Relation::itsTemporary, placement, path.substr(0, path.size() - temporaryEnding.size()));
+        }
+    }
+
+    void compareWith(Relation relation, const Placement& placement, const std::string& path)
+    {
+        const auto writers = writersOf.find(path);
+        if (writers == writersOf.end()) {
+            return;
+        }
+        for (const std::string& type : placement.boardTypes) {
+            const auto ofType = writers->second.find(type);
+            const Placement* const earlier =
+                ofType != writers->second.end() ? ofType->second.firstInCommonWith(placement) : nullptr;
+            if (earlier != nullptr && reported.emplace(relation, placement.pathBoard, earlier->file).second) {
+                check.report("path-collision", Check::Severity::ERROR,
+                             {*placement.file, "targetPath", placement.pathBoard},
+                             messageFor(relation, placement, *earlier, type));
+            }
+        }
+    }
+
+    Check& check;
+    std::deque<Placement> placements;                                                     // where they are, they stay
+    std::unordered_map<std::string, std::unordered_map<std::string, Writers>> writersOf;  // by path and type of board
+    // Of the entry: a board object that shares the entry's path, or a further board type, tells nothing new.
+    std::set<std::tuple<Relation, std::int32_t, const ZoNUpdateArchive::ZoSUpdateFile*>> reported;
+};
+
+}  // namespace
+
+void checkPathCollisions(Check& check)
+{
+    Collisions collisions(check);
+    for (const auto* const file : check.getFiles()) {
+        collisions.takeEntry(*file);
+    }
+}
+
+}  // namespace ZoNUpdateInspection

@@ -1,0 +1,239 @@
+// The check of colliding paths, held against trying every board of a small world.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <map>
+#include <random>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "assignment/ZoCUpdateAssignment.h"
+#include "inspection/Check.h"
+#include "inspection/Rules.h"
+#include "support/MessageCapture.h"
+#include "support/OpenUpdater.h"
+#include "support/TestArchive.h"
+#include "support/UpdaterOptions.h"
+
+using nlohmann::ordered_json;
+using ZoNUpdateArchive::ZoSUpdateFile;
+using ZoNUpdateInspection::Check;
+using ZoNUpdateInventory::ZoSUpdateElement;
+
+namespace {
+
+constexpr unsigned seed = 20240611;
+
+// Makes entries of few types, values and paths, so that many collide and many do not.
+class EntryMaker {
+public:
+    ordered_json make()
+    {
+        ordered_json entry = object();
+        if (oneIn(3)) {
+            entry.erase("boardType");
+            entry["boards"] = ordered_json::array();
+            for (unsigned count = 1 + below(3); count != 0; --count) {
+                entry["boards"].push_back(object());
+            }
+            if (oneIn(2)) {
+                entry.erase("targetPath");
+            }
+        } else {
+            entry["targetPath"] = path();
+        }
+        for (auto& board : entry.value("boards", ordered_json::array())) {
+            if (!entry.contains("targetPath") && !board.contains("targetPath")) {
+                entry["targetPath"] = path();
+            }
+        }
+        return entry;
+    }
+
+private:
+    unsigned below(unsigned end) { return std::uniform_int_distribution<unsigned>(0, end - 1)(random); }
+    bool oneIn(unsigned count) { return below(count) == 0; }
+
+    std::string path()
+    {
+        static const std::vector<std::string> paths{"a", "./a", "a.tmp", "/b", "b"};
+        return paths[below(5)];
+    }
+
+    ordered_json choice(const std::vector<ordered_json>& values)
+    {
+        if (oneIn(2)) {
+            return values[below(static_cast<unsigned>(values.size()))];
+        }
+        ordered_json list = ordered_json::array();
+        for (unsigned count = 1 + below(2); count != 0; --count) {
+            list.push_back(values[below(static_cast<unsigned>(values.size()))]);
+        }
+        return list;
+    }
+
+    ordered_json object()
+    {
+        ordered_json made = {{"boardType", choice({"T", "U", "V"})}};
+        if (oneIn(2)) {
+            made["boardVariant"] = choice({"red", nullptr, ""});
+        }
+        for (const char* const key : {"boardId", "hwCompatibilityId", "swCompatibilityId"}) {
+            if (oneIn(3)) {
+                made[key] = choice({0, 1, 4294967296u});
+            }
+        }
+        if (oneIn(2)) {
+            made["targetPath"] = path();
+        }
+        return made;
+    }
+
+    std::mt19937 random{seed};
+};
+
+// Every board that there can be, as an element that takes any file for the flash drive.
+std::vector<ZoSUpdateElement> allBoards()
+{
+    std::vector<ZoSUpdateElement> boards;
+    for (const char* const type : {"T", "U", "V"}) {
+        for (const char* const variant : {"", "red"}) {
+            for (unsigned ids = 0; ids < 8; ++ids) {
+                ZoSUpdateElement& board = boards.emplace_back();
+                board.boardType = type;
+                board.variant = variant;
+                board.productId = ids & 1;
+                board.hwCompatibilityId = ids >> 1 & 1;
+                board.swCompatibilityId = ids >> 2;
+                board.isFileSystemElement = true;
+                board.location = "*";
+            }
+        }
+    }
+    return boards;
+}
+
+// The file that the entry writes on the board; empty when it does not fit it.
+std::string writtenOn(const ZoSUpdateElement& board, const ZoSUpdateFile& file)
+{
+    static const std::map<std::string, std::string> files{
+        {"a", "a"}, {"./a", "a"}, {"a.tmp", "a.tmp"}, {"/b", "b"}, {"b", "b"}};
+    std::string path;
+    return ZoCUpdateAssignment::matches(board, file, path) ? files.at(path) : "";
+}
+
+bool collideOnSomeBoard(const std::vector<std::string>& first, const std::vector<std::string>& second)
+{
+    for (std::size_t i = 0; i < first.size(); ++i) {
+        const std::string& a = first[i];
+        const std::string& b = second[i];
+        if (!a.empty() && !b.empty() && (a == b || a + ".tmp" == b || b + ".tmp" == a)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// An updater that has read an archive of these entries.
+class ReadArchive {
+public:
+    explicit ReadArchive(const std::vector<ordered_json>& stated)
+    {
+        std::vector<ordered_json> entries;
+        for (std::size_t i = 0; i < stated.size(); ++i) {
+            entries.push_back(fileEntry("file" + std::to_string(i), stated[i]));
+            if (!stated[i].contains("targetPath")) {
+                entries.back().erase("id");
+            }
+        }
+        const TestArchive archive(description(entries));
+        updater = std::make_unique<OpenUpdater>(optionsFor(ZoNTrellanUpdater::PRINT_ARCHIVE, archive.path()));
+        const MessageCapture quiet(*updater);
+        EXPECT_EQ(updater->apply(), 0u) << quiet.text();
+    }
+
+    ZoCUpdateArchive& archive() { return updater->getArchive(); }
+    const std::vector<ZoSUpdateFile>& files() { return archive().getUpdateFileList(); }
+
+    Check::Files all()
+    {
+        Check::Files files;
+        for (const ZoSUpdateFile& file : this->files()) {
+            files.push_back(&file);
+        }
+        return files;
+    }
+
+private:
+    std::unique_ptr<OpenUpdater> updater;
+};
+
+}  // namespace
+
+TEST(RandomCollisions, AreFoundExactlyWhereTryingEveryBoardFindsThem)
+{
+    EntryMaker maker;
+    std::vector<ordered_json> entries;
+    for (int i = 0; i < 300; ++i) {
+        entries.push_back(maker.make());
+    }
+    ReadArchive read(entries);
+    const auto boards = allBoards();
+    std::vector<std::vector<std::string>> written;
+    for (const ZoSUpdateFile& file : read.files()) {
+        auto& ofFile = written.emplace_back();
+        for (const ZoSUpdateElement& board : boards) {
+            ofFile.push_back(writtenOn(board, file));
+        }
+    }
+    unsigned collisions = 0;
+    unsigned pairs = 0;
+    std::set<std::int32_t> later;  // entries that collide with one before them
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        for (std::size_t j = i + 1; j < entries.size(); ++j) {
+            Check check(read.archive(), {&read.files()[i], &read.files()[j]});
+            checkPathCollisions(check);
+            const bool collide = collideOnSomeBoard(written[i], written[j]);
+            ASSERT_EQ(!check.takeFindings().empty(), collide) << entries[i] << "\n" << entries[j];
+            ++pairs;
+            if (collide) {
+                ++collisions;
+                later.insert(static_cast<std::int32_t>(j));
+            }
+        }
+    }
+    EXPECT_EQ(pairs, 44850u);
+    EXPECT_GT(collisions, 1000u);
+    EXPECT_LT(collisions, 10000u);
+
+    Check all(read.archive(), read.all());
+    checkPathCollisions(all);
+    std::set<std::int32_t> found;
+    for (const auto& finding : all.takeFindings()) {
+        found.insert(finding.entry);
+    }
+    EXPECT_EQ(found, later);
+    EXPECT_LT(later.size(), 300u);
+}
+
+TEST(RandomCollisions, OfTenThousandEntriesForOnePathTakeNoTime)
+{
+    std::vector<ordered_json> entries;
+    for (unsigned i = 0; i < 10'000; ++i) {
+        entries.push_back({{"boardType", "T"}, {"targetPath", "a"}, {"hwCompatibilityId", i}});
+    }
+    entries.push_back({{"boardType", "T"}, {"targetPath", "a"}, {"hwCompatibilityId", 4711}});
+    ReadArchive read(entries);
+    const auto start = std::chrono::steady_clock::now();
+    Check check(read.archive(), read.all());
+    checkPathCollisions(check);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+
+    const auto findings = check.takeFindings();
+    ASSERT_EQ(findings.size(), 1u);
+    EXPECT_EQ(findings[0].pointer, "/files/10000/targetPath");
+    EXPECT_EQ(findings[0].message,
+              "the path \"a\" is written by files[4711] \"file4711\" too on boards of type \"T\": "
+              "choose another path");
+}
