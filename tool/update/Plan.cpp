@@ -128,7 +128,9 @@ void compareElement(Differences& differences, const ordered_json& planned, const
         }
     }
     for (const auto& [key, value] : now.items()) {
-        differences.note(name + ": " + key, planned.at(key), value);
+        if (key != "disabled" && key != "checksumDiffers") {  // what others tell already
+            differences.note(name + ": " + key, planned.at(key), value);
+        }
     }
 }
 

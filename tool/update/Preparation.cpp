@@ -83,7 +83,7 @@ bool Preparation::planHolds(std::ostream& err)
             complain(err, difference);
         }
         if (!differences.empty()) {
-            complain(err, "the plan " + *arguments.planFile + " no longer holds; nothing was done");
+            complain(err, "the plan no longer holds; nothing was done");
         }
         return differences.empty();
     } catch (const PlanError& error) {
