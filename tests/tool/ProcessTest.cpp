@@ -149,7 +149,8 @@ TEST_F(ProcessTest, AReaderThatGoesAwayDoesNotStopAnUpdate)
     const ordered_json device = target({board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}, {"PRODUCT/NAME", "Board"}},
                                               {updateElement(1, {{"NAME", "UserFirmware"}, {"VERSION", "1.0"}})})});
     folder.write("target.json", device.dump(2));
-    TestArchive archive(description({fileEntry("firmware.bin", {{"id", 1}, {"version", "2.0"}})}));
+    TestArchive archive(
+        description({fileEntry("firmware.bin", {{"id", 1}, {"version", "2.0"}, {"checksumCrc32", 0xD5ECD7C4}})}));
     archive.addFile("firmware.bin", "firmware");
     const std::string line =
         "mkfifo pipe && exec 3<>pipe 4>pipe 3<&- && exec \"$0\" update \"$1\" --target target.json --trace trace >&4";

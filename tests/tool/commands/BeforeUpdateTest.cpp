@@ -61,7 +61,8 @@ TEST(BeforeUpdate, ACorruptedFileIsFoundBeforeTheTargetIsLocked)
         }
         const RunResult result = ran(words);
         EXPECT_EQ(result.status, 6);
-        EXPECT_NE(result.err.find("trellan-update: archive.json:14:7: error: files[0] \"a.bin\": "), std::string::npos) << result.err;
+        EXPECT_NE(result.err.find("trellan-update: archive.json:14:7: error: files[0] \"a.bin\": "), std::string::npos)
+            << result.err;
         const ordered_json document = documentIn(result);
         EXPECT_EQ(document["error"]["status"], 6);
         EXPECT_EQ(document["findings"].size(), 1);
