@@ -27,7 +27,8 @@ int carryOut(const Arguments& arguments, const Streams& streams)
     for (const std::string& note : arguments.notes) {
         say(streams.err, note);
     }
-    return arguments.command->action(arguments, streams);
+    std::ostream nowhere(nullptr);
+    return arguments.command->action(arguments, {arguments.quiet ? nowhere : streams.out, streams.err});
 }
 
 int runWords(const std::vector<std::string>& words, const Streams& streams)

@@ -123,6 +123,19 @@ void takeOption(Arguments& arguments, const GivenOption& given)
     }
 }
 
+void checkTogether(Arguments& arguments)
+{
+    if (arguments.json && arguments.quiet) {
+        throw UsageError("--json does not go with --quiet");
+    }
+    if (arguments.options.noProgress && arguments.progress.value_or(Progress::NEVER) != Progress::NEVER) {
+        throw UsageError("--no-progress means --progress never, and goes with no other");
+    }
+    if (arguments.progress == Progress::NEVER) {
+        arguments.options.noProgress = true;
+    }
+}
+
 }  // namespace
 
 Arguments parseArguments(const std::vector<std::string>& words)
@@ -147,6 +160,7 @@ Arguments parseArguments(const std::vector<std::string>& words)
         for (const GivenOption& given : read.options) {
             takeOption(arguments, given);
         }
+        checkTogether(arguments);
     }
     return arguments;
 }

@@ -13,6 +13,13 @@ namespace TrellanTool {
 
 struct Command;
 
+// When an update's progress is printed.
+enum class Progress {
+    ALWAYS,
+    AUTO,  // to a terminal as always, elsewhere a line for each phase and tenth of it
+    NEVER
+};
+
 struct Arguments {
     const Command* command = nullptr;       // null only where `help` or `version` is set
     std::vector<std::string> operands;      // what stands behind the command, ARCHIVE excepted, as typed
@@ -26,6 +33,10 @@ struct Arguments {
     std::optional<std::string> planFile;    // the plan by which to update, absolute
     bool verify = false;                    // scan again after an update, and compare
     bool detailedExitStatus = false;        // end with UPDATES_AVAILABLE where there is something to update
+    std::optional<std::string> eventsFile;  // where to append an update's events, absolute
+    std::optional<double> stallTimeout;     // seconds, above 0, without progress after which an update is given up
+    std::optional<Progress> progress;       // as --progress says
+    bool quiet = false;                     // print nothing on standard output
     bool json = false;                      // print a JSON document in place of the library's text
     bool help = false;                      // print the command's help, or the tool's, and do nothing else
     bool version = false;                   // print the tool's version and do nothing else

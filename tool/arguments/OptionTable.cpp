@@ -1,8 +1,10 @@
 // The table of options: where their values go, and whom they concern.
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <iterator>
 #include <system_error>
+#include <utility>
 
 #include "tool/arguments/Arguments.h"
 #include "tool/arguments/Command.h"
@@ -56,6 +58,30 @@ void addIndex(Arguments& arguments, const Option& option, const std::string& tex
     fieldOf<Field>(arguments).push_back(index);
 }
 
+template <auto Field>
+void setSeconds(Arguments& arguments, const Option& option, const std::string& text)
+{
+    double seconds = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, seconds, std::chars_format::fixed);
+    if (error != std::errc() || stop != end || !(seconds > 0) || !std::isfinite(seconds)) {
+        throw UsageError(std::string(option.name) + ": '" + text + "' is no number of seconds above 0");
+    }
+    fieldOf<Field>(arguments) = seconds;
+}
+
+void setProgress(Arguments& arguments, const Option& option, const std::string& text)
+{
+    constexpr std::pair<const char*, Progress> choices[] = {
+        {"auto", Progress::AUTO}, {"always", Progress::ALWAYS}, {"never", Progress::NEVER}};
+    const auto* const found =
+        std::find_if(std::begin(choices), std::end(choices), [&](const auto& choice) { return choice.first == text; });
+    if (found == std::end(choices)) {
+        throw UsageError(std::string(option.name) + ": auto, always or never is expected, not '" + text + "'");
+    }
+    arguments.progress = found->second;
+}
+
 constexpr Option table[] = {
     {"--description", 0, "NAME", setText<&ZoTOptions::descriptionFileName>, ARCHIVE, NOTED,
      "Archive description file in the archive (archive.json)"},
@@ -89,6 +115,13 @@ constexpr Option table[] = {
      "Scan again after the update, and compare each updated element with its file"},
     {"--detailed-exit-status", 0, nullptr, setFlag<&Arguments::detailedExitStatus>, FILES, 0,
      "End with 10 in place of 0 where there is something to update"},
+    {"--events", 0, "FILE", setPath<&Arguments::eventsFile>, UPDATES, 0,
+     "Append a line of JSON to this file for each event of the update"},
+    {"--stall-timeout", 0, "SECONDS", setSeconds<&Arguments::stallTimeout>, UPDATES, 0,
+     "Give the update up when it makes no progress for so long"},
+    {"--progress", 0, "WHEN", setProgress, UPDATES, 0,
+     "Print progress always, never, or (auto) as lines where there is no terminal"},
+    {"--quiet", 'q', nullptr, setFlag<&Arguments::quiet>, EVERYTHING, 0, "Print nothing on standard output"},
     {"--json", 0, nullptr, setFlag<&Arguments::json>, DOCUMENT, 0,
      "Print a JSON document; the library's own text goes to standard error"},
     {"--help", 'h', nullptr, setFlag<&Arguments::help>, EVERYTHING, 0, "Print this help"},

@@ -10,11 +10,16 @@ struct Streams;
 // `streams.err`.
 int runInLibrary(const Arguments& arguments, const Streams& streams);
 
-// Updates the target, or tells what that would do: the library's text, or a document, as above.
+// Updates the target, or tells what that would do: the library's text, or a document, as above. Signals, events and the
+// time without progress are minded (tool/update/).
 int updateTarget(const Arguments& arguments, const Streams& streams);
 
 // Asks the library whether the device can be rebooted automatically: SUCCESS when it can.
 int tellRebootSupport(const Arguments& arguments, const Streams& streams);
+
+// What the file of events that the operand names tells of each update: a line for each, or a document. What had to be
+// skipped is said on `streams.err`. Throws HistoryError where the file cannot be read.
+int printHistory(const Arguments& arguments, const Streams& streams);
 
 // Help of the command that the operand names, or of the tool. Throws UsageError when there is no such command.
 int printHelp(const Arguments& arguments, const Streams& streams);

@@ -1,38 +1,262 @@
 // The command that updates the target.
-#include <ostream>
+#include <unistd.h>
+
+#include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "tool/ExitStatus.h"
+#include "tool/OutputBuffer.h"
 #include "tool/Streams.h"
 #include "tool/arguments/Arguments.h"
+#include "tool/arguments/Command.h"
 #include "tool/commands/Actions.h"
 #include "tool/commands/LibrarySession.h"
 #include "tool/commands/TellDryRun.h"
 #include "tool/documents/Document.h"
 #include "tool/documents/UpdateDocument.h"
+#include "tool/update/EventLog.h"
+#include "tool/update/ImmediateEnd.h"
+#include "tool/update/LineTap.h"
 #include "tool/update/Preparation.h"
+#include "tool/update/RawOutput.h"
+#include "tool/update/SignalWatch.h"
+#include "tool/update/StopSignals.h"
+#include "tool/update/StopWords.h"
+#include "tool/update/UpdateCourse.h"
+#include "tool/update/UpdateElement.h"
 
 namespace TrellanTool {
 
+namespace {
+
+using nlohmann::ordered_json;
+
+// Progress that is to be printed as lines is not printed by the library.
+bool printsTenthLines(const Arguments& arguments)
+{
+    return arguments.progress == Progress::AUTO && ::isatty(arguments.json ? STDERR_FILENO : STDOUT_FILENO) != 1;
+}
+
+Arguments forLibrary(const Arguments& asked)
+{
+    Arguments arguments = asked;
+    arguments.options.noProgress |= printsTenthLines(asked);
+    return arguments;
+}
+
+std::string shownOn(int descriptor, const std::string& text)
+{
+    return ::isatty(descriptor) == 1 ? withControlCharactersShown(text) : text;
+}
+
+// Words that are written past all buffers: an error, and its document or nothing.
+LastWords lastWords(const std::string& error, const std::string& document)
+{
+    return {shownOn(STDERR_FILENO, "trellan-update: " + error + "\n"), shownOn(STDOUT_FILENO, document)};
+}
+
+// One run of the command, from reading archive and target to the exit status.
+class TargetUpdate {
+public:
+    TargetUpdate(const Arguments& asked, const Streams& streams)
+        : arguments(forLibrary(asked)),
+          printsLines(printsTenthLines(asked)),
+          streams(streams),
+          log(arguments.dryRun ? std::nullopt : arguments.eventsFile,
+              [&streams](const std::string& text) { say(streams.err, text); }),
+          out(streams.out, [this](const std::string& line) { log.message(line); }),
+          err(streams.err, [this](const std::string& line) { log.message(line); }),
+          signals(stopSignals()),
+          immediateEnd(signals, [this](int signal) { return wordsBeforeLock(signal); }),
+          session(arguments, text()),
+          preparation(arguments, session)
+    {
+    }
+
+    int run()
+    {
+        try {
+            const int prepared = preparation.prepare(err.stream());
+            if (arguments.dryRun) {
+                ignoreSignals(signals);
+                return tellDryRun(arguments, preparation, prepared, streams);
+            }
+            return prepared == SUCCESS ? update() : refuse(prepared);
+        } catch (...) {
+            ignoreSignals(signals);
+            log.result(FAILURE, outcomesOf(elements, session.inspector()));
+            throw;
+        }
+    }
+
+private:
+    std::ostream& text() { return arguments.json ? err.stream() : out.stream(); }
+
+    LastWords wordsBeforeLock(int signal) const
+    {
+        const std::string error = endedBeforeLock(signal);
+        std::ostringstream document;
+        if (arguments.json) {
+            writeErrorDocument(document, *arguments.command, {ENDED_BY_SIGNAL + signal, error});
+        }
+        return lastWords(error, document.str());
+    }
+
+    int refuse(int status)
+    {
+        ignoreSignals(signals);
+        start(status != NOT_READ);
+        log.message(preparation.refusal());
+        said = preparation.refusal();
+        return finish(status);
+    }
+
+    int update()
+    {
+        elements = elementsToUpdate(session.updater(), session.inspector());
+        prepareLockTimeout();
+        SignalWatch watch(signals, listener(), stallTimeout());
+        start(true);
+        if (const int signal = watch.firstSignal(); signal != 0) {
+            isGivenUp = true;
+            tell(endedBeforeLock(signal));
+            return finish(ENDED_BY_SIGNAL + signal);
+        }
+        UpdateCourse course(log, watch, printsLines ? &text() : nullptr, arguments.stallTimeout);
+        const UpdateEnd end = course.run(session.updater());
+        return finish(statusOf(end, watch.firstSignal()));
+    }
+
+    std::optional<std::chrono::duration<double>> stallTimeout() const
+    {
+        return arguments.stallTimeout ? std::optional(std::chrono::duration<double>(*arguments.stallTimeout))
+                                      : std::nullopt;
+    }
+
+    // What the watching thread says when the lock is waited for in vain: it must not ask the library.
+    void prepareLockTimeout()
+    {
+        if (!arguments.stallTimeout) {
+            return;
+        }
+        const DocumentError error = {STALLED, lockWaitedForInVain(*arguments.stallTimeout)};
+        std::ostringstream document;
+        if (arguments.json) {
+            writeUpdateDocument(document, session.updater(), session.inspector(),
+                                {preparation.findings(), &error, true});
+        }
+        lockTimeoutWords = lastWords(error.message, document.str());
+        lockTimeoutOutcomes = outcomesOf(elements, session.inspector());
+        noneStarted(lockTimeoutOutcomes);
+    }
+
+    static void noneStarted(ordered_json& outcomes)
+    {
+        for (ordered_json& element : outcomes) {
+            element["state"] = "notStarted";
+        }
+    }
+
+    SignalWatch::Listener listener()
+    {
+        return {[this](int signal, bool again) noexcept {
+                    writeRaw(STDERR_FILENO, "trellan-update: " + waitingForPhase(signal, again) + "\n");
+                    log.signal(signalName(signal));
+                },
+                [this]() noexcept {
+                    // Nothing is locked yet, and who waits for a lock cannot be called back.
+                    writeRaw(STDERR_FILENO, lockTimeoutWords.errors);
+                    writeRaw(STDOUT_FILENO, lockTimeoutWords.output);
+                    log.result(STALLED, lockTimeoutOutcomes);
+                    ::_exit(STALLED);
+                }};
+    }
+
+    void start(bool isRead)
+    {
+        std::string name, version, productName, formatVersion, variant;
+        if (isRead) {
+            session.updater().getArchiveInfo(name, version, productName, formatVersion, variant);
+        }
+        log.start(arguments.options.archivePath, version, arguments.targetFile, elements);
+    }
+
+    int statusOf(const UpdateEnd& end, int signal)
+    {
+        switch (end.way) {
+            case UpdateEnd::INTERRUPTED:
+                tell(stoppedBefore(end.phase ? *end.phase + 1 : 0, signal));
+                tell(accountOf(elements, session.inspector()));
+                return ENDED_BY_SIGNAL + signal;
+            case UpdateEnd::STALLED:
+                tell(noProgress(*arguments.stallTimeout, end.phase.value_or(0), end.percent));
+                tell(accountOf(elements, session.inspector()));
+                return STALLED;
+            default:
+                if (signal != 0 && end.phase) {
+                    say(err.stream(), cameInLastPhase(signal));
+                }
+                return end.successful ? SUCCESS : FAILURE;
+        }
+    }
+
+    // Says the text, which tells why the run ends as it does.
+    void tell(const std::string& text)
+    {
+        say(err.stream(), text);
+        said += (said.empty() ? "" : "\n") + text;
+    }
+
+    int finish(int status)
+    {
+        if (arguments.json) {
+            writeDocument(status);
+        }
+        ordered_json outcomes = outcomesOf(elements, session.inspector());
+        if (isGivenUp) {
+            noneStarted(outcomes);
+        }
+        log.result(status, outcomes);
+        if (const std::string fault = log.takeFault(); !fault.empty()) {
+            say(streams.err, fault);
+        }
+        return status;
+    }
+
+    void writeDocument(int status)
+    {
+        const DocumentError error = {status, said};
+        if (status == NOT_READ) {
+            writeErrorDocument(streams.out, *arguments.command, error);
+            return;
+        }
+        const bool isError = status != SUCCESS && status != FAILURE;
+        writeUpdateDocument(streams.out, session.updater(), session.inspector(),
+                            {preparation.findings(), isError ? &error : nullptr, isGivenUp});
+    }
+
+    const Arguments arguments;
+    const bool printsLines;
+    const Streams streams;
+    EventLog log;
+    LineTap out;
+    LineTap err;
+    const std::vector<int> signals;
+    const ImmediateEnd immediateEnd;
+    LibrarySession session;
+    Preparation preparation;
+    std::vector<UpdateElement> elements;  // to update
+    std::string said;                     // why nothing was done, or why the update was stopped
+    bool isGivenUp = false;               // before the target was locked
+    LastWords lockTimeoutWords;
+    ordered_json lockTimeoutOutcomes;
+};
+
+}  // namespace
+
 int updateTarget(const Arguments& arguments, const Streams& streams)
 {
-    LibrarySession session(arguments, arguments.json ? streams.err : streams.out);
-    Preparation preparation(arguments, session);
-    int status = preparation.prepare(streams.err);
-    if (arguments.dryRun) {
-        return tellDryRun(arguments, preparation, status, streams);
-    }
-    const DocumentError error = {status, preparation.refusal()};
-    const bool isRefused = status != SUCCESS;
-    if (!isRefused && session.updater().run() != 1) {
-        status = FAILURE;
-    }
-    if (arguments.json && status == NOT_READ) {
-        writeErrorDocument(streams.out, *arguments.command, error);
-    } else if (arguments.json) {
-        writeUpdateDocument(streams.out, session.updater(), session.inspector(),
-                            {preparation.findings(), isRefused ? &error : nullptr});
-    }
-    return status;
+    return TargetUpdate(arguments, streams).run();
 }
 
 }  // namespace TrellanTool

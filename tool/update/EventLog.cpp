@@ -12,6 +12,7 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "tool/ExitStatus.h"
 #include "tool/update/UtcTime.h"
 
 namespace TrellanTool {
@@ -42,6 +43,20 @@ ordered_json toBeUpdated(const std::vector<UpdateElement>& elements)
         list.push_back({{"index", element.index}, {"name", element.name}, {"from", element.from}, {"to", element.to}});
     }
     return list;
+}
+
+const char* resultName(int status)
+{
+    switch (status) {
+        case SUCCESS:
+            return "success";
+        case FAILURE:
+            return "failed";
+        case STALLED:
+            return "stalled";
+        default:
+            return status > ENDED_BY_SIGNAL ? "interrupted" : "refused";
+    }
 }
 
 }  // namespace
@@ -116,20 +131,24 @@ void EventLog::signal(const char* name)
     append("signal", {{"signal", name}}, false);
 }
 
-void EventLog::result(int status, const char* result, const ordered_json& outcomes)
+void EventLog::result(int status, const ordered_json& outcomes)
 {
-    write("result", {{"status", status}, {"result", result}, {"elements", outcomes}}, true);
+    append("result", {{"status", status}, {"result", resultName(status)}, {"elements", outcomes}}, true);
+}
+
+std::string EventLog::takeFault()
+{
+    if (!file) {
+        return "";
+    }
+    const std::lock_guard guard(mutex);
+    return file->takeFault();
 }
 
 void EventLog::write(const char* event, ordered_json&& members, bool toMedium)
 {
     append(event, std::move(members), toMedium);
-    std::string fault;
-    if (file) {
-        const std::lock_guard guard(mutex);
-        fault = file->takeFault();
-    }
-    if (!fault.empty()) {
+    if (const std::string fault = takeFault(); !fault.empty()) {
         say(fault);
     }
 }

@@ -8,6 +8,9 @@
 //   signal    "signal"
 //   result    "status", "result", "elements": as in start, with "state" and "errors"
 //
+// "result" is "success" (exit status 0), "failed" (1), "refused" (3 to 6: nothing was done), "stalled" (8) or
+// "interrupted" (ended by a signal).
+//
 // "time" is in UTC with milliseconds, "run" the same in all lines of a run and in no other run's. Bytes that are not
 // UTF-8 are replaced by U+FFFD.
 #pragma once
@@ -39,6 +42,8 @@ public:
     void start(const std::string& archivePath, const std::string& archiveVersion,
                const std::optional<std::string>& target, std::vector<UpdateElement> elements);
 
+    bool hasStarted() const { return started; }
+
     // A phase begins.
     void phase(unsigned number);
     // The phase has come to `percent`; written where that is not what the last such event said.
@@ -49,8 +54,12 @@ public:
     void message(const std::string& text);
     // The signal of this name, such as "SIGINT", has come. May be called on any thread; says nothing itself.
     void signal(const char* name);
-    // The update has ended with this exit status.
-    void result(int status, const char* result, const nlohmann::ordered_json& elements);
+    // The update has ended with this exit status, and the elements as they are now. May be called on any thread; says
+    // nothing itself.
+    void result(int status, const nlohmann::ordered_json& elements);
+
+    // Why events could not be written, once; empty when they could, or it has been said.
+    std::string takeFault();
 
 private:
     void write(const char* event, nlohmann::ordered_json&& members, bool toMedium);

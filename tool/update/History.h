@@ -51,7 +51,7 @@ History readHistory(const std::string& path);
 // One line for each run.
 std::string historyText(const History& history);
 
-// The runs, as the document of the command shows them.
-nlohmann::ordered_json historyRuns(const History& history);
+// A run as the document of the command shows it.
+nlohmann::ordered_json historyRecord(const HistoryRun& run);
 
 }  // namespace TrellanTool

@@ -32,6 +32,9 @@ std::string archiveText(const std::optional<HistoryArchive>& archive)
 
 std::string changeText(const HistoryElement& element)
 {
+    if (element.from.empty() && element.to.empty()) {
+        return element.name;
+    }
     return element.name + " " + orDash(element.from) + " -> " + orDash(element.to);
 }
 
@@ -76,20 +79,6 @@ ordered_json elementJson(const HistoryElement& element)
             {"errors", element.errors}};
 }
 
-ordered_json runJson(const HistoryRun& run)
-{
-    ordered_json elements = ordered_json::array();
-    for (const HistoryElement& element : run.elements) {
-        elements.push_back(elementJson(element));
-    }
-    return {{"run", run.run},
-            {"time", run.time},
-            {"archive", archiveJson(run.archive)},
-            {"result", run.result},
-            {"phase", run.phase ? ordered_json(*run.phase) : ordered_json()},
-            {"elements", elements}};
-}
-
 }  // namespace
 
 std::string historyText(const History& history)
@@ -103,13 +92,18 @@ std::string historyText(const History& history)
     return text;
 }
 
-ordered_json historyRuns(const History& history)
+ordered_json historyRecord(const HistoryRun& run)
 {
-    ordered_json runs = ordered_json::array();
-    for (const HistoryRun& run : history.runs) {
-        runs.push_back(runJson(run));
+    ordered_json elements = ordered_json::array();
+    for (const HistoryElement& element : run.elements) {
+        elements.push_back(elementJson(element));
     }
-    return runs;
+    return {{"run", run.run},
+            {"time", run.time},
+            {"archive", archiveJson(run.archive)},
+            {"result", run.result},
+            {"phase", run.phase ? ordered_json(*run.phase) : ordered_json()},
+            {"elements", elements}};
 }
 
 }  // namespace TrellanTool

@@ -3,8 +3,9 @@
 #include <unistd.h>
 
 #include <array>
-#include <cerrno>
 #include <csignal>
+
+#include "tool/update/RawOutput.h"
 
 namespace TrellanTool {
 
@@ -26,22 +27,10 @@ std::array<Prepared, NSIG>& prepared()
 
 const Prepared* known = nullptr;  // by number; what a handler must not initialise
 
-void writeWhole(int file, const std::string& text)
-{
-    std::size_t written = 0;
-    while (written < text.size()) {
-        const ssize_t count = ::write(file, text.data() + written, text.size() - written);
-        if (count < 0 && errno != EINTR) {
-            return;  // a terminal or a reader that is gone
-        }
-        written += count < 0 ? 0 : static_cast<std::size_t>(count);
-    }
-}
-
 void end(int signal)
 {
-    writeWhole(STDERR_FILENO, known[signal].words.errors);
-    writeWhole(STDOUT_FILENO, known[signal].words.output);
+    writeRaw(STDERR_FILENO, known[signal].words.errors);
+    writeRaw(STDOUT_FILENO, known[signal].words.output);
     ::_exit(statusOfSignals + signal);
 }
 

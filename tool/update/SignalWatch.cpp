@@ -1,9 +1,10 @@
 #include "tool/update/SignalWatch.h"
 
 #include <algorithm>
-#include <cerrno>
+#include <latch>
 #include <utility>
 
+#include "tool/update/PromptThread.h"
 #include "tool/update/StopSignals.h"
 
 namespace TrellanTool {
@@ -50,18 +51,27 @@ SignalWatch::SignalWatch(const std::vector<int>& signals, Listener listener,
     sigset_t blocked = waited;
     ::sigaddset(&blocked, endOfWatch());
     ::pthread_sigmask(SIG_BLOCK, &blocked, &maskBefore);
-    constexpr timespec atOnce = {0, 0};
-    for (int signal = 0; !signals.empty() && (signal = ::sigtimedwait(&waited, nullptr, &atOnce)) > 0;) {
-        first = first == 0 ? signal : first.load();  // ignoring it would throw it away
+    for (const int signal : signals) {
+        takePending();  // ignoring them would throw them away
+        ignoreSignals({signal});
     }
     ::sigaddset(&waited, endOfWatch());
-    try {
-        thread = std::thread([this] { wait(); });
-    } catch (...) {
-        ::pthread_sigmask(SIG_SETMASK, &maskBefore, nullptr);
-        throw;
+    // Until the thread has taken a signal, system() may throw it away.
+    std::latch isReady(1);
+    thread = std::thread([this, &isReady] {
+        runPromptly();
+        isReady.count_down();
+        wait();
+    });
+    isReady.wait();
+}
+
+void SignalWatch::takePending()
+{
+    constexpr timespec atOnce = {0, 0};
+    for (int signal = 0; (signal = ::sigtimedwait(&waited, nullptr, &atOnce)) > 0;) {
+        first = first == 0 ? signal : first.load();
     }
-    ignoreSignals(signals);
 }
 
 SignalWatch::~SignalWatch()

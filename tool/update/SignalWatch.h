@@ -24,7 +24,7 @@ public:
     // meanwhile inherit that they are ignored, which a shell on the way keeps, as it does not keep that they are
     // blocked. A signal that the process is sent in the very moment in which such a program is started may be lost, as
     // the C library's system() throws it away. Unless endPatience() is called within `patience`, the listener hears of
-    // that, once. Throws std::system_error when there can be no thread; nothing has changed then.
+    // that, once. Throws std::system_error when there can be no thread; the signals stay blocked and ignored then.
     SignalWatch(const std::vector<int>& signals, Listener listener,
                 std::optional<std::chrono::duration<double>> patience);
 
@@ -42,6 +42,7 @@ public:
 private:
     enum class Patience { LASTS, NOT_NEEDED, ENDED };
 
+    void takePending();
     void wait();
     int nextSignal();
     void take(int signal);

@@ -19,6 +19,7 @@ Commands:
   compare ARCHIVE             Print installed and available versions side by side
   update ARCHIVE              Update the target
   reboot-support              Tell whether the device can be rebooted automatically
+  history FILE                Print what a file of events tells of each update
   help [COMMAND]              Print what the tool does, or a command's options
 
 Options:
@@ -33,7 +34,9 @@ Exit status:
   4  the archive does not support the target
   5  the filters select no element; nothing was done
   6  the check found errors, or a plan does not hold; nothing was done
+  8  no progress for the time of --stall-timeout; the target was unlocked
  10  with --detailed-exit-status, in place of 0: there is something to update
+  129, 130, 143  ended by SIGHUP, SIGINT, SIGTERM; the target was unlocked
 
 trellan-update help COMMAND prints a command's options.
 )";
@@ -57,6 +60,7 @@ Options:
   --target FILE               Simulated target to work on (sets TRELLAN_TARGET)
   --trace FILE                Where to trace the platform's calls (sets TRELLAN_TRACE)
   --detailed-exit-status      End with 10 in place of 0 where there is something to update
+  -q, --quiet                 Print nothing on standard output
   --json                      Print a JSON document; the library's own text goes to standard error
   -h, --help                  Print this help
 
@@ -103,7 +107,7 @@ TEST(HelpTest, AnswersWhateverElseIsOnTheCommandLine)
 TEST(HelpTest, EachCommandHasSome)
 {
     for (const std::string command : {"version", "archive-version", "list", "describe", "installed", "scan", "compare",
-                                      "update", "reboot-support", "help"}) {
+                                      "update", "reboot-support", "history", "help"}) {
         const RunResult result = ran({"help", command});
         EXPECT_EQ(result.status, 0) << command;
         EXPECT_TRUE(result.out.starts_with("Usage: trellan-update " + command + " ")) << result.out;
@@ -125,6 +129,7 @@ trellan-update:   scan                        Read the target's inventory
 trellan-update:   compare ARCHIVE             Print installed and available versions side by side
 trellan-update:   update ARCHIVE              Update the target
 trellan-update:   reboot-support              Tell whether the device can be rebooted automatically
+trellan-update:   history FILE                Print what a file of events tells of each update
 trellan-update:   help [COMMAND]              Print what the tool does, or a command's options
 trellan-update: for example: trellan-update compare /path/of/the/archive
 trellan-update: see trellan-update help COMMAND for its options

@@ -51,7 +51,9 @@ protected:
 
     static std::vector<UpdateElement> threeElements()
     {
-        return {{2, "UserFirmware", "1.0", "2.0", 1}, {4, "UserFpga", "", "3.1", 0}, {7, "Cpld", "1.1", "", 1}};
+        return {{2, "UserFirmware", "Board, Firmware", "1.0", "2.0", 1},
+                {4, "UserFpga", "Board, FPGA", "", "3.1", 0},
+                {7, "Cpld", "Board, CPLD", "1.1", "", 1}};
     }
 
     TempDir folder;
@@ -62,7 +64,7 @@ protected:
 
 TEST_F(EventLogTest, BeginsWithWhatIsUpdated)
 {
-    log().start("/archive", "2.3.4", "/target.json", {{2, "UserFirmware", "1.0", "2.0", 1}});
+    log().start("/archive", "2.3.4", "/target.json", {{2, "UserFirmware", "Board, Firmware", "1.0", "2.0", 1}});
     EXPECT_THAT(events(), ElementsAre(R"({"event":"start","archive":{"path":"/archive","version":"2.3.4"},)"
                                       R"("target":"/target.json",)"
                                       R"("elements":[{"index":2,"name":"UserFirmware","from":"1.0","to":"2.0"}]})"));
@@ -82,7 +84,7 @@ TEST_F(EventLogTest, TellsEachKindOfEvent)
     events_.failure(4);
     events_.message("a line");
     events_.signal("SIGTERM");
-    events_.result(143, "interrupted", ordered_json::array({{{"index", 4}, {"state", "failed"}}}));
+    events_.result(143, ordered_json::array({{{"index", 4}, {"state", "failed"}}}));
     std::vector<std::string> rest = events();
     rest.erase(rest.begin());
     EXPECT_THAT(rest,
@@ -91,6 +93,21 @@ TEST_F(EventLogTest, TellsEachKindOfEvent)
                             R"({"event":"signal","signal":"SIGTERM"})",
                             R"({"event":"result","status":143,"result":"interrupted",)"
                             R"("elements":[{"index":4,"state":"failed"}]})"));
+}
+
+TEST_F(EventLogTest, NamesTheResultOfEachExitStatus)
+{
+    EventLog events_(path(), [](const std::string&) {});
+    events_.start("/archive", "1.0", std::nullopt, {});
+    for (const int status : {0, 1, 3, 4, 5, 6, 8, 129, 130, 143}) {
+        events_.result(status, ordered_json::array());
+    }
+    std::vector<std::string> results;
+    for (const ordered_json& line : lines()) {
+        results.push_back(line.value("result", "-"));
+    }
+    EXPECT_THAT(results, ElementsAre("-", "success", "failed", "refused", "refused", "refused", "refused", "stalled",
+                                     "interrupted", "interrupted", "interrupted"));
 }
 
 TEST_F(EventLogTest, TellsProgressWhereThePercentageHasChanged)
@@ -143,7 +160,7 @@ TEST_F(EventLogTest, TellsTheTimeInUtcWithMilliseconds)
 
 TEST_F(EventLogTest, ReplacesBytesThatAreNotUtf8)
 {
-    log().start("/archive\xFF", "1.0", std::nullopt, {{0, "Name\xC3", "", "", 0}});
+    log().start("/archive\xFF", "1.0", std::nullopt, {{0, "Name\xC3", "", "", "", 0}});
     EXPECT_EQ(lines().at(0).at("archive").at("path"), "/archive\xEF\xBF\xBD");
     EXPECT_EQ(lines().at(0).at("elements").at(0).at("name"), "Name\xEF\xBF\xBD");
 }
@@ -178,7 +195,8 @@ TEST_F(EventLogTest, SaysOnceThatEventsCannotBeWritten)
     EventLog events_("/dev/full", [this](const std::string& text) { said.push_back(text); });
     events_.start("/archive", "1.0", std::nullopt, threeElements());
     events_.phase(0);
-    events_.result(0, "success", ordered_json::array());
+    events_.result(0, ordered_json::array());
+    EXPECT_EQ(events_.takeFault(), "");
     EXPECT_THAT(
         said,
         ElementsAre("events cannot be written to /dev/full: No space left on device; the update goes on without them"));

@@ -8,7 +8,6 @@
 using nlohmann::ordered_json;
 using testing::ElementsAre;
 using TrellanTool::History;
-using TrellanTool::historyRuns;
 using TrellanTool::historyText;
 using TrellanTool::readHistory;
 
@@ -28,6 +27,15 @@ const std::string failed =
     R"({"index":1,"name":"UserFirmware","from":"1.0","to":"2.0","state":"updated","errors":[]},)"
     R"({"index":4,"name":"UserFpga","from":"","to":"3.1","state":"failed","errors":[{"code":5,"text":"verify"}]}]})"
     "\n";
+
+ordered_json historyRuns(const History& history)
+{
+    ordered_json runs = ordered_json::array();
+    for (const TrellanTool::HistoryRun& run : history.runs) {
+        runs.push_back(TrellanTool::historyRecord(run));
+    }
+    return runs;
+}
 
 class HistoryTest : public testing::Test {
 protected:

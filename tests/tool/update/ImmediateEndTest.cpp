@@ -12,6 +12,16 @@ using TrellanTool::LastWords;
 
 namespace {
 
+class ImmediateEndTest : public testing::Test {
+protected:
+    ImmediateEndTest()
+    {
+        for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
+            std::signal(signal, SIG_DFL);
+        }
+    }
+};
+
 LastWords wordsFor(int signal)
 {
     return {std::string("ended by ") + TrellanTool::signalName(signal) + "\n", ""};
@@ -25,14 +35,14 @@ void endBy(int signal)
 
 }  // namespace
 
-TEST(ImmediateEnd, TellsTheSignalAndEndsWith128AndItsNumber)
+TEST_F(ImmediateEndTest, TellsTheSignalAndEndsWith128AndItsNumber)
 {
     EXPECT_EXIT(endBy(SIGHUP), testing::ExitedWithCode(129), "^ended by SIGHUP\n$");
     EXPECT_EXIT(endBy(SIGINT), testing::ExitedWithCode(130), "^ended by SIGINT\n$");
     EXPECT_EXIT(endBy(SIGTERM), testing::ExitedWithCode(143), "^ended by SIGTERM\n$");
 }
 
-TEST(ImmediateEnd, WritesItsDocumentToStandardOutput)
+TEST_F(ImmediateEndTest, WritesItsDocumentToStandardOutput)
 {
     const auto end = [] {
         ::dup2(STDERR_FILENO, STDOUT_FILENO);
@@ -42,7 +52,7 @@ TEST(ImmediateEnd, WritesItsDocumentToStandardOutput)
     EXPECT_EXIT(end(), testing::ExitedWithCode(130), "^\\{\\}\n$");
 }
 
-TEST(ImmediateEnd, IsReachedWithoutATerminalToTellItTo)
+TEST_F(ImmediateEndTest, IsReachedWithoutATerminalToTellItTo)
 {
     const auto end = [] {
         ::close(STDERR_FILENO);
@@ -51,7 +61,7 @@ TEST(ImmediateEnd, IsReachedWithoutATerminalToTellItTo)
     EXPECT_EXIT(end(), testing::ExitedWithCode(129), "");
 }
 
-TEST(ImmediateEnd, LeavesAnIgnoredSignalIgnored)
+TEST_F(ImmediateEndTest, LeavesAnIgnoredSignalIgnored)
 {
     const auto end = [] {
         std::signal(SIGHUP, SIG_IGN);
@@ -61,7 +71,7 @@ TEST(ImmediateEnd, LeavesAnIgnoredSignalIgnored)
     EXPECT_EXIT(end(), testing::ExitedWithCode(7), "");
 }
 
-TEST(ImmediateEnd, IsOverAtTheEndOfItsScope)
+TEST_F(ImmediateEndTest, IsOverAtTheEndOfItsScope)
 {
     const auto end = [] {
         {
@@ -72,7 +82,7 @@ TEST(ImmediateEnd, IsOverAtTheEndOfItsScope)
     EXPECT_EXIT(end(), testing::KilledBySignal(SIGINT), "");
 }
 
-TEST(ImmediateEnd, PutsNothingBackThatWasChangedMeanwhile)
+TEST_F(ImmediateEndTest, PutsNothingBackThatWasChangedMeanwhile)
 {
     const auto end = [] {
         {

@@ -1,0 +1,83 @@
+#include "tool/update/UpdateCourse.h"
+
+#include <unistd.h>
+
+#include <ostream>
+
+namespace TrellanTool {
+
+namespace {
+
+constexpr unsigned endOfPhases = 0xFFFFFFFF;
+
+}  // namespace
+
+UpdateCourse* UpdateCourse::current = nullptr;
+
+UpdateCourse::UpdateCourse(EventLog& log, SignalWatch& watch, std::ostream* lines, std::optional<double> stallTimeout)
+    : log(log), watch(watch), lines(lines)
+{
+    if (stallTimeout) {
+        stallWatch.emplace(std::chrono::duration<double>(*stallTimeout));
+    }
+    current = this;
+}
+
+UpdateCourse::~UpdateCourse()
+{
+    current = nullptr;
+}
+
+UpdateEnd UpdateCourse::run(ZoITrellanUpdater& updater)
+{
+    updater.setPhaseCallBack([](unsigned number) { current->beginPhase(number); });
+    updater.setFailureCallBack([](unsigned element) { current->log.failure(element); });
+    updater.setProgressCallBack([](unsigned percent) { current->report(percent); });
+    try {
+        end.successful = updater.run() == 1;
+    } catch (const Stop&) {  // the library has unlocked the target
+    }
+    while (!watch.endPatience()) {
+        ::pause();  // the watch's listener is ending the process
+    }
+    updater.setPhaseCallBack(nullptr);
+    updater.setFailureCallBack(nullptr);
+    updater.setProgressCallBack(nullptr);
+    return end;
+}
+
+void UpdateCourse::beginPhase(unsigned number)
+{
+    if (!watch.endPatience()) {
+        throw Stop();  // the lock has come too late
+    }
+    if (number == endOfPhases) {
+        return;
+    }
+    if (watch.firstSignal() != 0) {
+        end.way = UpdateEnd::INTERRUPTED;
+        throw Stop();
+    }
+    end.phase = number;
+    end.percent = 0;
+    log.phase(number);
+    tenthLines.beginPhase(number);
+    if (stallWatch) {
+        stallWatch->beginPhase();
+    }
+}
+
+void UpdateCourse::report(unsigned percent)
+{
+    end.percent = percent;
+    log.progress(percent);
+    if (lines != nullptr) {
+        *lines << tenthLines.report(percent) << std::flush;
+    }
+    if (stallWatch && stallWatch->report(percent, StallWatch::Clock::now())) {
+        end.way = UpdateEnd::STALLED;
+        throw Stop();
+    }
+}
+
+}  // namespace TrellanTool
