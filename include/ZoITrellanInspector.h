@@ -136,6 +136,24 @@ struct ZoTFinding {
 // Is given, with the context that came along, how many bytes of how many have been read.
 typedef void (*ZoTReadProgress)(void* context, std::uint64_t read, std::uint64_t all);
 
+// What a later look at the target says of an element that was updated.
+enum class ZoTVerdict : std::uint32_t {
+    NOT_VERIFIED = 0,  // it was not updated, or neither checksums nor versions can be compared
+    AGREES = 1,
+    DIFFERS = 2,
+    NOT_LISTED = 3,    // the target does not list it, such as a new file on the flash drive
+    AFTER_RESTART = 4  // what the target lists differs, but is not active: the new content may become so with a restart
+};
+
+struct ZoTVerification {
+    ZoTVerdict verdict;
+    bool byChecksum;  // both give a checksum; otherwise, if both are known, the versions were compared
+    std::uint32_t fileChecksum;
+    std::uint32_t foundChecksum;
+    std::string fileVersion;  // empty when not known
+    std::string foundVersion;
+};
+
 }  // namespace ZoNTrellanInspector
 
 // Looks into an updater. The virtual operations are called through their slots: new ones are appended. They may throw
@@ -179,6 +197,14 @@ public:
     // What the last check has found, in the order of the description.
     virtual unsigned getFindingCount() = 0;
     virtual const ZoNTrellanInspector::ZoTFinding& getFinding(unsigned position) = 0;
+
+    // Compares each element in state UPDATED with its file, by what `rescanned` has found: an inspector of another
+    // updater, which has read the target after run() with the same filters or none. Throws std::invalid_argument when
+    // `rescanned` is none of this library's.
+    virtual void verify(ZoITrellanInspector& rescanned) = 0;
+
+    // What the last verify() has found of the element; its elements are those of that time.
+    virtual const ZoNTrellanInspector::ZoTVerification& getVerification(unsigned index) = 0;
 };
 
 #endif

@@ -16,17 +16,21 @@ bool isNeeded(const ZoSUpdateElement& element, const ZoSUpdateFile& file)
     if (file.version.getAsULong64() != 0 && file.version != element.version) {
         return true;
     }
-    return element.hasChecksum && element.checksumCrc32 != 0 && file.checksumCrc32 != element.checksumCrc32;
+    return element.isChecksumKnown() && file.checksumCrc32 != element.checksumCrc32;
 }
 
 }  // namespace
 
+bool ZoCUpdateAssignment::isInUse(const ZoSUpdateElement& element) const
+{
+    return element.isFileSystemElement || options.configuration || element.active;
+}
+
 void ZoCUpdateAssignment::computeRedundantUpdates()
 {
     for (ZoSUpdateElement& element : updateElements) {
-        const bool inUse = element.isFileSystemElement || options.configuration || element.active;
         const ZoSUpdateFile* const file = fileOf(element);
-        if (file == nullptr || !element.valid || !inUse || isNeeded(element, *file)) {
+        if (file == nullptr || !element.valid || !isInUse(element) || isNeeded(element, *file)) {
             continue;
         }
         element.notRequired = true;

@@ -40,6 +40,10 @@ public:
     // Gives each element the first file that fits it, and makes elements for flash-drive files that no element took.
     void assignUpdateFiles();
 
+    // True when what the target lists of an element is what it works with. A file on the flash drive and a
+    // configuration are never inactive.
+    bool isInUse(const ZoNUpdateInventory::ZoSUpdateElement& element) const;
+
     // Marks updates that are not required and disables them; with force those of upgrade files only.
     void computeRedundantUpdates();
 

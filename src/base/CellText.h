@@ -1,4 +1,4 @@
-// Numbers and versions as they stand in the cells of tables.
+// Numbers and versions as text, and as they stand in the cells of tables.
 #pragma once
 
 #include <cstdint>
@@ -13,10 +13,16 @@ inline std::string cellText(std::uint32_t number)
     return std::to_string(number);
 }
 
+// Empty for the empty version, which stands for one that is not known.
+inline std::string versionText(const ZoCVersion& version)
+{
+    return version.getAsULong64() != 0 ? version.getAsString().c_str() : "";
+}
+
 // "---" for the empty version.
 inline std::string cellText(const ZoCVersion& version)
 {
-    return version.getAsULong64() != 0 ? version.getAsString().c_str() : "---";
+    return version.getAsULong64() != 0 ? versionText(version) : "---";
 }
 
 }  // namespace ZoNUpdateBase

@@ -2,6 +2,7 @@
 #include <stdexcept>
 
 #include "archive/ZoCUpdateArchive.h"
+#include "base/CellText.h"
 #include "base/PlatformText.h"
 #include "inspection/ZoCTrellanInspector.h"
 
@@ -31,7 +32,7 @@ const ZoTFile& ZoCTrellanInspector::getFile(unsigned position)
     file.path = updater.getArchive().pathOf(source);
     file.sequence = source.sequence;
     file.isUpgrade = source.mode == UpdateMode::upgrade;
-    file.version = source.version.getAsULong64() != 0 ? allText(source.version.getAsString()) : std::string();
+    file.version = versionText(source.version);
     file.hasChecksum = source.checksumCrc32 != notAvailable;
     file.checksum = file.hasChecksum ? source.checksumCrc32 : 0;
     file.statesChecksum = source.statesChecksum;

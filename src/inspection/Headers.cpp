@@ -1,5 +1,5 @@
 // What the inspector tells of an update file's header.
-#include "base/PlatformText.h"
+#include "base/CellText.h"
 #include "inspection/FileContent.h"
 #include "inspection/ZoCTrellanInspector.h"
 
@@ -45,9 +45,7 @@ ZoTFileHeader recordOf(const FileContent& content)
     record.kind = kindOf(header.kind);
     record.hasChecksum = checksum.has_value();
     record.checksum = checksum.value_or(0);
-    if (header.version && header.version->getAsULong64() != 0) {
-        record.version = allText(header.version->getAsString());
-    }
+    record.version = versionText(header.version.value_or(ZoCVersion()));
     if (statesRange(header.minHwCompatibilityId, header.maxHwCompatibilityId)) {
         record.hasHwCompatibilityRange = true;
         record.minHwCompatibilityId = header.minHwCompatibilityId;

@@ -35,6 +35,8 @@ public:
     void checkUsedFiles(ZoNTrellanInspector::ZoTReadProgress progress, void* context) override;
     unsigned getFindingCount() override;
     const ZoNTrellanInspector::ZoTFinding& getFinding(unsigned position) override;
+    void verify(ZoITrellanInspector& rescanned) override;
+    const ZoNTrellanInspector::ZoTVerification& getVerification(unsigned index) override;
 
 private:
     // These throw std::out_of_range.
@@ -48,4 +50,5 @@ private:
     ZoNTrellanInspector::ZoTFile file{};
     ZoNTrellanInspector::ZoTFileHeader fileHeader{};
     std::vector<ZoNTrellanInspector::ZoTFinding> findings;
+    std::vector<ZoNTrellanInspector::ZoTVerification> verifications;  // by the element's index
 };

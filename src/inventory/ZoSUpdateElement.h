@@ -66,6 +66,9 @@ struct ZoSUpdateElementValues {
     ZoCString displayName;  // label in every list and message
     ZoCString displayType;  // short kind for tables
 
+    // True when the target's checksum tells the installed content; 0 does not.
+    bool isChecksumKnown() const { return hasChecksum && checksumCrc32 != 0; }
+
     // Written by the assignment.
     std::int32_t updateFileIndex = -1;  // -1: no file
     std::uint32_t phase = 0;

@@ -1,5 +1,6 @@
 // The lists that a host shows to its user, and its choice among the elements.
 #include "assignment/ZoCUpdateAssignment.h"
+#include "base/CellText.h"
 #include "base/PlatformText.h"
 #include "inventory/UnitTitle.h"
 #include "updater/ZoCTrellanUpdater.h"
@@ -8,11 +9,6 @@ using namespace ZoNUpdateBase;
 using namespace ZoNTrellanUpdater;
 
 namespace {
-
-std::string versionText(const ZoCVersion& version)
-{
-    return version.getAsULong64() == 0 ? std::string() : textBeforeNul(version.getAsString());
-}
 
 void describeUpdateFile(ZoTUpdateElement& record, const ZoNUpdateInventory::ZoSUpdateElement& element,
                         const ZoNUpdateArchive::ZoSUpdateFile* file)

@@ -1,5 +1,7 @@
 #include "Inspecting.h"
 
+#include <filesystem>
+
 using nlohmann::ordered_json;
 using namespace ZoNTrellanInspector;
 
@@ -68,7 +70,11 @@ unsigned Inspecting::apply(unsigned command)
     if (!script.empty()) {
         document["script"] = script;
     }
+    if (hasFlashDrive) {
+        document["flashDrive"] = "cfdrive";
+    }
     simulated = std::make_unique<SimulatedTarget>(document);
+    std::filesystem::create_directory(simulated->folder() / "cfdrive");
     archive = std::make_unique<TestArchive>(description(entries));
     for (const ordered_json& entry : entries) {
         const std::string name = entry.at("name");

@@ -52,6 +52,7 @@ protected:
     std::vector<Json> boards;
     std::vector<Json> entries;
     Json script = Json::object();
+    bool hasFlashDrive = false;
     std::map<std::string, std::string> contents;  // of files; "content" where nothing else is stated
     std::set<std::string> missingFiles;
     ZoNTrellanUpdater::ZoTOptions options =

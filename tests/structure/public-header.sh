@@ -58,6 +58,8 @@ int main()
     for (unsigned i = 0; i < inspector->getFindingCount(); ++i) {
         name = inspector->getFinding(i).message;
     }
+    inspector->verify(*inspector);
+    count += inspector->getVerification(0).verdict == ZoNTrellanInspector::ZoTVerdict::DIFFERS ? 1 : 0;
     count += inspector->readFileHeader(name).kind == ZoNTrellanInspector::ZoTFileKind::PLAIN ? 1 : 0;
     delete inspector;
     const bool rebooted = updater->checkRebootSupport(count) && updater->reboot();
