@@ -1,45 +1,64 @@
 #include "operation/Journal.h"
 
+#include <numeric>
+
 namespace {
 
-// The callbacks carry no context, so the notes are the process's.
-struct Notes {
-    std::string told;
-    std::vector<std::string> fragments;
-    std::vector<std::string> reports;
+struct Note {
+    bool isReport;
+    std::string text;
 };
 
-Notes& notes()
+// The callbacks carry no context, so the notes are the process's.
+std::vector<Note>& notes()
 {
-    static Notes instance;
+    static std::vector<Note> instance;
     return instance;
 }
 
-void noteReport(const std::string& report)
+void noteReport(const std::string& kind, unsigned number)
 {
-    notes().reports.push_back(report);
-    notes().told += "<" + report + ">";
+    notes().push_back({true, kind + " " + std::to_string(number)});
 }
 
 void notePhase(unsigned phase)
 {
-    noteReport("phase " + std::to_string(phase));
+    if (phase == 0xFFFFFFFF) {
+        notes().push_back({true, "end of phases"});
+    } else {
+        noteReport("phase", phase);
+    }
 }
 
 void noteFailure(unsigned index)
 {
-    noteReport("failure " + std::to_string(index));
+    noteReport("failure", index);
 }
 
 void noteProgress(unsigned percent)
 {
-    noteReport("progress " + std::to_string(percent));
+    noteReport("progress", percent);
 }
 
 void noteText(const std::string& text)
 {
-    notes().fragments.push_back(text);
-    notes().told += text;
+    notes().push_back({false, text});
+}
+
+std::vector<std::string> noted(bool reports)
+{
+    std::vector<std::string> texts;
+    for (const Note& note : notes()) {
+        if (note.isReport == reports) {
+            texts.push_back(note.text);
+        }
+    }
+    return texts;
+}
+
+std::string joined(const std::vector<std::string>& texts)
+{
+    return std::accumulate(texts.begin(), texts.end(), std::string());
 }
 
 }  // namespace
@@ -61,31 +80,36 @@ Journal::~Journal()
     updater.setMessageCallBack(nullptr);
 }
 
-std::string Journal::text() const
-{
-    std::string text;
-    for (const std::string& fragment : notes().fragments) {
-        text += fragment;
-    }
-    return text;
-}
-
-const std::vector<std::string>& Journal::fragments() const
-{
-    return notes().fragments;
-}
-
 std::vector<std::string> Journal::reports() const
 {
-    return notes().reports;
+    return noted(true);
+}
+
+std::vector<std::string> Journal::fragments() const
+{
+    return noted(false);
+}
+
+std::string Journal::text() const
+{
+    return joined(fragments());
+}
+
+std::vector<std::string> Journal::events() const
+{
+    std::vector<std::string> events;
+    for (const Note& note : notes()) {
+        events.push_back(note.isReport ? "<" + note.text + ">" : note.text);
+    }
+    return events;
 }
 
 std::string Journal::told() const
 {
-    return notes().told;
+    return joined(events());
 }
 
 void Journal::clear()
 {
-    notes() = Notes();
+    notes().clear();
 }

@@ -1,4 +1,4 @@
-// Journal: what an updater tells its host, texts and reports in one order, for the time of a scope.
+// Journal: what an updater tells its host, texts and reports, for the time of a scope.
 #pragma once
 
 #include <string>
@@ -16,14 +16,15 @@ public:
     Journal(const Journal&) = delete;
     Journal& operator=(const Journal&) = delete;
 
-    // The text alone, joined, and as the fragments in which it came.
-    std::string text() const;
-    const std::vector<std::string>& fragments() const;
-
-    // The reports alone: "phase 0", "failure 2", "progress 50".
+    // The reports: "phase 0", "failure 2", "progress 50", "end of phases".
     std::vector<std::string> reports() const;
 
-    // Text and reports joined in their order, reports in angle brackets: "[ERROR]\n<failure 2>".
+    // The texts, one for each call, and joined.
+    std::vector<std::string> fragments() const;
+    std::string text() const;
+
+    // Texts and reports in one order, reports in angle brackets: "[ERROR]\n", "<failure 2>"; and joined.
+    std::vector<std::string> events() const;
     std::string told() const;
 
     // Forgets what was noted up to now.

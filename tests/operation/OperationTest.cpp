@@ -110,13 +110,23 @@ OperationTest::Element& OperationTest::element(unsigned index)
     return *std::next(list.begin(), index);
 }
 
-std::vector<std::uint32_t> OperationTest::states()
+std::vector<OperationTest::State> OperationTest::states()
 {
-    std::vector<std::uint32_t> result;
+    std::vector<State> result;
     for (const Element& each : updater->getInventory().getUpdateElementList()) {
-        result.push_back(each.updateState);
+        result.push_back(static_cast<State>(each.updateState));
     }
     return result;
+}
+
+OperationTest::PhaseList OperationTest::become(const std::vector<State>& newStates)
+{
+    PhaseList list;
+    for (const State state : newStates) {
+        list.push_back(&element(static_cast<unsigned>(list.size())));
+        list.back()->updateState = state;
+    }
+    return list;
 }
 
 std::vector<OperationTest::Json> OperationTest::trace() const
@@ -155,6 +165,21 @@ OperationTest::Json OperationTest::failing(unsigned code, const std::string& tex
     return {{"errors", Json::array({{{"code", code}, {"text", text}}})}};
 }
 
+OperationTest::Json OperationTest::running(std::uint32_t done, std::uint32_t total)
+{
+    return {{"status", 1}, {"done", done}, {"total", total}};
+}
+
+OperationTest::Json OperationTest::finished()
+{
+    return {{"status", 2}};
+}
+
+OperationTest::Json OperationTest::failed()
+{
+    return {{"status", 3}};
+}
+
 std::string withStars(std::string text)
 {
     for (char& character : text) {
@@ -172,4 +197,10 @@ std::vector<std::string> listed(const ZoCErrorListPool& list)
         result.push_back(std::to_string(list.getErrorCode(i)) + " " + list.getErrorText(i));
     }
     return result;
+}
+
+void ZoNUpdateInventory::PrintTo(UpdateState state, std::ostream* stream)
+{
+    constexpr const char* names[] = {"NOTHING_TO_DO", "PENDING", "RUNNING", "FAILED", "CANCELLED", "FINISHED"};
+    *stream << (state < std::size(names) ? names[state] : std::to_string(state));
 }

@@ -27,6 +27,8 @@ class OperationTest : public ::testing::Test {
 protected:
     using Json = nlohmann::ordered_json;
     using Element = ZoNUpdateInventory::ZoSUpdateElement;
+    using State = ZoNUpdateInventory::UpdateState;
+    using enum ZoNUpdateInventory::UpdateState;
     using PhaseList = ZoCUpdateOperation::PhaseList;
 
     OperationTest();
@@ -51,7 +53,11 @@ protected:
 
     ZoCUpdateOperation& operation() { return updater->getOperation(); }
     Element& element(unsigned index);
-    std::vector<std::uint32_t> states();
+    std::vector<State> states();
+
+    // Gives the elements these states. Returns all of them, as the elements of a phase.
+    PhaseList become(const std::vector<State>& newStates);
+
     ZoNUpdateArchive::ZoSUpdateFile& file(unsigned index)
     {
         return updater->getArchive().getUpdateFileList().at(index);
@@ -65,8 +71,19 @@ protected:
     // The script of an element's update: {"start": [...], "polls": [...], "finish": [...]}.
     Json& scriptOf(unsigned board, unsigned id);
 
-    // An entry of a script that adds one error; a script's lists are Json::array({entry, ...}).
+    // Entries of a script; its lists are Json::array({entry, ...}). A call that adds one error, and how far a polled
+    // update is.
     static Json failing(unsigned code, const std::string& text);
+    static Json running(std::uint32_t done, std::uint32_t total);
+    static Json finished();
+    static Json failed();
+
+    // Lets the start of an element's update fail with the error "4 no room", and lets its first poll find it failed.
+    void letStartFail(unsigned board, unsigned id)
+    {
+        scriptOf(board, id)["start"] = Json::array({failing(4, "no room")});
+    }
+    void letUpdateFail(unsigned board, unsigned id) { scriptOf(board, id)["polls"] = Json::array({failed()}); }
 
     // The folder that is the flash drive; present when `hasFlashDrive` was set before prepare().
     std::filesystem::path drive() const { return simulated->folder() / "cfdrive"; }
@@ -94,17 +111,16 @@ private:
     std::size_t traceStart = 0;
 };
 
-// What a successful update of element 1 of board 1 alone prints, without progress lines.
-constexpr const char* textOfOneUpdate =
-    "\nUpdating:\n"
-    "        Board 1, SN 1, Element 1                        \n"
-    "[OK]\n"
-    "\nResults:\n"
-    "\n    Update completed successfully!\n";
-
 // The text with "*" in the place of every spinner: it starts where an earlier update in the process has left it. For
 // texts without other "-", "\\", "|" and "/".
 std::string withStars(std::string text);
 
 // Code and text of every error of the list: "4 lost".
 std::vector<std::string> listed(const ZoCErrorListPool& list);
+
+namespace ZoNUpdateInventory {
+
+// Lets a failed expectation name the state.
+void PrintTo(UpdateState state, std::ostream* stream);
+
+}  // namespace ZoNUpdateInventory

@@ -279,17 +279,7 @@ TEST_F(RefusedPathsTest, FailsTheUpdateOfAnElementWithAnUnsafeLocation)
 
     EXPECT_FALSE(update());
 
-    EXPECT_EQ(journal->text(),
-              "\nUpdating:\n"
-              "        Board 1, SN 1, File 1                           [ERROR]\n"
-              "            ERROR: Cannot write /mnt/cn/cfdrive/$(touch marker)/c.bin.tmp. Error code: 22\n"
-              "        Board 1, SN 1, File 2                           [ERROR]\n"
-              "            ERROR: Invalid target file path: /mnt/cn/cfdrive/../d.bin\n"
-              "[ERROR]\n"
-              "\nResults:\n"
-              "    ERROR: Board 1, SN 1, File 1:\n"
-              "    ERROR: Board 1, SN 1, File 2:\n"
-              "\n    Update failed!\n");
+    EXPECT_THAT(states(), ElementsAre(FAILED, FAILED));
     EXPECT_THAT(onDrive(), IsEmpty());
     EXPECT_THAT(below(here.path()), IsEmpty());
 }

@@ -1,135 +1,121 @@
 // The results at the end of an update.
+#include <numeric>
+
 #include "operation/OperationTest.h"
 
+using ::testing::_;
 using ::testing::ElementsAre;
+
+namespace {
+
+void addError(ZoCErrorListPool& list, unsigned code, const std::string& text)
+{
+    ZoSErrorRecord error;
+    error.code = code;
+    error.text = text;
+    list.addError(error);
+}
+
+}  // namespace
 
 class ResultsTest : public OperationTest {
 protected:
-    // Makes a whole update without a fault, gives the elements these states and forgets what was said.
-    void become(const std::vector<std::uint32_t>& newStates)
+    // Makes a whole update of as many elements without a fault and gives them these states.
+    void prepareElements(const std::vector<State>& newStates)
     {
-        ASSERT_TRUE(update());
-        journal->clear();
-        for (unsigned i = 0; i < newStates.size(); ++i) {
-            element(i).updateState = newStates[i];
+        for (unsigned id = 1; id <= newStates.size(); ++id) {
+            addElement(1, id);
         }
+        prepare();
+        ASSERT_TRUE(update());
+        become(newStates);
     }
 
-    static void addError(ZoCErrorListPool& list, unsigned code, const std::string& text)
+    // Prints the results.
+    bool print(bool filesMissing = false)
     {
-        ZoSErrorRecord error;
-        error.code = code;
-        error.text = text;
-        list.addError(error);
+        journal->clear();
+        return operation().printUpdateResults(errors, filesMissing);
+    }
+
+    // What was printed between the heading and the outcome.
+    std::string printedOfElements() const
+    {
+        const std::vector<std::string> fragments = journal->fragments();
+        return std::accumulate(fragments.begin() + 1, fragments.end() - 1, std::string());
     }
 };
 
 TEST_F(ResultsTest, SucceedsWithoutAnyUpdate)
 {
-    prepare();
-    become({});
+    prepareElements({});
 
-    EXPECT_TRUE(operation().printUpdateResults(errors, false));
+    EXPECT_TRUE(print());
 
-    EXPECT_EQ(journal->told(), "\nResults:\n\n    Update completed successfully!\n");
+    EXPECT_THAT(journal->events(), ElementsAre("\nResults:\n", "\n    Update completed successfully!\n"));
 }
 
 TEST_F(ResultsTest, IsIncompleteWithMissingFiles)
 {
-    addElement(1, 1);
-    prepare();
-    become({5});
+    prepareElements({FINISHED});
 
-    EXPECT_FALSE(operation().printUpdateResults(errors, true));
+    EXPECT_FALSE(print(true));
 
-    EXPECT_EQ(journal->told(), "\nResults:\n\n    Update incomplete due to missing files in the source folder!\n");
+    EXPECT_THAT(journal->events(),
+                ElementsAre(_, "\n    Update incomplete due to missing files in the source folder!\n"));
 }
 
 TEST_F(ResultsTest, SpeaksOfFailureRatherThanOfMissingFiles)
 {
-    addElement(1, 1);
-    prepare();
-    become({3});
+    prepareElements({FAILED});
 
-    EXPECT_FALSE(operation().printUpdateResults(errors, true));
+    EXPECT_FALSE(print(true));
 
-    EXPECT_EQ(journal->told(),
-              "\nResults:\n"
-              "    ERROR: Board 1, SN 1, Element 1:\n"
-              "\n    Update failed!\n");
+    EXPECT_THAT(journal->events(), ElementsAre(_, "    ERROR: Board 1, SN 1, Element 1:\n", "\n    Update failed!\n"));
 }
 
 TEST_F(ResultsTest, ListsUnfinishedElementsWithoutErrorsByTheirNameAlone)
 {
-    addElement(1, 1);
-    addElement(1, 2);
-    addElement(1, 3);
-    addElement(1, 4);
-    addElement(1, 5);
-    prepare();
-    become({0, 1, 2, 3, 5});
+    prepareElements({NOTHING_TO_DO, PENDING, RUNNING, FAILED, FINISHED});
 
-    EXPECT_FALSE(operation().printUpdateResults(errors, false));
+    EXPECT_FALSE(print());
 
-    EXPECT_EQ(journal->told(),
-              "\nResults:\n"
+    EXPECT_EQ(printedOfElements(),
               "    ERROR: Board 1, SN 1, Element 2:\n"
               "    ERROR: Board 1, SN 1, Element 3:\n"
-              "    ERROR: Board 1, SN 1, Element 4:\n"
-              "\n    Update failed!\n");
+              "    ERROR: Board 1, SN 1, Element 4:\n");
     EXPECT_EQ(errors.count(), 0u);
 }
 
-TEST_F(ResultsTest, SaysOfCancelledElementsThatTheyWereCancelled)
+TEST_F(ResultsTest, SaysOfACancelledElementThatItWasCancelledAfterItsErrors)
 {
-    addElement(1, 1);
-    prepare();
-    become({4});
+    prepareElements({CANCELLED, CANCELLED});
+    addError(*element(1).resultErrorList, 5, "verify");
 
-    EXPECT_FALSE(operation().printUpdateResults(errors, false));
+    EXPECT_FALSE(print());
 
-    EXPECT_EQ(journal->told(),
-              "\nResults:\n"
+    EXPECT_EQ(printedOfElements(),
               "    ERROR: Board 1, SN 1, Element 1:\n"
               "       Update cancelled due to previous update errors on the same board.\n"
-              "\n    Update failed!\n");
-}
-
-TEST_F(ResultsTest, PrintsTheErrorsOfACancelledElementFirst)
-{
-    addElement(1, 1);
-    prepare();
-    become({4});
-    addError(*element(0).resultErrorList, 5, "verify");
-
-    EXPECT_FALSE(operation().printUpdateResults(errors, false));
-
-    EXPECT_EQ(journal->told(),
-              "\nResults:\n"
-              "    ERROR: Board 1, SN 1, Element 1:\n"
+              "    ERROR: Board 1, SN 1, Element 2:\n"
               "       ERROR 0x5 (reported by Host PC):\n"
               "         verify\n"
-              "       Update cancelled due to previous update errors on the same board.\n"
-              "\n    Update failed!\n");
+              "       Update cancelled due to previous update errors on the same board.\n");
 }
 
 TEST_F(ResultsTest, AppendsBothErrorListsOfEachElementInOrder)
 {
-    addElement(1, 1);
-    addElement(1, 2);
-    prepare();
-    become({3, 5});
+    prepareElements({FAILED, FINISHED});
     addError(errors, 1, "from before");
     addError(*element(0).statusErrorList, 4, "status 1");
     addError(*element(0).resultErrorList, 5, "result 1");
     addError(*element(0).statusErrorList, 4, "status 2");
     addError(*element(1).resultErrorList, 5, "result 2");
 
-    EXPECT_FALSE(operation().printUpdateResults(errors, false));
+    EXPECT_FALSE(print());
 
     EXPECT_THAT(listed(errors), ElementsAre("1 from before", "4 status 1", "4 status 2", "5 result 1", "5 result 2"));
-    EXPECT_EQ(journal->told(),
-              "\nResults:\n"
+    EXPECT_EQ(printedOfElements(),
               "    ERROR: Board 1, SN 1, Element 1:\n"
               "       ERROR 0x4 (reported by Host PC):\n"
               "         status 1\n"
@@ -139,31 +125,26 @@ TEST_F(ResultsTest, AppendsBothErrorListsOfEachElementInOrder)
               "         result 1\n"
               "    ERROR: Board 1, SN 1, Element 2:\n"
               "       ERROR 0x5 (reported by Host PC):\n"
-              "         result 2\n"
-              "\n    Update failed!\n");
+              "         result 2\n");
 }
 
 TEST_F(ResultsTest, LeavesOutElementsWithNothingToDoAndTheirErrors)
 {
-    addElement(1, 1);
-    prepare();
-    become({0});
+    prepareElements({NOTHING_TO_DO});
     addError(*element(0).statusErrorList, 4, "status");
 
-    EXPECT_TRUE(operation().printUpdateResults(errors, false));
+    EXPECT_TRUE(print());
 
-    EXPECT_EQ(journal->told(), "\nResults:\n\n    Update completed successfully!\n");
+    EXPECT_EQ(printedOfElements(), "");
     EXPECT_EQ(errors.count(), 0u);
 }
 
 TEST_F(ResultsTest, KeepsTheElementsOwnErrorLists)
 {
-    addElement(1, 1);
-    prepare();
-    become({3});
+    prepareElements({FAILED});
     addError(*element(0).statusErrorList, 4, "status");
 
-    operation().printUpdateResults(errors, false);
+    EXPECT_FALSE(print());
 
     EXPECT_THAT(listed(*element(0).statusErrorList), ElementsAre("4 status"));
 }
@@ -171,28 +152,20 @@ TEST_F(ResultsTest, KeepsTheElementsOwnErrorLists)
 TEST_F(ResultsTest, TellsWhereAnErrorCameFromInVerboseMode)
 {
     options.verbose = true;
-    addElement(1, 1);
-    prepare();
-    become({3});
+    prepareElements({FAILED});
     ZoSErrorRecord error;
     error.originNode = 16;
     error.code = 0x4711;
     error.timeStamp = 1500;
-    error.mainModule = 3;
-    error.subModule = 7;
-    error.function = "write";
-    error.line = 12;
     error.text = "The element cannot be written.";
     element(0).statusErrorList->addError(error);
 
-    operation().printUpdateResults(errors, false);
+    EXPECT_FALSE(print());
 
-    EXPECT_EQ(journal->told(),
-              "\nResults:\n"
+    EXPECT_EQ(printedOfElements(),
               "    ERROR: Board 1, SN 1, Element 1:\n"
-              "       ERROR 0x4711 (reported by S/N 16), time  1.500 sec., module 3/7, in write():12:\n"
-              "         The element cannot be written.\n"
-              "\n    Update failed!\n");
+              "       ERROR 0x4711 (reported by S/N 16), time  1.500 sec.:\n"
+              "         The element cannot be written.\n");
 }
 
 TEST_F(ResultsTest, ReportsTheErrorsAgainAtTheEndOfTheRun)
@@ -200,7 +173,7 @@ TEST_F(ResultsTest, ReportsTheErrorsAgainAtTheEndOfTheRun)
     Json finish = failing(4, "no answer");
     finish["results"] = Json::array({{{"code", 5}, {"text", "verify"}}});
     scriptOf(1, 1)["finish"] = Json::array({finish});
-    scriptOf(2, 1)["start"] = Json::array({failing(6, "no room")});
+    letStartFail(2, 1);
     addElement(1, 1, 1);
     addElement(1, 2, 2);
     addElement(2, 1, 1);
@@ -208,28 +181,11 @@ TEST_F(ResultsTest, ReportsTheErrorsAgainAtTheEndOfTheRun)
 
     EXPECT_EQ(updater->run(), 0);
 
-    EXPECT_EQ(journal->text(),
-              "\nUpdating:\n"
-              "        Board 1, SN 1, Element 1                        \n"
-              "        Board 2, SN 2, Element 1                        [ERROR]\n"
-              "[ERROR]\n"
-              "\nResults:\n"
-              "    ERROR: Board 1, SN 1, Element 1:\n"
-              "       ERROR 0x4 (reported by Host PC):\n"
-              "         no answer\n"
-              "       ERROR 0x5 (reported by Host PC):\n"
-              "         verify\n"
-              "    ERROR: Board 1, SN 1, Element 2:\n"
-              "       Update cancelled due to previous update errors on the same board.\n"
-              "    ERROR: Board 2, SN 2, Element 1:\n"
-              "       ERROR 0x6 (reported by Host PC):\n"
-              "         no room\n"
-              "\n    Update failed!\n"
-              "\nReported errors:\n"
-              "       ERROR 0x4 (reported by Host PC):\n"
-              "         no answer\n"
-              "       ERROR 0x5 (reported by Host PC):\n"
-              "         verify\n"
-              "       ERROR 0x6 (reported by Host PC):\n"
-              "         no room\n");
+    std::vector<std::string> told;
+    for (const std::string& fragment : journal->fragments()) {
+        if (fragment.starts_with("         ") && fragment.ends_with("\n")) {
+            told.push_back(fragment.substr(9));
+        }
+    }
+    EXPECT_THAT(told, ElementsAre("no answer\n", "verify\n", "no room\n", "no answer\n", "verify\n", "no room\n"));
 }
