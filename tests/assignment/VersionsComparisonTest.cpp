@@ -1,5 +1,6 @@
-// The comparison of installed and available versions, to the character.
+// The comparison of installed and available versions.
 #include "assignment/AssignmentFixture.h"
+#include "support/Table.h"
 
 namespace {
 
@@ -12,6 +13,8 @@ protected:
         assignment().printVersionsComparison();
         return printed();
     }
+
+    TableRows rows() { return tableRows(table()); }
 };
 
 TEST_F(VersionsComparisonTest, WithoutElementsThereIsOnlyTheHeader)
@@ -38,10 +41,7 @@ TEST_F(VersionsComparisonTest, AnElementThatIsUpToDateHasNoPhase)
 {
     addFileForId(1, {{"version", "1.0"}, {"checksumCrc32", 7}});
     addElement({.version = "1.0", .hasChecksum = true, .checksum = 7});
-    EXPECT_EQ(table(),
-              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase\n"
-              "-----------------------------------------------------------------------------\n"
-              "0   | Element 0      | 1.0       | 1.0       | 7 == 7    | Y          | -    \n");
+    EXPECT_EQ(rows(), (TableRows{{"0", "Element 0", "1.0", "1.0", "7 == 7", "Y", "-"}}));
 }
 
 TEST_F(VersionsComparisonTest, AForcedUpdateOfSuchAnElementHasAPhase)
@@ -49,10 +49,7 @@ TEST_F(VersionsComparisonTest, AForcedUpdateOfSuchAnElementHasAPhase)
     options.force = true;
     addFileForId(1, {{"version", "1.0"}, {"checksumCrc32", 7}});
     addElement({.version = "1.0", .hasChecksum = true, .checksum = 7});
-    EXPECT_EQ(table(),
-              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase\n"
-              "-----------------------------------------------------------------------------\n"
-              "0   | Element 0      | 1.0       | 1.0       | 7 == 7    | Y          | 0    \n");
+    EXPECT_EQ(rows(), (TableRows{{"0", "Element 0", "1.0", "1.0", "7 == 7", "Y", "0"}}));
 }
 
 TEST_F(VersionsComparisonTest, AnElementWithoutAFileShowsWhatItHas)
@@ -60,32 +57,23 @@ TEST_F(VersionsComparisonTest, AnElementWithoutAFileShowsWhatItHas)
     addElement({.version = "1.0", .hasChecksum = true, .checksum = 7});
     addElement({.version = "1.0", .hasChecksum = false, .checksum = 7});
     addElement();
-    EXPECT_EQ(table(),
-              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase\n"
-              "-----------------------------------------------------------------------------\n"
-              "0   | Element 0      | 1.0       | ---       | 7 != ---  |            | -    \n"
-              "1   | Element 1      | 1.0       | ---       |           |            | -    \n"
-              "2   | Element 2      | ---       | ---       |           |            | -    \n");
+    EXPECT_EQ(rows(), (TableRows{{"0", "Element 0", "1.0", "---", "7 != ---", "", "-"},
+                                 {"1", "Element 1", "1.0", "---", "", "", "-"},
+                                 {"2", "Element 2", "---", "---", "", "", "-"}}));
 }
 
 TEST_F(VersionsComparisonTest, AFileWithoutAVersionShowsDashes)
 {
     addFileForId(1, {{"version", nullptr}, {"checksumCrc32", 8}});
     addElement({.version = "1.0", .hasChecksum = true, .checksum = 7});
-    EXPECT_EQ(table(),
-              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase\n"
-              "-----------------------------------------------------------------------------\n"
-              "0   | Element 0      | 1.0       | ---       | 7 != 8    | N          | 0    \n");
+    EXPECT_EQ(rows(), (TableRows{{"0", "Element 0", "1.0", "---", "7 != 8", "N", "0"}}));
 }
 
 TEST_F(VersionsComparisonTest, AnElementWithoutAChecksumDiffersFromAnyFile)
 {
     addFileForId(1, {{"version", "1.0"}, {"checksumCrc32", 0}});
     addElement({.version = "1.0"});
-    EXPECT_EQ(table(),
-              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase\n"
-              "-----------------------------------------------------------------------------\n"
-              "0   | Element 0      | 1.0       | 1.0       | --- != 0  | Y          | -    \n");
+    EXPECT_EQ(rows(), (TableRows{{"0", "Element 0", "1.0", "1.0", "--- != 0", "Y", "-"}}));
 }
 
 TEST_F(VersionsComparisonTest, AChecksumOfZeroIsAChecksum)
@@ -95,22 +83,16 @@ TEST_F(VersionsComparisonTest, AChecksumOfZeroIsAChecksum)
     addElement({.id = 1, .version = "1.0", .hasChecksum = true, .checksum = 0});
     addElement({.id = 2, .version = "1.0", .hasChecksum = true, .checksum = 0});
     addElement({.id = 3, .version = "1.0", .hasChecksum = true, .checksum = 0});
-    EXPECT_EQ(table(),
-              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase\n"
-              "-----------------------------------------------------------------------------\n"
-              "0   | Element 0      | 1.0       | 1.0       | 0 == 0    | Y          | -    \n"
-              "1   | Element 1      | 1.0       | 1.0       | 0 != 9    | Y          | -    \n"
-              "2   | Element 2      | 1.0       | ---       | 0 != ---  |            | -    \n");
+    EXPECT_EQ(rows(), (TableRows{{"0", "Element 0", "1.0", "1.0", "0 == 0", "Y", "-"},
+                                 {"1", "Element 1", "1.0", "1.0", "0 != 9", "Y", "-"},
+                                 {"2", "Element 2", "1.0", "---", "0 != ---", "", "-"}}));
 }
 
 TEST_F(VersionsComparisonTest, AVersionThatBeginsWithZeroIsAVersion)
 {
     addFileForId(1, {{"version", "0.2"}, {"checksumCrc32", 9}});
     addElement({.version = "0.1"});
-    EXPECT_EQ(table(),
-              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase\n"
-              "-----------------------------------------------------------------------------\n"
-              "0   | Element 0      | 0.1       | 0.2       | --- != 9  | N          | 0    \n");
+    EXPECT_EQ(rows(), (TableRows{{"0", "Element 0", "0.1", "0.2", "--- != 9", "N", "0"}}));
 }
 
 TEST_F(VersionsComparisonTest, AFilesUnknownChecksumIsShownAsItIs)
@@ -118,11 +100,8 @@ TEST_F(VersionsComparisonTest, AFilesUnknownChecksumIsShownAsItIs)
     addFileForId(1, {{"version", "1.0"}});
     addElement({.hasChecksum = true, .checksum = 4294967295u});
     addElement();
-    EXPECT_EQ(table(),
-              "No. | Update element | Installed | Available | Checksums                | Up-to-date | Phase\n"
-              "--------------------------------------------------------------------------------------------\n"
-              "0   | Element 0      | ---       | 1.0       | 4294967295 != 4294967294 | N          | 0    \n"
-              "1   | Element 1      | ---       | 1.0       | --- != 4294967294        | N          | 0    \n");
+    EXPECT_EQ(rows(), (TableRows{{"0", "Element 0", "---", "1.0", "4294967295 != 4294967294", "N", "0"},
+                                 {"1", "Element 1", "---", "1.0", "--- != 4294967294", "N", "0"}}));
 }
 
 TEST_F(VersionsComparisonTest, InvalidAndInactiveElementsAreMarked)
@@ -133,24 +112,18 @@ TEST_F(VersionsComparisonTest, InvalidAndInactiveElementsAreMarked)
     both.valid = false;
     both.active = false;
     addElement();
-    EXPECT_EQ(table(),
-              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase |           \n"
-              "------------------------------------------------------------------------------------------\n"
-              "0   | Element 0      | ---       | ---       |           |            | -     | [INVALID] \n"
-              "1   | Element 1      | ---       | ---       |           |            | -     | [INACTIVE]\n"
-              "2   | Element 2      | ---       | ---       |           |            | -     | [INVALID] \n"
-              "3   | Element 3      | ---       | ---       |           |            | -     |           \n");
+    EXPECT_EQ(rows(), (TableRows{{"0", "Element 0", "---", "---", "", "", "-", "[INVALID]"},
+                                 {"1", "Element 1", "---", "---", "", "", "-", "[INACTIVE]"},
+                                 {"2", "Element 2", "---", "---", "", "", "-", "[INVALID]"},
+                                 {"3", "Element 3", "---", "---", "", "", "-", ""}}));
 }
 
 TEST_F(VersionsComparisonTest, AnInactiveFileSystemElementIsNotMarkedAndAnInvalidOneIs)
 {
     addFileElement("/a").active = false;
     addFileElement("/b").valid = false;
-    EXPECT_EQ(table(),
-              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase |          \n"
-              "-----------------------------------------------------------------------------------------\n"
-              "0   | Element 0      | ---       | ---       |           |            | -     |          \n"
-              "1   | Element 1      | ---       | ---       |           |            | -     | [INVALID]\n");
+    EXPECT_EQ(rows(), (TableRows{{"0", "Element 0", "---", "---", "", "", "-", ""},
+                                 {"1", "Element 1", "---", "---", "", "", "-", "[INVALID]"}}));
 }
 
 TEST_F(VersionsComparisonTest, DisabledElementsAreNumberedToo)
@@ -158,11 +131,8 @@ TEST_F(VersionsComparisonTest, DisabledElementsAreNumberedToo)
     addFileForId(1, {{"version", "1.1"}, {"checksumCrc32", 8}});
     addElement({.version = "1.0"}).disabled = true;
     addElement({.version = "1.0"});
-    EXPECT_EQ(table(),
-              "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase\n"
-              "-----------------------------------------------------------------------------\n"
-              "0   | Element 0      | 1.0       | 1.1       | --- != 8  | N          | -    \n"
-              "1   | Element 1      | 1.0       | 1.1       | --- != 8  | N          | 0    \n");
+    EXPECT_EQ(rows(), (TableRows{{"0", "Element 0", "1.0", "1.1", "--- != 8", "N", "-"},
+                                 {"1", "Element 1", "1.0", "1.1", "--- != 8", "N", "0"}}));
 }
 
 TEST_F(VersionsComparisonTest, NewFileSystemElementsFollow)
@@ -171,11 +141,8 @@ TEST_F(VersionsComparisonTest, NewFileSystemElementsFollow)
     addFileForId(1, {{"version", "1.1"}, {"checksumCrc32", 8}, {"sequence", 3}});
     addFile({{"boardType", "T"}, {"targetPath", "/a/b"}, {"version", "2.0"}, {"checksumCrc32", 9}, {"sequence", 4}});
     addElement({.version = "1.0"});
-    EXPECT_EQ(table(),
-              "No. | Update element            | Installed | Available | Checksums | Up-to-date | Phase |          \n"
-              "----------------------------------------------------------------------------------------------------\n"
-              "0   | Element 0                 | 1.0       | 1.1       | --- != 8  | N          | 0     |          \n"
-              "1   | Board, Updatable file (b) | ---       | 2.0       | --- != 9  | N          | 1     | [INVALID]\n");
+    EXPECT_EQ(rows(), (TableRows{{"0", "Element 0", "1.0", "1.1", "--- != 8", "N", "0", ""},
+                                 {"1", "Board, Updatable file (b)", "---", "2.0", "--- != 9", "N", "1", "[INVALID]"}}));
 }
 
 }  // namespace
