@@ -1,7 +1,7 @@
 // Updates from an archive whose path is relative.
 #include <filesystem>
 
-#include "operation/OperationTest.h"
+#include "operation/OperationFixture.h"
 #include "support/Namespaces.h"
 
 using ::testing::Contains;
@@ -29,7 +29,7 @@ private:
 
 }  // namespace
 
-class ArchivePathTest : public OperationTest {
+class ArchivePath : public OperationFixture {
 protected:
     // Prepares an update from an archive with this file, named relative to the working folder: `prefix` and its name.
     void prepareRelative(const Json& entry, const std::string& prefix = "")
@@ -47,7 +47,7 @@ protected:
     std::optional<WorkingFolder> here;
 };
 
-TEST_F(ArchivePathTest, RefusesARelativeArchivePathQuietly)
+TEST_F(ArchivePath, RefusesARelativeArchivePathQuietly)
 {
     addElement(1, 1);
     prepareRelative(fileEntry("b1e1.bin", {{"boardType", "T1"}}));
@@ -61,7 +61,7 @@ TEST_F(ArchivePathTest, RefusesARelativeArchivePathQuietly)
     EXPECT_EQ(errors.count(), 0u);
 }
 
-TEST_F(ArchivePathTest, NamesTheRelativePathInVerboseMode)
+TEST_F(ArchivePath, NamesTheRelativePathInVerboseMode)
 {
     options.verbose = true;
     addElement(1, 1);
@@ -74,7 +74,7 @@ TEST_F(ArchivePathTest, NamesTheRelativePathInVerboseMode)
     EXPECT_THAT(states(), ElementsAre(FAILED));
 }
 
-TEST_F(ArchivePathTest, TakesAPathThatBeginsWithADotForRelative)
+TEST_F(ArchivePath, TakesAPathThatBeginsWithADotForRelative)
 {
     options.verbose = true;
     addElement(1, 1);
@@ -88,7 +88,7 @@ TEST_F(ArchivePathTest, TakesAPathThatBeginsWithADotForRelative)
     EXPECT_THAT(states(), ElementsAre(FAILED));
 }
 
-TEST_F(ArchivePathTest, WritesFilesOfTheFlashDriveAlsoFromARelativeArchivePath)
+TEST_F(ArchivePath, WritesFilesOfTheFlashDriveAlsoFromARelativeArchivePath)
 {
     SKIP_WITHOUT_MOUNT();
     hasFlashDrive = true;

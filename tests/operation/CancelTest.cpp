@@ -1,13 +1,13 @@
 // Cancelling later updates of a board whose update failed: they build on the ones before.
-#include "operation/OperationTest.h"
+#include "operation/OperationFixture.h"
 #include "support/Namespaces.h"
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-using CancelTest = OperationTest;
+using Cancel = OperationFixture;
 
-TEST_F(CancelTest, CancelsLaterPhasesOfTheSameBoardOnly)
+TEST_F(Cancel, CancelsLaterPhasesOfTheSameBoardOnly)
 {
     letUpdateFail(1, 1);
     addElement(1, 1, 1);
@@ -26,7 +26,7 @@ TEST_F(CancelTest, CancelsLaterPhasesOfTheSameBoardOnly)
     EXPECT_EQ(calls("update2").size(), 2u);
 }
 
-TEST_F(CancelTest, LetsOtherUpdatesOfTheSamePhaseFinish)
+TEST_F(Cancel, LetsOtherUpdatesOfTheSamePhaseFinish)
 {
     letStartFail(1, 1);
     addElement(1, 1, 1);
@@ -39,7 +39,7 @@ TEST_F(CancelTest, LetsOtherUpdatesOfTheSamePhaseFinish)
     EXPECT_THAT(states(), ElementsAre(FAILED, FINISHED, CANCELLED));
 }
 
-TEST_F(CancelTest, LeavesEarlierPhasesAsTheyAre)
+TEST_F(Cancel, LeavesEarlierPhasesAsTheyAre)
 {
     letUpdateFail(1, 2);
     addElement(1, 1, 1);
@@ -52,7 +52,7 @@ TEST_F(CancelTest, LeavesEarlierPhasesAsTheyAre)
     EXPECT_THAT(states(), ElementsAre(FINISHED, FAILED, CANCELLED));
 }
 
-TEST_F(CancelTest, ReportsEachCancelledElementOnce)
+TEST_F(Cancel, ReportsEachCancelledElementOnce)
 {
     letUpdateFail(1, 1);
     letUpdateFail(1, 2);
@@ -67,7 +67,7 @@ TEST_F(CancelTest, ReportsEachCancelledElementOnce)
                                                 "failure 2", "phase 1", "end of phases"));
 }
 
-TEST_F(CancelTest, CancelsFilesOfTheFlashDriveOnTheSameBoard)
+TEST_F(Cancel, CancelsFilesOfTheFlashDriveOnTheSameBoard)
 {
     SKIP_WITHOUT_MOUNT();
     hasFlashDrive = true;
@@ -82,7 +82,7 @@ TEST_F(CancelTest, CancelsFilesOfTheFlashDriveOnTheSameBoard)
     EXPECT_FALSE(std::filesystem::exists(drive() / "c.bin"));
 }
 
-TEST_F(CancelTest, DoesNotCheckTheFilesOfCancelledElements)
+TEST_F(Cancel, DoesNotCheckTheFilesOfCancelledElements)
 {
     letUpdateFail(1, 1);
     addElement(1, 1, 1);
@@ -96,7 +96,7 @@ TEST_F(CancelTest, DoesNotCheckTheFilesOfCancelledElements)
     EXPECT_FALSE(file(1).fileMissing);
 }
 
-TEST_F(CancelTest, CancelsPendingElementsFromThePhaseOn)
+TEST_F(Cancel, CancelsPendingElementsFromThePhaseOn)
 {
     for (unsigned id = 1; id <= 8; ++id) {
         addElement(1, id, id);
@@ -114,7 +114,7 @@ TEST_F(CancelTest, CancelsPendingElementsFromThePhaseOn)
     EXPECT_THAT(journal->events(), ElementsAre("<failure 2>", "<failure 7>"));
 }
 
-TEST_F(CancelTest, FindsPendingElementsOutsideOfAnUpdate)
+TEST_F(Cancel, FindsPendingElementsOutsideOfAnUpdate)
 {
     addElement(1, 1, 1);
     addElement(1, 2, 2);
@@ -130,7 +130,7 @@ TEST_F(CancelTest, FindsPendingElementsOutsideOfAnUpdate)
     EXPECT_THAT(journal->reports(), ElementsAre("failure 2", "failure 0", "failure 1"));
 }
 
-TEST_F(CancelTest, FindsElementsThatHaveBecomePendingAgain)
+TEST_F(Cancel, FindsElementsThatHaveBecomePendingAgain)
 {
     letUpdateFail(1, 1);
     addElement(1, 1, 1);
@@ -148,7 +148,7 @@ TEST_F(CancelTest, FindsElementsThatHaveBecomePendingAgain)
     EXPECT_THAT(states(), ElementsAre(FAILED, CANCELLED, CANCELLED));
 }
 
-TEST_F(CancelTest, CancelsNothingOfAnotherBoard)
+TEST_F(Cancel, CancelsNothingOfAnotherBoard)
 {
     addElement(1, 1);
     prepare();
@@ -161,7 +161,7 @@ TEST_F(CancelTest, CancelsNothingOfAnotherBoard)
     EXPECT_THAT(journal->events(), IsEmpty());
 }
 
-TEST_F(CancelTest, CancelsAgainInALaterUpdate)
+TEST_F(Cancel, CancelsAgainInALaterUpdate)
 {
     scriptOf(1, 1)["polls"] = Json::array({failed(), failed()});
     addElement(1, 1, 1);

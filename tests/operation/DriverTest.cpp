@@ -1,7 +1,7 @@
 // The course of a whole update: which elements are updated, in which order, and what the host hears of it.
 #include <algorithm>
 
-#include "operation/OperationTest.h"
+#include "operation/OperationFixture.h"
 
 using ::testing::_;
 using ::testing::ContainsRegex;
@@ -9,9 +9,9 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-using DriverTest = OperationTest;
+using Driver = OperationFixture;
 
-TEST_F(DriverTest, UpdatesOneElement)
+TEST_F(Driver, UpdatesOneElement)
 {
     addElement(1, 1);
     prepare();
@@ -25,7 +25,7 @@ TEST_F(DriverTest, UpdatesOneElement)
     EXPECT_EQ(errors.count(), 0u);
 }
 
-TEST_F(DriverTest, RunsPhasesInAscendingOrderOneAfterTheOther)
+TEST_F(Driver, RunsPhasesInAscendingOrderOneAfterTheOther)
 {
     addElement(1, 1, 5);
     addElement(1, 2, 3);
@@ -57,7 +57,7 @@ TEST_F(DriverTest, RunsPhasesInAscendingOrderOneAfterTheOther)
               "\n    Update completed successfully!\n");
 }
 
-TEST_F(DriverTest, FinishesAPhaseBeforeTheNextIsStarted)
+TEST_F(Driver, FinishesAPhaseBeforeTheNextIsStarted)
 {
     addElement(1, 1, 1);
     addElement(1, 2, 2);
@@ -73,7 +73,7 @@ TEST_F(DriverTest, FinishesAPhaseBeforeTheNextIsStarted)
                                          "unlock"));
 }
 
-TEST_F(DriverTest, LocksReportsTheEndAndUnlocksAlsoWithoutAPhase)
+TEST_F(Driver, LocksReportsTheEndAndUnlocksAlsoWithoutAPhase)
 {
     prepare();
 
@@ -83,7 +83,7 @@ TEST_F(DriverTest, LocksReportsTheEndAndUnlocksAlsoWithoutAPhase)
     EXPECT_THAT(journal->events(), ElementsAre("<end of phases>", _, _));  // the results follow
 }
 
-TEST_F(DriverTest, NeverStartsADisabledElementThatHasAFile)
+TEST_F(Driver, NeverStartsADisabledElementThatHasAFile)
 {
     addElement(1, 1);
     addElement(1, 2);
@@ -99,7 +99,7 @@ TEST_F(DriverTest, NeverStartsADisabledElementThatHasAFile)
     EXPECT_EQ(calls("update2")[0].at("id"), 2);
 }
 
-TEST_F(DriverTest, ReportsAPhaseWhoseElementsWereDisabledAfterwards)
+TEST_F(Driver, ReportsAPhaseWhoseElementsWereDisabledAfterwards)
 {
     addElement(1, 1);
     prepare();
@@ -111,7 +111,7 @@ TEST_F(DriverTest, ReportsAPhaseWhoseElementsWereDisabledAfterwards)
     EXPECT_THAT(callNames(), ElementsAre("lock", "unlock"));
 }
 
-TEST_F(DriverTest, LeavesAnElementWithoutAFileAlone)
+TEST_F(Driver, LeavesAnElementWithoutAFileAlone)
 {
     addElement(1, 1);
     addElement(1, 2);
@@ -125,7 +125,7 @@ TEST_F(DriverTest, LeavesAnElementWithoutAFileAlone)
     EXPECT_EQ(calls("update2").size(), 1u);
 }
 
-TEST_F(DriverTest, PrintsTheNoticesBeforeTheFirstPhase)
+TEST_F(Driver, PrintsTheNoticesBeforeTheFirstPhase)
 {
     addElement(1, 1);
     addElement(1, 2);
@@ -144,7 +144,7 @@ TEST_F(DriverTest, PrintsTheNoticesBeforeTheFirstPhase)
     EXPECT_THAT(states(), ElementsAre(NOTHING_TO_DO, NOTHING_TO_DO, FINISHED));
 }
 
-TEST_F(DriverTest, ReportsTheEndOfThePhasesBeforeItUnlocks)
+TEST_F(Driver, ReportsTheEndOfThePhasesBeforeItUnlocks)
 {
     options.verbose = true;
     script["unlock"] = Json::array({failing(3, "busy")});
@@ -159,7 +159,7 @@ TEST_F(DriverTest, ReportsTheEndOfThePhasesBeforeItUnlocks)
                 ElementsAre("<end of phases>", HasSubstr("unlock"), _, _));  // the results follow
 }
 
-TEST_F(DriverTest, CollectsThePendingElementsOfAPhaseBehindWhatTheListHolds)
+TEST_F(Driver, CollectsThePendingElementsOfAPhaseBehindWhatTheListHolds)
 {
     for (unsigned id = 1; id <= 6; ++id) {
         addElement(1, id, id == 6 ? 2 : 1);
@@ -174,7 +174,7 @@ TEST_F(DriverTest, CollectsThePendingElementsOfAPhaseBehindWhatTheListHolds)
     EXPECT_THAT(list, ElementsAre(&element(5), &element(0), &element(4)));
 }
 
-TEST_F(DriverTest, CollectsThePendingElementsOfAPhaseAlsoOutsideOfAnUpdate)
+TEST_F(Driver, CollectsThePendingElementsOfAPhaseAlsoOutsideOfAnUpdate)
 {
     addElement(1, 1, 1);
     addElement(1, 2, 2);
@@ -191,7 +191,7 @@ TEST_F(DriverTest, CollectsThePendingElementsOfAPhaseAlsoOutsideOfAnUpdate)
     EXPECT_THAT(list, ElementsAre(&element(1), &element(3)));
 }
 
-TEST_F(DriverTest, FindsNoElementOfAPhaseBeyondTheLast)
+TEST_F(Driver, FindsNoElementOfAPhaseBeyondTheLast)
 {
     addElement(1, 1);
     prepare();

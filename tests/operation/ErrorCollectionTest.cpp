@@ -1,5 +1,5 @@
 // Collecting the errors of a phase's updates, and its verdict.
-#include "operation/OperationTest.h"
+#include "operation/OperationFixture.h"
 #include "support/Namespaces.h"
 
 using ::testing::ElementsAre;
@@ -12,7 +12,7 @@ const std::string bad = "[ERROR]\n";
 
 }  // namespace
 
-class ErrorCollectionTest : public OperationTest {
+class ErrorCollection : public OperationFixture {
 protected:
     // An entry of a "finish" script: errors of the call itself, and errors that the update reports.
     static Json finish(const std::vector<std::string>& callErrors, const std::vector<std::string>& results)
@@ -53,7 +53,7 @@ protected:
     }
 };
 
-TEST_F(ErrorCollectionTest, AsksOnceForTheErrorsOfEachFinishedUpdate)
+TEST_F(ErrorCollection, AsksOnceForTheErrorsOfEachFinishedUpdate)
 {
     addElement(1, 1);
     addElement(2, 7);
@@ -69,7 +69,7 @@ TEST_F(ErrorCollectionTest, AsksOnceForTheErrorsOfEachFinishedUpdate)
     EXPECT_EQ(calls("updateErrors2")[1].at("id"), 7);
 }
 
-TEST_F(ErrorCollectionTest, KeepsWhatTheUpdateAndTheCallReportApart)
+TEST_F(ErrorCollection, KeepsWhatTheUpdateAndTheCallReportApart)
 {
     scriptOf(1, 1)["finish"] = Json::array({finish({"no answer"}, {"verify", "checksum"})});
     addElement(1, 1);
@@ -81,7 +81,7 @@ TEST_F(ErrorCollectionTest, KeepsWhatTheUpdateAndTheCallReportApart)
     EXPECT_THAT(listed(*element(0).resultErrorList), ElementsAre("5 verify", "5 checksum"));
 }
 
-TEST_F(ErrorCollectionTest, MarksThePhaseForAnUpdateThatReportsErrors)
+TEST_F(ErrorCollection, MarksThePhaseForAnUpdateThatReportsErrors)
 {
     scriptOf(1, 1)["finish"] = Json::array({finish({}, {"verify"})});
     addElement(1, 1);
@@ -96,7 +96,7 @@ TEST_F(ErrorCollectionTest, MarksThePhaseForAnUpdateThatReportsErrors)
     EXPECT_THAT(states(), ElementsAre(FINISHED, FINISHED));
 }
 
-TEST_F(ErrorCollectionTest, MarksThePhaseWhenTheErrorsCannotBeFetched)
+TEST_F(ErrorCollection, MarksThePhaseWhenTheErrorsCannotBeFetched)
 {
     scriptOf(1, 1)["finish"] = Json::array({finish({"no answer"}, {})});
     addElement(1, 1);
@@ -110,7 +110,7 @@ TEST_F(ErrorCollectionTest, MarksThePhaseWhenTheErrorsCannotBeFetched)
                 ElementsAre("phase 0", "progress 100", "progress 100", "failure 0", "end of phases"));
 }
 
-TEST_F(ErrorCollectionTest, CountsErrorsOfAnEarlierPollThatDidNotFailTheUpdate)
+TEST_F(ErrorCollection, CountsErrorsOfAnEarlierPollThatDidNotFailTheUpdate)
 {
     scriptOf(1, 1)["polls"] = Json::array({failing(4, "lost"), finished()});
     addElement(1, 1, 1);
@@ -125,7 +125,7 @@ TEST_F(ErrorCollectionTest, CountsErrorsOfAnEarlierPollThatDidNotFailTheUpdate)
     EXPECT_THAT(states(), ElementsAre(FINISHED, CANCELLED));
 }
 
-TEST_F(ErrorCollectionTest, ReportsAnUpdateBeforeThoseThatItCancels)
+TEST_F(ErrorCollection, ReportsAnUpdateBeforeThoseThatItCancels)
 {
     scriptOf(1, 2)["finish"] = Json::array({finish({}, {"verify"})});
     addElement(1, 1, 2);
@@ -138,7 +138,7 @@ TEST_F(ErrorCollectionTest, ReportsAnUpdateBeforeThoseThatItCancels)
                                                 "phase 1", "end of phases"));
 }
 
-TEST_F(ErrorCollectionTest, DoesNotReportAFailedUpdateAgain)
+TEST_F(ErrorCollection, DoesNotReportAFailedUpdateAgain)
 {
     letUpdateFail(1, 1);
     addElement(1, 1, 1);
@@ -152,7 +152,7 @@ TEST_F(ErrorCollectionTest, DoesNotReportAFailedUpdateAgain)
     EXPECT_THAT(calls("updateErrors2"), IsEmpty());
 }
 
-TEST_F(ErrorCollectionTest, DoesNotFetchTheErrorsOfAnUpdateThatStillRuns)
+TEST_F(ErrorCollection, DoesNotFetchTheErrorsOfAnUpdateThatStillRuns)
 {
     addElement(1, 1);
     prepare();
@@ -164,7 +164,7 @@ TEST_F(ErrorCollectionTest, DoesNotFetchTheErrorsOfAnUpdateThatStillRuns)
     EXPECT_THAT(states(), ElementsAre(RUNNING));
 }
 
-TEST_F(ErrorCollectionTest, PrintsNothingWithoutAStartedUpdate)
+TEST_F(ErrorCollection, PrintsNothingWithoutAStartedUpdate)
 {
     addElement(1, 1);
     addElement(1, 2);
@@ -177,7 +177,7 @@ TEST_F(ErrorCollectionTest, PrintsNothingWithoutAStartedUpdate)
     EXPECT_EQ(calls("updateErrors2").size(), 3u);  // of the whole update before
 }
 
-TEST_F(ErrorCollectionTest, PrintsNothingForAnEmptyList)
+TEST_F(ErrorCollection, PrintsNothingForAnEmptyList)
 {
     prepare();
 
@@ -186,7 +186,7 @@ TEST_F(ErrorCollectionTest, PrintsNothingForAnEmptyList)
     EXPECT_THAT(journal->events(), IsEmpty());
 }
 
-TEST_F(ErrorCollectionTest, IgnoresElementsThatWereNotStarted)
+TEST_F(ErrorCollection, IgnoresElementsThatWereNotStarted)
 {
     addElement(1, 1);
     addElement(1, 2);
@@ -197,7 +197,7 @@ TEST_F(ErrorCollectionTest, IgnoresElementsThatWereNotStarted)
     EXPECT_THAT(journal->events(), ElementsAre(good));
 }
 
-TEST_F(ErrorCollectionTest, CancelsFromTheNextPhaseOn)
+TEST_F(ErrorCollection, CancelsFromTheNextPhaseOn)
 {
     addElement(1, 1, 1);
     addElement(1, 2, 1);
@@ -215,7 +215,7 @@ TEST_F(ErrorCollectionTest, CancelsFromTheNextPhaseOn)
     EXPECT_THAT(journal->events(), ElementsAre("<failure 3>", bad));
 }
 
-TEST_F(ErrorCollectionTest, CancelsNothingForAFileOfTheFlashDrive)
+TEST_F(ErrorCollection, CancelsNothingForAFileOfTheFlashDrive)
 {
     SKIP_WITHOUT_MOUNT();
     hasFlashDrive = true;
@@ -230,7 +230,7 @@ TEST_F(ErrorCollectionTest, CancelsNothingForAFileOfTheFlashDrive)
     EXPECT_THAT(verdicts(), ElementsAre(bad, good));
 }
 
-TEST_F(ErrorCollectionTest, FetchesNoErrorsForAFileOfTheFlashDrive)
+TEST_F(ErrorCollection, FetchesNoErrorsForAFileOfTheFlashDrive)
 {
     SKIP_WITHOUT_MOUNT();
     hasFlashDrive = true;

@@ -1,12 +1,12 @@
 // Starting the update of a file on the flash drive, which is finished at once.
-#include "operation/OperationTest.h"
+#include "operation/OperationFixture.h"
 #include "support/Namespaces.h"
 
 using ::testing::_;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
-class FileStartTest : public OperationTest {
+class FileStart : public OperationFixture {
 protected:
     // Makes the update of a single file on the flash drive.
     void updateOneFile()
@@ -18,7 +18,7 @@ protected:
     }
 };
 
-TEST_F(FileStartTest, LogsTheStartOfAFileOnTheFlashDriveToo)
+TEST_F(FileStart, LogsTheStartOfAFileOnTheFlashDriveToo)
 {
     SKIP_WITHOUT_MOUNT();
     updateOneFile();
@@ -30,7 +30,7 @@ TEST_F(FileStartTest, LogsTheStartOfAFileOnTheFlashDriveToo)
     EXPECT_EQ(calls("sendLog")[0].at("text"), "Firmware update: Board 1, SN 1, File 1...");
 }
 
-TEST_F(FileStartTest, DoesNotWaitAfterAFileOnTheFlashDrive)
+TEST_F(FileStart, DoesNotWaitAfterAFileOnTheFlashDrive)
 {
     SKIP_WITHOUT_MOUNT();
     updateOneFile();
@@ -39,7 +39,7 @@ TEST_F(FileStartTest, DoesNotWaitAfterAFileOnTheFlashDrive)
     EXPECT_EQ(calls("usleep")[0].at("microseconds"), 200000);
 }
 
-TEST_F(FileStartTest, FinishesAFileOnTheFlashDriveAtOnce)
+TEST_F(FileStart, FinishesAFileOnTheFlashDriveAtOnce)
 {
     SKIP_WITHOUT_MOUNT();
     hasFlashDrive = true;
@@ -54,7 +54,7 @@ TEST_F(FileStartTest, FinishesAFileOnTheFlashDriveAtOnce)
     EXPECT_THAT(callNames(), ElementsAre("lock", "sendLog", "syncFileSystem", "usleep", "unlock"));
 }
 
-TEST_F(FileStartTest, TellsInVerboseModeWhatWasWritten)
+TEST_F(FileStart, TellsInVerboseModeWhatWasWritten)
 {
     options.verbose = true;
     SKIP_WITHOUT_MOUNT();
@@ -68,7 +68,7 @@ TEST_F(FileStartTest, TellsInVerboseModeWhatWasWritten)
                                            "            Successfully written /mnt/cn/cfdrive/a/c.bin.\n"));
 }
 
-TEST_F(FileStartTest, TellsWhyAFileCouldNotBeWritten)
+TEST_F(FileStart, TellsWhyAFileCouldNotBeWritten)
 {
     SKIP_WITHOUT_MOUNT();
     hasFlashDrive = true;

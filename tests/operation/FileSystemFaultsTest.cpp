@@ -12,7 +12,7 @@
 #include <optional>
 #include <string>
 
-#include "operation/FlashDriveTest.h"
+#include "operation/FlashDriveFixture.h"
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -117,7 +117,7 @@ extern "C" int system(const char* command)
     return result;
 }
 
-class FileSystemFaultsTest : public FlashDriveTest {
+class FileSystemFaults : public FlashDriveFixture {
 protected:
     // Writes "c.bin" over an old one; expects that it fails with this message and flushes nothing.
     void expectFailure(const std::string& message)
@@ -132,7 +132,7 @@ protected:
     }
 };
 
-TEST_F(FileSystemFaultsTest, TellsWhenTheOldFileIsStillThereAfterItsDeletion)
+TEST_F(FileSystemFaults, TellsWhenTheOldFileIsStillThereAfterItsDeletion)
 {
     prepareDrive();
     put(drive() / "c.bin", "old");
@@ -141,7 +141,7 @@ TEST_F(FileSystemFaultsTest, TellsWhenTheOldFileIsStillThereAfterItsDeletion)
     EXPECT_EQ(readText(drive() / "c.bin"), "old");
 }
 
-TEST_F(FileSystemFaultsTest, TellsWhenTheTemporaryFileCannotBeRenamed)
+TEST_F(FileSystemFaults, TellsWhenTheTemporaryFileCannotBeRenamed)
 {
     prepareDrive();
     put(drive() / "c.bin", "old");
@@ -150,7 +150,7 @@ TEST_F(FileSystemFaultsTest, TellsWhenTheTemporaryFileCannotBeRenamed)
     EXPECT_THAT(onDrive(), ElementsAre("c.bin.tmp"));
 }
 
-TEST_F(FileSystemFaultsTest, TellsWhenTheTargetIsNotThereAfterTheRenaming)
+TEST_F(FileSystemFaults, TellsWhenTheTargetIsNotThereAfterTheRenaming)
 {
     prepareDrive();
     ofRename = Answer::doesNothing;
@@ -158,7 +158,7 @@ TEST_F(FileSystemFaultsTest, TellsWhenTheTargetIsNotThereAfterTheRenaming)
     EXPECT_THAT(onDrive(), ElementsAre("c.bin.tmp"));
 }
 
-TEST_F(FileSystemFaultsTest, CopiesWithThePlainCommand)
+TEST_F(FileSystemFaults, CopiesWithThePlainCommand)
 {
     prepareDrive();
     commands.clear();
@@ -168,7 +168,7 @@ TEST_F(FileSystemFaultsTest, CopiesWithThePlainCommand)
     EXPECT_THAT(commands, ElementsAre("cp " + archive->path() + "/c.bin /mnt/cn/cfdrive/a/d.bin.tmp"));
 }
 
-TEST_F(FileSystemFaultsTest, TellsTheResultOfACommandThatCannotBeRunAsAnUnsignedNumber)
+TEST_F(FileSystemFaults, TellsTheResultOfACommandThatCannotBeRunAsAnUnsignedNumber)
 {
     prepareDrive();
     ofSystem = Answer::refuses;
@@ -179,7 +179,7 @@ TEST_F(FileSystemFaultsTest, TellsTheResultOfACommandThatCannotBeRunAsAnUnsigned
     EXPECT_THAT(onDrive(), IsEmpty());
 }
 
-TEST_F(FileSystemFaultsTest, TellsWhenTheTemporaryFileIsNotThereAfterTheCopy)
+TEST_F(FileSystemFaults, TellsWhenTheTemporaryFileIsNotThereAfterTheCopy)
 {
     prepareDrive();
     put(drive() / "c.bin", "old");
@@ -191,7 +191,7 @@ TEST_F(FileSystemFaultsTest, TellsWhenTheTemporaryFileIsNotThereAfterTheCopy)
     EXPECT_EQ(readText(drive() / "c.bin"), "old");
 }
 
-TEST_F(FileSystemFaultsTest, TakesNothingButAFileForTheCopy)
+TEST_F(FileSystemFaults, TakesNothingButAFileForTheCopy)
 {
     prepareDrive();
     put(drive() / "c.bin", "old");
@@ -218,7 +218,7 @@ TEST_F(FileSystemFaultsTest, TakesNothingButAFileForTheCopy)
     }
 }
 
-TEST_F(FileSystemFaultsTest, TellsWhenAnOldTemporaryFileCannotBeRemoved)
+TEST_F(FileSystemFaults, TellsWhenAnOldTemporaryFileCannotBeRemoved)
 {
     prepareDrive();
     put(drive() / "c.bin.tmp", "left");
@@ -232,7 +232,7 @@ TEST_F(FileSystemFaultsTest, TellsWhenAnOldTemporaryFileCannotBeRemoved)
     EXPECT_EQ(readText(drive() / "c.bin.tmp"), "left");
 }
 
-TEST_F(FileSystemFaultsTest, FlushesTheTemporaryFileAndItsFolderBeforeTheOldFileIsRemoved)
+TEST_F(FileSystemFaults, FlushesTheTemporaryFileAndItsFolderBeforeTheOldFileIsRemoved)
 {
     prepareDrive();
     put(drive() / "a/c.bin", "old");
@@ -244,7 +244,7 @@ TEST_F(FileSystemFaultsTest, FlushesTheTemporaryFileAndItsFolderBeforeTheOldFile
                                      "remove /mnt/cn/cfdrive/a/c.bin", "rename /mnt/cn/cfdrive/a/c.bin.tmp"));
 }
 
-TEST_F(FileSystemFaultsTest, KeepsTheOldFileWhenTheTemporaryFileCannotBeFlushed)
+TEST_F(FileSystemFaults, KeepsTheOldFileWhenTheTemporaryFileCannotBeFlushed)
 {
     prepareDrive();
     put(drive() / "c.bin", "old");
@@ -253,7 +253,7 @@ TEST_F(FileSystemFaultsTest, KeepsTheOldFileWhenTheTemporaryFileCannotBeFlushed)
     EXPECT_EQ(readText(drive() / "c.bin"), "old");
 }
 
-TEST_F(FileSystemFaultsTest, KeepsTheOldFileWhenTheFolderCannotBeFlushed)
+TEST_F(FileSystemFaults, KeepsTheOldFileWhenTheFolderCannotBeFlushed)
 {
     prepareDrive();
     put(drive() / "c.bin", "old");
@@ -262,7 +262,7 @@ TEST_F(FileSystemFaultsTest, KeepsTheOldFileWhenTheFolderCannotBeFlushed)
     EXPECT_EQ(readText(drive() / "c.bin"), "old");
 }
 
-TEST_F(FileSystemFaultsTest, WritesToAFileSystemThatDoesNotFlushFolders)
+TEST_F(FileSystemFaults, WritesToAFileSystemThatDoesNotFlushFolders)
 {
     prepareDrive();
     errorsOfFlushes["/mnt/cn/cfdrive"] = EINVAL;
@@ -272,7 +272,7 @@ TEST_F(FileSystemFaultsTest, WritesToAFileSystemThatDoesNotFlushFolders)
     EXPECT_EQ(readText(drive() / "c.bin"), "content of c");
 }
 
-TEST_F(FileSystemFaultsTest, NeverMakesTheDriveItself)
+TEST_F(FileSystemFaults, NeverMakesTheDriveItself)
 {
     prepareDrive();
     madeFolders.clear();
@@ -285,7 +285,7 @@ TEST_F(FileSystemFaultsTest, NeverMakesTheDriveItself)
     EXPECT_THAT(madeFolders, ElementsAre("/mnt/cn/cfdrive/a", "/mnt/cn/cfdrive/a/b"));
 }
 
-TEST_F(FileSystemFaultsTest, TakesAnUpdateFileThatCannotBeReadForMissing)
+TEST_F(FileSystemFaults, TakesAnUpdateFileThatCannotBeReadForMissing)
 {
     addElement(1, 1);
     addElement(1, 2);

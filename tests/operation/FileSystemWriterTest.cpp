@@ -1,7 +1,7 @@
 // Writing update files to the flash drive.
 #include <sys/stat.h>
 
-#include "operation/FlashDriveTest.h"
+#include "operation/FlashDriveFixture.h"
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -24,9 +24,9 @@ private:
 
 }  // namespace
 
-using FileSystemWriterTest = FlashDriveTest;
+using FileSystemWriter = FlashDriveFixture;
 
-TEST_F(FileSystemWriterTest, MakesTheFoldersOneByOneAndWritesTheFile)
+TEST_F(FileSystemWriter, MakesTheFoldersOneByOneAndWritesTheFile)
 {
     options.verbose = true;
     prepareDrive();
@@ -41,7 +41,7 @@ TEST_F(FileSystemWriterTest, MakesTheFoldersOneByOneAndWritesTheFile)
     EXPECT_THAT(journal->events(), IsEmpty());
 }
 
-TEST_F(FileSystemWriterTest, TellsNothingOfASuccessOtherwise)
+TEST_F(FileSystemWriter, TellsNothingOfASuccessOtherwise)
 {
     prepareDrive();
 
@@ -51,7 +51,7 @@ TEST_F(FileSystemWriterTest, TellsNothingOfASuccessOtherwise)
     EXPECT_THAT(onDrive(), ElementsAre("a/", "a/c.bin"));
 }
 
-TEST_F(FileSystemWriterTest, DoesNotMentionFoldersThatAreThere)
+TEST_F(FileSystemWriter, DoesNotMentionFoldersThatAreThere)
 {
     options.verbose = true;
     prepareDrive();
@@ -63,7 +63,7 @@ TEST_F(FileSystemWriterTest, DoesNotMentionFoldersThatAreThere)
                                       "Successfully written /mnt/cn/cfdrive/a/b/c.bin.\n"));
 }
 
-TEST_F(FileSystemWriterTest, WritesIntoTheDriveItselfWithoutMakingAFolder)
+TEST_F(FileSystemWriter, WritesIntoTheDriveItselfWithoutMakingAFolder)
 {
     options.verbose = true;
     prepareDrive();
@@ -74,7 +74,7 @@ TEST_F(FileSystemWriterTest, WritesIntoTheDriveItselfWithoutMakingAFolder)
     EXPECT_THAT(onDrive(), ElementsAre("c.bin"));
 }
 
-TEST_F(FileSystemWriterTest, MakesFoldersThatEverybodyMayUse)
+TEST_F(FileSystemWriter, MakesFoldersThatEverybodyMayUse)
 {
     prepareDrive();
     {
@@ -86,7 +86,7 @@ TEST_F(FileSystemWriterTest, MakesFoldersThatEverybodyMayUse)
     EXPECT_EQ(fs::status(drive() / "a/b").permissions() & fs::perms::all, fs::perms::all);
 }
 
-TEST_F(FileSystemWriterTest, TakesALocationWithALeadingSlash)
+TEST_F(FileSystemWriter, TakesALocationWithALeadingSlash)
 {
     prepareDrive();
 
@@ -95,7 +95,7 @@ TEST_F(FileSystemWriterTest, TakesALocationWithALeadingSlash)
     EXPECT_THAT(onDrive(), ElementsAre("a/", "a/c.bin"));
 }
 
-TEST_F(FileSystemWriterTest, TakesAFileOfASubfolderOfTheArchive)
+TEST_F(FileSystemWriter, TakesAFileOfASubfolderOfTheArchive)
 {
     prepareDrive();
     archive->addFile("sub/d.bin", "content of d");
@@ -105,7 +105,7 @@ TEST_F(FileSystemWriterTest, TakesAFileOfASubfolderOfTheArchive)
     EXPECT_EQ(readText(drive() / "d.bin"), "content of d");
 }
 
-TEST_F(FileSystemWriterTest, ReplacesTheFileThatIsThere)
+TEST_F(FileSystemWriter, ReplacesTheFileThatIsThere)
 {
     prepareDrive();
     put(drive() / "c.bin", "a much longer content from before");
@@ -116,7 +116,7 @@ TEST_F(FileSystemWriterTest, ReplacesTheFileThatIsThere)
     EXPECT_EQ(readText(drive() / "c.bin"), "content of c");
 }
 
-TEST_F(FileSystemWriterTest, ReplacesATemporaryFileThatWasLeft)
+TEST_F(FileSystemWriter, ReplacesATemporaryFileThatWasLeft)
 {
     prepareDrive();
     put(drive() / "c.bin.tmp", "a much longer content from before");
@@ -127,7 +127,7 @@ TEST_F(FileSystemWriterTest, ReplacesATemporaryFileThatWasLeft)
     EXPECT_EQ(readText(drive() / "c.bin"), "content of c");
 }
 
-TEST_F(FileSystemWriterTest, CopiesBinaryContentUnchanged)
+TEST_F(FileSystemWriter, CopiesBinaryContentUnchanged)
 {
     prepareDrive();
     std::string content;
@@ -141,7 +141,7 @@ TEST_F(FileSystemWriterTest, CopiesBinaryContentUnchanged)
     EXPECT_TRUE(readText(drive() / "big.bin") == content);
 }
 
-TEST_F(FileSystemWriterTest, WritesTheSmallestFile)
+TEST_F(FileSystemWriter, WritesTheSmallestFile)
 {
     prepareDrive();
     archive->addFile("one.bin", "1");
@@ -151,7 +151,7 @@ TEST_F(FileSystemWriterTest, WritesTheSmallestFile)
     EXPECT_EQ(readText(drive() / "one.bin"), "1");
 }
 
-TEST_F(FileSystemWriterTest, FlushesTheFileSystemAfterSuccess)
+TEST_F(FileSystemWriter, FlushesTheFileSystemAfterSuccess)
 {
     prepareDrive();
 
@@ -161,7 +161,7 @@ TEST_F(FileSystemWriterTest, FlushesTheFileSystemAfterSuccess)
     EXPECT_EQ(trace()[0].at("timeout"), 500);
 }
 
-TEST_F(FileSystemWriterTest, NamesAMissingSourceInFull)
+TEST_F(FileSystemWriter, NamesAMissingSourceInFull)
 {
     prepareDrive();
 
@@ -172,7 +172,7 @@ TEST_F(FileSystemWriterTest, NamesAMissingSourceInFull)
     EXPECT_THAT(trace(), IsEmpty());
 }
 
-TEST_F(FileSystemWriterTest, FailsForAnEmptyFileAndKeepsTheOldOne)
+TEST_F(FileSystemWriter, FailsForAnEmptyFileAndKeepsTheOldOne)
 {
     prepareDrive();
     archive->addFile("empty.bin", "");
@@ -186,7 +186,7 @@ TEST_F(FileSystemWriterTest, FailsForAnEmptyFileAndKeepsTheOldOne)
     EXPECT_THAT(trace(), IsEmpty());
 }
 
-TEST_F(FileSystemWriterTest, TellsWhichFolderCannotBeMade)
+TEST_F(FileSystemWriter, TellsWhichFolderCannotBeMade)
 {
     prepareDrive();
     put(drive() / "a", "a file, not a folder");
@@ -197,7 +197,7 @@ TEST_F(FileSystemWriterTest, TellsWhichFolderCannotBeMade)
     EXPECT_THAT(onDrive(), ElementsAre("a"));
 }
 
-TEST_F(FileSystemWriterTest, TellsOfTheFoldersMadeBeforeAFailure)
+TEST_F(FileSystemWriter, TellsOfTheFoldersMadeBeforeAFailure)
 {
     options.verbose = true;
     prepareDrive();
@@ -210,7 +210,7 @@ TEST_F(FileSystemWriterTest, TellsOfTheFoldersMadeBeforeAFailure)
                             "ERROR: Cannot create directory /mnt/cn/cfdrive/a/" + tooLong + " (error code: 36).\n"));
 }
 
-TEST_F(FileSystemWriterTest, TellsWhenTheTemporaryFileCannotBeWritten)
+TEST_F(FileSystemWriter, TellsWhenTheTemporaryFileCannotBeWritten)
 {
     prepareDrive();
     const std::string name(252, 'x');  // with ".tmp" longer than a file name may be
@@ -221,7 +221,7 @@ TEST_F(FileSystemWriterTest, TellsWhenTheTemporaryFileCannotBeWritten)
     EXPECT_THAT(onDrive(), IsEmpty());
 }
 
-TEST_F(FileSystemWriterTest, TellsWhenTheSourceCannotBeCopied)
+TEST_F(FileSystemWriter, TellsWhenTheSourceCannotBeCopied)
 {
     prepareDrive();
     fs::create_directory(fs::path(archive->path()) / "folder.bin");
@@ -232,7 +232,7 @@ TEST_F(FileSystemWriterTest, TellsWhenTheSourceCannotBeCopied)
     EXPECT_THAT(onDrive(), IsEmpty());
 }
 
-TEST_F(FileSystemWriterTest, TellsWhenTheOldFileCannotBeDeleted)
+TEST_F(FileSystemWriter, TellsWhenTheOldFileCannotBeDeleted)
 {
     prepareDrive();
     put(drive() / "c.bin/inside.txt", "a folder in the file's place");
@@ -244,7 +244,7 @@ TEST_F(FileSystemWriterTest, TellsWhenTheOldFileCannotBeDeleted)
     EXPECT_THAT(trace(), IsEmpty());
 }
 
-TEST_F(FileSystemWriterTest, EmptiesTheMessagesAlsoBeforeAFailure)
+TEST_F(FileSystemWriter, EmptiesTheMessagesAlsoBeforeAFailure)
 {
     prepareDrive();
     EXPECT_FALSE(write("missing.bin", "c.bin"));
@@ -253,7 +253,7 @@ TEST_F(FileSystemWriterTest, EmptiesTheMessagesAlsoBeforeAFailure)
     EXPECT_EQ(messages.size(), 1u);
 }
 
-TEST_F(FileSystemWriterTest, WritesFilesThatTheTargetDoesNotHaveYet)
+TEST_F(FileSystemWriter, WritesFilesThatTheTargetDoesNotHaveYet)
 {
     hasFlashDrive = true;
     addFileElement(1, 1, "a/new.bin");

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "operation/OperationTest.h"
+#include "operation/OperationFixture.h"
 
 namespace {
 
@@ -70,7 +70,7 @@ extern "C" std::time_t mktime(std::tm* local) noexcept
     return fixedTime ? *fixedTime : usual(local);
 }
 
-class FileTimeTest : public OperationTest {
+class FileTime : public OperationFixture {
 protected:
     // Updates one element in `zone` and expects a file time `ahead` seconds ahead of the time of the update.
     void expectFileTimeAhead(const std::string& zone, long long ahead)
@@ -89,32 +89,32 @@ protected:
     }
 };
 
-TEST_F(FileTimeTest, IsTheTimeOfTheUpdateInUniversalTime)
+TEST_F(FileTime, IsTheTimeOfTheUpdateInUniversalTime)
 {
     expectFileTimeAhead("UTC0", 0);
 }
 
-TEST_F(FileTimeTest, IsTheTimeOfTheUpdateInAZoneWithoutDaylightSaving)
+TEST_F(FileTime, IsTheTimeOfTheUpdateInAZoneWithoutDaylightSaving)
 {
     expectFileTimeAhead("STD-5", 0);
 }
 
-TEST_F(FileTimeTest, IsOneHourAheadWhileDaylightSavingIsInForce)
+TEST_F(FileTime, IsOneHourAheadWhileDaylightSavingIsInForce)
 {
     expectFileTimeAhead(withDaylightSavingNow("STD0DST-1"), 3600);
 }
 
-TEST_F(FileTimeTest, IsOneHourAheadAlsoFarFromUniversalTime)
+TEST_F(FileTime, IsOneHourAheadAlsoFarFromUniversalTime)
 {
     expectFileTimeAhead(withDaylightSavingNow("STD8DST7"), 3600);
 }
 
-TEST_F(FileTimeTest, IsHalfAnHourAheadWhereDaylightSavingIsHalfAnHour)
+TEST_F(FileTime, IsHalfAnHourAheadWhereDaylightSavingIsHalfAnHour)
 {
     expectFileTimeAhead(withDaylightSavingNow("STD-10:30DST-11"), 1800);
 }
 
-TEST_F(FileTimeTest, IsZeroWhereTheLocalTimeIsNotKnown)
+TEST_F(FileTime, IsZeroWhereTheLocalTimeIsNotKnown)
 {
     addElement(1, 1);
     prepare();
@@ -126,7 +126,7 @@ TEST_F(FileTimeTest, IsZeroWhereTheLocalTimeIsNotKnown)
     EXPECT_EQ(calls("update2")[0].at("fileTime"), 0u);
 }
 
-TEST_F(FileTimeTest, IsExtendedTo64BitsWithItsSign)
+TEST_F(FileTime, IsExtendedTo64BitsWithItsSign)
 {
     addElement(1, 1);
     prepare();

@@ -1,14 +1,14 @@
-// FlashDriveTest: base of the tests of writing to the flash drive. A scanned target gives the process its drive.
+// FlashDriveFixture: base of the tests of writing to the flash drive. A scanned target gives the process its drive.
 #pragma once
 
 #include <algorithm>
 #include <fstream>
 
-#include "operation/OperationTest.h"
+#include "operation/OperationFixture.h"
 #include "support/Namespaces.h"
 #include "support/TextFile.h"
 
-class FlashDriveTest : public OperationTest {
+class FlashDriveFixture : public OperationFixture {
 protected:
     void SetUp() override { SKIP_WITHOUT_MOUNT(); }
 

@@ -1,15 +1,15 @@
 // Locking and unlocking the target.
 #include <stdexcept>
 
-#include "operation/OperationTest.h"
+#include "operation/OperationFixture.h"
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Not;
 
-using LockTest = OperationTest;
+using Lock = OperationFixture;
 
-TEST_F(LockTest, LocksTheWholeTargetOnceAndUsesItsHandleThroughout)
+TEST_F(Lock, LocksTheWholeTargetOnceAndUsesItsHandleThroughout)
 {
     addHcn();
     addCn();
@@ -31,7 +31,7 @@ TEST_F(LockTest, LocksTheWholeTargetOnceAndUsesItsHandleThroughout)
     }
 }
 
-TEST_F(LockTest, TellsTheCnBeforeTheHcnThatTheUpdateHasEnded)
+TEST_F(Lock, TellsTheCnBeforeTheHcnThatTheUpdateHasEnded)
 {
     addHcn();
     addCn();
@@ -45,7 +45,7 @@ TEST_F(LockTest, TellsTheCnBeforeTheHcnThatTheUpdateHasEnded)
     EXPECT_EQ(calls("updateFinish")[1].at("node"), "/ROOT/HCN");
 }
 
-TEST_F(LockTest, TellsTheOnlyNodeThatThereIs)
+TEST_F(Lock, TellsTheOnlyNodeThatThereIs)
 {
     addHcn();
     prepare();
@@ -56,7 +56,7 @@ TEST_F(LockTest, TellsTheOnlyNodeThatThereIs)
     EXPECT_EQ(calls("updateFinish")[0].at("node"), "/ROOT/HCN");
 }
 
-TEST_F(LockTest, TellsNobodyOnATargetWithoutNodes)
+TEST_F(Lock, TellsNobodyOnATargetWithoutNodes)
 {
     prepare();
 
@@ -65,7 +65,7 @@ TEST_F(LockTest, TellsNobodyOnATargetWithoutNodes)
     EXPECT_THAT(callNames(), ElementsAre("lock", "unlock"));
 }
 
-TEST_F(LockTest, EndsAtOnceWhenItCannotLock)
+TEST_F(Lock, EndsAtOnceWhenItCannotLock)
 {
     script["lock"] = Json::array({failing(5, "occupied")});
     addHcn();
@@ -80,7 +80,7 @@ TEST_F(LockTest, EndsAtOnceWhenItCannotLock)
     EXPECT_THAT(listed(errors), ElementsAre("5 occupied"));
 }
 
-TEST_F(LockTest, SaysInVerboseModeThatItCannotLock)
+TEST_F(Lock, SaysInVerboseModeThatItCannotLock)
 {
     options.verbose = true;
     script["lock"] = Json::array({failing(5, "occupied")});
@@ -92,7 +92,7 @@ TEST_F(LockTest, SaysInVerboseModeThatItCannotLock)
     EXPECT_EQ(journal->told(), "ERROR: Cannot lock local system!\n");
 }
 
-TEST_F(LockTest, LocksDespiteErrorsFromBefore)
+TEST_F(Lock, LocksDespiteErrorsFromBefore)
 {
     prepare();
     ZoSErrorRecord before;
@@ -107,7 +107,7 @@ TEST_F(LockTest, LocksDespiteErrorsFromBefore)
     EXPECT_THAT(journal->events(), IsEmpty());
 }
 
-TEST_F(LockTest, LocksAgainOnceTheTargetIsFree)
+TEST_F(Lock, LocksAgainOnceTheTargetIsFree)
 {
     script["lock"] = Json::array({failing(5, "occupied"), Json::object()});
     prepare();
@@ -117,7 +117,7 @@ TEST_F(LockTest, LocksAgainOnceTheTargetIsFree)
     EXPECT_TRUE(operation().unlockInventory(errors));
 }
 
-TEST_F(LockTest, KeepsTheOutcomeWhenItCannotUnlock)
+TEST_F(Lock, KeepsTheOutcomeWhenItCannotUnlock)
 {
     script["unlock"] = Json::array({failing(3, "busy")});
     addElement(1, 1);
@@ -129,7 +129,7 @@ TEST_F(LockTest, KeepsTheOutcomeWhenItCannotUnlock)
     EXPECT_THAT(listed(errors), ElementsAre("3 busy"));
 }
 
-TEST_F(LockTest, SaysInVerboseModeThatItCannotUnlock)
+TEST_F(Lock, SaysInVerboseModeThatItCannotUnlock)
 {
     options.verbose = true;
     script["unlock"] = Json::array({failing(3, "busy")});
@@ -141,7 +141,7 @@ TEST_F(LockTest, SaysInVerboseModeThatItCannotUnlock)
     EXPECT_EQ(journal->told(), "ERROR: Cannot unlock target system!\n");
 }
 
-TEST_F(LockTest, SaysNothingOtherwiseWhenItCannotUnlock)
+TEST_F(Lock, SaysNothingOtherwiseWhenItCannotUnlock)
 {
     script["unlock"] = Json::array({failing(3, "busy")});
     prepare();
@@ -152,7 +152,7 @@ TEST_F(LockTest, SaysNothingOtherwiseWhenItCannotUnlock)
     EXPECT_THAT(journal->events(), IsEmpty());
 }
 
-TEST_F(LockTest, KeepsTheHandleWhenItCannotUnlock)
+TEST_F(Lock, KeepsTheHandleWhenItCannotUnlock)
 {
     script["unlock"] = Json::array({failing(3, "busy")});
     prepare();
@@ -167,7 +167,7 @@ TEST_F(LockTest, KeepsTheHandleWhenItCannotUnlock)
     EXPECT_EQ(calls("unlock")[1].at("handle"), handle);
 }
 
-TEST_F(LockTest, ForgetsTheHandleOnceItHasUnlocked)
+TEST_F(Lock, ForgetsTheHandleOnceItHasUnlocked)
 {
     prepare();
     ASSERT_TRUE(operation().lockInventory(errors));
@@ -180,7 +180,7 @@ TEST_F(LockTest, ForgetsTheHandleOnceItHasUnlocked)
     EXPECT_EQ(calls("unlock")[1].at("handle"), 0);
 }
 
-TEST_F(LockTest, DoesNotTakeErrorsOfTheNodesForAFailedUnlock)
+TEST_F(Lock, DoesNotTakeErrorsOfTheNodesForAFailedUnlock)
 {
     options.verbose = true;
     script["updateFinish"] = Json::array({failing(6, "CN is busy"), failing(7, "HCN is busy")});
@@ -197,7 +197,7 @@ TEST_F(LockTest, DoesNotTakeErrorsOfTheNodesForAFailedUnlock)
     EXPECT_EQ(calls("unlock").size(), 1u);
 }
 
-TEST_F(LockTest, SucceedsWithErrorsOfTheNodesButReportsThem)
+TEST_F(Lock, SucceedsWithErrorsOfTheNodesButReportsThem)
 {
     script["updateFinish"] = Json::array({failing(6, "CN is busy")});
     addCn();
@@ -208,7 +208,7 @@ TEST_F(LockTest, SucceedsWithErrorsOfTheNodesButReportsThem)
     EXPECT_THAT(listed(errors), ElementsAre("6 CN is busy"));
 }
 
-TEST_F(LockTest, UnlocksAfterAFailedUpdate)
+TEST_F(Lock, UnlocksAfterAFailedUpdate)
 {
     letStartFail(1, 1);
     addElement(1, 1);
@@ -232,7 +232,7 @@ void throwAtAnyPhase(unsigned)
 
 }  // namespace
 
-TEST_F(LockTest, UnlocksTheTargetWhenTheHostThrows)
+TEST_F(Lock, UnlocksTheTargetWhenTheHostThrows)
 {
     addElement(1, 1);
     prepare();

@@ -1,7 +1,7 @@
 // Update files that are described in the archive but missing from its folder.
 #include <filesystem>
 
-#include "operation/OperationTest.h"
+#include "operation/OperationFixture.h"
 #include "support/Namespaces.h"
 
 using ::testing::_;
@@ -10,9 +10,9 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-using MissingFilesTest = OperationTest;
+using MissingFiles = OperationFixture;
 
-TEST_F(MissingFilesTest, LeavesAnElementOutWhoseFileIsMissing)
+TEST_F(MissingFiles, LeavesAnElementOutWhoseFileIsMissing)
 {
     addElement(1, 1);
     addElement(1, 2);
@@ -31,7 +31,7 @@ TEST_F(MissingFilesTest, LeavesAnElementOutWhoseFileIsMissing)
     EXPECT_EQ(calls("update2")[0].at("id"), 2);
 }
 
-TEST_F(MissingFilesTest, PrintsNothingElseForAPhaseWithoutAnyFile)
+TEST_F(MissingFiles, PrintsNothingElseForAPhaseWithoutAnyFile)
 {
     options.noProgress = false;
     addElement(1, 1);
@@ -46,7 +46,7 @@ TEST_F(MissingFilesTest, PrintsNothingElseForAPhaseWithoutAnyFile)
     EXPECT_THAT(callNames(), ElementsAre("lock", "unlock"));
 }
 
-TEST_F(MissingFilesTest, RemembersAMissingFileOfAnEarlierPhase)
+TEST_F(MissingFiles, RemembersAMissingFileOfAnEarlierPhase)
 {
     addElement(1, 1, 1);
     addElement(1, 2, 2);
@@ -58,7 +58,7 @@ TEST_F(MissingFilesTest, RemembersAMissingFileOfAnEarlierPhase)
     EXPECT_THAT(states(), ElementsAre(NOTHING_TO_DO, FINISHED));
 }
 
-TEST_F(MissingFilesTest, ChecksEveryPhase)
+TEST_F(MissingFiles, ChecksEveryPhase)
 {
     addElement(1, 1, 1);
     addElement(1, 2, 2);
@@ -71,7 +71,7 @@ TEST_F(MissingFilesTest, ChecksEveryPhase)
                                                "<end of phases>", _, _));
 }
 
-TEST_F(MissingFilesTest, NamesAMissingFileOfTheFlashDriveToo)
+TEST_F(MissingFiles, NamesAMissingFileOfTheFlashDriveToo)
 {
     SKIP_WITHOUT_MOUNT();
     hasFlashDrive = true;
@@ -85,7 +85,7 @@ TEST_F(MissingFilesTest, NamesAMissingFileOfTheFlashDriveToo)
     EXPECT_TRUE(std::filesystem::is_empty(drive()));
 }
 
-TEST_F(MissingFilesTest, NamesAMissingFileForEachOfItsElements)
+TEST_F(MissingFiles, NamesAMissingFileForEachOfItsElements)
 {
     addElement(1, 1);
     addElement(2, 1);
@@ -100,7 +100,7 @@ TEST_F(MissingFilesTest, NamesAMissingFileForEachOfItsElements)
     EXPECT_THAT(states(), ElementsAre(NOTHING_TO_DO, NOTHING_TO_DO));
 }
 
-TEST_F(MissingFilesTest, TakesALinkThatLeadsNowhereForMissing)
+TEST_F(MissingFiles, TakesALinkThatLeadsNowhereForMissing)
 {
     addElement(1, 1);
     missingFiles = {"b1e1.bin"};
@@ -113,7 +113,7 @@ TEST_F(MissingFilesTest, TakesALinkThatLeadsNowhereForMissing)
     EXPECT_THAT(states(), ElementsAre(NOTHING_TO_DO));
 }
 
-TEST_F(MissingFilesTest, FindsNothingMissingInACompleteArchive)
+TEST_F(MissingFiles, FindsNothingMissingInACompleteArchive)
 {
     addElement(1, 1);
     prepare();
@@ -129,7 +129,7 @@ TEST_F(MissingFilesTest, FindsNothingMissingInACompleteArchive)
     EXPECT_FALSE(file(0).fileMissing);
 }
 
-TEST_F(MissingFilesTest, FindsNothingMissingInAnEmptyList)
+TEST_F(MissingFiles, FindsNothingMissingInAnEmptyList)
 {
     prepare();
     PhaseList list;

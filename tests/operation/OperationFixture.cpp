@@ -1,4 +1,4 @@
-#include "operation/OperationTest.h"
+#include "operation/OperationFixture.h"
 
 #include <algorithm>
 
@@ -11,7 +11,7 @@ std::string addressOf(unsigned board)
 
 }  // namespace
 
-OperationTest::OperationTest()
+OperationFixture::OperationFixture()
 {
     options.descriptionFileName = "archive.json";
     options.noProgress = true;
@@ -19,7 +19,7 @@ OperationTest::OperationTest()
     ZoCErrorManager::getSingleton()->getMasterErrorList().clear();
 }
 
-void OperationTest::addElement(unsigned board, unsigned id, unsigned sequence)
+void OperationFixture::addElement(unsigned board, unsigned id, unsigned sequence)
 {
     if (elementsOfBoard[board].empty()) {
         boardOrder.push_back(board);
@@ -29,7 +29,7 @@ void OperationTest::addElement(unsigned board, unsigned id, unsigned sequence)
             {{"sequence", sequence}, {"boardType", "T" + std::to_string(board)}, {"id", id}});
 }
 
-void OperationTest::addFileElement(unsigned board, unsigned id, const std::string& location, unsigned sequence)
+void OperationFixture::addFileElement(unsigned board, unsigned id, const std::string& location, unsigned sequence)
 {
     if (elementsOfBoard[board].empty()) {
         boardOrder.push_back(board);
@@ -39,22 +39,22 @@ void OperationTest::addFileElement(unsigned board, unsigned id, const std::strin
             {{"sequence", sequence}, {"boardType", "T" + std::to_string(board)}, {"targetPath", location}});
 }
 
-void OperationTest::addHcn()
+void OperationFixture::addHcn()
 {
     nodes.push_back(item("HCN", Json::object()));
 }
 
-void OperationTest::addCn()
+void OperationFixture::addCn()
 {
     nodes.push_back(item("CN", Json::object()));
 }
 
-void OperationTest::addFile(const std::string& name, Json overrides)
+void OperationFixture::addFile(const std::string& name, Json overrides)
 {
     fileEntries.push_back(fileEntry(name, std::move(overrides)));
 }
 
-std::vector<OperationTest::Json> OperationTest::boards() const
+std::vector<OperationFixture::Json> OperationFixture::boards() const
 {
     std::vector<Json> items = nodes;
     for (const unsigned number : boardOrder) {
@@ -67,7 +67,7 @@ std::vector<OperationTest::Json> OperationTest::boards() const
     return items;
 }
 
-void OperationTest::prepare()
+void OperationFixture::prepare()
 {
     Json document = target(boards());
     if (!script.empty()) {
@@ -101,7 +101,7 @@ void OperationTest::prepare()
     traceStart = simulated->trace().size();
 }
 
-OperationTest::Element& OperationTest::element(unsigned index)
+OperationFixture::Element& OperationFixture::element(unsigned index)
 {
     ZoCUpdateInventory::ElementList& list = updater->getInventory().getUpdateElementList();
     if (index >= list.size()) {
@@ -110,7 +110,7 @@ OperationTest::Element& OperationTest::element(unsigned index)
     return *std::next(list.begin(), index);
 }
 
-std::vector<OperationTest::State> OperationTest::states()
+std::vector<OperationFixture::State> OperationFixture::states()
 {
     std::vector<State> result;
     for (const Element& each : updater->getInventory().getUpdateElementList()) {
@@ -119,7 +119,7 @@ std::vector<OperationTest::State> OperationTest::states()
     return result;
 }
 
-OperationTest::PhaseList OperationTest::become(const std::vector<State>& newStates)
+OperationFixture::PhaseList OperationFixture::become(const std::vector<State>& newStates)
 {
     PhaseList list;
     for (const State state : newStates) {
@@ -129,13 +129,13 @@ OperationTest::PhaseList OperationTest::become(const std::vector<State>& newStat
     return list;
 }
 
-std::vector<OperationTest::Json> OperationTest::trace() const
+std::vector<OperationFixture::Json> OperationFixture::trace() const
 {
     const std::vector<Json> all = simulated->trace();
     return {all.begin() + static_cast<std::ptrdiff_t>(traceStart), all.end()};
 }
 
-std::vector<OperationTest::Json> OperationTest::calls(const std::string& name) const
+std::vector<OperationFixture::Json> OperationFixture::calls(const std::string& name) const
 {
     std::vector<Json> result;
     for (const Json& call : trace()) {
@@ -146,7 +146,7 @@ std::vector<OperationTest::Json> OperationTest::calls(const std::string& name) c
     return result;
 }
 
-std::vector<std::string> OperationTest::callNames() const
+std::vector<std::string> OperationFixture::callNames() const
 {
     std::vector<std::string> names;
     for (const Json& call : trace()) {
@@ -155,27 +155,27 @@ std::vector<std::string> OperationTest::callNames() const
     return names;
 }
 
-OperationTest::Json& OperationTest::scriptOf(unsigned board, unsigned id)
+OperationFixture::Json& OperationFixture::scriptOf(unsigned board, unsigned id)
 {
     return script["elements"][addressOf(board) + "#" + std::to_string(id)];
 }
 
-OperationTest::Json OperationTest::failing(unsigned code, const std::string& text)
+OperationFixture::Json OperationFixture::failing(unsigned code, const std::string& text)
 {
     return {{"errors", Json::array({{{"code", code}, {"text", text}}})}};
 }
 
-OperationTest::Json OperationTest::running(std::uint32_t done, std::uint32_t total)
+OperationFixture::Json OperationFixture::running(std::uint32_t done, std::uint32_t total)
 {
     return {{"status", 1}, {"done", done}, {"total", total}};
 }
 
-OperationTest::Json OperationTest::finished()
+OperationFixture::Json OperationFixture::finished()
 {
     return {{"status", 2}};
 }
 
-OperationTest::Json OperationTest::failed()
+OperationFixture::Json OperationFixture::failed()
 {
     return {{"status", 3}};
 }

@@ -1,4 +1,4 @@
-// OperationTest: base of the tests of updates.
+// OperationFixture: base of the tests of updates.
 //
 // A test adds elements to a simulated target; each gets an update file of its own in the archive. prepare() makes
 // target and archive, reads both with an updater and leaves everything ready for the update.
@@ -23,7 +23,7 @@
 #include "support/TargetBuilder.h"
 #include "support/TestArchive.h"
 
-class OperationTest : public ::testing::Test {
+class OperationFixture : public ::testing::Test {
 protected:
     using Json = nlohmann::ordered_json;
     using Element = ZoNUpdateInventory::ZoSUpdateElement;
@@ -31,7 +31,7 @@ protected:
     using enum ZoNUpdateInventory::UpdateState;
     using PhaseList = ZoCUpdateOperation::PhaseList;
 
-    OperationTest();
+    OperationFixture();
 
     // Adds element `id` of board `board` (/ROOT/IOMODULE[board], labelled "Board 1, SN 1, Element 1" for 1 and 1) and
     // its file "b1e1.bin" with the given sequence number. Elements are listed in the order of adding, board by board.

@@ -1,5 +1,5 @@
 // Paths that are not written to the flash drive: no archive can leave the drive or run a command on the target.
-#include "operation/FlashDriveTest.h"
+#include "operation/FlashDriveFixture.h"
 #include "support/TempDir.h"
 
 using ::testing::ElementsAre;
@@ -63,7 +63,7 @@ const std::vector<std::string> unsafeNames = {"two words.bin",
 
 }  // namespace
 
-class RefusedPathsTest : public FlashDriveTest {
+class RefusedPaths : public FlashDriveFixture {
 protected:
     // As prepareDrive, with a working folder of its own in which a command that is run would leave its marker.
     void prepareDriveAndMarker()
@@ -91,7 +91,7 @@ protected:
     fs::path before;
 };
 
-TEST_F(RefusedPathsTest, RefusesUnsafeLocations)
+TEST_F(RefusedPaths, RefusesUnsafeLocations)
 {
     prepareDriveAndMarker();
 
@@ -103,7 +103,7 @@ TEST_F(RefusedPathsTest, RefusesUnsafeLocations)
     }
 }
 
-TEST_F(RefusedPathsTest, RefusesUnsafeFoldersBeforeItMakesThem)
+TEST_F(RefusedPaths, RefusesUnsafeFoldersBeforeItMakesThem)
 {
     prepareDriveAndMarker();
 
@@ -116,7 +116,7 @@ TEST_F(RefusedPathsTest, RefusesUnsafeFoldersBeforeItMakesThem)
     }
 }
 
-TEST_F(RefusedPathsTest, RefusesUnsafeSources)
+TEST_F(RefusedPaths, RefusesUnsafeSources)
 {
     prepareDriveAndMarker();
 
@@ -130,7 +130,7 @@ TEST_F(RefusedPathsTest, RefusesUnsafeSources)
     }
 }
 
-TEST_F(RefusedPathsTest, ChangesNoFileOfTheDriveWhenItRefuses)
+TEST_F(RefusedPaths, ChangesNoFileOfTheDriveWhenItRefuses)
 {
     prepareDriveAndMarker();
     put(drive() / "c.bin", "old");
@@ -142,7 +142,7 @@ TEST_F(RefusedPathsTest, ChangesNoFileOfTheDriveWhenItRefuses)
     EXPECT_EQ(readText(drive() / "c.bin"), "old");
 }
 
-TEST_F(RefusedPathsTest, NamesAMissingUnsafeSourceAsMissing)
+TEST_F(RefusedPaths, NamesAMissingUnsafeSourceAsMissing)
 {
     prepareDriveAndMarker();
 
@@ -152,7 +152,7 @@ TEST_F(RefusedPathsTest, NamesAMissingUnsafeSourceAsMissing)
     expectNothingDone("missing source");
 }
 
-TEST_F(RefusedPathsTest, RefusesAnUnsafeArchivePath)
+TEST_F(RefusedPaths, RefusesAnUnsafeArchivePath)
 {
     prepareDriveAndMarker();
     TempDir parent;
@@ -169,7 +169,7 @@ TEST_F(RefusedPathsTest, RefusesAnUnsafeArchivePath)
     expectNothingDone("archive path");
 }
 
-TEST_F(RefusedPathsTest, RefusesASourceThatLooksLikeAnOption)
+TEST_F(RefusedPaths, RefusesASourceThatLooksLikeAnOption)
 {
     prepareDriveAndMarker();
     fs::current_path(archive->path());
@@ -186,7 +186,7 @@ TEST_F(RefusedPathsTest, RefusesASourceThatLooksLikeAnOption)
     expectNothingDone("dash");
 }
 
-TEST_F(RefusedPathsTest, TakesADashInsideThePaths)
+TEST_F(RefusedPaths, TakesADashInsideThePaths)
 {
     prepareDriveAndMarker();
     archive->addFile("-r.bin", "content");
@@ -196,7 +196,7 @@ TEST_F(RefusedPathsTest, TakesADashInsideThePaths)
     EXPECT_THAT(onDrive(), ElementsAre("-a/", "-a/-f.bin"));
 }
 
-TEST_F(RefusedPathsTest, RefusesLocationsThatLeaveTheDrive)
+TEST_F(RefusedPaths, RefusesLocationsThatLeaveTheDrive)
 {
     prepareDriveAndMarker();
     const fs::path beside = drive().parent_path();
@@ -214,7 +214,7 @@ TEST_F(RefusedPathsTest, RefusesLocationsThatLeaveTheDrive)
     EXPECT_FALSE(fs::exists("/mnt/cn/x.bin"));
 }
 
-TEST_F(RefusedPathsTest, RefusesLocationsThatNameNoFile)
+TEST_F(RefusedPaths, RefusesLocationsThatNameNoFile)
 {
     prepareDriveAndMarker();
     for (const std::string location : {"", ".", "/", "./", "a/", "a//", "a/.", "a/./", "a/..", "a/b/.."}) {
@@ -225,7 +225,7 @@ TEST_F(RefusedPathsTest, RefusesLocationsThatNameNoFile)
     }
 }
 
-TEST_F(RefusedPathsTest, RefusesToLeaveTheDriveBeforeItLooksForTheSource)
+TEST_F(RefusedPaths, RefusesToLeaveTheDriveBeforeItLooksForTheSource)
 {
     prepareDriveAndMarker();
 
@@ -234,7 +234,7 @@ TEST_F(RefusedPathsTest, RefusesToLeaveTheDriveBeforeItLooksForTheSource)
     EXPECT_THAT(messages, ElementsAre("ERROR: Invalid target file path: /mnt/cn/cfdrive/../x y.bin\n"));
 }
 
-TEST_F(RefusedPathsTest, WritesLocationsThatStayOnTheDrive)
+TEST_F(RefusedPaths, WritesLocationsThatStayOnTheDrive)
 {
     prepareDriveAndMarker();
     fs::create_directories(drive() / "a/b");
@@ -253,7 +253,7 @@ TEST_F(RefusedPathsTest, WritesLocationsThatStayOnTheDrive)
                                        "6..bin", "a/", "a/2.bin", "a/b/"));
 }
 
-TEST_F(RefusedPathsTest, WritesNamesThatAShellTakesLiterally)
+TEST_F(RefusedPaths, WritesNamesThatAShellTakesLiterally)
 {
     prepareDriveAndMarker();
 
@@ -268,7 +268,7 @@ TEST_F(RefusedPathsTest, WritesNamesThatAShellTakesLiterally)
     }
 }
 
-TEST_F(RefusedPathsTest, FailsTheUpdateOfAnElementWithAnUnsafeLocation)
+TEST_F(RefusedPaths, FailsTheUpdateOfAnElementWithAnUnsafeLocation)
 {
     hasFlashDrive = true;
     addFileElement(1, 1, "$(touch marker)/c.bin");
@@ -284,7 +284,7 @@ TEST_F(RefusedPathsTest, FailsTheUpdateOfAnElementWithAnUnsafeLocation)
     EXPECT_THAT(below(here.path()), IsEmpty());
 }
 
-TEST_F(RefusedPathsTest, RefusesToClimbFromASymbolicLink)
+TEST_F(RefusedPaths, RefusesToClimbFromASymbolicLink)
 {
     prepareDriveAndMarker();
     const TempDir outside;
@@ -301,7 +301,7 @@ TEST_F(RefusedPathsTest, RefusesToClimbFromASymbolicLink)
     EXPECT_THAT(onDrive(), ElementsAre("link/", "real/"));
 }
 
-TEST_F(RefusedPathsTest, RefusesNamesWithANulThatWouldBeCut)
+TEST_F(RefusedPaths, RefusesNamesWithANulThatWouldBeCut)
 {
     prepareDriveAndMarker();
     ZoNUpdateArchive::ZoSUpdateFile update;

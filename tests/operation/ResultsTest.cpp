@@ -1,7 +1,7 @@
 // The results at the end of an update.
 #include <numeric>
 
-#include "operation/OperationTest.h"
+#include "operation/OperationFixture.h"
 
 using ::testing::_;
 using ::testing::ElementsAre;
@@ -18,7 +18,7 @@ void addError(ZoCErrorListPool& list, unsigned code, const std::string& text)
 
 }  // namespace
 
-class ResultsTest : public OperationTest {
+class Results : public OperationFixture {
 protected:
     // Makes a whole update of as many elements without a fault and gives them these states.
     void prepareElements(const std::vector<State>& newStates)
@@ -46,7 +46,7 @@ protected:
     }
 };
 
-TEST_F(ResultsTest, SucceedsWithoutAnyUpdate)
+TEST_F(Results, SucceedsWithoutAnyUpdate)
 {
     prepareElements({});
 
@@ -55,7 +55,7 @@ TEST_F(ResultsTest, SucceedsWithoutAnyUpdate)
     EXPECT_THAT(journal->events(), ElementsAre("\nResults:\n", "\n    Update completed successfully!\n"));
 }
 
-TEST_F(ResultsTest, IsIncompleteWithMissingFiles)
+TEST_F(Results, IsIncompleteWithMissingFiles)
 {
     prepareElements({FINISHED});
 
@@ -65,7 +65,7 @@ TEST_F(ResultsTest, IsIncompleteWithMissingFiles)
                 ElementsAre(_, "\n    Update incomplete due to missing files in the source folder!\n"));
 }
 
-TEST_F(ResultsTest, SpeaksOfFailureRatherThanOfMissingFiles)
+TEST_F(Results, SpeaksOfFailureRatherThanOfMissingFiles)
 {
     prepareElements({FAILED});
 
@@ -74,7 +74,7 @@ TEST_F(ResultsTest, SpeaksOfFailureRatherThanOfMissingFiles)
     EXPECT_THAT(journal->events(), ElementsAre(_, "    ERROR: Board 1, SN 1, Element 1:\n", "\n    Update failed!\n"));
 }
 
-TEST_F(ResultsTest, ListsUnfinishedElementsWithoutErrorsByTheirNameAlone)
+TEST_F(Results, ListsUnfinishedElementsWithoutErrorsByTheirNameAlone)
 {
     prepareElements({NOTHING_TO_DO, PENDING, RUNNING, FAILED, FINISHED});
 
@@ -87,7 +87,7 @@ TEST_F(ResultsTest, ListsUnfinishedElementsWithoutErrorsByTheirNameAlone)
     EXPECT_EQ(errors.count(), 0u);
 }
 
-TEST_F(ResultsTest, SaysOfACancelledElementThatItWasCancelledAfterItsErrors)
+TEST_F(Results, SaysOfACancelledElementThatItWasCancelledAfterItsErrors)
 {
     prepareElements({CANCELLED, CANCELLED});
     addError(*element(1).resultErrorList, 5, "verify");
@@ -103,7 +103,7 @@ TEST_F(ResultsTest, SaysOfACancelledElementThatItWasCancelledAfterItsErrors)
               "       Update cancelled due to previous update errors on the same board.\n");
 }
 
-TEST_F(ResultsTest, AppendsBothErrorListsOfEachElementInOrder)
+TEST_F(Results, AppendsBothErrorListsOfEachElementInOrder)
 {
     prepareElements({FAILED, FINISHED});
     addError(errors, 1, "from before");
@@ -128,7 +128,7 @@ TEST_F(ResultsTest, AppendsBothErrorListsOfEachElementInOrder)
               "         result 2\n");
 }
 
-TEST_F(ResultsTest, LeavesOutElementsWithNothingToDoAndTheirErrors)
+TEST_F(Results, LeavesOutElementsWithNothingToDoAndTheirErrors)
 {
     prepareElements({NOTHING_TO_DO});
     addError(*element(0).statusErrorList, 4, "status");
@@ -139,7 +139,7 @@ TEST_F(ResultsTest, LeavesOutElementsWithNothingToDoAndTheirErrors)
     EXPECT_EQ(errors.count(), 0u);
 }
 
-TEST_F(ResultsTest, KeepsTheElementsOwnErrorLists)
+TEST_F(Results, KeepsTheElementsOwnErrorLists)
 {
     prepareElements({FAILED});
     addError(*element(0).statusErrorList, 4, "status");
@@ -149,7 +149,7 @@ TEST_F(ResultsTest, KeepsTheElementsOwnErrorLists)
     EXPECT_THAT(listed(*element(0).statusErrorList), ElementsAre("4 status"));
 }
 
-TEST_F(ResultsTest, TellsWhereAnErrorCameFromInVerboseMode)
+TEST_F(Results, TellsWhereAnErrorCameFromInVerboseMode)
 {
     options.verbose = true;
     prepareElements({FAILED});
@@ -168,7 +168,7 @@ TEST_F(ResultsTest, TellsWhereAnErrorCameFromInVerboseMode)
               "         The element cannot be written.\n");
 }
 
-TEST_F(ResultsTest, ReportsTheErrorsAgainAtTheEndOfTheRun)
+TEST_F(Results, ReportsTheErrorsAgainAtTheEndOfTheRun)
 {
     Json finish = failing(4, "no answer");
     finish["results"] = Json::array({{{"code", 5}, {"text", "verify"}}});

@@ -1,11 +1,11 @@
 // A temporary file whose place is that of a file which the update needs: one that it has written, or the one it copies.
-#include "operation/FlashDriveTest.h"
+#include "operation/FlashDriveFixture.h"
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using namespace ZoNUpdateInventory;
 
-class SharedTemporaryTest : public FlashDriveTest {
+class SharedTemporary : public FlashDriveFixture {
 protected:
     void prepareFiles(const std::string& first, const std::string& second, unsigned phaseOfSecond = 1)
     {
@@ -28,21 +28,21 @@ protected:
     }
 };
 
-TEST_F(SharedTemporaryTest, IsNotTakenFromTheFileOfAnotherEntryOfThePhase)
+TEST_F(SharedTemporary, IsNotTakenFromTheFileOfAnotherEntryOfThePhase)
 {
     prepareFiles("a.tmp", "a");
     expectSecondRefused("a.tmp", "a");
     EXPECT_THAT(onDrive(), ElementsAre("a.tmp"));
 }
 
-TEST_F(SharedTemporaryTest, IsNotTakenFromTheFileOfAnEarlierPhase)
+TEST_F(SharedTemporary, IsNotTakenFromTheFileOfAnEarlierPhase)
 {
     prepareFiles("a.tmp", "a", 2);
     expectSecondRefused("a.tmp", "a");
     EXPECT_THAT(onDrive(), ElementsAre("a.tmp"));
 }
 
-class SharedTemporarySpelling : public SharedTemporaryTest, public ::testing::WithParamInterface<const char*> {};
+class SharedTemporarySpelling : public SharedTemporary, public ::testing::WithParamInterface<const char*> {};
 
 TEST_P(SharedTemporarySpelling, IsKnown)
 {
@@ -54,7 +54,7 @@ TEST_P(SharedTemporarySpelling, IsKnown)
 INSTANTIATE_TEST_SUITE_P(All, SharedTemporarySpelling,
                          ::testing::Values("./d/a", "d//a", "/d/a", "d/./a", "d/../d/a", "e/../d/a", "link/a"));
 
-TEST_F(SharedTemporaryTest, IsNotTakenFromAFileThatReplacedAnotherOfTheUpdate)
+TEST_F(SharedTemporary, IsNotTakenFromAFileThatReplacedAnotherOfTheUpdate)
 {
     addFileElement(2, 1, "a.tmp");
     prepareFiles("a.tmp", "a");
@@ -64,7 +64,7 @@ TEST_F(SharedTemporaryTest, IsNotTakenFromAFileThatReplacedAnotherOfTheUpdate)
     EXPECT_EQ(readText(drive() / "a.tmp"), "content of b1f1.bin");
 }
 
-TEST_F(SharedTemporaryTest, MayBecomeTheFileOfALaterEntry)
+TEST_F(SharedTemporary, MayBecomeTheFileOfALaterEntry)
 {
     prepareFiles("a", "a.tmp");
 
@@ -75,7 +75,7 @@ TEST_F(SharedTemporaryTest, MayBecomeTheFileOfALaterEntry)
     EXPECT_EQ(readText(drive() / "a.tmp"), "content of b1f2.bin");
 }
 
-TEST_F(SharedTemporaryTest, IsAnOldOneInTheNextUpdate)
+TEST_F(SharedTemporary, IsAnOldOneInTheNextUpdate)
 {
     prepareFiles("a.tmp", "a");
     element(1).disabled = true;
@@ -90,7 +90,7 @@ TEST_F(SharedTemporaryTest, IsAnOldOneInTheNextUpdate)
     EXPECT_EQ(readText(drive() / "a"), "content of b1f2.bin");
 }
 
-TEST_F(SharedTemporaryTest, IsNotTheFileThatIsToBeCopied)
+TEST_F(SharedTemporary, IsNotTheFileThatIsToBeCopied)
 {
     prepareDrive();
     put(drive() / "c.bin.tmp", "part of an archive on the drive");

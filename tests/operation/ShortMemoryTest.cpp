@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "libZoInventoryManagerAP/ZoCInventoryManager.h"
-#include "operation/OperationTest.h"
+#include "operation/OperationFixture.h"
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
@@ -95,9 +95,9 @@ void throwTheHostsOwn(unsigned)
 
 }  // namespace
 
-class ShortMemoryTest : public OperationTest {
+class ShortMemory : public OperationFixture {
 protected:
-    ~ShortMemoryTest() override { throwingFinish = 0; }
+    ~ShortMemory() override { throwingFinish = 0; }
 
     // A target with two nodes and one element.
     void prepareNodes()
@@ -110,7 +110,7 @@ protected:
     }
 };
 
-TEST_F(ShortMemoryTest, UnlocksTheTargetWhenAnAllocationFailsBeforeItWasUnlocked)
+TEST_F(ShortMemory, UnlocksTheTargetWhenAnAllocationFailsBeforeItWasUnlocked)
 {
     prepareNodes();
     updater->setPhaseCallBack(letMemoryRunShortAtTheEnd);
@@ -128,7 +128,7 @@ TEST_F(ShortMemoryTest, UnlocksTheTargetWhenAnAllocationFailsBeforeItWasUnlocked
     EXPECT_GT(tries, 1u);
 }
 
-TEST_F(ShortMemoryTest, UnlocksTheTargetWhenANodeCannotBeToldOfTheEnd)
+TEST_F(ShortMemory, UnlocksTheTargetWhenANodeCannotBeToldOfTheEnd)
 {
     prepareNodes();
     throwingFinish = 1;
@@ -143,7 +143,7 @@ TEST_F(ShortMemoryTest, UnlocksTheTargetWhenANodeCannotBeToldOfTheEnd)
     EXPECT_TRUE(update());
 }
 
-TEST_F(ShortMemoryTest, PassesOnWhatTheHostHasThrownAndNotWhatTheNodesThrowAtTheEnd)
+TEST_F(ShortMemory, PassesOnWhatTheHostHasThrownAndNotWhatTheNodesThrowAtTheEnd)
 {
     prepareNodes();
     updater->setPhaseCallBack(throwTheHostsOwn);

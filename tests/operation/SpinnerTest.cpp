@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <regex>
 
-#include "operation/OperationTest.h"
+#include "operation/OperationFixture.h"
 
 using ::testing::ElementsAre;
 
@@ -46,7 +46,7 @@ std::string outputOf(const std::string& command)
 
 }  // namespace
 
-class SpinnerTest : public OperationTest {
+class Spinner : public OperationFixture {
 protected:
     // An element whose phase takes seven passes.
     void addSlowElement(unsigned board, unsigned sequence = 1)
@@ -57,7 +57,7 @@ protected:
     }
 };
 
-TEST_F(SpinnerTest, StartsWithADashAndTurnsThroughFourPositions)
+TEST_F(Spinner, StartsWithADashAndTurnsThroughFourPositions)
 {
     addSlowElement(1);
     prepare();
@@ -68,7 +68,7 @@ TEST_F(SpinnerTest, StartsWithADashAndTurnsThroughFourPositions)
     EXPECT_EQ(spinnersOf(output), "-\\|/-\\|") << output;
 }
 
-TEST_F(SpinnerTest, GoesOnInTheNextPhase)
+TEST_F(Spinner, GoesOnInTheNextPhase)
 {
     options.noProgress = false;
     addSlowElement(1, 1);
@@ -82,7 +82,7 @@ TEST_F(SpinnerTest, GoesOnInTheNextPhase)
     EXPECT_EQ(spinners.substr(1), after(spinners[0], 13));
 }
 
-TEST_F(SpinnerTest, GoesOnInTheNextUpdater)
+TEST_F(Spinner, GoesOnInTheNextUpdater)
 {
     options.noProgress = false;
     addElement(1, 1);
@@ -98,7 +98,7 @@ TEST_F(SpinnerTest, GoesOnInTheNextUpdater)
     EXPECT_EQ(spinnersOf(journal->text()), after(first[1], 2));
 }
 
-TEST_F(SpinnerTest, StandsStillWithoutProgressLines)
+TEST_F(Spinner, StandsStillWithoutProgressLines)
 {
     options.noProgress = false;
     addElement(1, 1);

@@ -1,5 +1,5 @@
 // Starting the updates of a phase.
-#include "operation/OperationTest.h"
+#include "operation/OperationFixture.h"
 
 using ::testing::_;
 using ::testing::ElementsAre;
@@ -21,7 +21,7 @@ void noteCallBeforeLineEnd(const std::string& text)
 
 }  // namespace
 
-class StartTest : public OperationTest {
+class Start : public OperationFixture {
 protected:
     // Makes a whole update without a fault, locks the target again and forgets what was said.
     void lockAfterUpdate()
@@ -50,7 +50,7 @@ protected:
     }
 };
 
-TEST_F(StartTest, PrintsTheHeadingOnceBeforeTheFirstPendingElement)
+TEST_F(Start, PrintsTheHeadingOnceBeforeTheFirstPendingElement)
 {
     addElement(1, 1);
     addElement(1, 2);
@@ -64,7 +64,7 @@ TEST_F(StartTest, PrintsTheHeadingOnceBeforeTheFirstPendingElement)
               "        Board 1, SN 1, Element 3                        \n");
 }
 
-TEST_F(StartTest, StartsAndPrintsNothingWithoutAPendingElement)
+TEST_F(Start, StartsAndPrintsNothingWithoutAPendingElement)
 {
     for (unsigned id = 1; id <= 5; ++id) {
         addElement(1, id);
@@ -77,7 +77,7 @@ TEST_F(StartTest, StartsAndPrintsNothingWithoutAPendingElement)
     EXPECT_THAT(states(), ElementsAre(NOTHING_TO_DO, RUNNING, FAILED, CANCELLED, FINISHED));
 }
 
-TEST_F(StartTest, FillsUpToColumn56InAPieceOfItsOwn)
+TEST_F(Start, FillsUpToColumn56InAPieceOfItsOwn)
 {
     addElement(1, 1);
     prepare();
@@ -87,33 +87,33 @@ TEST_F(StartTest, FillsUpToColumn56InAPieceOfItsOwn)
                 ElementsAre(_, "        Board 1, SN 1, Element 1", "                        ", "\n"));
 }
 
-TEST_F(StartTest, FillsALineOf55CharactersWithOneBlank)
+TEST_F(Start, FillsALineOf55CharactersWithOneBlank)
 {
     EXPECT_EQ(lineOf("12345678901234567890123456789012345678901234567"),
               "        12345678901234567890123456789012345678901234567 \n");
 }
 
-TEST_F(StartTest, FillsALineOf56CharactersNoFurther)
+TEST_F(Start, FillsALineOf56CharactersNoFurther)
 {
     EXPECT_EQ(lineOf("123456789012345678901234567890123456789012345678"),
               "        123456789012345678901234567890123456789012345678\n");
     EXPECT_EQ(journal->fragments().size(), 3u);
 }
 
-TEST_F(StartTest, PrintsALongNameInFull)
+TEST_F(Start, PrintsALongNameInFull)
 {
     EXPECT_EQ(lineOf("1234567890123456789012345678901234567890123456789012345678901234567890"),
               "        1234567890123456789012345678901234567890123456789012345678901234567890\n");
 }
 
-TEST_F(StartTest, PrintsAndLogsANameWithPercentSignsLiterally)
+TEST_F(Start, PrintsAndLogsANameWithPercentSignsLiterally)
 {
     EXPECT_THAT(lineOf("100%s of %n and %1"), HasSubstr("        100%s of %n and %1   "));
     ASSERT_EQ(calls("sendLog").size(), 2u);
     EXPECT_EQ(calls("sendLog")[1].at("text"), "Firmware update: 100%s of %n and %1...");
 }
 
-TEST_F(StartTest, LogsEachStart)
+TEST_F(Start, LogsEachStart)
 {
     addElement(1, 1);
     addElement(2, 7);
@@ -129,7 +129,7 @@ TEST_F(StartTest, LogsEachStart)
     EXPECT_EQ(calls("sendLog")[1].at("text"), "Firmware update: Board 2, SN 2, Element 7...");
 }
 
-TEST_F(StartTest, NamesBoardElementAndFileToTheInventoryManager)
+TEST_F(Start, NamesBoardElementAndFileToTheInventoryManager)
 {
     addElement(1, 1);
     addElement(2, 7);
@@ -145,7 +145,7 @@ TEST_F(StartTest, NamesBoardElementAndFileToTheInventoryManager)
     EXPECT_EQ(calls("update2")[1].at("path"), archive->path() + "/b2e7.bin");
 }
 
-TEST_F(StartTest, WaitsHalfASecondAfterEachStartedUpdate)
+TEST_F(Start, WaitsHalfASecondAfterEachStartedUpdate)
 {
     addElement(1, 1);
     addElement(1, 2);
@@ -164,7 +164,7 @@ TEST_F(StartTest, WaitsHalfASecondAfterEachStartedUpdate)
     EXPECT_EQ(all[6].at("microseconds"), 500000);
 }
 
-TEST_F(StartTest, EndsTheLineBeforeItWaits)
+TEST_F(Start, EndsTheLineBeforeItWaits)
 {
     addElement(1, 1);
     addElement(1, 2);
@@ -178,7 +178,7 @@ TEST_F(StartTest, EndsTheLineBeforeItWaits)
     EXPECT_THAT(callsBeforeLineEnds, ElementsAre("update2", "update2"));
 }
 
-TEST_F(StartTest, DoesNotWaitAfterAFailedStart)
+TEST_F(Start, DoesNotWaitAfterAFailedStart)
 {
     letStartFail(1, 1);
     addElement(1, 1);
@@ -189,7 +189,7 @@ TEST_F(StartTest, DoesNotWaitAfterAFailedStart)
     EXPECT_EQ(calls("usleep")[0].at("microseconds"), 200000);
 }
 
-TEST_F(StartTest, GoesOnAfterAFailedStart)
+TEST_F(Start, GoesOnAfterAFailedStart)
 {
     letStartFail(1, 1);
     addElement(1, 1);
@@ -204,7 +204,7 @@ TEST_F(StartTest, GoesOnAfterAFailedStart)
     EXPECT_EQ(calls("updateStatus2")[0].at("board"), "/ROOT/IOMODULE[2]");
 }
 
-TEST_F(StartTest, KeepsTheErrorsOfAFailedStartWithTheElement)
+TEST_F(Start, KeepsTheErrorsOfAFailedStartWithTheElement)
 {
     letStartFail(1, 1);
     addElement(1, 1);
@@ -215,7 +215,7 @@ TEST_F(StartTest, KeepsTheErrorsOfAFailedStartWithTheElement)
     EXPECT_THAT(listed(*element(0).resultErrorList), IsEmpty());
 }
 
-TEST_F(StartTest, DoesNotTakeEarlierErrorsOfTheElementForAFailedStart)
+TEST_F(Start, DoesNotTakeEarlierErrorsOfTheElementForAFailedStart)
 {
     addElement(1, 1);
     prepare();

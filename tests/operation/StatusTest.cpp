@@ -1,5 +1,5 @@
 // Following the running updates of a phase, and its progress.
-#include "operation/OperationTest.h"
+#include "operation/OperationFixture.h"
 #include "support/Namespaces.h"
 
 using ::testing::ContainsRegex;
@@ -20,7 +20,7 @@ void noteCallBeforeProgress(unsigned)
 
 }  // namespace
 
-class StatusTest : public OperationTest {
+class Status : public OperationFixture {
 protected:
     // Follows the updates of elements that have these states, outside of a whole update.
     void follow(const std::vector<State>& newStates)
@@ -42,7 +42,7 @@ protected:
     }
 };
 
-TEST_F(StatusTest, ShowsTheProgressWithASpinner)
+TEST_F(Status, ShowsTheProgressWithASpinner)
 {
     options.noProgress = false;
     scriptOf(1, 1)["polls"] = Json::array({running(0, 10), running(5, 10), finished()});
@@ -58,7 +58,7 @@ TEST_F(StatusTest, ShowsTheProgressWithASpinner)
                                         "100%                                                    "));
 }
 
-TEST_F(StatusTest, TakesTheAverageOfThePhaseRoundedDown)
+TEST_F(Status, TakesTheAverageOfThePhaseRoundedDown)
 {
     scriptOf(1, 1)["polls"] = Json::array({running(5, 10), finished()});
     scriptOf(1, 2)["polls"] = Json::array({running(2, 3), finished()});
@@ -75,7 +75,7 @@ TEST_F(StatusTest, TakesTheAverageOfThePhaseRoundedDown)
                 ElementsAre("phase 0", "progress 49", "progress 100", "progress 100", "end of phases"));
 }
 
-TEST_F(StatusTest, RoundsEachElementDownBeforeTheAverage)
+TEST_F(Status, RoundsEachElementDownBeforeTheAverage)
 {
     scriptOf(1, 1)["polls"] = Json::array({running(999, 1000), finished()});
     scriptOf(1, 2)["polls"] = Json::array({running(199, 1000), finished()});
@@ -89,7 +89,7 @@ TEST_F(StatusTest, RoundsEachElementDownBeforeTheAverage)
     EXPECT_EQ(journal->reports().at(1), "progress 59");
 }
 
-TEST_F(StatusTest, CountsLargeAmountsOfWorkCorrectly)
+TEST_F(Status, CountsLargeAmountsOfWorkCorrectly)
 {
     scriptOf(1, 1)["polls"] = Json::array({running(60000000, 120000000), running(3000000000, 4000000000), finished()});
     addElement(1, 1);
@@ -101,7 +101,7 @@ TEST_F(StatusTest, CountsLargeAmountsOfWorkCorrectly)
                 ElementsAre("phase 0", "progress 50", "progress 75", "progress 100", "progress 100", "end of phases"));
 }
 
-TEST_F(StatusTest, TakesAnUpdateWithoutWorkForComplete)
+TEST_F(Status, TakesAnUpdateWithoutWorkForComplete)
 {
     scriptOf(1, 1)["polls"] = Json::array({running(0, 0), running(7, 0), finished()});
     addElement(1, 1);
@@ -114,7 +114,7 @@ TEST_F(StatusTest, TakesAnUpdateWithoutWorkForComplete)
     EXPECT_EQ(calls("updateStatus2").size(), 3u);
 }
 
-TEST_F(StatusTest, AddsOnePassAfterTheLastRunningUpdate)
+TEST_F(Status, AddsOnePassAfterTheLastRunningUpdate)
 {
     scriptOf(1, 1)["polls"] = Json::array({finished()});
     addElement(1, 1);
@@ -129,7 +129,7 @@ TEST_F(StatusTest, AddsOnePassAfterTheLastRunningUpdate)
     EXPECT_EQ(calls("usleep")[2].at("microseconds"), 200000);
 }
 
-TEST_F(StatusTest, WaitsAFifthOfASecondForEachPassNotForEachElement)
+TEST_F(Status, WaitsAFifthOfASecondForEachPassNotForEachElement)
 {
     for (unsigned board = 1; board <= 3; ++board) {
         scriptOf(board, 1)["polls"] = Json::array({running(1, 2), finished()});
@@ -146,7 +146,7 @@ TEST_F(StatusTest, WaitsAFifthOfASecondForEachPassNotForEachElement)
     EXPECT_THAT(waits, ElementsAre(500000u, 500000u, 500000u, 200000u, 200000u, 200000u));
 }
 
-TEST_F(StatusTest, ReportsTheProgressOfAPassBeforeItWaits)
+TEST_F(Status, ReportsTheProgressOfAPassBeforeItWaits)
 {
     scriptOf(1, 1)["polls"] = Json::array({running(1, 2), finished()});
     addElement(1, 1);
@@ -161,7 +161,7 @@ TEST_F(StatusTest, ReportsTheProgressOfAPassBeforeItWaits)
     EXPECT_THAT(callsBeforeProgress, ElementsAre("updateStatus2", "updateStatus2", "usleep"));
 }
 
-TEST_F(StatusTest, PollsTheRunningElementsInTheirOrder)
+TEST_F(Status, PollsTheRunningElementsInTheirOrder)
 {
     scriptOf(1, 1)["polls"] = Json::array({running(1, 2), finished()});
     scriptOf(2, 5)["polls"] = Json::array({running(1, 2), running(1, 2), finished()});
@@ -179,7 +179,7 @@ TEST_F(StatusTest, PollsTheRunningElementsInTheirOrder)
                                     "/ROOT/IOMODULE[2] 5", "/ROOT/IOMODULE[2] 5"));
 }
 
-TEST_F(StatusTest, ToleratesOneFailedPollAndAddsNothingForIt)
+TEST_F(Status, ToleratesOneFailedPollAndAddsNothingForIt)
 {
     scriptOf(1, 1)["polls"] = Json::array({running(8, 10), failing(4, "lost"), running(9, 10), finished()});
     scriptOf(2, 1)["polls"] = Json::array({running(4, 10), running(5, 10), running(6, 10), finished()});
@@ -195,7 +195,7 @@ TEST_F(StatusTest, ToleratesOneFailedPollAndAddsNothingForIt)
     EXPECT_THAT(states(), ElementsAre(FINISHED, FINISHED));
 }
 
-TEST_F(StatusTest, FailsAnUpdateWhoseStatusCannotBeReadTwiceInARow)
+TEST_F(Status, FailsAnUpdateWhoseStatusCannotBeReadTwiceInARow)
 {
     scriptOf(1, 1)["polls"] = Json::array({failing(4, "lost"), failing(4, "lost again")});
     addElement(1, 1);
@@ -210,7 +210,7 @@ TEST_F(StatusTest, FailsAnUpdateWhoseStatusCannotBeReadTwiceInARow)
     EXPECT_EQ(calls("updateStatus2").size(), 2u);
 }
 
-TEST_F(StatusTest, ForgivesAFailedPollAfterACleanOne)
+TEST_F(Status, ForgivesAFailedPollAfterACleanOne)
 {
     scriptOf(1, 1)["polls"] = Json::array(
         {failing(4, "lost"), running(5, 10), failing(4, "lost"), running(6, 10), failing(4, "lost"), finished()});
@@ -226,7 +226,7 @@ TEST_F(StatusTest, ForgivesAFailedPollAfterACleanOne)
                             "progress 100", "progress 100", "failure 0", "end of phases"));
 }
 
-TEST_F(StatusTest, CountsConsecutiveFailedPollsOnly)
+TEST_F(Status, CountsConsecutiveFailedPollsOnly)
 {
     scriptOf(1, 1)["polls"] =
         Json::array({failing(4, "a"), running(5, 10), failing(4, "b"), failing(4, "c"), finished()});
@@ -240,7 +240,7 @@ TEST_F(StatusTest, CountsConsecutiveFailedPollsOnly)
     EXPECT_EQ(element(0).statusErrorCount, 2u);
 }
 
-TEST_F(StatusTest, ToleratesAFailedPollAlsoInASecondUpdate)
+TEST_F(Status, ToleratesAFailedPollAlsoInASecondUpdate)
 {
     scriptOf(1, 1)["polls"] =
         Json::array({failing(4, "a"), failing(4, "b"), failing(4, "c"), running(5, 10), finished()});
@@ -259,7 +259,7 @@ TEST_F(StatusTest, ToleratesAFailedPollAlsoInASecondUpdate)
                                                 "failure 0", "end of phases"));
 }
 
-TEST_F(StatusTest, DoesNotTrustTheStatusOfAFailedPoll)
+TEST_F(Status, DoesNotTrustTheStatusOfAFailedPoll)
 {
     Json failed = failing(4, "lost");
     failed["status"] = 3;
@@ -274,7 +274,7 @@ TEST_F(StatusTest, DoesNotTrustTheStatusOfAFailedPoll)
                                                 "failure 0", "end of phases"));
 }
 
-TEST_F(StatusTest, FailsAnUpdateWithAnyOtherStatusAtOnce)
+TEST_F(Status, FailsAnUpdateWithAnyOtherStatusAtOnce)
 {
     unsigned board = 1;
     for (const unsigned value : {0u, 3u, 4u, 0xFFFFFFFFu}) {
@@ -291,7 +291,7 @@ TEST_F(StatusTest, FailsAnUpdateWithAnyOtherStatusAtOnce)
                                                 "progress 100", "progress 100", "end of phases"));
 }
 
-TEST_F(StatusTest, CountsAFailedStartAsComplete)
+TEST_F(Status, CountsAFailedStartAsComplete)
 {
     letStartFail(1, 1);
     scriptOf(2, 1)["polls"] = Json::array({running(1, 2), finished()});
@@ -305,7 +305,7 @@ TEST_F(StatusTest, CountsAFailedStartAsComplete)
                 ElementsAre("phase 0", "failure 0", "progress 75", "progress 100", "progress 100", "end of phases"));
 }
 
-TEST_F(StatusTest, ReportsTheProgressAlsoWithoutProgressLines)
+TEST_F(Status, ReportsTheProgressAlsoWithoutProgressLines)
 {
     scriptOf(1, 1)["polls"] = Json::array({running(1, 4), finished()});
     addElement(1, 1);
@@ -316,7 +316,7 @@ TEST_F(StatusTest, ReportsTheProgressAlsoWithoutProgressLines)
     EXPECT_THAT(progress(), ElementsAre("<progress 25>", "<progress 100>", "<progress 100>"));
 }
 
-TEST_F(StatusTest, ShowsOneLineForFilesOfTheFlashDrive)
+TEST_F(Status, ShowsOneLineForFilesOfTheFlashDrive)
 {
     options.noProgress = false;
     SKIP_WITHOUT_MOUNT();
@@ -332,7 +332,7 @@ TEST_F(StatusTest, ShowsOneLineForFilesOfTheFlashDrive)
     EXPECT_THAT(calls("updateStatus2"), IsEmpty());
 }
 
-TEST_F(StatusTest, HasNothingToFollowInAnEmptyList)
+TEST_F(Status, HasNothingToFollowInAnEmptyList)
 {
     options.noProgress = false;
     prepare();
@@ -344,7 +344,7 @@ TEST_F(StatusTest, HasNothingToFollowInAnEmptyList)
     EXPECT_THAT(trace(), IsEmpty());
 }
 
-TEST_F(StatusTest, HasNothingToFollowWithoutAStartedUpdate)
+TEST_F(Status, HasNothingToFollowWithoutAStartedUpdate)
 {
     options.noProgress = false;
     addElement(1, 1);
@@ -359,7 +359,7 @@ TEST_F(StatusTest, HasNothingToFollowWithoutAStartedUpdate)
     EXPECT_THAT(states(), ElementsAre(NOTHING_TO_DO, PENDING, CANCELLED));
 }
 
-TEST_F(StatusTest, LeavesElementsOutOfTheAverageThatWereNotStarted)
+TEST_F(Status, LeavesElementsOutOfTheAverageThatWereNotStarted)
 {
     for (unsigned id = 1; id <= 5; ++id) {
         addElement(1, id);

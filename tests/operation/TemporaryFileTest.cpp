@@ -7,7 +7,7 @@
 
 #include <csignal>
 
-#include "operation/FlashDriveTest.h"
+#include "operation/FlashDriveFixture.h"
 #include "support/TempDir.h"
 
 using ::testing::ElementsAre;
@@ -58,7 +58,7 @@ private:
 
 }  // namespace
 
-class TemporaryFileTest : public FlashDriveTest {
+class FlashDriveTemporary : public FlashDriveFixture {
 protected:
     // Writes "c.bin" to `location`; expects this error number for its temporary file, and nothing flushed.
     void expectCannotWrite(const std::string& location, unsigned error)
@@ -72,7 +72,7 @@ protected:
     fs::path inArchive(const std::string& name) const { return fs::path(archive->path()) / name; }
 };
 
-TEST_F(TemporaryFileTest, IsAlwaysANewOne)
+TEST_F(FlashDriveTemporary, IsAlwaysANewOne)
 {
     prepareDrive();
     const OpenCopy copy(drive() / "c.bin.tmp");
@@ -85,7 +85,7 @@ TEST_F(TemporaryFileTest, IsAlwaysANewOne)
     EXPECT_THAT(onDrive(), ElementsAre("c.bin"));
 }
 
-TEST_F(TemporaryFileTest, IsRefusedInThePlaceOfAFolder)
+TEST_F(FlashDriveTemporary, IsRefusedInThePlaceOfAFolder)
 {
     prepareDrive();
     put(drive() / "c.bin", "old");
@@ -97,7 +97,7 @@ TEST_F(TemporaryFileTest, IsRefusedInThePlaceOfAFolder)
     EXPECT_THAT(onDrive(), ElementsAre("c.bin", "c.bin.tmp/"));
 }
 
-TEST_F(TemporaryFileTest, IsRefusedInThePlaceOfAPipe)
+TEST_F(FlashDriveTemporary, IsRefusedInThePlaceOfAPipe)
 {
     prepareDrive();
     put(drive() / "c.bin", "old");
@@ -109,7 +109,7 @@ TEST_F(TemporaryFileTest, IsRefusedInThePlaceOfAPipe)
     EXPECT_TRUE(fs::is_fifo(drive() / "c.bin.tmp"));
 }
 
-TEST_F(TemporaryFileTest, TakesThePlaceOfALinkWithoutFollowingIt)
+TEST_F(FlashDriveTemporary, TakesThePlaceOfALinkWithoutFollowingIt)
 {
     prepareDrive();
     const TempDir outside;
@@ -129,7 +129,7 @@ TEST_F(TemporaryFileTest, TakesThePlaceOfALinkWithoutFollowingIt)
     EXPECT_EQ(readText(outside.path() / "precious.txt"), "precious");
 }
 
-TEST_F(TemporaryFileTest, ReplacesALinkInThePlaceOfTheTargetWithoutFollowingIt)
+TEST_F(FlashDriveTemporary, ReplacesALinkInThePlaceOfTheTargetWithoutFollowingIt)
 {
     prepareDrive();
     const TempDir outside;
@@ -142,7 +142,7 @@ TEST_F(TemporaryFileTest, ReplacesALinkInThePlaceOfTheTargetWithoutFollowingIt)
     EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(drive() / "c.bin")));
 }
 
-TEST_F(TemporaryFileTest, IsRemovedWhenTheCopyFails)
+TEST_F(FlashDriveTemporary, IsRemovedWhenTheCopyFails)
 {
     prepareDrive();
     put(drive() / "c.bin", "old");
@@ -157,7 +157,7 @@ TEST_F(TemporaryFileTest, IsRemovedWhenTheCopyFails)
     EXPECT_EQ(readText(drive() / "c.bin"), "old");
 }
 
-TEST_F(TemporaryFileTest, IsNotMadeFromAPipeOrADevice)
+TEST_F(FlashDriveTemporary, IsNotMadeFromAPipeOrADevice)
 {
     prepareDrive();
     ASSERT_EQ(::mkfifo(inArchive("pipe.bin").c_str(), 0666), 0);
@@ -172,7 +172,7 @@ TEST_F(TemporaryFileTest, IsNotMadeFromAPipeOrADevice)
     }
 }
 
-TEST_F(TemporaryFileTest, IsMadeFromTheFileThatALinkInTheArchiveLeadsTo)
+TEST_F(FlashDriveTemporary, IsMadeFromTheFileThatALinkInTheArchiveLeadsTo)
 {
     prepareDrive();
     fs::create_symlink(inArchive("c.bin"), inArchive("link.bin"));
