@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <sstream>
 
 #include "tool/ExitStatus.h"
@@ -24,6 +25,7 @@
 #include "tool/update/StopWords.h"
 #include "tool/update/UpdateCourse.h"
 #include "tool/update/UpdateElement.h"
+#include "tool/update/Verification.h"
 
 namespace TrellanTool {
 
@@ -196,8 +198,18 @@ private:
                 if (signal != 0 && end.phase) {
                     say(err.stream(), cameInLastPhase(signal));
                 }
-                return end.successful ? SUCCESS : FAILURE;
+                return verified(end.successful ? SUCCESS : FAILURE);
         }
+    }
+
+    // The status of an update that has ended by itself with this one, once it is verified where that is asked for.
+    int verified(int status)
+    {
+        if (!arguments.verify) {
+            return status;
+        }
+        verification = verifyUpdate(session, err.stream());
+        return verification->successful ? status : static_cast<int>(FAILURE);
     }
 
     // Says the text, which tells why the run ends as it does.
@@ -232,7 +244,8 @@ private:
         }
         const bool isError = status != SUCCESS && status != FAILURE;
         writeUpdateDocument(streams.out, session.updater(), session.inspector(),
-                            {preparation.findings(), isError ? &error : nullptr, isGivenUp});
+                            {preparation.findings(), isError ? &error : nullptr, isGivenUp,
+                             verification ? &verification->verified : nullptr});
     }
 
     const Arguments arguments;
@@ -247,7 +260,8 @@ private:
     Preparation preparation;
     std::vector<UpdateElement> elements;  // to update
     std::string said;                     // why nothing was done, or why the update was stopped
-    bool isGivenUp = false;               // before the target was locked
+    std::optional<Verification> verification;
+    bool isGivenUp = false;  // before the target was locked
     LastWords lockTimeoutWords;
     ordered_json lockTimeoutOutcomes;
 };

@@ -1,0 +1,69 @@
+// Updates that are verified by another scan.
+#include <gtest/gtest.h>
+
+#include "support/SimulatedTarget.h"
+#include "support/TargetBuilder.h"
+#include "support/TestArchive.h"
+#include "tool/CommandLine.h"
+
+using nlohmann::ordered_json;
+
+namespace {
+
+// CRC-32 of "content".
+constexpr unsigned contentChecksum = 0xFEC530A9;
+
+ordered_json device(unsigned active = 1)
+{
+    return target({board(
+        "HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}, {"PRODUCT/SERIAL_NUMBER", 815}},
+        {updateElement(1, {{"NAME", "UserFirmware"}, {"VERSION", "1.0"}, {"CHECKSUM_CRC32", 1}, {"ACTIVE", active}}),
+         updateElement(2, {{"NAME", "UserFpga"}, {"VERSION", "1.0"}, {"CHECKSUM_CRC32", 2}})})});
+}
+
+// An archive whose first file has the content "content" and the checksum `stated`; the second is installed.
+class VerifiedArchive : public TestArchive {
+public:
+    explicit VerifiedArchive(unsigned stated)
+        : TestArchive(description({fileEntry("a.bin", {{"version", "1.0"}, {"checksumCrc32", stated}}),
+                                   fileEntry("b.bin", {{"id", 2}, {"version", "1.0"}, {"checksumCrc32", 2}})}))
+    {
+        addFile("a.bin", "content");
+    }
+};
+
+}  // namespace
+
+TEST(VerificationTest, SaysNothingWhereTheTargetHasTheFilesContent)
+{
+    const SimulatedTarget target(device());
+    const VerifiedArchive archive(contentChecksum);
+    const RunResult result = ran({"update", archive.path(), "--verify", "--json"});
+    EXPECT_EQ(result.status, 0);
+    const ordered_json document = ordered_json::parse(result.out);
+    EXPECT_EQ(document["elements"][0]["state"], "updated");
+    EXPECT_EQ(document["elements"][0]["verified"], true);
+    EXPECT_FALSE(document["elements"][1].contains("verified"));
+}
+
+TEST(VerificationTest, NamesWhatDoesNotHaveItsFilesContentAndEndsWith1)
+{
+    const SimulatedTarget target(device());
+    const VerifiedArchive archive(5);
+    EXPECT_EQ(ran({"update", archive.path(), "--no-check"}).status, 0);
+    const RunResult result = ran({"update", archive.path(), "--no-check", "--verify"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(
+        result.err,
+        "trellan-update: KR5120, SN 815, Firmware does not have its file's content: checksum 4274335913, not 5\n");
+}
+
+TEST(VerificationTest, TellsThatAnElementOnlyBecomesActiveAfterARestart)
+{
+    const SimulatedTarget target(device(0));
+    const VerifiedArchive archive(5);
+    const RunResult result = ran({"update", archive.path(), "--no-check", "--verify", "--json"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(ordered_json::parse(result.out)["elements"][0]["verified"], nullptr);
+    EXPECT_NE(result.err.find("Firmware cannot be verified before a restart"), std::string::npos) << result.err;
+}
