@@ -1,12 +1,12 @@
 // Which file each element gets, and the elements for flash-drive files that are not on the target yet.
-#include "assignment/WaitingElements.h"
+#include "assignment/FirstFits.h"
+#include "assignment/MatchCriteria.h"
 #include "assignment/ZoCUpdateAssignment.h"
 #include "base/PlatformText.h"
 #include "updater/ZoCTrellanUpdater.h"
 
 using namespace ZoNUpdateBase;
 using ZoNUpdateArchive::ZoSUpdateFile;
-using ZoNUpdateAssignment::WaitingElements;
 using ZoNUpdateInventory::ZoSUpdateElement;
 using ZoNUpdateInventory::ZoSUpdateElementValues;
 
@@ -80,14 +80,15 @@ void ZoCUpdateAssignment::assignUpdateFiles()
     addFileSystemElements();
 }
 
-// Goes through the files, not the elements: an element taken by the first file that fits it is out of the others' way.
 void ZoCUpdateAssignment::assignFilesToElements()
 {
-    WaitingElements waitingElements(updateElements);
-    for (std::uint32_t index = 0; index < updateFiles.size(); ++index) {
-        for (ZoSUpdateElement* const element : waitingElements.takeFitting(updateFiles[index])) {
-            giveFile(*element, updateFiles, index);
+    const auto filesOfElements = ZoNUpdateAssignment::firstFits(updateElements, updateFiles);
+    auto file = filesOfElements.begin();
+    for (ZoSUpdateElement& element : updateElements) {
+        if (file->has_value()) {
+            giveFile(element, updateFiles, **file);
         }
+        ++file;
     }
 }
 
@@ -99,7 +100,7 @@ void ZoCUpdateAssignment::addFileSystemElements()
     }
     for (std::uint32_t index = 0; index < updateFiles.size(); ++index) {
         const ZoSUpdateFile& file = updateFiles[index];
-        std::string targetPath;
+        std::string targetPath = ZoNUpdateAssignment::targetPathOtherwise;
         if (!file.hasTargetPath || file.assignedElementCount != 0 || !matches(*model, file, targetPath)) {
             continue;
         }

@@ -1,36 +1,61 @@
 #include "assignment/MatchCriteria.h"
 
-#include "assignment/ValueKey.h"
+#include <algorithm>
+
 #include "base/PlatformText.h"
 
 using namespace ZoNUpdateBase;
 using ZoNJson::json;
+using ZoNUpdateArchive::ZoSUpdateFile;
 using ZoNUpdateInventory::ZoSUpdateElement;
 
 namespace ZoNUpdateAssignment {
 namespace {
 
-std::string variantKey(const ZoSUpdateElement& element)
+const json* orNothing(const Requirements&)
 {
-    return element.variant.isEmpty() ? valueKey(nullptr) : textKey(allText(element.variant));
+    return nullptr;
 }
 
-}  // namespace
-
-const std::array<MatchCriterion, 4>& matchCriteria()
+const json* orNull(const Requirements&)
 {
-    static const std::array<MatchCriterion, 4> criteria{{
-        {"boardVariant", variantKey, nullptr},
-        {"boardId", [](const ZoSUpdateElement& element) { return numberKey(element.productId); }, 0U},
-        {"hwCompatibilityId", [](const ZoSUpdateElement& element) { return numberKey(element.hwCompatibilityId); }, 0U},
-        {"swCompatibilityId", [](const ZoSUpdateElement& element) { return numberKey(element.swCompatibilityId); }, 0U},
-    }};
-    return criteria;
+    static const json null;
+    return &null;
 }
 
-std::string boardTypeKey(const ZoSUpdateElement& element)
+const json* orZero(const Requirements&)
 {
-    return textKey(allText(element.boardType));
+    static const json zero(0U);
+    return &zero;
+}
+
+const json* orThePath(const Requirements& requirements)
+{
+    return &requirements.getPathOtherwise();
+}
+
+const char* kindName(bool isFile)
+{
+    return isFile ? "file" : "element";
+}
+
+const json* kindOfTheFile(const Requirements& requirements)
+{
+    static const json file(kindName(true));
+    static const json element(kindName(false));
+    return requirements.getFile().hasTargetPath ? &file : &element;
+}
+
+using Actual = std::optional<MatchValue>;
+
+Actual variantOf(const ZoSUpdateElement& element)
+{
+    return element.variant.isEmpty() ? MatchValue() : MatchValue(allText(element.variant));
+}
+
+Actual idOf(const ZoSUpdateElement& element)
+{
+    return element.isFileSystemElement ? Actual() : MatchValue(element.id);
 }
 
 bool takesAnyPath(const ZoSUpdateElement& element)
@@ -39,18 +64,91 @@ bool takesAnyPath(const ZoSUpdateElement& element)
     return element.location == wildcard;
 }
 
-std::optional<std::uint32_t> EntryProperties::id() const
+Actual pathOf(const ZoSUpdateElement& element)
 {
-    static const std::string property = "id";
-    const json* const id = find(property);
-    return id != nullptr ? std::optional(static_cast<unsigned>(*id)) : std::nullopt;
+    const bool hasPath = element.isFileSystemElement && !takesAnyPath(element);
+    return hasPath ? MatchValue(allText(element.location)) : Actual();
 }
 
-std::optional<std::string> EntryProperties::targetPath() const
+}  // namespace
+
+constinit const std::array<MatchCriterion, MatchCriterion::count> matchCriteria{{
+    {"boardType", "boardType", StatedAs::list, orNothing,
+     [](const ZoSUpdateElement& element) -> Actual { return MatchValue(allText(element.boardType)); }},
+    {"boardVariant", "boardVariant", StatedAs::list, orNull, variantOf},
+    {"boardId", "boardId", StatedAs::list, orZero,
+     [](const ZoSUpdateElement& element) -> Actual { return MatchValue(element.productId); }},
+    {"kind", nullptr, StatedAs::text, kindOfTheFile,
+     [](const ZoSUpdateElement& element) -> Actual { return MatchValue(kindName(element.isFileSystemElement)); }},
+    {"id", "id", StatedAs::number, orNothing, idOf},
+    {"targetPath", "targetPath", StatedAs::text, orThePath, pathOf},
+    {"hwCompatibilityId", "hwCompatibilityId", StatedAs::list, orZero,
+     [](const ZoSUpdateElement& element) -> Actual { return MatchValue(element.hwCompatibilityId); }},
+    {"swCompatibilityId", "swCompatibilityId", StatedAs::list, orZero,
+     [](const ZoSUpdateElement& element) -> Actual { return MatchValue(element.swCompatibilityId); }},
+}};
+
+std::optional<MatchValue> matchValueOf(const json& value)
 {
-    static const std::string property = "targetPath";
-    const json* const path = find(property);
-    return path != nullptr ? std::optional(std::string(*path)) : std::nullopt;
+    if (value.is_null()) {
+        return MatchValue();
+    }
+    if (value.is_string()) {
+        return MatchValue(std::string(value));
+    }
+    return value.is_number_unsigned() ? Actual(static_cast<unsigned long long>(value)) : std::nullopt;
+}
+
+const json* Requirements::expected(const MatchCriterion& criterion) const
+{
+    if (criterion.property != nullptr) {
+        const std::string property = criterion.property;
+        if (board.contains(property)) {
+            return &board[property];
+        }
+        if (&board != &file.jsonEntry && file.jsonEntry.contains(property)) {
+            return &file.jsonEntry[property];
+        }
+    }
+    return criterion.otherwise(*this);
+}
+
+bool isMet(const MatchCriterion& criterion, const Requirements& requirements, const ZoSUpdateElement& element)
+{
+    const Actual actual = criterion.actual(element);
+    if (!actual) {
+        return true;
+    }
+    const json* const expected = requirements.expected(criterion);
+    return expected != nullptr &&
+           anyStated(*expected, criterion.form, [&](const MatchValue& stated) { return stated == *actual; });
+}
+
+std::size_t countMet(const Requirements& requirements, const ZoSUpdateElement& element)
+{
+    const auto unmet = std::find_if_not(matchCriteria.begin(), matchCriteria.end(),
+                                        [&](const auto& criterion) { return isMet(criterion, requirements, element); });
+    return static_cast<std::size_t>(unmet - matchCriteria.begin());
+}
+
+DecidingBoards decidingBoards(const ZoSUpdateFile& file)
+{
+    DecidingBoards boards;
+    const MatchCriterion& criterion = matchCriteria[MatchCriterion::boardType];
+    const auto add = [&](const json& board) {
+        anyStated(board[criterion.property], criterion.form, [&](MatchValue type) {
+            boards.try_emplace(std::move(type), &board);  // a later one of the same type is never looked at
+            return false;
+        });
+    };
+    if (!file.jsonEntry.contains("boards")) {
+        add(file.jsonEntry);
+        return boards;
+    }
+    for (const json& board : file.jsonEntry["boards"]) {
+        add(board);
+    }
+    return boards;
 }
 
 }  // namespace ZoNUpdateAssignment

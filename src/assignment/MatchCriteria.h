@@ -1,64 +1,127 @@
-// The properties by which a file entry says what elements it is for, besides board type and id or target path.
+// The rule by which update files are for update elements: a table of criteria, and which board object of a file
+// decides.
+//
+// A file is for an element when the board object that decides for the element's board type meets every criterion.
 #pragma once
 
 #include <array>
-#include <cstdint>
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <unordered_map>
+#include <variant>
 
+#include "archive/ZoSUpdateFile.h"
 #include "inventory/ZoSUpdateElement.h"
 #include "libZoJsonLib/ZoNJson.h"
 
 namespace ZoNUpdateAssignment {
 
-// A property whose value, or one of whose values, must be what the element is. What an entry leaves out has a default,
-// never a wildcard.
+// What is compared: null, a text or an unsigned number. Values of different kinds are never equal.
+using MatchValue = std::variant<std::monostate, std::string, unsigned long long>;
+
+// Nothing for a JSON value of any other kind, which equals nothing.
+std::optional<MatchValue> matchValueOf(const ZoNJson::json& value);
+
+// How a property states what is accepted.
+enum class StatedAs {
+    list,    // one value, or an array of them (an array in an array is a value that equals nothing)
+    number,  // one number; beyond 32 bits it counts as the largest one
+    text     // one text
+};
+
+// Asks `test` for each value that a property states, until it is true, and returns whether it was. Throws
+// ZoNJson::type_error for a property that is no number or no text but must be one.
+template <class Test>
+bool anyStated(const ZoNJson::json& property, StatedAs form, Test test)
+{
+    if (form == StatedAs::number) {
+        return test(MatchValue(static_cast<unsigned>(property)));
+    }
+    if (form == StatedAs::text) {
+        return test(MatchValue(std::string(property)));
+    }
+    const auto testValue = [&](const ZoNJson::json& stated) {
+        std::optional<MatchValue> value = matchValueOf(stated);
+        return value && test(*std::move(value));
+    };
+    if (!property.is_array()) {
+        return testValue(property);
+    }
+    for (const ZoNJson::json& stated : property) {
+        if (testValue(stated)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+class Requirements;
+
+// One thing that a file asks of an element.
 struct MatchCriterion {
-    std::string property;
-    std::string (*elementKey)(const ZoNUpdateInventory::ZoSUpdateElement& element);  // key of the element's value
-    ZoNJson::json defaultValue;
+    // Positions in the table.
+    enum Index : std::size_t {
+        boardType,
+        boardVariant,
+        boardId,
+        kind,  // a file on the flash drive, or an element of a board
+        id,
+        targetPath,
+        hwCompatibilityId,
+        swCompatibilityId,
+        count
+    };
+
+    const char* name;
+    const char* property;  // of a board object or the entry; null where no property states it
+    StatedAs form;
+
+    // What is expected where no property states it. It is a value and no wildcard; null: no element fits.
+    const ZoNJson::json* (*otherwise)(const Requirements& requirements);
+
+    // What the element has; nothing when the criterion does not concern it. Those stated as a list concern every one.
+    std::optional<MatchValue> (*actual)(const ZoNUpdateInventory::ZoSUpdateElement& element);
 };
 
 // In the order in which they are tested.
-const std::array<MatchCriterion, 4>& matchCriteria();
+extern const std::array<MatchCriterion, MatchCriterion::count> matchCriteria;
 
-// How many of them are tested before the kind of element and its id or target path.
-constexpr std::size_t criteriaBeforeTarget = 2;
+// Where a file states no target path, it is for this one.
+inline constexpr const char* targetPathOtherwise = "";
 
-// Key of the element's board type.
-std::string boardTypeKey(const ZoNUpdateInventory::ZoSUpdateElement& element);
-
-// True for a file-system element that takes any target path.
-bool takesAnyPath(const ZoNUpdateInventory::ZoSUpdateElement& element);
-
-// What a file entry says for one of its boards: the board object's own properties come before the entry's. An entry
-// without "boards" is its own board object. Refers to both, which must outlive it.
-class EntryProperties {
+// What a file asks of the elements for which one of its board objects decides. Refers to all that it is made from.
+class Requirements {
 public:
-    EntryProperties(const ZoNJson::json& board, const ZoNJson::json& entry) : board(board), entry(entry) {}
-
-    // What is expected of the element.
-    const ZoNJson::json& expected(const MatchCriterion& criterion) const
+    // `board` may be the entry itself. `pathOtherwise` is expected where no target path is stated.
+    Requirements(const ZoNJson::json& board, const ZoNUpdateArchive::ZoSUpdateFile& file,
+                 const ZoNJson::json& pathOtherwise)
+        : board(board), file(file), pathOtherwise(pathOtherwise)
     {
-        const ZoNJson::json* const value = find(criterion.property);
-        return value != nullptr ? *value : criterion.defaultValue;
     }
 
-    // Nothing when neither the board object nor the entry has it.
-    std::optional<std::uint32_t> id() const;
-    std::optional<std::string> targetPath() const;
+    // The property as it stands there: the board object's own comes before the entry's, and both before the default.
+    // Null: no element fits.
+    const ZoNJson::json* expected(const MatchCriterion& criterion) const;
+
+    const ZoNUpdateArchive::ZoSUpdateFile& getFile() const { return file; }
+    const ZoNJson::json& getPathOtherwise() const { return pathOtherwise; }
 
 private:
-    const ZoNJson::json* find(const std::string& property) const
-    {
-        if (board.contains(property)) {
-            return &board[property];
-        }
-        return entry.contains(property) ? &entry[property] : nullptr;
-    }
-
     const ZoNJson::json& board;
-    const ZoNJson::json& entry;
+    const ZoNUpdateArchive::ZoSUpdateFile& file;
+    const ZoNJson::json& pathOtherwise;
 };
+
+bool isMet(const MatchCriterion& criterion, const Requirements& requirements,
+           const ZoNUpdateInventory::ZoSUpdateElement& element);
+
+// How many criteria are met before the first that is not.
+std::size_t countMet(const Requirements& requirements, const ZoNUpdateInventory::ZoSUpdateElement& element);
+
+// For each board type that the file is for, the board object that decides: the first that states the type, whatever it
+// states besides; the entry itself when it has no "boards". Refers to the file's entry.
+using DecidingBoards = std::unordered_map<MatchValue, const ZoNJson::json*>;
+DecidingBoards decidingBoards(const ZoNUpdateArchive::ZoSUpdateFile& file);
 
 }  // namespace ZoNUpdateAssignment

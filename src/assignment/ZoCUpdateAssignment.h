@@ -73,12 +73,6 @@ public:
     static bool matches(const ZoNUpdateInventory::ZoSUpdateElement& element,
                         const ZoNUpdateArchive::ZoSUpdateFile& file, std::string& targetPath);
 
-    // The same for the board object of `file` that is for the element's board type: the first one, or the whole entry
-    // when it has no "boards". Does not test the board type.
-    static bool matchesBoard(const ZoNUpdateInventory::ZoSUpdateElement& element,
-                             const ZoNUpdateArchive::ZoSUpdateFile& file, const ZoNJson::json& board,
-                             std::string& targetPath);
-
     // The notices before an update: elements without a file, and elements that need no update.
     void printUnsupportedUpdateElements() const;
     void printNotRequiredUpdates() const;

@@ -16,6 +16,7 @@
 #include "inspection/Rules.h"
 #include "operation/PathChecks.h"
 
+using ZoNUpdateAssignment::MatchValue;
 using ZoNUpdateBase::allText;
 
 namespace ZoNUpdateInspection {
@@ -30,7 +31,7 @@ public:
     {
         indexes.resize(placement.accepted.size());
         for (std::size_t i = 0; i < indexes.size(); ++i) {
-            for (const std::string& value : placement.accepted[i]) {
+            for (const MatchValue& value : placement.accepted[i]) {
                 indexes[i][value].push_back(placements.size());
             }
         }
@@ -62,7 +63,7 @@ private:
         for (std::size_t i = 0; i < indexes.size(); ++i) {
             Candidates candidates;
             std::size_t count = 0;
-            for (const std::string& value : placement.accepted[i]) {
+            for (const MatchValue& value : placement.accepted[i]) {
                 if (const auto found = indexes[i].find(value); found != indexes[i].end()) {
                     candidates.push_back(&found->second);
                     count += found->second.size();
@@ -77,7 +78,7 @@ private:
     }
 
     std::vector<const Placement*> placements;
-    std::vector<std::unordered_map<std::string, std::vector<std::size_t>>> indexes;  // by criterion and value
+    std::vector<std::unordered_map<MatchValue, std::vector<std::size_t>>> indexes;  // by criterion and value
 };
 
 // The path without components that do not count; empty when it names no file on the drive.

@@ -2,10 +2,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <unordered_set>
-
-#include "assignment/MatchCriteria.h"
-#include "assignment/ValueKey.h"
 
 using namespace ZoNUpdateAssignment;
 using ZoNJson::json;
@@ -15,46 +11,50 @@ namespace ZoNUpdateInspection {
 namespace {
 
 // A board has numbers of 32 bits, and what it does not have is null and no empty text.
-bool canBeHad(const json& value)
+bool canBeHad(const MatchValue& value)
 {
-    if (value.is_string()) {
-        return !std::string(value).empty();
+    if (const auto* const text = std::get_if<std::string>(&value)) {
+        return !text->empty();
     }
-    return !value.is_number_unsigned() ||
-           static_cast<unsigned long long>(value) <= std::numeric_limits<std::uint32_t>::max();
+    const auto* const number = std::get_if<unsigned long long>(&value);
+    return number == nullptr || *number <= std::numeric_limits<std::uint32_t>::max();
 }
 
-std::vector<std::string> acceptedValues(const json& expected)
+std::vector<MatchValue> acceptedValues(const MatchCriterion& criterion, const Requirements& requirements)
 {
-    std::vector<std::string> keys;
-    anyValue(expected, [&](const json& value) {
-        if (const std::string key = valueKey(value); !key.empty() && canBeHad(value)) {
-            keys.push_back(key);
-        }
-        return false;
-    });
-    std::sort(keys.begin(), keys.end());
-    keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
-    return keys;
+    std::vector<MatchValue> values;
+    if (const json* const expected = requirements.expected(criterion)) {
+        anyStated(*expected, criterion.form, [&](MatchValue value) {
+            if (canBeHad(value)) {
+                values.push_back(std::move(value));
+            }
+            return false;
+        });
+    }
+    std::sort(values.begin(), values.end());
+    values.erase(std::unique(values.begin(), values.end()), values.end());
+    return values;
 }
 
 class Placing {
 public:
-    explicit Placing(const ZoSUpdateFile& file) : file(file) {}
+    explicit Placing(const ZoSUpdateFile& file) : file(file), boards(decidingBoards(file)) {}
 
     void addBoard(const json& board, std::int32_t number)
     {
-        const EntryProperties properties(board, file.jsonEntry);
+        const Requirements requirements(board, file, pathOtherwise);
         Placement placement{&file,
                             board.contains("targetPath") ? number : -1,
-                            properties.targetPath().value_or(""),
-                            decidedTypes(board),
+                            std::string(*requirements.expected(matchCriteria[MatchCriterion::targetPath])),
+                            takeTypes(board),
                             {}};
         if (placement.boardTypes.empty()) {
             return;
         }
-        for (const MatchCriterion& criterion : matchCriteria()) {
-            placement.accepted.push_back(acceptedValues(properties.expected(criterion)));
+        for (const MatchCriterion::Index criterion :
+             {MatchCriterion::boardVariant, MatchCriterion::boardId, MatchCriterion::hwCompatibilityId,
+              MatchCriterion::swCompatibilityId}) {
+            placement.accepted.push_back(acceptedValues(matchCriteria[criterion], requirements));
         }
         placements.push_back(std::move(placement));
     }
@@ -62,12 +62,15 @@ public:
     std::vector<Placement> placements;
 
 private:
-    std::vector<std::string> decidedTypes(const json& board)
+    // The types for which the board object decides, in the order in which it states them.
+    std::vector<std::string> takeTypes(const json& board)
     {
         std::vector<std::string> types;
-        anyValue(board["boardType"], [&](const json& type) {
-            if (type.is_string() && seenTypes.insert(std::string(type)).second) {
-                types.emplace_back(type);
+        anyStated(board["boardType"], StatedAs::list, [&](const MatchValue& type) {
+            const auto decision = boards.find(type);
+            if (decision != boards.end() && decision->second == &board && std::holds_alternative<std::string>(type)) {
+                types.push_back(std::get<std::string>(type));
+                boards.erase(decision);
             }
             return false;
         });
@@ -75,10 +78,11 @@ private:
     }
 
     const ZoSUpdateFile& file;
-    std::unordered_set<std::string> seenTypes;
+    const json pathOtherwise{targetPathOtherwise};
+    DecidingBoards boards;  // of the types that were not taken yet
 };
 
-bool intersect(const std::vector<std::string>& a, const std::vector<std::string>& b)
+bool intersect(const std::vector<MatchValue>& a, const std::vector<MatchValue>& b)
 {
     for (auto i = a.begin(), j = b.begin(); i != a.end() && j != b.end();) {
         if (*i == *j) {
@@ -93,10 +97,10 @@ bool intersect(const std::vector<std::string>& a, const std::vector<std::string>
 
 std::vector<Placement> placementsOf(const ZoSUpdateFile& file)
 {
-    Placing placing(file);
     if (!file.hasTargetPath) {
         return {};
     }
+    Placing placing(file);
     if (!file.jsonEntry.contains("boards")) {
         placing.addBoard(file.jsonEntry, -1);
     }

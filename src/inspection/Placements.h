@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "archive/ZoSUpdateFile.h"
+#include "assignment/MatchCriteria.h"
 
 namespace ZoNUpdateInspection {
 
@@ -18,7 +19,7 @@ struct Placement {
     std::vector<std::string> boardTypes;  // for which it decides; each once
     // For each other thing that is asked of a board, the values that are accepted and that a board can have, in
     // ascending order.
-    std::vector<std::vector<std::string>> accepted;
+    std::vector<std::vector<ZoNUpdateAssignment::MatchValue>> accepted;
 };
 
 // The placements of an entry, in the order of its board objects; none for what is not for the flash drive.

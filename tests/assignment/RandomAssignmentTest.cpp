@@ -1,141 +1,14 @@
 // Archives and targets at random: the assignment against the plain rule, which tries every file with every element.
 #include <algorithm>
 #include <optional>
-#include <random>
 
 #include "assignment/AssignmentFixture.h"
+#include "assignment/RandomData.h"
 #include "support/PlatformText.h"
 
 namespace {
 
 using nlohmann::ordered_json;
-
-// Makes entries and elements over few enough values that most elements fit several files.
-class RandomData {
-public:
-    explicit RandomData(unsigned seed) : random(seed) {}
-
-    ordered_json entry()
-    {
-        ordered_json result = ordered_json::object();
-        const bool toFlashDrive = oneIn(3);
-        const bool withBoards = oneIn(2);
-        bool everyBoardStatesIt = withBoards;
-        if (withBoards) {
-            for (unsigned count = 1 + random() % 4; count > 0; --count) {
-                ordered_json board = {{"boardType", boardType()}};
-                addOptional(board);
-                if (oneIn(2)) {
-                    addDestination(board, toFlashDrive);
-                } else {
-                    everyBoardStatesIt = false;
-                }
-                result["boards"].push_back(board);
-            }
-        } else {
-            result["boardType"] = boardType();
-        }
-        addOptional(result);
-        if (!everyBoardStatesIt || oneIn(3)) {
-            addDestination(result, toFlashDrive);
-        }
-        return result;
-    }
-
-    void fill(Element& element)
-    {
-        element.boardType = text(pick(types));
-        if (oneIn(2)) {
-            element.variant = text(pick(variants));
-        }
-        element.productId = oneIn(3) ? pick(elementNumbers) : 0;
-        element.hwCompatibilityId = oneIn(4) ? pick(elementNumbers) : 0;
-        element.swCompatibilityId = oneIn(4) ? pick(elementNumbers) : 0;
-        element.isFileSystemElement = oneIn(3);
-        element.id = oneIn(20) ? 4294967295u : random() % 6;
-        element.location = text(oneIn(12) ? "*" : pick(paths));
-    }
-
-private:
-    static ZoCString text(const std::string& characters) { return ZoCString(characters.data(), characters.size()); }
-
-    bool oneIn(unsigned n) { return random() % n == 0; }
-
-    template <class Value>
-    const Value& pick(const std::vector<Value>& values)
-    {
-        return values[random() % values.size()];
-    }
-
-    ordered_json boardType()
-    {
-        if (!oneIn(3)) {
-            return pick(types);
-        }
-        ordered_json result = ordered_json::array();
-        for (unsigned count = random() % 4; count > 0; --count) {
-            result.push_back(pick(types));
-        }
-        return result;
-    }
-
-    ordered_json number()
-    {
-        if (oneIn(2)) {
-            return pick(fileNumbers);
-        }
-        ordered_json result = ordered_json::array();
-        for (unsigned count = random() % 4; count > 0; --count) {
-            result.push_back(pick(fileNumbers));
-        }
-        return result;
-    }
-
-    void addOptional(ordered_json& object)
-    {
-        if (oneIn(3)) {
-            object["boardVariant"] = variant();
-        }
-        if (oneIn(4)) {
-            object["boardId"] = number();
-        }
-        if (oneIn(5)) {
-            object["hwCompatibilityId"] = number();
-        }
-        if (oneIn(5)) {
-            object["swCompatibilityId"] = number();
-        }
-    }
-
-    ordered_json variant()
-    {
-        if (oneIn(4)) {
-            return nullptr;
-        }
-        if (!oneIn(3)) {
-            return oneIn(8) ? "" : pick(variants);
-        }
-        return {pick(variants), nullptr, pick(variants)};
-    }
-
-    void addDestination(ordered_json& object, bool toFlashDrive)
-    {
-        if (toFlashDrive) {
-            object["targetPath"] = oneIn(15) ? "*" : pick(paths);
-        } else {
-            object["id"] = oneIn(10) ? pick(wideIds) : random() % 6ull;
-        }
-    }
-
-    // Among them texts that end where another goes on, that look like another kind of value, and with a NUL.
-    const std::vector<std::string> types = {"T", "T2", "A", "Apath /x", std::string("T\0Z", 3), "", "X Y", "\xC3\xA4"};
-    const std::vector<std::string> variants = {"V1", "V2", "null", "0", std::string("\0v", 2)};
-    const std::vector<std::string> paths = {"/a", "/b", "/a/b", "x", "", "/x/", "\\d", std::string("/a\0b", 4)};
-    const std::vector<std::uint32_t> elementNumbers = {0, 1, 2, 4294967295};
-    const std::vector<std::uint64_t> fileNumbers = {0, 1, 2, 4294967295, 4294967296, 4294967297, 18446744073709551615u};
-    const std::vector<std::uint64_t> wideIds = {4294967294, 4294967295, 4294967296, 8589934592, 18446744073709551615u};
-    std::mt19937 random;
-};
 
 // The rule: what the file states for the element's board is what the element is.
 
@@ -252,6 +125,8 @@ protected:
         return assigned;
     }
 
+    const ordered_json& entry(std::size_t file) const { return entries[file]; }
+
     static constexpr std::size_t numberOfElements = 300;
 
 private:
@@ -274,6 +149,22 @@ TEST_P(RandomAssignmentTest, GivesTheSameAsTryingEveryFileInOrder)
     EXPECT_EQ(result().fileOfElement, expected.fileOfElement);
     EXPECT_EQ(result().elementsOfFile, expected.elementsOfFile);
     EXPECT_EQ(result().newLocations, expected.newLocations);
+}
+
+TEST_P(RandomAssignmentTest, MatchesEachFileAndElementByTheRule)
+{
+    fill(GetParam(), 30);
+    elements().resize(50);
+    for (const Element& element : elements()) {
+        for (std::size_t i = 0; i < files().size(); ++i) {
+            const std::optional<std::string> expected = pathIfFor(element, entry(i));
+            std::string path;
+            ASSERT_EQ(ZoCUpdateAssignment::matches(element, files()[i], path), expected.has_value()) << entry(i);
+            if (expected) {
+                ASSERT_EQ(path, element.isFileSystemElement ? *expected : "") << entry(i);
+            }
+        }
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomAssignmentTest, ::testing::Range(1u, 25u));
