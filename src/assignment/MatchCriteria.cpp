@@ -91,7 +91,7 @@ constinit const std::array<MatchCriterion, MatchCriterion::count> matchCriteria{
 std::optional<MatchValue> matchValueOf(const json& value)
 {
     if (value.is_null()) {
-        return MatchValue();
+        return std::optional<MatchValue>(std::in_place);
     }
     if (value.is_string()) {
         return MatchValue(std::string(value));
