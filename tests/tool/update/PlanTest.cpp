@@ -15,7 +15,7 @@ using nlohmann::ordered_json;
 
 namespace {
 
-ordered_json device(const std::string& version = "1.0", unsigned checksum = 1)
+ordered_json plannedDevice(const std::string& version = "1.0", unsigned checksum = 1)
 {
     return target(
         {board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}, {"PRODUCT/SERIAL_NUMBER", 815}},
@@ -31,7 +31,7 @@ ordered_json contents()
 
 class PlanTest : public testing::Test {
 protected:
-    PlanTest() : target(device()), archive(contents())
+    PlanTest() : target(plannedDevice()), archive(contents())
     {
         archive.addFile("a.bin", "new firmware");
         archive.addFile("b.bin", "new fpga");
@@ -130,23 +130,23 @@ TEST_F(PlanTest, OfAnUpdateThatWasRefusedIsNamed)
 
 TEST_F(PlanTest, DoesNotHoldForAnotherInstalledVersion)
 {
-    replaceTarget(device("1.1"));
+    replaceTarget(plannedDevice("1.1"));
     expectRefused(updated(plan), R"(KR5120, SN 815, Firmware: installedVersion was "1.0" in the plan, and is "1.1")");
 }
 
 TEST_F(PlanTest, DoesNotHoldForAnotherInstalledChecksum)
 {
-    replaceTarget(device("1.0", 7));
+    replaceTarget(plannedDevice("1.0", 7));
     expectRefused(updated(plan), "KR5120, SN 815, Firmware: installedChecksum was 1 in the plan, and is 7");
 }
 
 TEST_F(PlanTest, DoesNotHoldForOtherElements)
 {
-    ordered_json fewer = device();
+    ordered_json fewer = plannedDevice();
     fewer["tree"]["items"][0]["items"][0]["items"].erase(1);
     replaceTarget(fewer);
     expectRefused(updated(plan), "the number of elements was 2 in the plan, and is 1");
-    ordered_json other = device();
+    ordered_json other = plannedDevice();
     other["tree"]["items"][0]["parameters"]["PRODUCT/SERIAL_NUMBER"] = 816;
     replaceTarget(other);
     expectRefused(updated(plan), R"(displayName was "KR5120, SN 815, Firmware" in the plan)");

@@ -13,7 +13,7 @@ namespace {
 // CRC-32 of "content".
 constexpr unsigned contentChecksum = 0xFEC530A9;
 
-ordered_json device(unsigned active = 1)
+ordered_json deviceToVerify(unsigned active = 1)
 {
     return target({board(
         "HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}, {"PRODUCT/SERIAL_NUMBER", 815}},
@@ -36,7 +36,7 @@ public:
 
 TEST(VerificationTest, SaysNothingWhereTheTargetHasTheFilesContent)
 {
-    const SimulatedTarget target(device());
+    const SimulatedTarget target(deviceToVerify());
     const VerifiedArchive archive(contentChecksum);
     const RunResult result = ran({"update", archive.path(), "--verify", "--json"});
     EXPECT_EQ(result.status, 0);
@@ -48,7 +48,7 @@ TEST(VerificationTest, SaysNothingWhereTheTargetHasTheFilesContent)
 
 TEST(VerificationTest, NamesWhatDoesNotHaveItsFilesContentAndEndsWith1)
 {
-    const SimulatedTarget target(device());
+    const SimulatedTarget target(deviceToVerify());
     const VerifiedArchive archive(5);
     EXPECT_EQ(ran({"update", archive.path(), "--no-check"}).status, 0);
     const RunResult result = ran({"update", archive.path(), "--no-check", "--verify"});
@@ -60,7 +60,7 @@ TEST(VerificationTest, NamesWhatDoesNotHaveItsFilesContentAndEndsWith1)
 
 TEST(VerificationTest, TellsThatAnElementOnlyBecomesActiveAfterARestart)
 {
-    const SimulatedTarget target(device(0));
+    const SimulatedTarget target(deviceToVerify(0));
     const VerifiedArchive archive(5);
     const RunResult result = ran({"update", archive.path(), "--no-check", "--verify", "--json"});
     EXPECT_EQ(result.status, 0);
