@@ -42,6 +42,16 @@ void* operator new(std::size_t size)
     throw std::bad_alloc();
 }
 
+// The sanitizers bring one of their own, whose memory the functions below must not be given.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
 void operator delete(void* memory) noexcept
 {
     std::free(memory);
