@@ -1,3 +1,4 @@
+// A stream buffer that shows control characters at a terminal and keeps the order of two streams.
 #include "tool/OutputBuffer.h"
 
 #include <unistd.h>

@@ -1,3 +1,4 @@
+// From the arguments to the action of a command, and from what it throws to an exit status.
 #include "tool/Run.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The two kinds of clock: the machine's, and one that moves by sleeping alone.
 #include "simulation/base/Clock.h"
 
 #include <chrono>

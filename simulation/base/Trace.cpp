@@ -1,3 +1,4 @@
+// The traced calls as lines of JSON, made only while a trace is named, and the file that they go to.
 #include "simulation/base/Trace.h"
 
 #include <fcntl.h>

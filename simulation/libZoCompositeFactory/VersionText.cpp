@@ -1,3 +1,4 @@
+// A reader that takes the written form from left to right, and the way back.
 #include "simulation/libZoCompositeFactory/VersionText.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The components as parts of one number of 64 bits, and the order of versions.
 #include "libZoCompositeFactory/ZoCVersion.h"
 
 #include <tuple>

@@ -1,3 +1,4 @@
+// The arguments, formatted like printf, in the places that the registered text has for them.
 #include "simulation/libZoErrorHandling/MessageText.h"
 
 #include <cstring>

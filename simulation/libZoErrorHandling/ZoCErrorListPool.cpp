@@ -1,3 +1,4 @@
+// The records of a pool, and what is read of them by their index.
 #include "libZoErrorHandling/ZoCErrorListPool.h"
 
 #include <deque>

@@ -1,3 +1,4 @@
+// The one manager of the process, the lists that it hands out, and the log and warnings that it sends.
 #include "libZoErrorHandling/ZoCErrorManager.h"
 
 #include <cstdarg>

@@ -1,3 +1,4 @@
+// A walk over the elements of a written address: the name of a kind, and an index in brackets.
 #include "simulation/libZoInventoryTree/AddressText.h"
 
 #include <charconv>

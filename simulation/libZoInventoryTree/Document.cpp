@@ -1,3 +1,4 @@
+// Values that know their place in the document, so that whoever finds one wrong can say where.
 #include "simulation/libZoInventoryTree/Document.h"
 
 #include <algorithm>

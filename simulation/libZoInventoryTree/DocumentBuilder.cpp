@@ -1,3 +1,4 @@
+// A document built from the parser's events, its members in the order in which they are written.
 #include "simulation/libZoInventoryTree/DocumentBuilder.h"
 
 #include <array>

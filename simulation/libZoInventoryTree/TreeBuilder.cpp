@@ -1,3 +1,4 @@
+// From the JSON form of an item to the item, with everything below it.
 #include "simulation/libZoInventoryTree/TreeBuilder.h"
 
 #include "simulation/libZoInventoryTree/AddressText.h"

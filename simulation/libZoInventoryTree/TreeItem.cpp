@@ -1,3 +1,4 @@
+// Items with their parameters, their neighbours and their reading, scripted faults included.
 #include "simulation/libZoInventoryTree/TreeItem.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Addresses as rows of elements, joined, compared and written.
 #include "libZoInventoryTree/ZoCInventoryAddress.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The constants, each made of its entry in the table of kinds.
 #include "libZoInventoryTree/ZoNInventoryIDs.h"
 
 #include "simulation/libZoInventoryTree/Kinds.h"

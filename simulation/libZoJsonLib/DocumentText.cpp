@@ -1,3 +1,4 @@
+// The text of a document without the blanks between its tokens, which may be most of it.
 #include "simulation/libZoJsonLib/DocumentText.h"
 
 #include <string_view>

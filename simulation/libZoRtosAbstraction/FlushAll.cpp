@@ -1,3 +1,4 @@
+// A process of its own does the flushing, and a pipe tells when it is done.
 #include "simulation/libZoRtosAbstraction/FlushAll.h"
 
 #include <fcntl.h>

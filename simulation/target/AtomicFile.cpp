@@ -1,3 +1,4 @@
+// A synced temporary file beside the old one, which then takes its place and its attributes.
 #include "simulation/target/AtomicFile.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// A cover over /mnt on which all that was there before is mounted again, and the drive's folder in its place.
 #include "simulation/target/FlashDrive.h"
 
 #include <dirent.h>

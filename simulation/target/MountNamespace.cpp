@@ -1,3 +1,4 @@
+// Entering a mount namespace, with a user namespace where the process is not root, and telling threads outside it.
 #include "simulation/target/MountNamespace.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// The script's lists as they are read from the target file, and the next entry of each.
 #include "simulation/target/Script.h"
 
 #include <charconv>

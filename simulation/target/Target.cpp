@@ -1,3 +1,4 @@
+// Scan, lock, updates and unlock, each on the one target file that the environment names.
 #include "simulation/target/Target.h"
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+// Reading and checking the target file, and writing what an update has changed.
 #include "simulation/target/TargetFile.h"
 
 #include "libZoInventoryTree/ZoNInventoryIDs.h"

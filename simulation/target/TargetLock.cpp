@@ -1,3 +1,4 @@
+// An advisory lock on an open file that the programs started meanwhile inherit.
 #include "simulation/target/TargetLock.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// How far each update is by the clock, and when the changed target file is written.
 #include "simulation/target/UpdateSession.h"
 
 #include <algorithm>

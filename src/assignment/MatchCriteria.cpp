@@ -1,3 +1,4 @@
+// The table of criteria, what an element has by each of them, and the walk over the table that decides.
 #include "assignment/MatchCriteria.h"
 
 #include <algorithm>

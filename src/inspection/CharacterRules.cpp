@@ -1,3 +1,4 @@
+// The characters of a text, looked at one by one and named so that a person can find them.
 #include "inspection/CharacterRules.h"
 
 #include <array>

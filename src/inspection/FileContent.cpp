@@ -1,3 +1,4 @@
+// A file is looked at by its status before it is opened, and its content read in one pass.
 #include "inspection/FileContent.h"
 
 #include <sys/stat.h>

@@ -1,3 +1,4 @@
+// The values by which the criteria let a board pass, as sets that are intersected.
 #include "inspection/Placements.h"
 
 #include <algorithm>

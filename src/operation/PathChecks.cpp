@@ -1,3 +1,4 @@
+// Walks over the components of a path, and over its characters.
 #include "operation/PathChecks.h"
 
 #include <algorithm>

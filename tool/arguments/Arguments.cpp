@@ -1,3 +1,4 @@
+// One pass over what was typed, by the tables of commands and options.
 #include "tool/arguments/Arguments.h"
 
 #include <algorithm>

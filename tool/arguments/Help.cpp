@@ -1,3 +1,4 @@
+// The lines of the help, laid out in columns as wide as what stands in them.
 #include "tool/arguments/Help.h"
 
 #include <string_view>

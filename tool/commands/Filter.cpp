@@ -1,3 +1,4 @@
+// A filter's tokens, each with whether it has selected something, by value or as displayed.
 #include "tool/commands/Filter.h"
 
 #include <algorithm>

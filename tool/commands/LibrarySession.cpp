@@ -1,3 +1,4 @@
+// Makes the updater, passes its text on, and makes it anew where the filters mean more than it has understood.
 #include "tool/commands/LibrarySession.h"
 
 #include <stdlib.h>

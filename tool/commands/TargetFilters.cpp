@@ -1,3 +1,4 @@
+// The three filters together: what they note of each element, and what they come to.
 #include "tool/commands/TargetFilters.h"
 
 #include <memory>

@@ -1,3 +1,4 @@
+// For each command the members of its document, written as they are found.
 #include "tool/documents/Document.h"
 
 #include <memory>

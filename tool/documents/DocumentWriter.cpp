@@ -1,3 +1,4 @@
+// The pieces are laid out one by one, so that together they look like one value that is printed.
 #include "tool/documents/DocumentWriter.h"
 
 #include <nlohmann/json.hpp>

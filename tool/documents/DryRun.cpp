@@ -1,3 +1,4 @@
+// The phases and states of a dry run, as text for people and as the document that a plan is.
 #include "tool/documents/DryRun.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// An element from the library's list and from its inspector, joined into one object.
 #include "tool/documents/ElementRecords.h"
 
 #include <nlohmann/json.hpp>

@@ -1,3 +1,4 @@
+// The findings with the places in the description's text that their pointers lead to.
 #include "tool/documents/Findings.h"
 
 #include <algorithm>

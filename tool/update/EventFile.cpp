@@ -1,3 +1,4 @@
+// Each line goes out by one write, a torn one before it is ended first, and a fault is kept until it is asked for.
 #include "tool/update/EventFile.h"
 
 #include <fcntl.h>

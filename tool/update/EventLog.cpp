@@ -1,3 +1,4 @@
+// Makes the lines, and decides which of them must reach the medium at once.
 #include "tool/update/EventLog.h"
 
 #include <sys/random.h>

@@ -1,3 +1,4 @@
+// A signal handler that writes words prepared beforehand, since a handler may do nothing else.
 #include "tool/update/ImmediateEnd.h"
 
 #include <unistd.h>

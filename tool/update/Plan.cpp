@@ -1,3 +1,4 @@
+// A plan is read, its digest made again, and each thing that it fixed held against what is now.
 #include "tool/update/Plan.h"
 
 #include <cerrno>

@@ -1,3 +1,4 @@
+// The steps in their order, each of which may end the update with a status of its own.
 #include "tool/update/Preparation.h"
 
 #include <unistd.h>

@@ -1,3 +1,4 @@
+// The signals are blocked and ignored, and a thread takes them as they come.
 #include "tool/update/SignalWatch.h"
 
 #include <algorithm>

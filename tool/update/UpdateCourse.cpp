@@ -1,3 +1,4 @@
+// The library's callbacks, which stop an update by throwing at the beginning of a phase or when it stalls.
 #include "tool/update/UpdateCourse.h"
 
 #include <unistd.h>

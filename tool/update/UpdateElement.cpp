@@ -1,3 +1,4 @@
+// The elements that were to be updated, and what became of them, in words and as JSON.
 #include "tool/update/UpdateElement.h"
 
 #include <memory>

@@ -1,3 +1,4 @@
+// A second updater reads the target, and the inspector compares; here that is worded.
 #include "tool/update/Verification.h"
 
 #include <memory>
