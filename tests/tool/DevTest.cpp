@@ -138,10 +138,10 @@ TEST_F(DevTest, TestBuildsAndRunsEverythingOptimisedAndUnderTheSanitizers)
     EXPECT_EQ(calls(),
               "cmake --preset release\n"
               "cmake --build --preset release\n"
-              "ctest --preset release --no-tests=error -R\n"
+              "ctest --preset release --no-tests=error\n"
               "cmake --preset sanitize\n"
               "cmake --build --preset sanitize\n"
-              "ctest --preset sanitize --no-tests=error -R\n");
+              "ctest --preset sanitize --no-tests=error\n");
 }
 
 TEST_F(DevTest, TestOfAFolderBuildsItsProgramAlone)
