@@ -95,7 +95,7 @@ std::string nameOf(const Placement& placement)
     return "files[" + std::to_string(placement.file->entry) + "] \"" + allText(placement.file->name) + "\"";
 }
 
-std::string quoted(const std::string& path)
+std::string inQuotes(const std::string& path)
 {
     return "\"" + path + "\"";
 }
@@ -105,16 +105,16 @@ enum class Relation { sameFile, itsTemporary, ofItsTemporary };
 
 std::string messageFor(Relation relation, const Placement& placement, const Placement& earlier, const std::string& type)
 {
-    const std::string boards = " on boards of type " + quoted(type) + ": choose another path";
+    const std::string boards = " on boards of type " + inQuotes(type) + ": choose another path";
     switch (relation) {
         case Relation::itsTemporary:
-            return "the path " + quoted(placement.path) + " is that of the temporary file of " + nameOf(earlier) +
-                   ", which is written to " + quoted(earlier.path) + boards;
+            return "the path " + inQuotes(placement.path) + " is that of the temporary file of " + nameOf(earlier) +
+                   ", which is written to " + inQuotes(earlier.path) + boards;
         case Relation::ofItsTemporary:
-            return "the temporary file of the path " + quoted(placement.path) + " takes the place of " +
-                   nameOf(earlier) + ", which is written to " + quoted(earlier.path) + boards;
+            return "the temporary file of the path " + inQuotes(placement.path) + " takes the place of " +
+                   nameOf(earlier) + ", which is written to " + inQuotes(earlier.path) + boards;
         default:
-            return "the path " + quoted(placement.path) + " is written by " + nameOf(earlier) + " too" + boards;
+            return "the path " + inQuotes(placement.path) + " is written by " + nameOf(earlier) + " too" + boards;
     }
 }
 

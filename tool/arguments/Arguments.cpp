@@ -11,7 +11,7 @@ namespace TrellanTool {
 
 namespace {
 
-std::string quoted(const std::string& word)
+std::string inQuotes(const std::string& word)
 {
     return "'" + word + "'";
 }
@@ -55,7 +55,7 @@ private:
         const std::string name = word.substr(0, equals);
         const Option* const option = findOption(name);
         if (option == nullptr) {
-            throw UsageError(quoted(word) + " is no option");
+            throw UsageError(inQuotes(word) + " is no option");
         }
         if (option->placeholder == nullptr && equals != std::string::npos) {
             throw UsageError(name + ": no value is expected");
@@ -73,7 +73,7 @@ private:
         for (const char letter : word.substr(1)) {
             const Option* const option = findOption(letter);
             if (option == nullptr) {
-                throw UsageError(quoted(word) + " is no option");
+                throw UsageError(inQuotes(word) + " is no option");
             }
             options.push_back({option, ""});
         }
@@ -86,7 +86,7 @@ private:
             throw UsageError(std::string(option.name) + ": a value is expected (" + option.placeholder + ")");
         }
         if (isOption(typed[next])) {
-            throw UsageError(std::string(option.name) + ": a value is expected, not " + quoted(typed[next]));
+            throw UsageError(std::string(option.name) + ": a value is expected, not " + inQuotes(typed[next]));
         }
         return typed[next++];
     }
