@@ -19,7 +19,7 @@ Check::Files usedFiles(const ZoCTrellanUpdater& updater)
     std::vector<bool> isUsed(files.size());
     for (const auto& element : updater.getInventory().getUpdateElementList()) {
         if (stateOf(element, updater) == ZoTState::UPDATE) {
-            isUsed[static_cast<std::size_t>(element.updateFileIndex)] = true;
+            isUsed[static_cast<std::size_t>(updater.getAssignment().fileOf(element) - files.data())] = true;
         }
     }
     Check::Files used;
