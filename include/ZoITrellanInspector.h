@@ -19,6 +19,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "ZoITrellanUpdater.h"
 
@@ -97,6 +98,22 @@ struct ZoTFile {
     std::uint32_t elementCount;  // elements that it was given to
 };
 
+// What an archive entry expects of an element, by one of its board objects: that for the type of the element's board is
+// the one that decides. Each text is JSON (a value, or an array of values one of which is to be met), as it stands in
+// the board object, or else in the entry, or else the default of what is left out; empty where no element can meet it.
+struct ZoTFileKeys {
+    std::int32_t board;                   // position in "boards" of the entry; -1: the entry has none
+    std::vector<std::string> decidesFor;  // the board types for which it decides: those that no object before it has
+    std::string boardType;
+    std::string boardVariant;
+    std::string boardId;
+    std::string hwCompatibilityId;
+    std::string swCompatibilityId;
+    bool isFile;             // for a file on the flash drive: the target path counts, otherwise the id
+    std::string id;          // empty for a file too
+    std::string targetPath;  // empty for what is no file
+};
+
 // What kind of update file a file is by its content.
 enum class ZoTFileKind : std::uint32_t {
     PLAIN = 0,  // none of the others
@@ -118,6 +135,7 @@ struct ZoTFileHeader {
     bool hasSwCompatibilityRange;
     std::uint32_t minSwCompatibilityId;
     std::uint32_t maxSwCompatibilityId;
+    std::string problem;  // why an unreadable file is none, for a person to read; empty for any other
 };
 
 enum class ZoTSeverity : std::uint32_t { ERROR = 0, WARNING = 1, NOTE = 2 };
@@ -205,6 +223,13 @@ public:
 
     // What the last verify() has found of the element; its elements are those of that time.
     virtual const ZoNTrellanInspector::ZoTVerification& getVerification(unsigned index) = 0;
+
+    // Looks at what the entry of the update file at `position` expects of an element. Returns the number of its board
+    // objects; 1 for an entry without "boards".
+    virtual unsigned readFileKeys(unsigned position) = 0;
+
+    // What that entry expects by one of its board objects; `number` counts them in the order of "boards", from 0.
+    virtual const ZoNTrellanInspector::ZoTFileKeys& getFileKeys(unsigned number) = 0;
 };
 
 #endif

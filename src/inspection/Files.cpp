@@ -9,6 +9,7 @@
 using namespace ZoNUpdateArchive;
 using namespace ZoNUpdateBase;
 using ZoNTrellanInspector::ZoTFile;
+using ZoNTrellanInspector::ZoTFileKeys;
 
 const ZoSUpdateFile& ZoCTrellanInspector::fileAt(unsigned position) const
 {
@@ -39,4 +40,18 @@ const ZoTFile& ZoCTrellanInspector::getFile(unsigned position)
     file.isForFlashDrive = source.hasTargetPath;
     file.elementCount = source.assignedElementCount;
     return file;
+}
+
+unsigned ZoCTrellanInspector::readFileKeys(unsigned position)
+{
+    return static_cast<unsigned>(readKeys.emplace(fileAt(position)).size());
+}
+
+const ZoTFileKeys& ZoCTrellanInspector::getFileKeys(unsigned number)
+{
+    if (!readKeys || number >= readKeys->size()) {
+        throw std::out_of_range("ZoITrellanInspector: there is no such board object");
+    }
+    fileKeys = readKeys->at(number);
+    return fileKeys;
 }

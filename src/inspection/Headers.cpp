@@ -68,10 +68,13 @@ const ZoTFileHeader& ZoCTrellanInspector::readFileHeader(const std::string& path
     if (problem == FileProblem::none || problem == FileProblem::empty) {
         content = readContent(path, Wanted::header, [](std::uint64_t) {});
     }
-    fileHeader = ZoTFileHeader{};
-    fileHeader.kind = ZoTFileKind::UNREADABLE;
     if (content) {
         fileHeader = recordOf(*content);
+        return fileHeader;
     }
+    fileHeader = ZoTFileHeader{};
+    fileHeader.kind = ZoTFileKind::UNREADABLE;
+    fileHeader.problem =
+        problem == FileProblem::missing ? "there is no such file" : "this is no regular file that can be read";
     return fileHeader;
 }

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "inspection/BoardObjects.h"
+
 using namespace ZoNUpdateAssignment;
 using ZoNJson::json;
 using ZoNUpdateArchive::ZoSUpdateFile;
@@ -37,52 +39,6 @@ std::vector<MatchValue> acceptedValues(const MatchCriterion& criterion, const Re
     return values;
 }
 
-class Placing {
-public:
-    explicit Placing(const ZoSUpdateFile& file) : file(file), boards(decidingBoards(file)) {}
-
-    void addBoard(const json& board, std::int32_t number)
-    {
-        const Requirements requirements(board, file, pathOtherwise);
-        Placement placement{&file,
-                            board.contains("targetPath") ? number : -1,
-                            std::string(*requirements.expected(matchCriteria[MatchCriterion::targetPath])),
-                            takeTypes(board),
-                            {}};
-        if (placement.boardTypes.empty()) {
-            return;
-        }
-        for (const MatchCriterion::Index criterion :
-             {MatchCriterion::boardVariant, MatchCriterion::boardId, MatchCriterion::hwCompatibilityId,
-              MatchCriterion::swCompatibilityId}) {
-            placement.accepted.push_back(acceptedValues(matchCriteria[criterion], requirements));
-        }
-        placements.push_back(std::move(placement));
-    }
-
-    std::vector<Placement> placements;
-
-private:
-    // The types for which the board object decides, in the order in which it states them.
-    std::vector<std::string> takeTypes(const json& board)
-    {
-        std::vector<std::string> types;
-        anyStated(board["boardType"], StatedAs::list, [&](const MatchValue& type) {
-            const auto decision = boards.find(type);
-            if (decision != boards.end() && decision->second == &board && std::holds_alternative<std::string>(type)) {
-                types.push_back(std::get<std::string>(type));
-                boards.erase(decision);
-            }
-            return false;
-        });
-        return types;
-    }
-
-    const ZoSUpdateFile& file;
-    const json pathOtherwise{targetPathOtherwise};
-    DecidingBoards boards;  // of the types that were not taken yet
-};
-
 bool intersect(const std::vector<MatchValue>& a, const std::vector<MatchValue>& b)
 {
     for (auto i = a.begin(), j = b.begin(); i != a.end() && j != b.end();) {
@@ -101,15 +57,25 @@ std::vector<Placement> placementsOf(const ZoSUpdateFile& file)
     if (!file.hasTargetPath) {
         return {};
     }
-    Placing placing(file);
-    if (!file.jsonEntry.contains("boards")) {
-        placing.addBoard(file.jsonEntry, -1);
+    const json pathOtherwise(targetPathOtherwise);
+    std::vector<Placement> placements;
+    for (BoardObject& board : boardObjectsOf(file)) {
+        if (board.decidesFor.empty()) {
+            continue;
+        }
+        const Requirements requirements(*board.json, file, pathOtherwise);
+        Placement& placement = placements.emplace_back();
+        placement.file = &file;
+        placement.pathBoard = board.json->contains("targetPath") ? board.position : -1;
+        placement.path = std::string(*requirements.expected(matchCriteria[MatchCriterion::targetPath]));
+        placement.boardTypes = std::move(board.decidesFor);
+        for (const MatchCriterion::Index criterion :
+             {MatchCriterion::boardVariant, MatchCriterion::boardId, MatchCriterion::hwCompatibilityId,
+              MatchCriterion::swCompatibilityId}) {
+            placement.accepted.push_back(acceptedValues(matchCriteria[criterion], requirements));
+        }
     }
-    std::int32_t number = 0;
-    for (const json& board : file.jsonEntry["boards"]) {
-        placing.addBoard(board, number++);
-    }
-    return std::move(placing.placements);
+    return placements;
 }
 
 bool haveCommonBoard(const Placement& a, const Placement& b)

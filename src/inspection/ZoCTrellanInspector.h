@@ -1,10 +1,13 @@
 // ZoCTrellanInspector: the inspector behind the public interface.
 //
-// Keeps nothing but the records that it hands out: every answer is taken from the updater at the time of the question,
-// or read then from a file.
+// Keeps nothing but what it hands out: every answer is taken from the updater at the time of the question, or read then
+// from a file.
 #pragma once
 
+#include <optional>
+
 #include "ZoITrellanInspector.h"
+#include "inspection/FileKeys.h"
 #include "updater/ZoCTrellanUpdater.h"
 
 namespace ZoNUpdateArchive {
@@ -37,6 +40,8 @@ public:
     const ZoNTrellanInspector::ZoTFinding& getFinding(unsigned position) override;
     void verify(ZoITrellanInspector& rescanned) override;
     const ZoNTrellanInspector::ZoTVerification& getVerification(unsigned index) override;
+    unsigned readFileKeys(unsigned position) override;
+    const ZoNTrellanInspector::ZoTFileKeys& getFileKeys(unsigned number) override;
 
 private:
     // These throw std::out_of_range.
@@ -51,4 +56,6 @@ private:
     ZoNTrellanInspector::ZoTFileHeader fileHeader{};
     std::vector<ZoNTrellanInspector::ZoTFinding> findings;
     std::vector<ZoNTrellanInspector::ZoTVerification> verifications;  // by the element's index
+    std::optional<ZoNUpdateInspection::FileKeys> readKeys;
+    ZoNTrellanInspector::ZoTFileKeys fileKeys{};
 };

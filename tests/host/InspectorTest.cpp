@@ -51,6 +51,22 @@ std::string explained(ZoITrellanInspector& inspector)
     return text;
 }
 
+// What the archive expects, one line for each board object.
+std::string expectations(ZoITrellanInspector& inspector)
+{
+    std::string text;
+    for (unsigned i = 0; i < inspector.getFileCount(); ++i) {
+        const unsigned boards = inspector.readFileKeys(i);
+        for (unsigned j = 0; j < boards; ++j) {
+            const ZoTFileKeys& keys = inspector.getFileKeys(j);
+            text += inspector.getFile(i).name + " for " + keys.boardType + " " + keys.boardVariant + " " +
+                    keys.boardId + ", element " + keys.id + ", decides for " + std::to_string(keys.decidesFor.size()) +
+                    "\n";
+        }
+    }
+    return text;
+}
+
 }  // namespace
 
 TEST_F(Host, ExplainsAnUpdateWithAnInspector)
@@ -75,6 +91,24 @@ TEST_F(Host, ExplainsAnUpdateWithAnInspector)
     EXPECT_EQ(explained(*inspector),
               "KR5120 1 UserFirmware: state 6, files[0] firmware.bin in phase 0 of 2\n"
               "KR5120 2 UserFpga: state 7, files[1] fpga.bin in phase 1 of 2, refused\n");
+}
+
+TEST_F(Host, TellsWhatAnArchiveExpectsWithAnInspector)
+{
+    const SimulatedTarget device(twoElements());
+    TestArchive archive(twoFiles());
+    archive.addFile("firmware.bin", "firmware");
+    archive.addFile("fpga.bin", "fpga");
+    const Library library;
+    const auto updater = library.create(optionsFor(PRINT_ARCHIVE, archive.path()));
+    const auto inspector = library.inspect(*updater);
+    const MessageCapture quiet(*updater);
+
+    ASSERT_EQ(updater->apply(), 0u);
+    EXPECT_EQ(expectations(*inspector),
+              "firmware.bin for \"KR5120\" null 0, element 1, decides for 1\n"
+              "fpga.bin for \"KR5120\" null 0, element 2, decides for 1\n");
+    EXPECT_EQ(inspector->readFileHeader(archive.path() + "/nothing").problem, "there is no such file");
 }
 
 TEST_F(Host, InspectsNoUpdaterOfAnotherMake)

@@ -92,11 +92,17 @@ TEST_F(Headers, OfAnyOtherFileTellTheCrc32OfItsBytes)
     EXPECT_EQ(read("").checksum, 0u);
 }
 
-TEST_F(Headers, OfWhatCannotBeReadTellNothing)
+TEST_F(Headers, OfWhatCannotBeReadTellNothingButWhy)
 {
-    for (const std::string& path : {folder.path().string(), (folder.path() / "nothing").string(), std::string()}) {
+    const std::string missing = "there is no such file";
+    const std::string unreadable = "this is no regular file that can be read";
+    for (const auto& [path, problem] :
+         {std::pair(folder.path().string(), unreadable), std::pair((folder.path() / "nothing").string(), missing),
+          std::pair(std::string(), missing)}) {
         const ZoTFileHeader& told = inspector->readFileHeader(path);
         EXPECT_EQ(told.kind, ZoTFileKind::UNREADABLE) << path;
         EXPECT_FALSE(told.hasChecksum);
+        EXPECT_EQ(told.problem, problem);
     }
+    EXPECT_EQ(read("123456789").problem, "");
 }

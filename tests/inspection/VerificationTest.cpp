@@ -86,6 +86,8 @@ public:
     const ZoTFinding& getFinding(unsigned) override { throw std::out_of_range("finding"); }
     void verify(ZoITrellanInspector&) override {}
     const ZoTVerification& getVerification(unsigned) override { throw std::out_of_range("element"); }
+    unsigned readFileKeys(unsigned) override { return 0; }
+    const ZoTFileKeys& getFileKeys(unsigned) override { throw std::out_of_range("board object"); }
 };
 
 constexpr unsigned crc32OfDigits = 0xCBF43926;

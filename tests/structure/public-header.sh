@@ -52,6 +52,9 @@ int main()
     }
     for (unsigned i = 0; i < inspector->getFileCount(); ++i) {
         name = inspector->getFile(i).path;
+        for (unsigned j = 0; j < inspector->readFileKeys(i); ++j) {
+            name = inspector->getFileKeys(j).boardType;
+        }
     }
     count += inspector->isTargetSupported() ? inspector->getPhaseCount() : 0;
     inspector->checkUsedFiles(nullptr, nullptr);
