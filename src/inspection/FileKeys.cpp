@@ -1,6 +1,7 @@
 #include "inspection/FileKeys.h"
 
 #include "assignment/MatchCriteria.h"
+#include "inspection/BoardObjects.h"
 
 using namespace ZoNUpdateAssignment;
 using ZoNJson::json;
@@ -9,6 +10,13 @@ using ZoNTrellanInspector::ZoTFileKeys;
 namespace ZoNUpdateInspection {
 
 FileKeys::FileKeys(const ZoNUpdateArchive::ZoSUpdateFile& file) : file(file), boards(boardObjectsOf(this->file)) {}
+
+FileKeys::~FileKeys() = default;
+
+std::size_t FileKeys::size() const
+{
+    return boards.size();
+}
 
 ZoTFileKeys FileKeys::at(std::size_t number) const
 {

@@ -6,18 +6,20 @@
 
 #include "ZoITrellanInspector.h"
 #include "archive/ZoSUpdateFile.h"
-#include "inspection/BoardObjects.h"
 
 namespace ZoNUpdateInspection {
+
+struct BoardObject;
 
 class FileKeys {
 public:
     // Keeps a copy of `file`, which costs next to nothing, so that the archive may be read anew.
     explicit FileKeys(const ZoNUpdateArchive::ZoSUpdateFile& file);
+    ~FileKeys();
     FileKeys(const FileKeys&) = delete;
     FileKeys& operator=(const FileKeys&) = delete;
 
-    std::size_t size() const { return boards.size(); }
+    std::size_t size() const;
 
     // By the board object `number`, which must be less than size().
     ZoNTrellanInspector::ZoTFileKeys at(std::size_t number) const;

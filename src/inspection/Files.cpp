@@ -4,6 +4,7 @@
 #include "archive/ZoCUpdateArchive.h"
 #include "base/CellText.h"
 #include "base/PlatformText.h"
+#include "inspection/FileKeys.h"
 #include "inspection/ZoCTrellanInspector.h"
 
 using namespace ZoNUpdateArchive;
@@ -44,7 +45,8 @@ const ZoTFile& ZoCTrellanInspector::getFile(unsigned position)
 
 unsigned ZoCTrellanInspector::readFileKeys(unsigned position)
 {
-    return static_cast<unsigned>(readKeys.emplace(fileAt(position)).size());
+    readKeys = std::make_unique<ZoNUpdateInspection::FileKeys>(fileAt(position));
+    return static_cast<unsigned>(readKeys->size());
 }
 
 const ZoTFileKeys& ZoCTrellanInspector::getFileKeys(unsigned number)

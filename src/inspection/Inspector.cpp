@@ -2,6 +2,7 @@
 #include <memory>
 #include <stdexcept>
 
+#include "inspection/FileKeys.h"
 #include "inspection/ZoCTrellanInspector.h"
 #include "operation/ZoCUpdateOperation.h"
 
@@ -13,6 +14,10 @@ ZoITrellanInspector* ZoITrellanInspector::createInstance(ZoITrellanUpdater& upda
     }
     return std::make_unique<ZoCTrellanInspector>(*inspected).release();
 }
+
+ZoCTrellanInspector::ZoCTrellanInspector(const ZoCTrellanUpdater& updater) : updater(updater) {}
+
+ZoCTrellanInspector::~ZoCTrellanInspector() = default;
 
 bool ZoCTrellanInspector::isTargetSupported()
 {

@@ -4,10 +4,9 @@
 // from a file.
 #pragma once
 
-#include <optional>
+#include <memory>
 
 #include "ZoITrellanInspector.h"
-#include "inspection/FileKeys.h"
 #include "updater/ZoCTrellanUpdater.h"
 
 namespace ZoNUpdateArchive {
@@ -16,11 +15,15 @@ struct ZoSUpdateFile;
 namespace ZoNUpdateInventory {
 struct ZoSUpdateElement;
 }
+namespace ZoNUpdateInspection {
+class FileKeys;
+}
 
 class ZoCTrellanInspector : public ZoITrellanInspector {
 public:
     // `updater` must outlive the inspector.
-    explicit ZoCTrellanInspector(const ZoCTrellanUpdater& updater) : updater(updater) {}
+    explicit ZoCTrellanInspector(const ZoCTrellanUpdater& updater);
+    ~ZoCTrellanInspector() override;
     ZoCTrellanInspector(const ZoCTrellanInspector&) = delete;
     ZoCTrellanInspector& operator=(const ZoCTrellanInspector&) = delete;
 
@@ -56,6 +59,6 @@ private:
     ZoNTrellanInspector::ZoTFileHeader fileHeader{};
     std::vector<ZoNTrellanInspector::ZoTFinding> findings;
     std::vector<ZoNTrellanInspector::ZoTVerification> verifications;  // by the element's index
-    std::optional<ZoNUpdateInspection::FileKeys> readKeys;
+    std::unique_ptr<ZoNUpdateInspection::FileKeys> readKeys;
     ZoNTrellanInspector::ZoTFileKeys fileKeys{};
 };
