@@ -125,7 +125,7 @@ private:
             return finish(ENDED_BY_SIGNAL + signal);
         }
         UpdateCourse course(log, watch, printsLines ? &text() : nullptr, arguments.stallTimeout);
-        const UpdateEnd end = course.run(session.updater());
+        const UpdateEnd end = course.run(session.updater(), session.inspector());
         return finish(statusOf(end, watch.firstSignal()));
     }
 

@@ -22,9 +22,10 @@ public:
 
     // Blocks the signals, has them ignored, and starts a thread that waits for them. Programs that are started
     // meanwhile inherit that they are ignored, which a shell on the way keeps, as it does not keep that they are
-    // blocked. A signal that the process is sent in the very moment in which such a program is started may be lost, as
-    // the C library's system() throws it away. Unless endPatience() is called within `patience`, the listener hears of
-    // that, once. Throws std::system_error when there can be no thread; the signals stay blocked and ignored then.
+    // blocked. The C library's system() throws a SIGINT away that has come when it starts or ends a program, and that
+    // nobody has taken yet: the thread takes signals as soon as the machine lets it run. Unless endPatience() is called
+    // within `patience`, the listener hears of that, once. Throws std::system_error when there can be no thread; the
+    // signals stay blocked and ignored then.
     SignalWatch(const std::vector<int>& signals, Listener listener,
                 std::optional<std::chrono::duration<double>> patience);
 

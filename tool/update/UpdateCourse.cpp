@@ -5,11 +5,23 @@
 
 #include <ostream>
 
+#include "ZoITrellanInspector.h"
+
 namespace TrellanTool {
 
 namespace {
 
 constexpr unsigned endOfPhases = 0xFFFFFFFF;
+
+bool isAnyRunning(ZoITrellanInspector& inspector)
+{
+    for (unsigned i = 0; i < inspector.getElementCount(); ++i) {
+        if (inspector.getElement(i).state == ZoNTrellanInspector::ZoTState::RUNNING) {
+            return true;
+        }
+    }
+    return false;
+}
 
 }  // namespace
 
@@ -29,8 +41,9 @@ UpdateCourse::~UpdateCourse()
     current = nullptr;
 }
 
-UpdateEnd UpdateCourse::run(ZoITrellanUpdater& updater)
+UpdateEnd UpdateCourse::run(ZoITrellanUpdater& updater, ZoITrellanInspector& inspector)
 {
+    looking = &inspector;
     updater.setPhaseCallBack([](unsigned number) { current->beginPhase(number); });
     updater.setFailureCallBack([](unsigned element) { current->log.failure(element); });
     updater.setProgressCallBack([](unsigned percent) { current->report(percent); });
@@ -75,7 +88,8 @@ void UpdateCourse::report(unsigned percent)
     if (lines != nullptr) {
         *lines << tenthLines.report(percent) << std::flush;
     }
-    if (stallWatch && stallWatch->report(percent, StallWatch::Clock::now())) {
+    // The last report of a phase repeats the one before, when all is done.
+    if (stallWatch && stallWatch->report(percent, StallWatch::Clock::now()) && isAnyRunning(*looking)) {
         end.way = UpdateEnd::STALLED;
         throw Stop();
     }

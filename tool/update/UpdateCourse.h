@@ -10,6 +10,8 @@
 #include "tool/update/StallWatch.h"
 #include "tool/update/TenthLines.h"
 
+class ZoITrellanInspector;
+
 namespace TrellanTool {
 
 // How an update ended.
@@ -35,10 +37,10 @@ public:
     UpdateCourse(const UpdateCourse&) = delete;
     UpdateCourse& operator=(const UpdateCourse&) = delete;
 
-    // Has `updater`, which was applied, update the target; its phase, failure and progress callbacks are used for that.
-    // Until the target is locked, the patience of `watch` is called upon: when that ends, so must the process.
-    // The target is unlocked when this returns, or throws what a report has thrown.
-    UpdateEnd run(ZoITrellanUpdater& updater);
+    // Has `updater`, which was applied and which `inspector` looks into, update the target; its phase, failure and
+    // progress callbacks are used for that. Until the target is locked, the patience of `watch` is called upon: when
+    // that ends, so must the process. The target is unlocked when this returns, or throws what a report has thrown.
+    UpdateEnd run(ZoITrellanUpdater& updater, ZoITrellanInspector& inspector);
 
 private:
     struct Stop {};
@@ -54,6 +56,7 @@ private:
     std::optional<StallWatch> stallWatch;
     TenthLines tenthLines;
     UpdateEnd end;
+    ZoITrellanInspector* looking = nullptr;
 };
 
 }  // namespace TrellanTool

@@ -3,14 +3,12 @@
 
 #include <algorithm>
 
-#include "support/JsonSchema.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
 #include "support/TestArchive.h"
-#include "support/TextFile.h"
 #include "tool/CommandLine.h"
+#include "tool/JsonDocument.h"
 
-using nlohmann::json;
 using nlohmann::ordered_json;
 
 namespace {
@@ -29,16 +27,6 @@ ordered_json contents(unsigned checksum)
 {
     return description({fileEntry("a.bin", {{"version", "2.0"}, {"checksumCrc32", checksum}}),
                         fileEntry("b.bin", {{"id", 2}, {"version", "1.0"}, {"checksumCrc32", 2}})});
-}
-
-// The document, which must conform to the schema.
-ordered_json documentIn(const RunResult& result)
-{
-    const JsonSchema schema(json::parse(readText(TRELLAN_SOURCE_DIR "/docs/trellan-update.schema.json")));
-    for (const std::string& violation : schema.violations(json::parse(result.out))) {
-        ADD_FAILURE() << violation;
-    }
-    return ordered_json::parse(result.out);
 }
 
 bool wasLocked(const SimulatedTarget& target)
@@ -63,7 +51,7 @@ TEST(BeforeUpdate, ACorruptedFileIsFoundBeforeTheTargetIsLocked)
         EXPECT_EQ(result.status, 6);
         EXPECT_NE(result.err.find("trellan-update: archive.json:14:7: error: files[0] \"a.bin\": "), std::string::npos)
             << result.err;
-        const ordered_json document = documentIn(result);
+        const ordered_json document = conformingDocument(result.out);
         EXPECT_EQ(document["error"]["status"], 6);
         EXPECT_EQ(document["findings"].size(), 1);
         EXPECT_EQ(document["findings"][0]["rule"], "checksum");
@@ -126,8 +114,9 @@ TEST(DryRunTest, GivesADocumentWithCountsPhasesAndOptions)
 {
     const SimulatedTarget target(device());
     const TestArchive archive(contents(9));
-    const ordered_json document = documentIn(
-        ran({"update", archive.path(), "-n", "--json", "--no-check", "--force", "--exclude", "1", "--exclude", "0"}));
+    const ordered_json document = conformingDocument(
+        ran({"update", archive.path(), "-n", "--json", "--no-check", "--force", "--exclude", "1", "--exclude", "0"})
+            .out);
     EXPECT_EQ(document["supported"], true);
     EXPECT_EQ(
         document["counts"],
@@ -151,7 +140,7 @@ TEST(DryRunTest, RefusesWhatAnUpdateRefuses)
                 words.emplace_back("-n");
             }
             const RunResult result = ran(words);
-            EXPECT_EQ(documentIn(result)["error"]["status"], result.status);
+            EXPECT_EQ(conformingDocument(result.out)["error"]["status"], result.status);
             return result.status;
         };
         EXPECT_EQ(statusOf({"/nowhere"}), 3);

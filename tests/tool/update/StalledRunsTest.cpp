@@ -1,0 +1,133 @@
+// Updates that make no progress.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+
+#include "support/SimulatedTarget.h"
+#include "support/TargetBuilder.h"
+#include "support/TestArchive.h"
+#include "support/TextFile.h"
+#include "tool/CommandLine.h"
+#include "tool/JsonDocument.h"
+
+using nlohmann::ordered_json;
+using testing::EndsWith;
+using testing::HasSubstr;
+
+namespace {
+
+constexpr unsigned firmwareChecksum = 0xD5ECD7C4;  // CRC-32 of "firmware"
+
+// A target with two elements in two phases. The first one is found half done `polls` times; then it is finished.
+ordered_json slowDevice(unsigned polls, const char* clock = "virtual")
+{
+    ordered_json answers = ordered_json::array();
+    for (unsigned i = 0; i < polls; ++i) {
+        answers.push_back({{"status", 1}, {"done", 5}, {"total", 10}});
+    }
+    ordered_json device = target({board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}, {"PRODUCT/NAME", "Board"}},
+                                        {updateElement(1, {{"NAME", "UserFirmware"}, {"VERSION", "1.0"}}),
+                                         updateElement(2, {{"NAME", "UserFpga"}, {"VERSION", "1.0"}})})});
+    device["clock"] = clock;
+    device["script"]["elements"]["/ROOT/HCN#1"]["polls"] = answers;
+    return device;
+}
+
+ordered_json entry(const std::string& name, unsigned id)
+{
+    return fileEntry(name, {{"id", id}, {"sequence", id}, {"version", "2.0"}, {"checksumCrc32", firmwareChecksum}});
+}
+
+class StalledRuns : public testing::Test {
+protected:
+    StalledRuns() : archive(description({entry("one.bin", 1), entry("two.bin", 2)}))
+    {
+        archive.addFile("one.bin", "firmware");
+        archive.addFile("two.bin", "firmware");
+    }
+
+    RunResult updated(const std::vector<std::string>& options) const
+    {
+        std::vector<std::string> words = {"update", archive.path(), "--no-progress"};
+        words.insert(words.end(), options.begin(), options.end());
+        return ran(words);
+    }
+
+    std::string events() const { return archive.path() + "/events"; }
+
+    TestArchive archive;
+};
+
+std::ptrdiff_t calls(const SimulatedTarget& device, const std::string& name)
+{
+    const std::vector<ordered_json> all = device.trace();
+    return std::count_if(all.begin(), all.end(), [&](const ordered_json& call) { return call["call"] == name; });
+}
+
+}  // namespace
+
+TEST_F(StalledRuns, AreGivenUpWithTheTargetUnlocked)
+{
+    const SimulatedTarget device(slowDevice(1000));
+    const RunResult result = updated({"--stall-timeout", "2"});
+    EXPECT_EQ(result.status, 8);
+    EXPECT_EQ(result.err,
+              "trellan-update: no progress for 2 s: phase 0 stays at 50%; the update is given up\n"
+              "trellan-update: not updated: Board, Firmware, 1.0 -> 2.0 (still running)\n"
+              "trellan-update: not updated: Board, FPGA, 1.0 -> 2.0 (not started)\n");
+    EXPECT_EQ(calls(device, "updateStatus2"), 11);
+    EXPECT_EQ(calls(device, "update2"), 1);
+    EXPECT_EQ(calls(device, "unlock"), 1);
+}
+
+TEST_F(StalledRuns, AreToldInTheDocumentTheEventsAndTheHistory)
+{
+    const SimulatedTarget device(slowDevice(1000));
+    const ordered_json document =
+        conformingDocument(updated({"--stall-timeout", "2", "--json", "--events", events()}).out);
+    EXPECT_EQ(document["error"]["status"], 8);
+    EXPECT_EQ(document["elements"][0]["state"], "running");
+    EXPECT_EQ(document["elements"][1]["state"], "notStarted");
+    EXPECT_THAT(readText(events()), HasSubstr(R"("event":"result","status":8,"result":"stalled")"));
+    EXPECT_THAT(ran({"history", events()}).out, EndsWith(" (2.3.4): nothing updated: stalled\n"));
+    EXPECT_EQ(conformingDocument(ran({"history", events(), "--json"}).out)["runs"][0]["result"], "stalled");
+}
+
+TEST_F(StalledRuns, AreThoseAloneThatStayForTheWholeTime)
+{
+    const SimulatedTarget device(slowDevice(10));
+    const RunResult result = updated({"--stall-timeout", "2.2"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err, "");
+}
+
+TEST_F(StalledRuns, AreWaitedForWithoutTheOption)
+{
+    const SimulatedTarget device(slowDevice(1000));
+    EXPECT_EQ(updated({}).status, 0);
+    EXPECT_EQ(calls(device, "updateStatus2"), 1002);
+}
+
+// The last report of a phase repeats the one before, when nothing runs any more.
+TEST_F(StalledRuns, AreNoneWhereEveryElementHasFinished)
+{
+    ordered_json finished = slowDevice(0);
+    const ordered_json whole = {{"status", 1}, {"done", 10}, {"total", 10}};
+    finished["script"]["elements"]["/ROOT/HCN#1"]["polls"] = {whole};
+    const SimulatedTarget device(finished);
+    const RunResult result = updated({"--stall-timeout", "0.1"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(calls(device, "update2"), 2);
+}
+
+TEST_F(StalledRuns, AreGivenUpByTheRealClockToo)
+{
+    const SimulatedTarget device(slowDevice(1000, "real"));
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(updated({"--stall-timeout", "0.5"}).status, 8);
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(500));
+    EXPECT_EQ(calls(device, "unlock"), 1);
+    EXPECT_LE(calls(device, "updateStatus2"), 4);
+}
