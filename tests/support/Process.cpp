@@ -5,10 +5,12 @@
 #include <stdlib.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <system_error>
+#include <utility>
 
-#include "support/TempDir.h"
 #include "support/TextFile.h"
 
 namespace {
@@ -36,6 +38,33 @@ private:
     posix_spawn_file_actions_t actions;
 };
 
+// Of a process in the group of the test, or in one of its own.
+class Attributes {
+public:
+    explicit Attributes(bool ownGroup)
+    {
+        posix_spawnattr_init(&attributes);
+        if (!ownGroup) {
+            return;
+        }
+        sigset_t stopping;
+        sigemptyset(&stopping);
+        for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
+            sigaddset(&stopping, signal);
+        }
+        posix_spawnattr_setsigdefault(&attributes, &stopping);
+        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGDEF);
+    }
+    ~Attributes() { posix_spawnattr_destroy(&attributes); }
+    Attributes(const Attributes&) = delete;
+    Attributes& operator=(const Attributes&) = delete;
+
+    const posix_spawnattr_t* get() const { return &attributes; }
+
+private:
+    posix_spawnattr_t attributes;
+};
+
 std::vector<char*> pointersTo(std::vector<std::string>& texts)
 {
     std::vector<char*> pointers;
@@ -50,12 +79,36 @@ std::vector<std::string> completeEnvironment(const std::vector<std::string>& wan
 {
     std::vector<std::string> environment;
     for (const char* const name : {"PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"}) {
-        if (const char* const value = ::getenv(name)) {
-            environment.push_back(std::string(name) + "=" + value);
+        const std::string start = std::string(name) + "=";
+        const bool isGiven = std::any_of(wanted.begin(), wanted.end(),
+                                         [&](const std::string& variable) { return variable.starts_with(start); });
+        if (const char* const value = isGiven ? nullptr : ::getenv(name)) {
+            environment.push_back(start + value);
         }
     }
     environment.insert(environment.end(), wanted.begin(), wanted.end());
     return environment;
+}
+
+// Its outputs go to the files "output" and "errors" in `outputs`.
+pid_t start(const std::filesystem::path& program, std::vector<std::string> commandLine,
+            const std::filesystem::path& folder, const std::vector<std::string>& environment, const TempDir& outputs,
+            bool ownGroup)
+{
+    FileActions actions;
+    actions.changeFolder(folder);
+    actions.open(0, "/dev/null", O_RDONLY);
+    actions.open(1, outputs.path() / "output", O_WRONLY | O_CREAT | O_TRUNC);
+    actions.open(2, outputs.path() / "errors", O_WRONLY | O_CREAT | O_TRUNC);
+    commandLine.insert(commandLine.begin(), program.string());
+    std::vector<std::string> variables = completeEnvironment(environment);
+    pid_t process = 0;
+    const int error = ::posix_spawn(&process, program.c_str(), actions.get(), Attributes(ownGroup).get(),
+                                    pointersTo(commandLine).data(), pointersTo(variables).data());
+    if (error != 0) {
+        throw std::system_error(error, std::generic_category(), program.string());
+    }
+    return process;
 }
 
 int waitFor(pid_t process)
@@ -71,27 +124,45 @@ int waitFor(pid_t process)
 
 }  // namespace
 
+RunningProcess::RunningProcess(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+                               const std::filesystem::path& folder, const std::vector<std::string>& environment)
+    : process(start(program, arguments, folder, environment, outputs, true))
+{
+}
+
+RunningProcess::~RunningProcess()
+{
+    if (process != 0) {
+        sendToGroup(SIGKILL);
+        ::waitpid(process, nullptr, 0);
+    }
+}
+
+void RunningProcess::send(int signal) const
+{
+    ::kill(process, signal);
+}
+
+void RunningProcess::sendToGroup(int signal) const
+{
+    ::kill(-process, signal);
+}
+
+std::string RunningProcess::errorsSoFar() const
+{
+    return readText(outputs.path() / "errors");
+}
+
+ProcessResult RunningProcess::wait()
+{
+    const int status = waitFor(std::exchange(process, 0));
+    return {status, readText(outputs.path() / "output"), readText(outputs.path() / "errors")};
+}
+
 ProcessResult runProcess(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                          const std::filesystem::path& folder, const std::vector<std::string>& environment)
 {
     const TempDir outputs;
-    const std::filesystem::path output = outputs.path() / "output";
-    const std::filesystem::path errors = outputs.path() / "errors";
-    FileActions actions;
-    actions.changeFolder(folder);
-    actions.open(0, "/dev/null", O_RDONLY);
-    actions.open(1, output, O_WRONLY | O_CREAT | O_TRUNC);
-    actions.open(2, errors, O_WRONLY | O_CREAT | O_TRUNC);
-
-    std::vector<std::string> commandLine = arguments;
-    commandLine.insert(commandLine.begin(), program.string());
-    std::vector<std::string> variables = completeEnvironment(environment);
-    pid_t process = 0;
-    const int error = ::posix_spawn(&process, program.c_str(), actions.get(), nullptr, pointersTo(commandLine).data(),
-                                    pointersTo(variables).data());
-    if (error != 0) {
-        throw std::system_error(error, std::generic_category(), program.string());
-    }
-    const int status = waitFor(process);
-    return {status, readText(output), readText(errors)};
+    const int status = waitFor(start(program, arguments, folder, environment, outputs, false));
+    return {status, readText(outputs.path() / "output"), readText(outputs.path() / "errors")};
 }
