@@ -43,6 +43,12 @@ void Filter::note(const std::string& value, const std::string& displayed)
     }
 }
 
+void Filter::noteNone(const std::string& value)
+{
+    note(value, "");
+    values[noted.at(value + '\0')].isNone = true;
+}
+
 // Calls take with the position of each token that is `name`, or a part of it where it stands in the list with its
 // blanks and commas.
 template <typename Take>
@@ -113,15 +119,19 @@ std::string Filter::withDisplayedMeant() const
 std::string Filter::whatThereIs() const
 {
     std::string text;
+    std::size_t count = 0;
     for (const Value& value : values) {
-        text += text.empty() ? "" : ", ";
+        if (value.isNone) {
+            continue;
+        }
+        text += count++ == 0 ? "" : ", ";
         text += value.text;
         text += value.displayed.empty() || value.displayed == value.text ? "" : " (" + value.displayed + ")";
     }
-    if (values.empty()) {
+    if (count == 0) {
         return "there is none";
     }
-    return (values.size() == 1 ? "there is " : "there are ") + text;
+    return (count == 1 ? "there is " : "there are ") + text;
 }
 
 std::vector<std::string> Filter::complaints() const

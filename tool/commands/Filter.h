@@ -23,6 +23,9 @@ public:
     // Some element has this value, and shows it as `displayed`; empty: it does not show it.
     void note(const std::string& value, const std::string& displayed);
 
+    // Some element has none, for which the library takes this value: it can be selected, but is not named.
+    void noteNone(const std::string& value);
+
     // True when each name of the list is a value that was noted, and none is also what its value is displayed as: other
     // values may be displayed alike then. `displayedApart`: no two values are displayed alike.
     bool isExplained(bool displayedApart) const;
@@ -38,6 +41,7 @@ private:
     struct Value {
         std::string text;
         std::string displayed;
+        bool isNone = false;  // it stands for none
     };
 
     bool isAmong(const std::string& name) const;

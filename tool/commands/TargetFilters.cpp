@@ -31,9 +31,18 @@ void TargetFilters::note(ZoITrellanUpdater& updater, ZoITrellanInspector& inspec
         const ZoTElement& element = inspector.getElement(i);
         if (element.isListed) {
             boardTypes.note(list[i].boardType, "");
-            serialNumbers.note(std::to_string(list[i].serialNumber), element.displayedSerialNumber);
+            noteSerialNumber(list[i].serialNumber, element.displayedSerialNumber);
             elementNames.note(element.name, list[i].displayType);
         }
+    }
+}
+
+void TargetFilters::noteSerialNumber(std::uint32_t number, const std::string& displayed)
+{
+    if (displayed.empty()) {
+        serialNumbers.noteNone(std::to_string(number));
+    } else {
+        serialNumbers.note(std::to_string(number), displayed);
     }
 }
 

@@ -1,6 +1,7 @@
 // The filters of a command line, as the target understands them.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,8 @@ public:
     std::vector<std::string> complaints() const;
 
 private:
+    void noteSerialNumber(std::uint32_t number, const std::string& displayed);
+
     Filter boardTypes;
     Filter serialNumbers;
     Filter elementNames;

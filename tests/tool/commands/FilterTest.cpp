@@ -64,6 +64,21 @@ TEST(Filter, NamesWhatSelectsNothingWhereThereIsLittle)
     EXPECT_EQ(one.complaints(), std::vector<std::string>{"nothing has board type X; there is KR5120"});
 }
 
+TEST(Filter, SelectsByWhatStandsForNoneAndDoesNotNameIt)
+{
+    Filter filter("serial number", "7");
+    filter.noteNone("0");
+    EXPECT_EQ(filter.complaints(), std::vector<std::string>{"nothing has serial number 7; there is none"});
+    filter.note("4711", "4711");
+    filter.noteNone("0");
+    EXPECT_EQ(filter.complaints(), std::vector<std::string>{"nothing has serial number 7; there is 4711"});
+
+    Filter zero("serial number", "0");
+    zero.noteNone("0");
+    EXPECT_TRUE(zero.isExplained(true));
+    EXPECT_EQ(zero.complaints(), std::vector<std::string>());
+}
+
 TEST(Filter, MatchesANameWithBlanksAsAWhole)
 {
     Filter filter("element name", "Site settings, site");

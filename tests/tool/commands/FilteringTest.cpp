@@ -83,6 +83,16 @@ TEST(FilteringTest, NamesWhatSelectsNothingAndPrintsTheLibrarysTextOnce)
     EXPECT_EQ(result.out.find("Device Update Tool"), result.out.rfind("Device Update Tool"));
 }
 
+TEST(FilteringTest, NamesNoSerialNumberOfABoardThatHasNone)
+{
+    ordered_json document = twoBoards();
+    document["tree"]["items"][1]["parameters"]["PRODUCT/SERIAL_NUMBER"] = 0;
+    const SimulatedTarget target(document);
+    EXPECT_EQ(ran({"installed", "--serial-numbers", "16"}).err,
+              "trellan-update: nothing has serial number 16; there is 16777232 (16(1))\n");
+    EXPECT_EQ(namesWith({"--serial-numbers", "0"}), (Names{"CnFirmware"}));
+}
+
 TEST(FilteringTest, SaysNothingOfANameThatOnlyAnotherFilterLeavesOut)
 {
     const SimulatedTarget target(twoBoards());
