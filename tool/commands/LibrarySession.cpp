@@ -4,6 +4,7 @@
 #include <stdlib.h>
 
 #include <cerrno>
+#include <filesystem>
 #include <ostream>
 #include <system_error>
 
@@ -89,6 +90,7 @@ int LibrarySession::apply(std::ostream& err)
         !arguments.noCheck && arguments.command->has(ELEMENTS) && !TargetFilters(arguments.options).areOff();
     const unsigned result = filtered ? applyFiltered(err) : applyRecorded();
     if (result == 1) {
+        explainFolder(err);
         said += (said.empty() ? "" : "\n") + errorsIn(applied);
         return NOT_READ;
     }
@@ -177,6 +179,16 @@ void LibrarySession::excludeElements(std::ostream& err)
             say(err, "warning: there is no element " + std::to_string(index) + " to exclude");
         }
         owned->disableUpdateElement(index);
+    }
+}
+
+// The library opens a folder like a file, and then finds no JSON in it.
+void LibrarySession::explainFolder(std::ostream& err)
+{
+    const std::string path = understood.archivePath + "/" + understood.descriptionFileName;
+    std::error_code error;
+    if (arguments.command->has(ARCHIVE) && std::filesystem::is_directory(path, error)) {
+        complain(err, "the description " + path + " is a folder; --description takes the name of a file");
     }
 }
 

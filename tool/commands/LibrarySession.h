@@ -57,6 +57,7 @@ private:
     bool understandFilters(std::ostream& err);
     bool noteWholeTarget(TargetFilters& filters);
     void excludeElements(std::ostream& err);
+    void explainFolder(std::ostream& err);
     void complain(std::ostream& err, const std::string& text);
 
     const Arguments& arguments;

@@ -86,6 +86,16 @@ TEST(RunTest, AnUnreadableArchiveEndsWith3)
                               "ERROR: Failed to read firmware archive.\n");
 }
 
+TEST(RunTest, AFolderForADescriptionIsCalledOne)
+{
+    const TestArchive archive(description({}));
+    const RunResult result = ran({"archive-version", archive.path(), "--description", "."});
+    EXPECT_EQ(result.status, 3);
+    EXPECT_EQ(result.err, "trellan-update: the description " + archive.path() +
+                              "/. is a folder; --description takes the name of a file\n");
+    EXPECT_EQ(ran({"archive-version", archive.path(), "--description", "nothing.json"}).err, "");
+}
+
 TEST(RunTest, AnUnsupportedTargetEndsWith4AndIsNotUpdated)
 {
     const SimulatedTarget device(twoElements());
