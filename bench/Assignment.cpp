@@ -20,7 +20,7 @@ struct Size {
 };
 
 // Every element's file is newer, so that each run of the assignment does the same.
-void fill(Workspace& workspace, Size size, const Members& members, const Change& change)
+void prepare(Workspace& workspace, Size size, const Members& members, const Change& change)
 {
     nlohmann::json entries = nlohmann::json::array();
     for (unsigned i = 0; i < size.files; ++i) {
@@ -44,7 +44,7 @@ void fill(Workspace& workspace, Size size, const Members& members, const Change&
 void run(benchmark::State& state, Size size, const Members& members, const Change& change)
 {
     Workspace workspace;
-    fill(workspace, size, members, change);
+    prepare(workspace, size, members, change);
     for ([[maybe_unused]] auto iteration : state) {
         workspace.updater().getAssignment().makeAssignment();
     }
@@ -323,7 +323,7 @@ void computePhases(benchmark::State& state)
     auto members = [=](unsigned i) {
         return nlohmann::json{{"boardType", "T"}, {"id", i}, {"sequence", 7919ull * i % count}};
     };
-    fill(workspace, {count, count}, members, [](Element& element, unsigned i) { element.id = i; });
+    prepare(workspace, {count, count}, members, [](Element& element, unsigned i) { element.id = i; });
     ZoCUpdateAssignment& assignment = workspace.updater().getAssignment();
     assignment.makeAssignment();
     for ([[maybe_unused]] auto iteration : state) {

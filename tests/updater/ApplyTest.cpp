@@ -26,7 +26,7 @@ struct Applied {
     Messages messages;
 };
 
-Applied apply(const ZoTOptions& options)
+Applied applyWith(const ZoTOptions& options)
 {
     ZoCTrellanUpdater updater(options);
     const MessageCapture capture(updater);
@@ -71,7 +71,7 @@ TEST_P(ApplyEachCommand, SucceedsWithTheBannerThatBelongsToIt)
 {
     const SimulatedTarget device(processorTarget());
     const TestArchive archive(description({firmwareEntry()}));
-    const Applied applied = apply(optionsFor(GetParam(), archive.path()));
+    const Applied applied = applyWith(optionsFor(GetParam(), archive.path()));
     EXPECT_EQ(applied.result, 0u);
     EXPECT_EQ(applied.messages.size(), withBanner(0));
 }
@@ -79,7 +79,7 @@ TEST_P(ApplyEachCommand, SucceedsWithTheBannerThatBelongsToIt)
 TEST_P(ApplyEachCommand, FailsOnAMissingArchiveWhenItNeedsOne)
 {
     const SimulatedTarget device(processorTarget());
-    const Applied applied = apply(optionsFor(GetParam(), "/no/such/archive"));
+    const Applied applied = applyWith(optionsFor(GetParam(), "/no/such/archive"));
     EXPECT_EQ(applied.result, readsTheArchive() ? 1u : 0u);
     EXPECT_EQ(applied.messages.size(), withBanner(readsTheArchive() ? 2 : 0));
 }
@@ -88,7 +88,7 @@ TEST_P(ApplyEachCommand, ScansTheTargetOnceWhenItNeedsTheInventory)
 {
     const SimulatedTarget device(processorTarget());
     const TestArchive archive(description({firmwareEntry()}));
-    apply(optionsFor(GetParam(), archive.path()));
+    applyWith(optionsFor(GetParam(), archive.path()));
     const std::size_t scans = readsTheInventory() ? 1 : 0;
     EXPECT_EQ(callsOf("scan", device.trace()).size(), scans);
     EXPECT_EQ(callsOf("deleteInventoryTree", device.trace()).size(), scans);
@@ -98,7 +98,7 @@ TEST_P(ApplyEachCommand, FailsOnAnUnreadableTargetWhenItNeedsTheInventory)
 {
     const SimulatedTarget device(brokenTarget());
     const TestArchive archive(description({firmwareEntry()}));
-    const Applied applied = apply(optionsFor(GetParam(), archive.path()));
+    const Applied applied = applyWith(optionsFor(GetParam(), archive.path()));
     EXPECT_EQ(applied.result, readsTheInventory() ? 1u : 0u);
     EXPECT_EQ(applied.messages.size(), withBanner(readsTheInventory() ? 1 : 0));
 }
@@ -137,7 +137,7 @@ class Apply : public Updating {};
 
 TEST_F(Apply, PrintsTheBannerInOnePieceBeforeAnythingElse)
 {
-    const Applied applied = apply(optionsFor(PRINT_ARCHIVE));
+    const Applied applied = applyWith(optionsFor(PRINT_ARCHIVE));
     EXPECT_EQ(applied.result, 1u);
     ASSERT_EQ(applied.messages.size(), 3u);
     const std::string firstLine = "\nVelorant Device Update Tool, Vs 1.0\n";
@@ -150,7 +150,7 @@ TEST_F(Apply, PrintsTheBannerInOnePieceBeforeAnythingElse)
 
 TEST_F(Apply, TellsWhatIsWrongWithTheArchiveFirst)
 {
-    const Applied applied = apply(optionsFor(OUTPUT_DESCRIPTION, "/no/such/archive"));
+    const Applied applied = applyWith(optionsFor(OUTPUT_DESCRIPTION, "/no/such/archive"));
     EXPECT_EQ(applied.result, 1u);
     EXPECT_EQ(applied.messages, (Messages{"ERROR: Cannot open archive description file /no/such/archive/archive.json\n",
                                           "ERROR: Failed to read firmware archive.\n"}));
@@ -159,7 +159,7 @@ TEST_F(Apply, TellsWhatIsWrongWithTheArchiveFirst)
 TEST_F(Apply, TellsInOnePieceThatTheTargetIsUnreadable)
 {
     const SimulatedTarget device(brokenTarget());
-    const Applied applied = apply(optionsFor(READ_INVENTORY));
+    const Applied applied = applyWith(optionsFor(READ_INVENTORY));
     EXPECT_EQ(applied.result, 1u);
     ASSERT_EQ(applied.messages.size(), 2u);
     EXPECT_EQ(applied.messages[1], unreadableInventory);
@@ -168,7 +168,7 @@ TEST_F(Apply, TellsInOnePieceThatTheTargetIsUnreadable)
 TEST_F(Apply, ReadsNoInventoryAfterAnUnreadableArchive)
 {
     const SimulatedTarget device(processorTarget());
-    EXPECT_EQ(apply(optionsFor(UPDATE, "/no/such/archive")).result, 1u);
+    EXPECT_EQ(applyWith(optionsFor(UPDATE, "/no/such/archive")).result, 1u);
     EXPECT_TRUE(callsOf("scan", device.trace()).empty());
 }
 
@@ -178,7 +178,7 @@ TEST_F(Apply, ReadsTheDescriptionFileThatTheOptionsName)
     archive.addFile("other.json", "{}");
     ZoTOptions options = optionsFor(ARCHIVE_VERSION, archive.path());
     options.descriptionFileName = "other.json";
-    const Applied applied = apply(options);
+    const Applied applied = applyWith(options);
     EXPECT_EQ(applied.result, 1u);
     ASSERT_EQ(applied.messages.size(), 2u);
     EXPECT_NE(applied.messages[0].find("\"info\""), std::string::npos) << applied.messages[0];
@@ -189,7 +189,7 @@ TEST_F(Apply, KeepsTheErrorsOfAFailedScanInTheMasterErrorList)
     ordered_json document = processorTarget();
     document["script"]["scan"] = {{{"result", 1}, {"errors", {{{"code", 77}, {"text", "no answer"}}}}}};
     const SimulatedTarget device(document);
-    EXPECT_EQ(apply(optionsFor(READ_INVENTORY)).result, 1u);
+    EXPECT_EQ(applyWith(optionsFor(READ_INVENTORY)).result, 1u);
     ASSERT_EQ(masterErrors().getErrorCount(), 1u);
     EXPECT_EQ(masterErrors().getErrorCode(0), 77u);
     EXPECT_STREQ(masterErrors().getErrorText(0), "no answer");
@@ -200,7 +200,7 @@ TEST_F(Apply, SucceedsInSpiteOfErrorsThatDidNotStopTheScan)
     ordered_json document = processorTarget();
     document["script"]["scan"] = {{{"errors", {{{"code", 77}, {"text", "noise"}}}}}};
     const SimulatedTarget device(document);
-    EXPECT_EQ(apply(optionsFor(READ_INVENTORY)).result, 0u);
+    EXPECT_EQ(applyWith(optionsFor(READ_INVENTORY)).result, 0u);
     EXPECT_EQ(masterErrors().getErrorCount(), 1u);
 }
 
