@@ -4,7 +4,6 @@
 // of them share a value of. So entries that have nothing to do with one another are not compared.
 #include <algorithm>
 #include <deque>
-#include <filesystem>
 #include <optional>
 #include <set>
 #include <tuple>
@@ -81,15 +80,6 @@ private:
     std::vector<std::unordered_map<MatchValue, std::vector<std::size_t>>> indexes;  // by criterion and value
 };
 
-// The path without components that do not count; empty when it names no file on the drive.
-std::string normalised(const std::string& path)
-{
-    if (!namesFile(path) || leavesFolder(path)) {
-        return {};
-    }
-    return std::filesystem::path("/" + path).lexically_normal().string();
-}
-
 std::string nameOf(const Placement& placement)
 {
     return "files[" + std::to_string(placement.file->entry) + "] \"" + allText(placement.file->name) + "\"";
@@ -126,7 +116,7 @@ public:
     {
         reported.clear();
         for (Placement& placement : placementsOf(file)) {
-            const std::string path = normalised(placement.path);
+            const std::string path = normalisedPath(placement.path);
             if (!path.empty()) {
                 const Placement& kept = placements.emplace_back(std::move(placement));
                 compare(kept, path);

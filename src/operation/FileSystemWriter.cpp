@@ -66,7 +66,7 @@ private:
         if (!hasEnd(source)) {
             return failToWrite(EINVAL);
         }
-        return true;
+        return followsLinkOutOfDrive(location) ? failToWrite(EXDEV) : true;
     }
 
     // Creates what is missing of the target's directories, one level after the other; never the drive's root.

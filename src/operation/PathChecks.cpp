@@ -4,35 +4,44 @@
 #include <algorithm>
 #include <filesystem>
 
+namespace fs = std::filesystem;
+
 namespace {
 
 bool isSymbolicLink(const std::string& path)
 {
     std::error_code error;
-    return std::filesystem::is_symlink(path, error);
+    return fs::is_symlink(path, error);
 }
 
-// True when `path` leads out of its folder, or goes up again behind what `isLink` tells to be a symbolic link.
+// True when `path` leads out of its folder, or goes up again behind what `isLink` tells to be a symbolic link. It is
+// asked for paths without ".." and the like: they lead to what is there also where `path` goes up from a folder that is
+// not.
 template <class Test>
 bool goesAstray(const std::string& path, Test isLink)
 {
-    int depth = 0;
+    std::string passed;
     bool passedLink = false;
     for (std::size_t begin = 0; begin < path.size();) {
         const std::size_t end = std::min(path.find('/', begin), path.size());
         const std::string component = path.substr(begin, end - begin);
         if (component == "..") {
-            --depth;
-            if (depth < 0 || passedLink) {
+            if (passed.empty() || passedLink) {
                 return true;
             }
+            passed.resize(passed.rfind('/'));
         } else if (!component.empty() && component != ".") {
-            ++depth;
-            passedLink = passedLink || isLink(path.substr(0, end));
+            passed += "/" + component;
+            passedLink = passedLink || isLink(passed);
         }
         begin = end + 1;
     }
     return false;
+}
+
+bool isBelow(const fs::path& path, const fs::path& folder)
+{
+    return std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first == folder.end();
 }
 
 }  // namespace
@@ -50,12 +59,36 @@ bool leavesFolder(const std::string& path)
 
 bool leavesFolder(const std::string& folder, const std::string& path)
 {
-    return goesAstray(path, [&](const std::string& part) { return isSymbolicLink(folder + "/" + part); });
+    return goesAstray(path, [&](const std::string& part) { return isSymbolicLink(folder + part); });
 }
 
 bool isOnDrive(const std::string& location)
 {
     return namesFile(location) && !leavesFolder(std::string(driveRoot), location);
+}
+
+std::string normalisedPath(const std::string& path)
+{
+    return namesFile(path) && !leavesFolder(path) ? fs::path("/" + path).lexically_normal().string() : std::string();
+}
+
+bool followsLinkOutOfDrive(const std::string& location)
+{
+    const std::string root(driveRoot);
+    const std::string path = root + normalisedPath(location);
+    std::error_code error;
+    const fs::path drive = fs::canonical(root, error);
+    for (std::size_t end = path.find('/', root.size() + 1); end != std::string::npos; end = path.find('/', end + 1)) {
+        const std::string folder = path.substr(0, end);
+        if (!isSymbolicLink(folder)) {
+            continue;
+        }
+        const fs::path place = fs::canonical(folder, error);
+        if (!error && !isBelow(place, drive)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 bool isLiteralForShell(std::string_view path)

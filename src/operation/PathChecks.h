@@ -20,6 +20,14 @@ bool leavesFolder(const std::string& folder, const std::string& path);
 // True when `location` names a file on the flash drive, as far as that can be told: it does not leave the drive.
 bool isOnDrive(const std::string& location);
 
+// `path` from its folder on, beginning with "/", without components that do not count; empty when it leaves the folder
+// or names no file.
+std::string normalisedPath(const std::string& path);
+
+// True when a folder on the way to `location`, which is on the drive, is a symbolic link to somewhere else. A link that
+// leads to nothing is none: nothing can be written behind it.
+bool followsLinkOutOfDrive(const std::string& location);
+
 // True when a shell takes every character of `path` literally wherever it stands: no blanks, no control characters,
 // none that some shell treats specially somewhere in a word.
 bool isLiteralForShell(std::string_view path);

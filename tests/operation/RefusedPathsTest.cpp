@@ -301,6 +301,72 @@ TEST_F(RefusedPaths, RefusesToClimbFromASymbolicLink)
     EXPECT_THAT(onDrive(), ElementsAre("link/", "real/"));
 }
 
+TEST_F(RefusedPaths, RefusesAFolderThatIsALinkOutOfTheDrive)
+{
+    prepareDriveAndMarker();
+    const TempDir outside;
+    fs::create_directories(outside.path() / "folder");
+    fs::create_symlink(outside.path(), drive() / "link");
+    fs::create_symlink("..", drive() / "up");
+    fs::create_symlink("link/folder", drive() / "chain");
+    fs::create_directory(drive() / "real");
+    fs::create_symlink(outside.path(), drive() / "real/inner");
+    fs::create_symlink("real", drive() / "within");
+    const std::vector<std::string> around = below(drive().parent_path());
+
+    const std::vector<std::string> locations = {"link/c.bin",
+                                                "link/folder/c.bin",
+                                                "link/new/c.bin",
+                                                "./link//c.bin",
+                                                "new/../link/c.bin",
+                                                "up/c.bin",
+                                                "up/cfdrive/c.bin",
+                                                "chain/c.bin",
+                                                "real/inner/c.bin",
+                                                "within/inner/new/c.bin",
+                                                "link/new/" + std::string(300, 'x') + "/c.bin"};
+    for (const std::string& location : locations) {
+        EXPECT_FALSE(write("c.bin", location)) << location;
+        EXPECT_THAT(messages,
+                    ElementsAre("ERROR: Cannot write /mnt/cn/cfdrive/" + location + ".tmp. Error code: 18\n"));
+        EXPECT_THAT(trace(), IsEmpty());
+    }
+
+    EXPECT_THAT(below(outside.path()), ElementsAre("folder/"));
+    EXPECT_EQ(below(drive().parent_path()), around);
+}
+
+TEST_F(RefusedPaths, WritesThroughALinkThatStaysOnTheDrive)
+{
+    prepareDriveAndMarker();
+    fs::create_directories(drive() / "real/sub");
+    fs::create_symlink("real/sub", drive() / "relative");
+    fs::create_symlink("/mnt/cn/cfdrive/real", drive() / "absolute");
+    fs::create_symlink("..", drive() / "real/up");
+
+    EXPECT_TRUE(write("c.bin", "relative/1.bin"));
+    EXPECT_TRUE(write("c.bin", "absolute/new/2.bin"));
+    EXPECT_TRUE(write("c.bin", "absolute/up/3.bin"));
+
+    EXPECT_TRUE(fs::is_regular_file(drive() / "real/sub/1.bin"));
+    EXPECT_TRUE(fs::is_regular_file(drive() / "real/new/2.bin"));
+    EXPECT_TRUE(fs::is_regular_file(drive() / "3.bin"));
+}
+
+TEST_F(RefusedPaths, RefusesToClimbFromALinkBehindAFolderThatIsNotThere)
+{
+    prepareDriveAndMarker();
+    const TempDir outside;
+    fs::create_directories(outside.path() / "folder");
+    fs::create_symlink(outside.path() / "folder", drive() / "link");
+
+    EXPECT_FALSE(write("c.bin", "new/../link/../c.bin"));
+
+    EXPECT_THAT(messages, ElementsAre("ERROR: Invalid target file path: /mnt/cn/cfdrive/new/../link/../c.bin\n"));
+    EXPECT_THAT(below(outside.path()), ElementsAre("folder/"));
+    EXPECT_THAT(onDrive(), ElementsAre("link/"));
+}
+
 TEST_F(RefusedPaths, RefusesNamesWithANulThatWouldBeCut)
 {
     prepareDriveAndMarker();
