@@ -14,14 +14,13 @@
 #include "inspection/Placements.h"
 #include "inspection/Rules.h"
 #include "operation/PathChecks.h"
+#include "operation/TemporaryFile.h"
 
 using ZoNUpdateAssignment::MatchValue;
 using ZoNUpdateBase::allText;
 
 namespace ZoNUpdateInspection {
 namespace {
-
-constexpr std::string_view temporaryEnding = ".tmp";
 
 // Placements that write one file on boards of one type.
 class Writers {

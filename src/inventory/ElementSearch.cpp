@@ -50,6 +50,7 @@ void ZoCUpdateInventory::searchUpdateElements(ZoCErrorListPool& errors, ZoCInven
     if (reset) {
         elementsByIndex.clear();
         updateElements.clear();
+        leftOutLocations.clear();
         hcnAddress = ZoCInventoryAddress();
         hcnFound = false;
         cnAddress = ZoCInventoryAddress();
@@ -98,8 +99,8 @@ void ZoCUpdateInventory::search(ZoCErrorListPool& errors, ZoCInventoryItem* item
     }
     noteProcessingNodes(*item);
     ZoCInventoryItem* const unitItem = unitItemOf(*item, inheritedUnit);
-    if (isUpdateElement(*item)) {
-        considerUpdateElement(errors, *item, unitItem);
+    if (isUpdateElement(*item) && !takeUpdateElement(errors, *item, unitItem)) {
+        noteLeftOut(*item);
     }
     if (!mayHoldElements(*item)) {
         return;
@@ -132,16 +133,17 @@ void ZoCUpdateInventory::noteProcessingNodes(const ZoCInventoryItem& item)
     }
 }
 
-void ZoCUpdateInventory::considerUpdateElement(ZoCErrorListPool& errors, const ZoCInventoryItem& item,
-                                               ZoCInventoryItem* unitItem)
+// False when the element is left out.
+bool ZoCUpdateInventory::takeUpdateElement(ZoCErrorListPool& errors, const ZoCInventoryItem& item,
+                                           ZoCInventoryItem* unitItem)
 {
     if (!isPlacedWell(item)) {
-        return;
+        return false;
     }
     const ZoCInventoryItem& board = *item.getParent()->getParent();
     const bool configuration = item.getValue<unsigned int>(errors, CONFIGURATION) != 0;
     if (configuration != options.configuration || !passesFilters(errors, item, board)) {
-        return;
+        return false;
     }
     ZoSUpdateElement& element = insertElement(unitItem);
     element.unitItem = unitItem;
@@ -155,6 +157,16 @@ void ZoCUpdateInventory::considerUpdateElement(ZoCErrorListPool& errors, const Z
                           element.displayName);
     element.disabled = element.custom != 0 && options.disableCustomElements;
     element.createErrorLists();
+    return true;
+}
+
+// What is wrong with an element that nobody has asked for is not told.
+void ZoCUpdateInventory::noteLeftOut(const ZoCInventoryItem& item)
+{
+    if (item.getID()[1] == FILESYSTEM_ELEMENT && item.getParameter(LOCATION) != nullptr) {
+        const ErrorListHandle untold = makeErrorList();
+        leftOutLocations.push_back(item.getValue<ZoCString>(*untold, LOCATION));
+    }
 }
 
 bool ZoCUpdateInventory::isPlacedWell(const ZoCInventoryItem& item) const

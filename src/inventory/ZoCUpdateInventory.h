@@ -73,6 +73,9 @@ public:
     // Puts a new record at the end of the list, numbered like the others.
     ZoNUpdateInventory::ZoSUpdateElement& appendElement();
 
+    // The locations of the files on the flash drive whose elements the search has left out, for whatever reason.
+    const std::vector<ZoCString>& getLeftOutLocations() const { return leftOutLocations; }
+
     // Null when there is none. Owned by the inventory.
     const ZoNUpdateInventory::ZoSUpdateElement* getFileSystemElementTemplate() const
     {
@@ -91,7 +94,8 @@ private:
     void noteUnits();
     void search(ZoCErrorListPool& errors, ZoCInventoryItem* item, ZoCInventoryItem* unitItem);
     void noteProcessingNodes(const ZoCInventoryItem& item);
-    void considerUpdateElement(ZoCErrorListPool& errors, const ZoCInventoryItem& item, ZoCInventoryItem* unitItem);
+    bool takeUpdateElement(ZoCErrorListPool& errors, const ZoCInventoryItem& item, ZoCInventoryItem* unitItem);
+    void noteLeftOut(const ZoCInventoryItem& item);
     bool isPlacedWell(const ZoCInventoryItem& item) const;
     bool passesFilters(ZoCErrorListPool& errors, const ZoCInventoryItem& item, const ZoCInventoryItem& board) const;
     ZoNUpdateInventory::ZoSUpdateElement& insertElement(ZoCInventoryItem* unitItem);
@@ -100,6 +104,7 @@ private:
     const ZoCTrellanUpdater& updater;
     const ZoNTrellanUpdater::ZoTOptions& options;
     ElementList updateElements;
+    std::vector<ZoCString> leftOutLocations;
     std::vector<ZoNUpdateInventory::ZoSUpdateElement*> elementsByIndex;
     std::unique_ptr<ZoNUpdateInventory::ZoSUpdateElement> fileSystemElementTemplate;
     ZoCInventoryAddress hcnAddress;

@@ -8,9 +8,9 @@
 #include "base/FileAccess.h"
 #include "base/PlatformText.h"
 #include "libZoRtosAbstraction/ZoNRtosAbstraction.h"
+#include "operation/DriveFiles.h"
 #include "operation/PathChecks.h"
 #include "operation/TemporaryFile.h"
-#include "operation/WrittenFiles.h"
 #include "operation/ZoCUpdateOperation.h"
 #include "updater/ZoCTrellanUpdater.h"
 
@@ -25,22 +25,22 @@ constexpr unsigned syncTimeout = 500;  // milliseconds
 // One file on its way to the drive. Each step adds a message and returns false when it fails.
 class FileWriter {
 public:
-    FileWriter(const ZoCTrellanUpdater& updater, bool verbose, std::string source, const std::string& location,
-               WrittenFiles& written, std::vector<std::string>& messages)
+    FileWriter(const ZoCTrellanUpdater& updater, bool verbose, std::string source, std::string location,
+               DriveFiles& driveFiles, std::vector<std::string>& messages)
         : updater(updater),
           verbose(verbose),
           source(std::move(source)),
-          location(location),
-          target(std::string(driveRoot) + "/" + location),
-          temporary(target + ".tmp"),
-          written(written),
+          location(std::move(location)),
+          target(std::string(driveRoot) + "/" + this->location),
+          temporary(target + std::string(temporaryEnding)),
+          driveFiles(driveFiles),
           messages(messages)
     {
     }
 
     bool write()
     {
-        if (!checkPaths() || !createDirectories() || !copy() || !replaceTarget()) {
+        if (!checkPaths() || !createDirectories() || !checkPlaces() || !copy() || !replaceTarget()) {
             return false;
         }
         ZoNRtosAbstraction::syncFileSystem(nullptr, syncTimeout);
@@ -99,18 +99,18 @@ private:
         return true;
     }
 
-    // True when the temporary file would take the place of one that the update has written, or copies now.
-    bool isTemporaryInUse() const
+    // Nothing may be lost: neither a file of this update that has come to this place by another path, nor one that is
+    // in the temporary file's place and that elements or entries name, nor the one that is copied.
+    bool checkPlaces()
     {
-        const auto found = identityOf(temporary.path());
-        return found && (written.contains(*found) || found == identityOf(source, Links::followed));
+        const auto file = identityOf(temporary.path());
+        const bool isTemporaryInUse = driveFiles.isNeeded(location + std::string(temporaryEnding)) ||
+                                      (file && file == identityOf(source, Links::followed));
+        return isTemporaryInUse || driveFiles.isWrittenOtherwise(location) ? failToWrite(EEXIST) : true;
     }
 
     bool copy()
     {
-        if (isTemporaryInUse()) {
-            return failToWrite(EEXIST);
-        }
         if (const int error = temporary.makeRoom(); error != 0) {
             return failToWrite(error);
         }
@@ -139,7 +139,7 @@ private:
             return fail("ERROR: Deleting %s failed.\n", target);
         }
         if (replaced) {
-            written.remove(*replaced);  // another file may get this identity now
+            driveFiles.forget(*replaced);
         }
         if (std::rename(temporary.path().c_str(), target.c_str()) != 0) {
             return fail("ERROR: Cannot rename %s.\n", temporary.path());
@@ -147,9 +147,7 @@ private:
         if (!fileExists(target)) {
             return fail("ERROR: Renaming of %s failed.\n", temporary.path());
         }
-        if (const auto file = identityOf(target)) {
-            written.add(*file);
-        }
+        driveFiles.noteWritten(location);
         return true;
     }
 
@@ -174,10 +172,10 @@ private:
     const ZoCTrellanUpdater& updater;
     const bool verbose;
     const std::string source;
-    const std::string& location;
+    const std::string location;
     const std::string target;
     const TemporaryFile temporary;
-    WrittenFiles& written;  // files of this update on the drive
+    DriveFiles& driveFiles;
     std::vector<std::string>& messages;
 };
 
@@ -186,14 +184,14 @@ private:
 bool ZoCUpdateOperation::writeFileSystemElement(const ZoSUpdateFile& file, const ZoCString& location,
                                                 std::vector<std::string>& messages)
 {
-    WrittenFiles written;
-    return writeFileSystemElement(file, location, written, messages);
+    DriveFiles driveFiles(*assignment);
+    return writeFileSystemElement(file, location, driveFiles, messages);
 }
 
 bool ZoCUpdateOperation::writeFileSystemElement(const ZoSUpdateFile& file, const ZoCString& location,
-                                                WrittenFiles& written, std::vector<std::string>& messages)
+                                                DriveFiles& driveFiles, std::vector<std::string>& messages)
 {
     messages.clear();
     const std::string source = assignment->getArchive().pathOf(file);
-    return FileWriter(*updater, options->verbose, source, allText(location), written, messages).write();
+    return FileWriter(*updater, options->verbose, source, allText(location), driveFiles, messages).write();
 }

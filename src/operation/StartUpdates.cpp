@@ -6,7 +6,7 @@
 #include "base/Messages.h"
 #include "libZoInventoryManagerAP/ZoCInventoryManager.h"
 #include "libZoRtosAbstraction/ZoNRtosAbstraction.h"
-#include "operation/WrittenFiles.h"
+#include "operation/DriveFiles.h"
 #include "operation/ZoCUpdateOperation.h"
 #include "updater/ZoCTrellanUpdater.h"
 
@@ -39,11 +39,11 @@ unsigned long long fileTime()
 
 void ZoCUpdateOperation::startUpdatesOfPhase(PhaseList& list)
 {
-    WrittenFiles written;
-    startUpdatesOfPhase(list, written);
+    DriveFiles driveFiles(*assignment);
+    startUpdatesOfPhase(list, driveFiles);
 }
 
-void ZoCUpdateOperation::startUpdatesOfPhase(PhaseList& list, WrittenFiles& written)
+void ZoCUpdateOperation::startUpdatesOfPhase(PhaseList& list, DriveFiles& driveFiles)
 {
     bool isFirst = true;
     for (ZoSUpdateElement* const element : list) {
@@ -60,17 +60,17 @@ void ZoCUpdateOperation::startUpdatesOfPhase(PhaseList& list, WrittenFiles& writ
         }
         errorManager().sendLog(updateStarted, loggedLine, loggedFunction, "%s", element->displayName.c_str());
         if (element->isFileSystemElement) {
-            startFileSystemUpdate(*element, written);
+            startFileSystemUpdate(*element, driveFiles);
         } else {
             startInventoryUpdate(*element);
         }
     }
 }
 
-void ZoCUpdateOperation::startFileSystemUpdate(ZoSUpdateElement& element, WrittenFiles& written)
+void ZoCUpdateOperation::startFileSystemUpdate(ZoSUpdateElement& element, DriveFiles& driveFiles)
 {
     std::vector<std::string> messages;
-    if (writeFileSystemElement(*assignment->fileOf(element), element.location, written, messages)) {
+    if (writeFileSystemElement(*assignment->fileOf(element), element.location, driveFiles, messages)) {
         element.updateState = FINISHED;
         updater->print("\n");
     } else {

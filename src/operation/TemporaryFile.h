@@ -4,6 +4,10 @@
 #pragma once
 
 #include <string>
+#include <string_view>
+
+// What its name has behind the target's.
+inline constexpr std::string_view temporaryEnding = ".tmp";
 
 class TemporaryFile {
 public:

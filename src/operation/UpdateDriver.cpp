@@ -2,8 +2,8 @@
 #include "base/ErrorGuard.h"
 #include "base/FileAccess.h"
 #include "libZoInventoryManagerAP/ZoCInventoryManager.h"
+#include "operation/DriveFiles.h"
 #include "operation/PendingElements.h"
-#include "operation/WrittenFiles.h"
 #include "operation/ZoCUpdateOperation.h"
 #include "updater/ZoCTrellanUpdater.h"
 
@@ -87,22 +87,22 @@ bool ZoCUpdateOperation::updatePhases()
 {
     bool filesMissing = false;
     PendingElements pending(elements);
-    WrittenFiles written;
+    DriveFiles driveFiles(*assignment);
     const unsigned phases = assignment->getNumberOfUpdatePhases();
     for (unsigned phase = 0; phase < phases; ++phase) {
-        filesMissing |= updatePhase(phase, pending, written);
+        filesMissing |= updatePhase(phase, pending, driveFiles);
     }
     updater->ReportPhase(endOfPhases);
     return filesMissing;
 }
 
 // True when an update file was missing.
-bool ZoCUpdateOperation::updatePhase(unsigned phase, PendingElements& pending, WrittenFiles& written)
+bool ZoCUpdateOperation::updatePhase(unsigned phase, PendingElements& pending, DriveFiles& driveFiles)
 {
     updater->ReportPhase(phase);
     PhaseList list = pending.ofPhase(phase);
     const bool filesMissing = checkMissingUpdateFiles(list);
-    startUpdatesOfPhase(list, written);
+    startUpdatesOfPhase(list, driveFiles);
     updateStatus(list);
     updateErrors(list, pending);
     return filesMissing;

@@ -9,7 +9,7 @@
 #include "assignment/ZoCUpdateAssignment.h"
 
 class PendingElements;
-class WrittenFiles;
+class DriveFiles;
 class ZoCTrellanUpdater;
 
 class ZoCUpdateOperation {
@@ -56,10 +56,11 @@ public:
 
     // Writes `file` to `location` on the flash drive by way of a new temporary file, which is on the disk before it
     // takes the target's place. `messages` becomes what there is to tell, in order; after false its last entry is the
-    // error. Refused before anything is changed: a location that leaves the drive through ".." or names no file, a path
-    // that a shell does not take literally, and a pipe or a device as `file`. A symbolic link to a folder is followed
-    // on the drive; one in the place of the target or of its temporary file is replaced. When anything fails after the
-    // copying, the temporary file is left.
+    // error. Refused before anything is changed: a location that leaves the drive, through ".." or a symbolic link, or
+    // names no file; a path that a shell does not take literally; a pipe or a device as `file`. Refused before a file
+    // is changed: a temporary file in the place of one that an element or an entry names. A symbolic link to a folder
+    // on the drive is followed; one in the place of the target or of its temporary file is replaced. When anything
+    // fails after the copying, the temporary file is left.
     bool writeFileSystemElement(const ZoNUpdateArchive::ZoSUpdateFile& file, const ZoCString& location,
                                 std::vector<std::string>& messages);
 
@@ -68,8 +69,8 @@ private:
     void finishUpdates(ZoCErrorListPool& errors);
     bool unlock(ZoCErrorListPool& errors);
     bool updatePhases();
-    bool updatePhase(unsigned phase, PendingElements& pending, WrittenFiles& written);
-    void startFileSystemUpdate(ZoNUpdateInventory::ZoSUpdateElement& element, WrittenFiles& written);
+    bool updatePhase(unsigned phase, PendingElements& pending, DriveFiles& driveFiles);
+    void startFileSystemUpdate(ZoNUpdateInventory::ZoSUpdateElement& element, DriveFiles& driveFiles);
     void startInventoryUpdate(ZoNUpdateInventory::ZoSUpdateElement& element);
     bool requestUpdate(ZoNUpdateInventory::ZoSUpdateElement& element);
     void failToStart(ZoNUpdateInventory::ZoSUpdateElement& element);
@@ -78,11 +79,11 @@ private:
     void printFailure(const ZoNUpdateInventory::ZoSUpdateElement& element) const;
 
     // The operations of these names within an update, which knows what is pending and what it has written.
-    void startUpdatesOfPhase(PhaseList& list, WrittenFiles& written);
+    void startUpdatesOfPhase(PhaseList& list, DriveFiles& driveFiles);
     void updateErrors(PhaseList& list, PendingElements& pending);
     void cancelUpdates(const ZoCInventoryAddress& boardAddress, unsigned fromPhase, PendingElements& pending);
     bool writeFileSystemElement(const ZoNUpdateArchive::ZoSUpdateFile& file, const ZoCString& location,
-                                WrittenFiles& written, std::vector<std::string>& messages);
+                                DriveFiles& driveFiles, std::vector<std::string>& messages);
 
     const ZoCTrellanUpdater* updater;
     const ZoNTrellanUpdater::ZoTOptions* options;

@@ -145,4 +145,23 @@ TEST_F(ElementFilters, FilteredElementsLeaveNoGapInTheIndices)
     EXPECT_EQ(indices(), (std::vector<unsigned>{0, 1}));
 }
 
+TEST_F(ElementFilters, TheFilesOfElementsThatAreLeftOutAreNoted)
+{
+    options.elementNames = "A";
+    ASSERT_EQ(read({board("NETC", {},
+                          {fileElement(1, {{"NAME", "A"}, {"LOCATION", "a.cfg"}}),
+                           fileElement(2, {{"NAME", "B"}, {"LOCATION", "b.cfg"}}), fileElement(3, {{"NAME", "B"}}),
+                           fileElement(4, {{"NAME", "A"}, {"LOCATION", "c.cfg"}, {"CONFIGURATION", 1}}),
+                           fileElement(5, {{"NAME", "B"}, {"LOCATION", 7}}),
+                           updateElement(6, {{"NAME", "B"}, {"LOCATION", "no file"}})})}),
+              1);
+    std::vector<std::string> noted;
+    for (const ZoCString& location : inventory().getLeftOutLocations()) {
+        noted.emplace_back(location.c_str());
+    }
+    EXPECT_EQ(noted, (std::vector<std::string>{"b.cfg", "c.cfg", ""}));
+    EXPECT_EQ(names(), Names{"A"});
+    EXPECT_EQ(errors.count(), 0u);
+}
+
 }  // namespace

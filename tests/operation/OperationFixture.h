@@ -40,6 +40,9 @@ protected:
     // The same for a file on the flash drive: FILESYSTEM_ELEMENT[id], "Board 1, SN 1, File 1", file "b1f1.bin".
     void addFileElement(unsigned board, unsigned id, const std::string& location, unsigned sequence = 1);
 
+    // Adds a file and its entry to the archive.
+    void addFile(const std::string& name, Json overrides);
+
     // Adds an HCN and a CN without elements.
     void addHcn();
     void addCn();
@@ -101,7 +104,6 @@ protected:
     ErrorPool errors;
 
 private:
-    void addFile(const std::string& name, Json overrides);
     std::vector<Json> boards() const;
 
     std::vector<unsigned> boardOrder;

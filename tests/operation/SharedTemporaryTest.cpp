@@ -75,19 +75,140 @@ TEST_F(SharedTemporary, MayBecomeTheFileOfALaterEntry)
     EXPECT_EQ(readText(drive() / "a.tmp"), "content of b1f2.bin");
 }
 
-TEST_F(SharedTemporary, IsAnOldOneInTheNextUpdate)
+TEST_F(SharedTemporary, IsNotTakenFromTheFileOfAnElementThatIsNotUpdated)
+{
+    prepareFiles("a.tmp", "a");
+    put(drive() / "a.tmp", "of an element");
+    put(drive() / "a", "old");
+    element(0).disabled = true;
+
+    EXPECT_FALSE(update());
+
+    EXPECT_EQ(element(1).writeError, "ERROR: Cannot write /mnt/cn/cfdrive/a.tmp. Error code: 17\n");
+    EXPECT_EQ(readText(drive() / "a.tmp"), "of an element");
+    EXPECT_EQ(readText(drive() / "a"), "old");
+}
+
+TEST_F(SharedTemporary, IsNotTakenFromAFileThatAnEarlierUpdateHasWritten)
 {
     prepareFiles("a.tmp", "a");
     element(1).disabled = true;
     EXPECT_TRUE(update());
-    EXPECT_THAT(onDrive(), ElementsAre("a.tmp"));
 
     element(0).disabled = true;
     element(1).disabled = false;
+    EXPECT_FALSE(update());
+
+    EXPECT_THAT(onDrive(), ElementsAre("a.tmp"));
+    EXPECT_EQ(readText(drive() / "a.tmp"), "content of b1f1.bin");
+}
+
+TEST_F(SharedTemporary, IsNotTakenFromTheFileOfAnElementWithoutAnEntry)
+{
+    prepareFiles("a.tmp", "a");
+    put(drive() / "a.tmp", "of an element");
+    element(0).updateFileIndex = -1;
+    file(0).jsonEntry = ZoNJson::json::object();
+
+    EXPECT_FALSE(update());
+
+    EXPECT_THAT(states(), ElementsAre(NOTHING_TO_DO, FAILED));
+    EXPECT_EQ(readText(drive() / "a.tmp"), "of an element");
+}
+
+TEST_F(SharedTemporary, IsNotTakenFromTheFileOfAnElementThatAFilterLeavesOut)
+{
+    options.elementNames = "File 2";
+    prepareFiles("a.tmp", "a");
+    put(drive() / "a.tmp", "of an element");
+    file(0).jsonEntry = ZoNJson::json::object();
+
+    EXPECT_FALSE(update());
+
+    EXPECT_THAT(states(), ElementsAre(FAILED));
+    EXPECT_EQ(readText(drive() / "a.tmp"), "of an element");
+}
+
+TEST_F(SharedTemporary, IsNotTakenFromTheFileOfAnEntryForABoardThatIsNotThere)
+{
+    addFile("x.bin", {{"boardType", "T9"}, {"targetPath", "a.tmp"}});
+    addFile("y.bin",
+            {{"boards", {{{"boardType", "T8"}, {"targetPath", "c"}}, {{"boardType", "T9"}, {"targetPath", "b.tmp"}}}}});
+    prepareFiles("a", "b");
+    put(drive() / "a.tmp", "of the entry");
+    put(drive() / "b.tmp", "of the board object");
+
+    EXPECT_FALSE(update());
+
+    EXPECT_THAT(states(), ElementsAre(FAILED, FAILED));
+    EXPECT_EQ(readText(drive() / "a.tmp"), "of the entry");
+    EXPECT_EQ(readText(drive() / "b.tmp"), "of the board object");
+}
+
+TEST_P(SharedTemporarySpelling, OfAFileThatIsNotUpdatedIsKnown)
+{
+    prepareFiles(GetParam() + std::string(".tmp"), "d/a");
+    put(drive() / "d/a.tmp", "of an element");
+    std::filesystem::create_symlink("d", drive() / "link");
+    std::filesystem::create_directory(drive() / "e");
+    element(0).disabled = true;
+
+    EXPECT_FALSE(update());
+
+    EXPECT_EQ(element(1).writeError, "ERROR: Cannot write /mnt/cn/cfdrive/d/a.tmp. Error code: 17\n");
+    EXPECT_EQ(readText(drive() / "d/a.tmp"), "of an element");
+}
+
+TEST_F(SharedTemporary, IsNotTakenFromAFileToWhichTheFileOfAnElementLinks)
+{
+    prepareFiles("b", "a");
+    put(drive() / "a.tmp", "of an element");
+    std::filesystem::create_symlink("a.tmp", drive() / "b");
+    element(0).disabled = true;
+
+    EXPECT_FALSE(update());
+
+    EXPECT_EQ(readText(drive() / "b"), "of an element");
+}
+
+TEST_F(SharedTemporary, IsRemovedWhereNoElementAndNoEntryNamesIt)
+{
+    prepareFiles("b", "a");
+    put(drive() / "a.tmp", "abandoned");
+    put(drive() / "b.tmp", "abandoned");
+
     EXPECT_TRUE(update());
 
-    EXPECT_THAT(onDrive(), ElementsAre("a"));
+    EXPECT_THAT(onDrive(), ElementsAre("a", "b"));
     EXPECT_EQ(readText(drive() / "a"), "content of b1f2.bin");
+    EXPECT_EQ(readText(drive() / "b"), "content of b1f1.bin");
+}
+
+class SecondSpelling : public SharedTemporary, public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(SecondSpelling, OfAFileThatTheUpdateHasWrittenIsRefused)
+{
+    prepareFiles("d/a", GetParam());
+    std::filesystem::create_directory(drive() / "d");
+    std::filesystem::create_symlink("d", drive() / "link");
+
+    expectSecondRefused("d/a", GetParam());
+}
+
+INSTANTIATE_TEST_SUITE_P(All, SecondSpelling,
+                         ::testing::Values("./d/a", "d//a", "/d/a", "d/./a", "d/../d/a", "e/../d/a", "link/a"));
+
+TEST_F(SharedTemporary, MayBeThatOfTheVerySamePathTwice)
+{
+    hasFlashDrive = true;
+    addFileElement(1, 1, "d/a");
+    addFileElement(2, 1, "d/a");
+    prepare();
+
+    EXPECT_TRUE(update());
+
+    EXPECT_THAT(onDrive(), ElementsAre("d/", "d/a"));
+    EXPECT_EQ(readText(drive() / "d/a"), "content of b2f1.bin");
 }
 
 TEST_F(SharedTemporary, IsNotTheFileThatIsToBeCopied)

@@ -1,4 +1,4 @@
-// WrittenFiles: the files that an update has written to the flash drive, known by what they are and not by their paths.
+// FileIdentity: what tells a file from all others that there are at the same time, whatever path leads to it.
 #pragma once
 
 #include <fcntl.h>
@@ -6,10 +6,8 @@
 
 #include <compare>
 #include <optional>
-#include <set>
 #include <string>
 
-// What tells a file from all others that there are at the same time.
 struct FileIdentity {
     dev_t device;
     ino64_t number;
@@ -29,13 +27,3 @@ inline std::optional<FileIdentity> identityOf(const std::string& path, Links lin
     }
     return FileIdentity{found.st_dev, found.st_ino};
 }
-
-class WrittenFiles {
-public:
-    bool contains(const FileIdentity& file) const { return files.contains(file); }
-    void add(const FileIdentity& file) { files.insert(file); }
-    void remove(const FileIdentity& file) { files.erase(file); }
-
-private:
-    std::set<FileIdentity> files;
-};

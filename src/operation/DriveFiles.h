@@ -1,0 +1,42 @@
+// DriveFiles: the files on the flash drive that an update must not lose.
+//
+// They are those that it has written, and those that an element of the target or an entry of the archive names, whether
+// they take part in the update or not. Files are known by what they are: it does not matter how a path is spelled, or
+// which link it goes through. Paths are below the drive's root.
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+
+#include "operation/FileIdentity.h"
+
+class ZoCUpdateAssignment;
+
+class DriveFiles {
+public:
+    // Keeps the reference. What elements and entries name is looked for when it is first asked for, once.
+    explicit DriveFiles(const ZoCUpdateAssignment& assignment) : assignment(assignment) {}
+
+    // True when there is a file at `path` that the update has written, or that an element or an entry names.
+    bool isNeeded(const std::string& path);
+
+    // True when the update has written the file at `path`, by another spelling of it.
+    bool isWrittenOtherwise(const std::string& path) const;
+
+    // The update has written the file at `path`.
+    void noteWritten(const std::string& path);
+
+    // The file is gone: another one may get its identity.
+    void forget(const FileIdentity& file);
+
+private:
+    void findNamed();
+    void addNamed(const std::string& path);
+
+    const ZoCUpdateAssignment& assignment;
+    std::map<FileIdentity, std::string> written;  // with the path by which it was written
+    bool namedAreKnown = false;
+    std::set<std::string> namedPaths;  // normalised: also a file that replaces a named one later is named
+    std::set<FileIdentity> named;
+};
