@@ -49,7 +49,7 @@ int TemporaryFile::flush() const
         return error;
     }
     const int error = flushToDisk(name.substr(0, name.rfind('/') + 1), O_DIRECTORY);
-    return error == EINVAL ? 0 : error;  // some file systems flush no folders by themselves
+    return error == EINVAL || error == EACCES ? 0 : error;  // some file systems flush no folders by themselves
 }
 
 void TemporaryFile::discard() const

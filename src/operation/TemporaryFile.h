@@ -23,7 +23,8 @@ public:
     // True when it is a regular file with something in it.
     bool hasContent() const;
 
-    // Writes the file to the disk, and its folder, so that the file is found there. Returns 0 or the error number.
+    // Writes the file to the disk, and its folder, so that the file is found there. Returns 0 or the error number. A
+    // folder that cannot be flushed by itself, or not without the right to read it, is no error.
     int flush() const;
 
     // Removes the file if it is there.

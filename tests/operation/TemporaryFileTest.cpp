@@ -1,11 +1,18 @@
 // The temporary file beside a target: what is done with something that is there already, and with what a failed copy
 // has left.
 #include <fcntl.h>
+#include <linux/capability.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/sysmacros.h>
+#include <sys/un.h>
 #include <unistd.h>
 
+#include <array>
 #include <csignal>
+#include <system_error>
 
 #include "operation/FlashDriveFixture.h"
 #include "support/TempDir.h"
@@ -55,6 +62,44 @@ private:
     void (*disposition)(int);
     rlimit before{};
 };
+
+// For the time of a scope this process heeds the modes of files, as root too. Its children do as they ever do.
+class WithoutRootsRights {
+public:
+    WithoutRootsRights()
+    {
+        call(SYS_capget, all);
+        auto fewer = all;
+        fewer[0].effective = fewer[1].effective = 0;
+        call(SYS_capset, fewer);
+    }
+    ~WithoutRootsRights() { call(SYS_capset, all); }
+    WithoutRootsRights(const WithoutRootsRights&) = delete;
+    WithoutRootsRights& operator=(const WithoutRootsRights&) = delete;
+
+private:
+    using Capabilities = std::array<__user_cap_data_struct, _LINUX_CAPABILITY_U32S_3>;
+
+    static void call(long number, Capabilities& capabilities)
+    {
+        __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+        EXPECT_EQ(::syscall(number, &header, capabilities.data()), 0);
+    }
+
+    Capabilities all{};
+};
+
+// Leaves a socket at `path`.
+void makeSocket(const fs::path& path)
+{
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    ASSERT_LT(path.string().size(), sizeof address.sun_path);
+    path.string().copy(address.sun_path, sizeof address.sun_path - 1);
+    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    EXPECT_EQ(::bind(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    ::close(descriptor);
+}
 
 }  // namespace
 
@@ -157,19 +202,66 @@ TEST_F(FlashDriveTemporary, IsRemovedWhenTheCopyFails)
     EXPECT_EQ(readText(drive() / "c.bin"), "old");
 }
 
-TEST_F(FlashDriveTemporary, IsNotMadeFromAPipeOrADevice)
+TEST_F(FlashDriveTemporary, IsRefusedInThePlaceOfASocket)
+{
+    prepareDrive();
+    put(drive() / "c.bin", "old");
+    makeSocket(drive() / "c.bin.tmp");
+
+    expectCannotWrite("c.bin", 22);
+
+    EXPECT_EQ(readText(drive() / "c.bin"), "old");
+    EXPECT_TRUE(fs::is_socket(drive() / "c.bin.tmp"));
+}
+
+TEST_F(FlashDriveTemporary, IsRefusedInThePlaceOfADevice)
+{
+    prepareDrive();
+    put(drive() / "c.bin", "old");
+    constexpr unsigned memoryDevices = 1;
+    if (::mknod((drive() / "c.bin.tmp").c_str(), S_IFCHR | 0666, makedev(memoryDevices, 3)) != 0) {
+        GTEST_SKIP() << "no device can be made here: " << std::generic_category().message(errno);
+    }
+
+    expectCannotWrite("c.bin", 22);
+
+    EXPECT_EQ(readText(drive() / "c.bin"), "old");
+    EXPECT_TRUE(fs::is_character_file(drive() / "c.bin.tmp"));
+}
+
+TEST_F(FlashDriveTemporary, IsNotMadeFromAPipeASocketOrADevice)
 {
     prepareDrive();
     ASSERT_EQ(::mkfifo(inArchive("pipe.bin").c_str(), 0666), 0);
+    makeSocket(inArchive("socket.bin"));
     fs::create_symlink(inArchive("pipe.bin"), inArchive("pipe-link.bin"));
     fs::create_symlink("/dev/null", inArchive("device.bin"));
 
-    for (const std::string name : {"pipe.bin", "pipe-link.bin", "device.bin"}) {
+    for (const std::string name : {"pipe.bin", "pipe-link.bin", "socket.bin", "device.bin"}) {
         EXPECT_FALSE(write(name, "a/c.bin")) << name;
 
         EXPECT_THAT(messages, ElementsAre("ERROR: Cannot write /mnt/cn/cfdrive/a/c.bin.tmp. Error code: 22\n"));
         EXPECT_THAT(onDrive(), IsEmpty()) << name;
     }
+}
+
+TEST_F(FlashDriveTemporary, IsWrittenIntoAFolderThatCannotBeRead)
+{
+    prepareDrive();
+    fs::create_directory(drive() / "a");
+    fs::permissions(drive() / "a", fs::perms::owner_write | fs::perms::owner_exec);
+    {
+        const WithoutRootsRights rights;
+        std::error_code error;
+        fs::directory_iterator(drive() / "a", error);
+        ASSERT_EQ(error.value(), EACCES);
+        EXPECT_TRUE(write("c.bin", "a/c.bin"));
+    }
+    fs::permissions(drive() / "a", fs::perms::owner_all);
+
+    EXPECT_THAT(messages, IsEmpty());
+    EXPECT_THAT(onDrive(), ElementsAre("a/", "a/c.bin"));
+    EXPECT_EQ(readText(drive() / "a/c.bin"), "content of c");
 }
 
 TEST_F(FlashDriveTemporary, IsMadeFromTheFileThatALinkInTheArchiveLeadsTo)
