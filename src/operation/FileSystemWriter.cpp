@@ -126,6 +126,10 @@ private:
         if (const int error = temporary.flush(); error != 0) {
             return failToWrite(error);
         }
+        if (!temporary.isAsLargeAs(source)) {
+            temporary.discard();
+            return failToWrite(EIO);
+        }
         return true;
     }
 

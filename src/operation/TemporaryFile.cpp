@@ -43,6 +43,14 @@ bool TemporaryFile::hasContent() const
     return lstat64(name.c_str(), &written) == 0 && S_ISREG(written.st_mode) && written.st_size >= 1;
 }
 
+bool TemporaryFile::isAsLargeAs(const std::string& source) const
+{
+    struct stat64 original;
+    struct stat64 written;
+    return stat64(source.c_str(), &original) == 0 && lstat64(name.c_str(), &written) == 0 && S_ISREG(written.st_mode) &&
+           written.st_size == original.st_size;
+}
+
 int TemporaryFile::flush() const
 {
     if (const int error = flushToDisk(name, O_NOFOLLOW); error != 0) {

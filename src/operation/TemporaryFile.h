@@ -23,6 +23,9 @@ public:
     // True when it is a regular file with something in it.
     bool hasContent() const;
 
+    // True when it is as large as `source`: another process may have cut or replaced it.
+    bool isAsLargeAs(const std::string& source) const;
+
     // Writes the file to the disk, and its folder, so that the file is found there. Returns 0 or the error number. A
     // folder that cannot be flushed by itself, or not without the right to read it, is no error.
     int flush() const;

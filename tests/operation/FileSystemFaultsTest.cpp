@@ -30,6 +30,7 @@ std::string unreadable;  // a file that is there and cannot be read, not even by
 std::vector<std::string> madeFolders;
 std::vector<std::string> commands;
 std::function<void()> afterCommand;
+std::function<void()> afterFlush;
 
 std::vector<std::string> changes;            // flushes, removals and renamings, in their order
 std::map<std::string, int> errorsOfFlushes;  // by the path of what is flushed
@@ -73,7 +74,11 @@ extern "C" int fsync(int descriptor)
         errno = found->second;
         return -1;
     }
-    return usual(descriptor);
+    const int result = usual(descriptor);
+    if (afterFlush) {
+        afterFlush();
+    }
+    return result;
 }
 
 extern "C" int rename(const char* from, const char* to) noexcept
@@ -215,6 +220,53 @@ TEST_F(FileSystemFaults, TakesNothingButAFileForTheCopy)
         EXPECT_EQ(readText(drive() / "c.bin"), "old");
         EXPECT_TRUE(std::filesystem::exists(temporary));
         std::filesystem::remove_all(temporary);
+    }
+}
+
+TEST_F(FileSystemFaults, TakesNoCopyWhoseSizeIsNotThatOfTheUpdateFile)
+{
+    prepareDrive();
+    put(drive() / "c.bin", "old");
+    for (const std::string content : {"content of ", "content of c and more", "c"}) {
+        afterCommand = [&] { put(drive() / "c.bin.tmp", content); };
+        EXPECT_FALSE(write("c.bin", "c.bin"));
+        afterCommand = nullptr;
+
+        EXPECT_THAT(messages, ElementsAre("ERROR: Cannot write /mnt/cn/cfdrive/c.bin.tmp. Error code: 5\n"));
+        EXPECT_THAT(onDrive(), ElementsAre("c.bin"));
+        EXPECT_EQ(readText(drive() / "c.bin"), "old");
+    }
+}
+
+TEST_F(FileSystemFaults, TakesNoCopyThatIsCutWhileItIsFlushed)
+{
+    prepareDrive();
+    put(drive() / "c.bin", "old");
+    afterFlush = [&] { std::filesystem::resize_file(drive() / "c.bin.tmp", 3); };
+    EXPECT_FALSE(write("c.bin", "c.bin"));
+    afterFlush = nullptr;
+
+    EXPECT_THAT(messages, ElementsAre("ERROR: Cannot write /mnt/cn/cfdrive/c.bin.tmp. Error code: 5\n"));
+    EXPECT_THAT(onDrive(), ElementsAre("c.bin"));
+    EXPECT_EQ(readText(drive() / "c.bin"), "old");
+}
+
+TEST_F(FileSystemFaults, TakesNoCopyOfAnUpdateFileThatGrowsOrGoesMeanwhile)
+{
+    prepareDrive();
+    const std::filesystem::path source = std::filesystem::path(archive->path()) / "c.bin";
+    const std::vector<std::function<void()>> changes = {
+        [&] { put(source, "content of c, the newer one"); },
+        [&] { std::filesystem::remove(source); },
+    };
+    for (const auto& change : changes) {
+        put(drive() / "c.bin", "old");
+        afterCommand = change;
+        EXPECT_FALSE(write("c.bin", "c.bin"));
+        afterCommand = nullptr;
+
+        EXPECT_THAT(messages, ElementsAre("ERROR: Cannot write /mnt/cn/cfdrive/c.bin.tmp. Error code: 5\n"));
+        EXPECT_THAT(onDrive(), ElementsAre("c.bin"));
     }
 }
 
