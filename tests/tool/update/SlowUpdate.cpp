@@ -23,7 +23,7 @@ const std::string newFile(6000, 'n');
 
 // CRC-32 of what is installed at the end.
 constexpr unsigned newFileChecksum = 0x6473F54C;
-constexpr unsigned firmwareChecksum = 0xD5ECD7C4;
+constexpr unsigned newFirmwareChecksum = 0xD5ECD7C4;
 
 const std::vector<std::string> wordsOfUpdate = {"update", "archive", "--target", "target.json",  "--events",
                                                 "events", "--trace", "trace",    "--no-progress"};
@@ -39,7 +39,7 @@ while [ -e "$folder/hold.$name" ]; do sleep 0.01; done
 exec /bin/cp "$1" "$2"
 )";
 
-ordered_json device()
+ordered_json deviceWithFlashDrive()
 {
     const auto file = [](unsigned index, const std::string& name) {
         return fileElement(index, {{"ID", 10 + index}, {"NAME", name}, {"LOCATION", "config/" + name}});
@@ -65,13 +65,14 @@ ordered_json fileEntryFor(const std::string& name, unsigned sequence)
 
 SlowUpdate::SlowUpdate()
 {
-    directory.write("target.json", device().dump(2));
-    directory.write("archive/archive.json",
-                    description({fileEntryFor("site.cfg", 1),
-                                 fileEntry("firmware.bin",
-                                           {{"sequence", 2}, {"version", "2.0"}, {"checksumCrc32", firmwareChecksum}}),
-                                 fileEntryFor("hosts.cfg", 3)})
-                        .dump());
+    directory.write("target.json", deviceWithFlashDrive().dump(2));
+    directory.write(
+        "archive/archive.json",
+        description(
+            {fileEntryFor("site.cfg", 1),
+             fileEntry("firmware.bin", {{"sequence", 2}, {"version", "2.0"}, {"checksumCrc32", newFirmwareChecksum}}),
+             fileEntryFor("hosts.cfg", 3)})
+            .dump());
     directory.write("archive/firmware.bin", "firmware");
     for (const std::string name : {"site.cfg", "hosts.cfg"}) {
         directory.write("archive/" + name, newFile);
@@ -131,8 +132,8 @@ bool SlowUpdate::firmwareIsNew() const
     const json document = json::parse(readText(folder() / "target.json"));
     const json& elements = document["tree"]["items"][0]["items"][0]["items"];
     const unsigned checksum = elements[2]["parameters"]["CHECKSUM_CRC32"];
-    EXPECT_TRUE(checksum == 7 || checksum == firmwareChecksum) << checksum;
-    return checksum == firmwareChecksum;
+    EXPECT_TRUE(checksum == 7 || checksum == newFirmwareChecksum) << checksum;
+    return checksum == newFirmwareChecksum;
 }
 
 bool SlowUpdate::isUnlocked() const

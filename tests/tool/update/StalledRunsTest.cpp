@@ -18,10 +18,10 @@ using testing::HasSubstr;
 
 namespace {
 
-constexpr unsigned firmwareChecksum = 0xD5ECD7C4;  // CRC-32 of "firmware"
+constexpr unsigned fileChecksum = 0xD5ECD7C4;  // CRC-32 of "firmware"
 
 // A target with two elements in two phases. The first one is found half done `polls` times; then it is finished.
-ordered_json slowDevice(unsigned polls, const char* clock = "virtual")
+ordered_json stallingDevice(unsigned polls, const char* clock = "virtual")
 {
     ordered_json answers = ordered_json::array();
     for (unsigned i = 0; i < polls; ++i) {
@@ -35,14 +35,14 @@ ordered_json slowDevice(unsigned polls, const char* clock = "virtual")
     return device;
 }
 
-ordered_json entry(const std::string& name, unsigned id)
+ordered_json entryOf(const std::string& name, unsigned id)
 {
-    return fileEntry(name, {{"id", id}, {"sequence", id}, {"version", "2.0"}, {"checksumCrc32", firmwareChecksum}});
+    return fileEntry(name, {{"id", id}, {"sequence", id}, {"version", "2.0"}, {"checksumCrc32", fileChecksum}});
 }
 
 class StalledRuns : public testing::Test {
 protected:
-    StalledRuns() : archive(description({entry("one.bin", 1), entry("two.bin", 2)}))
+    StalledRuns() : archive(description({entryOf("one.bin", 1), entryOf("two.bin", 2)}))
     {
         archive.addFile("one.bin", "firmware");
         archive.addFile("two.bin", "firmware");
@@ -70,7 +70,7 @@ std::ptrdiff_t calls(const SimulatedTarget& device, const std::string& name)
 
 TEST_F(StalledRuns, AreGivenUpWithTheTargetUnlocked)
 {
-    const SimulatedTarget device(slowDevice(1000));
+    const SimulatedTarget device(stallingDevice(1000));
     const RunResult result = updated({"--stall-timeout", "2"});
     EXPECT_EQ(result.status, 8);
     EXPECT_EQ(result.err,
@@ -84,7 +84,7 @@ TEST_F(StalledRuns, AreGivenUpWithTheTargetUnlocked)
 
 TEST_F(StalledRuns, AreToldInTheDocumentTheEventsAndTheHistory)
 {
-    const SimulatedTarget device(slowDevice(1000));
+    const SimulatedTarget device(stallingDevice(1000));
     const ordered_json document =
         conformingDocument(updated({"--stall-timeout", "2", "--json", "--events", events()}).out);
     EXPECT_EQ(document["error"]["status"], 8);
@@ -97,7 +97,7 @@ TEST_F(StalledRuns, AreToldInTheDocumentTheEventsAndTheHistory)
 
 TEST_F(StalledRuns, AreThoseAloneThatStayForTheWholeTime)
 {
-    const SimulatedTarget device(slowDevice(10));
+    const SimulatedTarget device(stallingDevice(10));
     const RunResult result = updated({"--stall-timeout", "2.2"});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.err, "");
@@ -105,7 +105,7 @@ TEST_F(StalledRuns, AreThoseAloneThatStayForTheWholeTime)
 
 TEST_F(StalledRuns, AreWaitedForWithoutTheOption)
 {
-    const SimulatedTarget device(slowDevice(1000));
+    const SimulatedTarget device(stallingDevice(1000));
     EXPECT_EQ(updated({}).status, 0);
     EXPECT_EQ(calls(device, "updateStatus2"), 1002);
 }
@@ -113,7 +113,7 @@ TEST_F(StalledRuns, AreWaitedForWithoutTheOption)
 // The last report of a phase repeats the one before, when nothing runs any more.
 TEST_F(StalledRuns, AreNoneWhereEveryElementHasFinished)
 {
-    ordered_json finished = slowDevice(0);
+    ordered_json finished = stallingDevice(0);
     const ordered_json whole = {{"status", 1}, {"done", 10}, {"total", 10}};
     finished["script"]["elements"]["/ROOT/HCN#1"]["polls"] = {whole};
     const SimulatedTarget device(finished);
@@ -124,7 +124,7 @@ TEST_F(StalledRuns, AreNoneWhereEveryElementHasFinished)
 
 TEST_F(StalledRuns, AreGivenUpByTheRealClockToo)
 {
-    const SimulatedTarget device(slowDevice(1000, "real"));
+    const SimulatedTarget device(stallingDevice(1000, "real"));
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(updated({"--stall-timeout", "0.5"}).status, 8);
     EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(500));
