@@ -1,0 +1,99 @@
+// Updates whose events cannot be written go on without them.
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "support/Namespaces.h"
+#include "support/Process.h"
+#include "support/TargetBuilder.h"
+#include "support/TempDir.h"
+#include "support/TestArchive.h"
+#include "support/TextFile.h"
+#include "tool/update/SlowUpdate.h"
+
+using testing::EndsWith;
+using testing::HasSubstr;
+
+namespace {
+
+class EventRuns : public testing::Test {
+protected:
+    EventRuns() : archive(description({fileEntry("a.bin", {{"version", "2.0"}, {"checksumCrc32", 0xFEC530A9}})}))
+    {
+        archive.addFile("a.bin", "content");
+        folder.write("target.json", target({board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}},
+                                                  {updateElement(1, {{"NAME", "UserFirmware"}, {"VERSION", "1.0"}})})})
+                                        .dump());
+    }
+
+    // What an update with its events in `file` complains of; it must succeed.
+    std::string complaints(const std::string& file) const
+    {
+        const ProcessResult result = runProcess(
+            TRELLAN_TOOL, {"update", archive.path(), "--target", "target.json", "--events", file}, folder.path());
+        EXPECT_EQ(result.status, 0);
+        EXPECT_THAT(result.output, EndsWith("\n    Update completed successfully!\n"));
+        return result.errors;
+    }
+
+    std::string pathOf(const std::string& name) const { return (folder.path() / name).string(); }
+
+    TestArchive archive;
+    TempDir folder;
+};
+
+}  // namespace
+
+TEST_F(EventRuns, GoOnWhereTheMediumIsFull)
+{
+    EXPECT_EQ(complaints("/dev/full"),
+              "trellan-update: events cannot be written to /dev/full: No space left on device; the update goes on "
+              "without them\n");
+}
+
+TEST_F(EventRuns, GoOnWhereThePipeHasNoReader)
+{
+    ASSERT_EQ(::mkfifo(pathOf("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(complaints(pathOf("pipe")), "trellan-update: events cannot be written to " + pathOf("pipe") +
+                                              ": nobody reads it; the update goes on without them\n");
+}
+
+TEST_F(EventRuns, GoOnWhereThePipesReaderGoesAway)
+{
+    SKIP_WITHOUT_MOUNT();
+    const SlowUpdate update;
+    const std::string pipe = (update.folder() / "events").string();
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const int reader = ::open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    update.hold("site.cfg");
+    RunningProcess tool = update.start();
+    update.waitForCopy("site.cfg");
+    char first[10];
+    ASSERT_EQ(::read(reader, first, sizeof first), 10);
+    EXPECT_EQ(std::string(first, sizeof first), "{\"time\":\"2");
+    ::close(reader);
+    update.release("site.cfg");
+    const ProcessResult result = tool.wait();
+    EXPECT_EQ(result.status, 0);
+    EXPECT_TRUE(update.hostsAreNew());
+    EXPECT_EQ(result.errors, "trellan-update: events cannot be written to " + pipe +
+                                 ": Broken pipe; the update goes on without them\n");
+}
+
+TEST_F(EventRuns, GoOnWhereAFolderOrNothingIsInTheFilesPlace)
+{
+    EXPECT_THAT(complaints(folder.path().string()), EndsWith(": Is a directory; the update goes on without them\n"));
+    EXPECT_THAT(complaints("absent/events"),
+                EndsWith(": No such file or directory; the update goes on without them\n"));
+}
+
+TEST_F(EventRuns, AreAppendedToWhatAnEarlierRunHasLeftTorn)
+{
+    folder.write("events", "{\"time\":\"2024");
+    EXPECT_EQ(complaints(pathOf("events")), "");
+    const ProcessResult history = runProcess(TRELLAN_TOOL, {"history", "events"}, folder.path());
+    EXPECT_THAT(history.output, EndsWith(" (2.3.4): updated UserFirmware 1.0 -> 2.0: success\n"));
+    EXPECT_THAT(history.errors, HasSubstr("torn"));
+}
