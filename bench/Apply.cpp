@@ -12,42 +12,14 @@
 
 namespace {
 
-// Each element is on a board of its own.
-nlohmann::json targetOf(unsigned count, const Case& data)
-{
-    nlohmann::json boards = nlohmann::json::array();
-    for (unsigned i = 0; i < count; ++i) {
-        const Element element = elementOf(i, data);
-        const nlohmann::json item = {{"id", "UPDATE_ELEMENT[1]"},
-                                     {"parameters",
-                                      {{"ID", element.id},
-                                       {"NAME", "UserFirmware"},
-                                       {"CONFIGURATION", 0},
-                                       {"VALID", 1},
-                                       {"ACTIVE", 1},
-                                       {"VERSION", "1.0"},
-                                       {"CHECKSUM_CRC32", 7},
-                                       {"HW_COMPATIBILITY_ID", element.hwCompatibilityId},
-                                       {"SW_COMPATIBILITY_ID", element.swCompatibilityId}}}};
-        boards.push_back({{"id", "IOMODULE[" + std::to_string(i + 1) + "]"},
-                          {"parameters",
-                           {{"PRODUCT/BOARD_TYPE", element.boardType.c_str()},
-                            {"PRODUCT/VARIANT", element.variant.c_str()},
-                            {"PRODUCT/ID", element.productId},
-                            {"PRODUCT/SERIAL_NUMBER", i + 1}}},
-                          {"items", {{{"id", "UPDATE_INFO"}, {"items", {item}}}}}});
-    }
-    return {{"tree", {{"id", "ROOT"}, {"items", std::move(boards)}}}};
-}
-
 void apply(benchmark::State& state, Size size, const Case& data)
 {
     Workspace workspace;
     ZoNTrellanUpdater::ZoTOptions options;
     options.command = ZoNTrellanUpdater::UPDATE;
     options.descriptionFileName = "archive.json";
-    const std::string description = workspace.write("archive.json", descriptionOf(entriesOf(size.files, data)));
-    options.archivePath = description.substr(0, description.rfind('/'));
+    workspace.write("archive.json", descriptionOf(entriesOf(size.files, data)));
+    options.archivePath = workspace.path();
     ::setenv("TRELLAN_TARGET", workspace.write("target.json", targetOf(size.elements, data)).c_str(), 1);
     double assigned = 0;
     for ([[maybe_unused]] auto iteration : state) {

@@ -90,6 +90,33 @@ Element elementOf(unsigned number, const Case& data)
     return element;
 }
 
+nlohmann::json targetOf(unsigned count, const Case& data)
+{
+    nlohmann::json boards = nlohmann::json::array();
+    for (unsigned i = 0; i < count; ++i) {
+        const Element element = elementOf(i, data);
+        const nlohmann::json item = {{"id", "UPDATE_ELEMENT[1]"},
+                                     {"parameters",
+                                      {{"ID", element.id},
+                                       {"NAME", "UserFirmware"},
+                                       {"CONFIGURATION", 0},
+                                       {"VALID", 1},
+                                       {"ACTIVE", 1},
+                                       {"VERSION", "1.0"},
+                                       {"CHECKSUM_CRC32", 7},
+                                       {"HW_COMPATIBILITY_ID", element.hwCompatibilityId},
+                                       {"SW_COMPATIBILITY_ID", element.swCompatibilityId}}}};
+        boards.push_back({{"id", "IOMODULE[" + std::to_string(i + 1) + "]"},
+                          {"parameters",
+                           {{"PRODUCT/BOARD_TYPE", element.boardType.c_str()},
+                            {"PRODUCT/VARIANT", element.variant.c_str()},
+                            {"PRODUCT/ID", element.productId},
+                            {"PRODUCT/SERIAL_NUMBER", i + 1}}},
+                          {"items", {{{"id", "UPDATE_INFO"}, {"items", {item}}}}}});
+    }
+    return {{"tree", {{"id", "ROOT"}, {"items", std::move(boards)}}}};
+}
+
 Case manyBoardTypes()
 {
     return {[](unsigned i) {

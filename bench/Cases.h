@@ -31,6 +31,9 @@ nlohmann::json entriesOf(unsigned count, const Case& data);
 // The element with this number. It is valid and active; its board type is "T" and its id 1 where the case says nothing.
 Element elementOf(unsigned number, const Case& data);
 
+// A target with the first `count` elements, each on a board of its own.
+nlohmann::json targetOf(unsigned count, const Case& data);
+
 // A plain archive: each file is for another board type.
 Case manyBoardTypes();
 
