@@ -70,7 +70,7 @@ unsigned Target::lock(ZoCErrorListPool& errors)
         if (!passes(errors, positions.next(script->lock, "lock"))) {
             return 0;
         }
-        auto targetLock = TargetLock::acquire(path);
+        auto targetLock = TargetLock::acquire(path, flashDrive.folder());
         if (!targetLock) {
             addPlatformError(errors, PlatformError::targetLocked, {});
             return 0;
