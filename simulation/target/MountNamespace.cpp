@@ -58,16 +58,6 @@ void writeProcFile(const std::string& path, const std::string& content)
     }
 }
 
-// Throws what a failed unshare() means: `limits` are those on the namespaces that were asked for.
-[[noreturn]] void throwUnshareFault(const std::string& limits)
-{
-    if (errno == ENOSPC) {
-        throw std::runtime_error("its flash drive cannot be mounted, as there are too many namespaces: raise " +
-                                 limits + " in /proc/sys/user, or leave flashDrive out");
-    }
-    throwSystemFault("unshare");
-}
-
 // Users stay who they are in the new user namespace.
 void enterUserNamespace()
 {
@@ -79,7 +69,7 @@ void enterUserNamespace()
                 "its flash drive cannot be mounted by a user whose process has several threads: scan before the others "
                 "start, or be root, or leave flashDrive out");
         }
-        throwUnshareFault("max_user_namespaces and max_mnt_namespaces");
+        throwSystemFault("unshare");
     }
     writeProcFile("/proc/self/setgroups", "deny");
     writeProcFile("/proc/self/uid_map", user + ' ' + user + " 1");
@@ -152,7 +142,7 @@ void MountNamespace::enter()
     openCurrent();  // a failure must come before anything has changed
     if (::unshare(CLONE_NEWNS) != 0) {
         if (errno != EPERM) {
-            throwUnshareFault("max_mnt_namespaces");
+            throwSystemFault("unshare");
         }
         enterUserNamespace();
     }

@@ -3,7 +3,6 @@
 
 #include <filesystem>
 #include <memory>
-#include <optional>
 
 #include "simulation/base/FileDescriptor.h"
 
@@ -12,15 +11,12 @@ namespace TrellanSimulation {
 class TargetLock {
 public:
     // Locks the target file at `path` by an advisory lock on the file beside it with ".lock" appended, which stays
-    // there for good, and the folder `drive`, where it has a flash drive, by one on the folder itself: another target
-    // may have the same drive (a folder that may not be read is left out). Null when either is locked already, by this
-    // process or another one. Throws std::system_error when the lock file or the folder cannot be opened for reading or
-    // locked, std::runtime_error when the lock file is no regular file or a link.
+    // there for good. Null when the target is locked already, by this process or another one. Throws std::system_error
+    // when the lock file cannot be opened for reading or locked, std::runtime_error when it is no regular file.
     //
     // Programs that the process starts from then on, such as one that copies a file to the device, hold the lock too:
     // it ends when the last of all of them ends, also when the process is killed before.
-    static std::unique_ptr<TargetLock> acquire(const std::filesystem::path& path,
-                                               const std::optional<std::filesystem::path>& drive);
+    static std::unique_ptr<TargetLock> acquire(const std::filesystem::path& path);
 
     // Gives up the process's part of the lock, as its end does.
     ~TargetLock();
@@ -28,10 +24,9 @@ public:
     TargetLock& operator=(const TargetLock&) = delete;
 
 private:
-    TargetLock(FileDescriptor file, FileDescriptor drive);
+    explicit TargetLock(FileDescriptor file);
 
     FileDescriptor file;
-    FileDescriptor drive;  // not open: there is none
 };
 
 }  // namespace TrellanSimulation

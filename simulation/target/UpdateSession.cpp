@@ -3,7 +3,7 @@
 
 #include <algorithm>
 #include <limits>
-#include <stdexcept>
+#include <system_error>
 
 namespace TrellanSimulation {
 
@@ -70,7 +70,7 @@ void UpdateSession::trySaving()
 {
     try {
         target->save();
-    } catch (const std::runtime_error&) {
+    } catch (const std::system_error&) {
     }
 }
 

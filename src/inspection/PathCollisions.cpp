@@ -1,6 +1,6 @@
 // The rule that no two entries write the same file on one board, nor one the other's temporary file.
 //
-// Placements are looked up by what they write and the type of the board; among those, by the criterion that the fewest
+// Demands are looked up by what they write and the type of the board; among those, by the criterion that the fewest
 // of them share a value of. So entries that have nothing to do with one another are not compared.
 #include <algorithm>
 #include <deque>
@@ -11,7 +11,7 @@
 
 #include "base/PlatformText.h"
 #include "inspection/Check.h"
-#include "inspection/Placements.h"
+#include "inspection/Demands.h"
 #include "inspection/Rules.h"
 #include "operation/PathChecks.h"
 #include "operation/TemporaryFile.h"
@@ -22,46 +22,46 @@ using ZoNUpdateBase::allText;
 namespace ZoNUpdateInspection {
 namespace {
 
-// Placements that write one file on boards of one type.
+// Demands that write one file on boards of one type.
 class Writers {
 public:
-    void add(const Placement& placement)
+    void add(const Demand& demand)
     {
-        indexes.resize(placement.accepted.size());
+        indexes.resize(demand.accepted.size());
         for (std::size_t i = 0; i < indexes.size(); ++i) {
-            for (const MatchValue& value : placement.accepted[i]) {
-                indexes[i][value].push_back(placements.size());
+            for (const MatchValue& value : demand.accepted[i]) {
+                indexes[i][value].push_back(demands.size());
             }
         }
-        placements.push_back(&placement);
+        demands.push_back(&demand);
     }
 
-    // The first of them that has a board in common with `placement`; null when there is none.
-    const Placement* firstInCommonWith(const Placement& placement) const
+    // The first of them that has a board in common with `demand`; null when there is none.
+    const Demand* firstInCommonWith(const Demand& demand) const
     {
-        std::size_t first = placements.size();
-        for (const std::vector<std::size_t>* const candidates : fewestCandidates(placement)) {
+        std::size_t first = demands.size();
+        for (const std::vector<std::size_t>* const candidates : fewestCandidates(demand)) {
             const auto found = std::find_if(candidates->begin(), candidates->end(), [&](std::size_t candidate) {
-                return haveCommonBoard(*placements[candidate], placement);
+                return haveCommonBoard(*demands[candidate], demand);
             });
             if (found != candidates->end()) {
                 first = std::min(first, *found);
             }
         }
-        return first < placements.size() ? placements[first] : nullptr;
+        return first < demands.size() ? demands[first] : nullptr;
     }
 
 private:
     using Candidates = std::vector<const std::vector<std::size_t>*>;
 
-    Candidates fewestCandidates(const Placement& placement) const
+    Candidates fewestCandidates(const Demand& demand) const
     {
         Candidates fewest;
         std::optional<std::size_t> fewestCount;
         for (std::size_t i = 0; i < indexes.size(); ++i) {
             Candidates candidates;
             std::size_t count = 0;
-            for (const MatchValue& value : placement.accepted[i]) {
+            for (const MatchValue& value : demand.accepted[i]) {
                 if (const auto found = indexes[i].find(value); found != indexes[i].end()) {
                     candidates.push_back(&found->second);
                     count += found->second.size();
@@ -75,13 +75,13 @@ private:
         return fewest;
     }
 
-    std::vector<const Placement*> placements;
+    std::vector<const Demand*> demands;
     std::vector<std::unordered_map<MatchValue, std::vector<std::size_t>>> indexes;  // by criterion and value
 };
 
-std::string nameOf(const Placement& placement)
+std::string nameOf(const Demand& demand)
 {
-    return "files[" + std::to_string(placement.file->entry) + "] \"" + allText(placement.file->name) + "\"";
+    return "files[" + std::to_string(demand.file->entry) + "] \"" + allText(demand.file->name) + "\"";
 }
 
 std::string inQuotes(const std::string& path)
@@ -89,21 +89,21 @@ std::string inQuotes(const std::string& path)
     return "\"" + path + "\"";
 }
 
-// What a placement has to do with the path of one before it.
+// What a demand has to do with the path of one before it.
 enum class Relation { sameFile, itsTemporary, ofItsTemporary };
 
-std::string messageFor(Relation relation, const Placement& placement, const Placement& earlier, const std::string& type)
+std::string messageFor(Relation relation, const Demand& demand, const Demand& earlier, const std::string& type)
 {
     const std::string boards = " on boards of type " + inQuotes(type) + ": choose another path";
     switch (relation) {
         case Relation::itsTemporary:
-            return "the path " + inQuotes(placement.path) + " is that of the temporary file of " + nameOf(earlier) +
+            return "the path " + inQuotes(demand.path) + " is that of the temporary file of " + nameOf(earlier) +
                    ", which is written to " + inQuotes(earlier.path) + boards;
         case Relation::ofItsTemporary:
-            return "the temporary file of the path " + inQuotes(placement.path) + " takes the place of " +
+            return "the temporary file of the path " + inQuotes(demand.path) + " takes the place of " +
                    nameOf(earlier) + ", which is written to " + inQuotes(earlier.path) + boards;
         default:
-            return "the path " + inQuotes(placement.path) + " is written by " + nameOf(earlier) + " too" + boards;
+            return "the path " + inQuotes(demand.path) + " is written by " + nameOf(earlier) + " too" + boards;
     }
 }
 
@@ -114,10 +114,10 @@ public:
     void takeEntry(const ZoNUpdateArchive::ZoSUpdateFile& file)
     {
         reported.clear();
-        for (Placement& placement : placementsOf(file)) {
-            const std::string path = normalisedPath(placement.path);
+        for (Demand& demand : demandsOf(file)) {
+            const std::string path = normalisedPath(demand.path);
             if (!path.empty()) {
-                const Placement& kept = placements.emplace_back(std::move(placement));
+                const Demand& kept = demands.emplace_back(std::move(demand));
                 compare(kept, path);
                 for (const std::string& type : kept.boardTypes) {
                     writersOf[path][type].add(kept);
@@ -127,35 +127,34 @@ public:
     }
 
 private:
-    void compare(const Placement& placement, const std::string& path)
+    void compare(const Demand& demand, const std::string& path)
     {
-        compareWith(Relation::sameFile, placement, path);
-        compareWith(Relation::ofItsTemporary, placement, path + std::string(temporaryEnding));
+        compareWith(Relation::sameFile, demand, path);
+        compareWith(Relation::ofItsTemporary, demand, path + std::string(temporaryEnding));
         if (path.ends_with(temporaryEnding)) {
-            compareWith(Relation::itsTemporary, placement, path.substr(0, path.size() - temporaryEnding.size()));
+            compareWith(Relation::itsTemporary, demand, path.substr(0, path.size() - temporaryEnding.size()));
         }
     }
 
-    void compareWith(Relation relation, const Placement& placement, const std::string& path)
+    void compareWith(Relation relation, const Demand& demand, const std::string& path)
     {
         const auto writers = writersOf.find(path);
         if (writers == writersOf.end()) {
             return;
         }
-        for (const std::string& type : placement.boardTypes) {
+        for (const std::string& type : demand.boardTypes) {
             const auto ofType = writers->second.find(type);
-            const Placement* const earlier =
-                ofType != writers->second.end() ? ofType->second.firstInCommonWith(placement) : nullptr;
-            if (earlier != nullptr && reported.emplace(relation, placement.pathBoard, earlier->file).second) {
-                check.report("path-collision", Check::Severity::ERROR,
-                             {*placement.file, "targetPath", placement.pathBoard},
-                             messageFor(relation, placement, *earlier, type));
+            const Demand* const earlier =
+                ofType != writers->second.end() ? ofType->second.firstInCommonWith(demand) : nullptr;
+            if (earlier != nullptr && reported.emplace(relation, demand.pathBoard, earlier->file).second) {
+                check.report("path-collision", Check::Severity::ERROR, {*demand.file, "targetPath", demand.pathBoard},
+                             messageFor(relation, demand, *earlier, type));
             }
         }
     }
 
     Check& check;
-    std::deque<Placement> placements;                                                     // where they are, they stay
+    std::deque<Demand> demands;                                                           // where they are, they stay
     std::unordered_map<std::string, std::unordered_map<std::string, Writers>> writersOf;  // by path and type of board
     // Of the entry: a board object that shares the entry's path, or a further board type, tells nothing new.
     std::set<std::tuple<Relation, std::int32_t, const ZoNUpdateArchive::ZoSUpdateFile*>> reported;

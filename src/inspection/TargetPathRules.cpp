@@ -3,7 +3,7 @@
 
 #include "inspection/CharacterRules.h"
 #include "inspection/Check.h"
-#include "inspection/Placements.h"
+#include "inspection/Demands.h"
 #include "inspection/Rules.h"
 #include "operation/PathChecks.h"
 
@@ -28,10 +28,13 @@ void checkTargetPath(Check& check, const Place& place, const std::string& path)
 void checkTargetPaths(Check& check)
 {
     for (const auto* const file : check.getFiles()) {
+        if (!file->hasTargetPath) {
+            continue;
+        }
         std::set<std::int32_t> seen;  // several board objects may share the entry's path
-        for (const Placement& placement : placementsOf(*file)) {
-            if (seen.insert(placement.pathBoard).second) {
-                checkTargetPath(check, {*file, "targetPath", placement.pathBoard}, placement.path);
+        for (const Demand& demand : demandsOf(*file)) {
+            if (seen.insert(demand.pathBoard).second) {
+                checkTargetPath(check, {*file, "targetPath", demand.pathBoard}, demand.path);
             }
         }
     }

@@ -1,10 +1,11 @@
 // The values by which the criteria let a board pass, as sets that are intersected.
-#include "inspection/Placements.h"
+#include "inspection/Demands.h"
 
 #include <algorithm>
 #include <limits>
 
 #include "inspection/BoardObjects.h"
+#include "inspection/SortedLists.h"
 
 using namespace ZoNUpdateAssignment;
 using ZoNJson::json;
@@ -39,48 +40,39 @@ std::vector<MatchValue> acceptedValues(const MatchCriterion& criterion, const Re
     return values;
 }
 
-bool intersect(const std::vector<MatchValue>& a, const std::vector<MatchValue>& b)
-{
-    for (auto i = a.begin(), j = b.begin(); i != a.end() && j != b.end();) {
-        if (*i == *j) {
-            return true;
-        }
-        ++(*i < *j ? i : j);
-    }
-    return false;
-}
-
 }  // namespace
 
-std::vector<Placement> placementsOf(const ZoSUpdateFile& file)
+std::vector<Demand> demandsOf(const ZoSUpdateFile& file)
 {
-    if (!file.hasTargetPath) {
-        return {};
-    }
     const json pathOtherwise(targetPathOtherwise);
-    std::vector<Placement> placements;
+    std::vector<Demand> demands;
     for (BoardObject& board : boardObjectsOf(file)) {
         if (board.decidesFor.empty()) {
             continue;
         }
         const Requirements requirements(*board.json, file, pathOtherwise);
-        Placement& placement = placements.emplace_back();
-        placement.file = &file;
-        placement.pathBoard = board.json->contains("targetPath") ? board.position : -1;
-        placement.path = std::string(*requirements.expected(matchCriteria[MatchCriterion::targetPath]));
-        placement.boardTypes = std::move(board.decidesFor);
-        for (const MatchCriterion::Index criterion :
-             {MatchCriterion::boardVariant, MatchCriterion::boardId, MatchCriterion::hwCompatibilityId,
-              MatchCriterion::swCompatibilityId}) {
-            placement.accepted.push_back(acceptedValues(matchCriteria[criterion], requirements));
+        Demand& demand = demands.emplace_back();
+        demand.file = &file;
+        demand.object = board.json;
+        demand.board = board.position;
+        demand.boardTypes = std::move(board.decidesFor);
+        if (file.hasTargetPath) {
+            demand.path = std::string(*requirements.expected(matchCriteria[MatchCriterion::targetPath]));
+        } else if (const json* const id = requirements.expected(matchCriteria[MatchCriterion::id])) {
+            demand.id = static_cast<unsigned>(*id);
+        }
+        demand.pathBoard = board.json->contains("targetPath") ? board.position : -1;
+        for (std::size_t i = 0; i < listedCriteria.size(); ++i) {
+            demand.accepted[i] = acceptedValues(matchCriteria[listedCriteria[i]], requirements);
         }
     }
-    return placements;
+    return demands;
 }
 
-bool haveCommonBoard(const Placement& a, const Placement& b)
+bool haveCommonBoard(const Demand& a, const Demand& b)
 {
-    return std::equal(a.accepted.begin(), a.accepted.end(), b.accepted.begin(), b.accepted.end(), intersect);
+    return std::equal(a.accepted.begin(), a.accepted.end(), b.accepted.begin(), b.accepted.end(),
+                      intersect<MatchValue>);
 }
 
 }  // namespace ZoNUpdateInspection

@@ -1,0 +1,178 @@
+// An entry with an id fits, for each board type that it names, a box of elements: the product of what it accepts of
+// each other property. Elements of one board type and id are given to the first entry whose box they are in. Board
+// types and ids with the same row of boxes are looked at once.
+#include "inspection/Reachability.h"
+
+#include <algorithm>
+#include <deque>
+#include <map>
+#include <unordered_map>
+
+#include "inspection/Demands.h"
+#include "inspection/Takers.h"
+
+using ZoNTrellanInspector::ZoTKeys;
+using ZoNUpdateArchive::ZoSUpdateFile;
+using ZoNUpdateAssignment::MatchValue;
+
+namespace ZoNUpdateInspection {
+namespace {
+
+// A board type and an id.
+struct ElementKind {
+    std::string boardType;
+    std::uint32_t id;
+
+    bool operator==(const ElementKind&) const = default;
+};
+
+struct ElementKindHash {
+    std::size_t operator()(const ElementKind& kind) const
+    {
+        return std::hash<std::string>()(kind.boardType) * 31 + kind.id;
+    }
+};
+
+// What one board object of an entry asks for, in numbers.
+struct EntryBox {
+    std::size_t entry;
+    Box box;
+};
+
+// Gives each value of a property a number, in the order in which they come.
+class Numbers {
+public:
+    std::uint32_t of(const MatchValue& value)
+    {
+        const auto [place, isNew] = numbers.try_emplace(value, static_cast<std::uint32_t>(values.size()));
+        if (isNew) {
+            values.push_back(&place->first);
+        }
+        return place->second;
+    }
+
+    const MatchValue& valueOf(std::uint32_t number) const { return *values[number]; }
+
+private:
+    std::unordered_map<MatchValue, std::uint32_t> numbers;
+    std::vector<const MatchValue*> values;
+};
+
+class Reaching {
+public:
+    explicit Reaching(std::size_t entries) : reaches(entries) {}
+
+    void addEntry(std::size_t entry, const ZoSUpdateFile& file)
+    {
+        if (file.hasTargetPath) {
+            reaches[entry].isReached = true;
+            return;
+        }
+        for (const Demand& demand : demandsOf(file)) {
+            if (demand.id) {
+                addDemand(entry, demand);
+            }
+        }
+    }
+
+    std::vector<Reach> finish()
+    {
+        for (const auto& [row, kind] : kindsByRow()) {
+            lookAt(row, *kind);
+        }
+        for (Reach& reach : reaches) {
+            std::sort(reach.takers.begin(), reach.takers.end());
+            reach.takers.erase(std::unique(reach.takers.begin(), reach.takers.end()), reach.takers.end());
+        }
+        return std::move(reaches);
+    }
+
+private:
+    using Row = std::vector<std::uint32_t>;  // positions of boxes
+
+    void addDemand(std::size_t entry, const Demand& demand)
+    {
+        const auto position = static_cast<std::uint32_t>(boxes.size());
+        EntryBox& added = boxes.emplace_back();
+        added.entry = entry;
+        for (std::size_t side = 0; side < boxSides; ++side) {
+            for (const MatchValue& value : demand.accepted[side]) {
+                added.box[side].push_back(numbers[side].of(value));
+            }
+            std::sort(added.box[side].begin(), added.box[side].end());
+        }
+        for (const std::string& type : demand.boardTypes) {
+            rows[{type, *demand.id}].push_back(position);
+        }
+    }
+
+    // The rows that there are, each with one of its kinds.
+    std::map<Row, const ElementKind*> kindsByRow() const
+    {
+        std::map<Row, const ElementKind*> kinds;
+        for (const auto& [kind, row] : rows) {
+            const ElementKind*& named = kinds.try_emplace(row, &kind).first->second;
+            if (kind.boardType < named->boardType) {
+                named = &kind;  // whatever the order of the hash table is
+            }
+        }
+        return kinds;
+    }
+
+    void lookAt(const Row& row, const ElementKind& kind)
+    {
+        Takers takers;
+        for (const std::uint32_t position : row) {
+            const BoxContent content = takers.add(boxes[position].box);
+            Reach& reach = reaches[boxes[position].entry];
+            reach.isReached = reach.isReached || content.leavesSome;
+            for (const std::uint32_t taker : content.takers) {
+                reach.takers.push_back(boxes[row[taker]].entry);
+            }
+            if (content.taken) {
+                noteExample(reach, kind, boxes[row[content.taken->taker]].entry, content.taken->numbers);
+            }
+        }
+    }
+
+    void noteExample(Reach& reach, const ElementKind& kind, std::size_t taker,
+                     const std::array<std::uint32_t, boxSides>& chosen) const
+    {
+        if (reach.taken && reach.taken->taker <= taker) {
+            return;
+        }
+        ZoTKeys keys{};
+        keys.boardType = kind.boardType;
+        keys.id = kind.id;
+        const MatchValue& variant = numbers[0].valueOf(chosen[0]);
+        keys.hasBoardVariant = std::holds_alternative<std::string>(variant);
+        keys.boardVariant = keys.hasBoardVariant ? std::get<std::string>(variant) : std::string();
+        keys.boardId = numberOf(1, chosen);
+        keys.hwCompatibilityId = numberOf(2, chosen);
+        keys.swCompatibilityId = numberOf(3, chosen);
+        reach.taken = {taker, std::move(keys)};
+    }
+
+    std::uint32_t numberOf(std::size_t side, const std::array<std::uint32_t, boxSides>& chosen) const
+    {
+        return static_cast<std::uint32_t>(std::get<unsigned long long>(numbers[side].valueOf(chosen[side])));
+    }
+
+    std::vector<Reach> reaches;
+    std::deque<EntryBox> boxes;  // where they are, they stay
+    std::unordered_map<ElementKind, Row, ElementKindHash> rows;
+    std::array<Numbers, boxSides> numbers;  // by side, in the order of listedCriteria
+};
+
+}  // namespace
+
+std::vector<Reach> reachOf(const std::vector<const ZoSUpdateFile*>& files)
+{
+    Reaching reaching(files.size());
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        reaching.addEntry(i, *files[i]);
+    }
+    return reaching.finish();
+}
+
+}  // namespace ZoNUpdateInspection

@@ -1,0 +1,51 @@
+// Takers: which of a row of boxes is the first to hold what is in a box.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+#include "inspection/Demands.h"
+
+namespace ZoNUpdateInspection {
+
+inline constexpr std::size_t boxSides = listedCriteria.size();
+
+// All combinations of one number of each side. Each side is ascending, each number once; a box with an empty side has
+// nothing in it.
+using Box = std::array<std::vector<std::uint32_t>, boxSides>;
+
+// What becomes of the content of a box.
+struct BoxContent {
+    // Something that one of the boxes before it took.
+    struct Example {
+        std::uint32_t taker;
+        std::array<std::uint32_t, boxSides> numbers;
+    };
+
+    bool leavesSome = false;            // for the box itself
+    std::vector<std::uint32_t> takers;  // ascending; positions in the row
+    std::optional<Example> taken;       // of the first taker's
+};
+
+// A row of boxes to which one after the other is added.
+class Takers {
+public:
+    // Adds `box`, which must outlive the row, and tells who has its content. What is in several boxes is the first
+    // one's. Exact; takes a time that grows with the boxes before it that have something in common with it and, where
+    // these differ in each number of its sides, with the product of the sides.
+    BoxContent add(const Box& box);
+
+private:
+    class Walk;
+
+    std::vector<std::uint32_t> candidatesFor(const Box& box) const;
+
+    std::vector<const Box*> boxes;
+    std::array<std::unordered_map<std::uint32_t, std::vector<std::uint32_t>>, boxSides> holders;  // by number
+};
+
+}  // namespace ZoNUpdateInspection
