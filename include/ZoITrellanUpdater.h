@@ -20,9 +20,11 @@
 #include <cstdint>
 #include <string>
 
-// Strings cross the boundary in the layout that libstdc++ has had since GCC 5. A host with the one from before would
-// link with the library and then crash, since no name that is linked says which strings are meant.
-#if defined(__GLIBCXX__) && defined(_GLIBCXX_USE_CXX11_ABI) && !_GLIBCXX_USE_CXX11_ABI
+// Strings cross the boundary in the layout that libstdc++ has had since GCC 5. A host with another one would link with
+// the library and then crash, since no name that is linked says which strings are meant.
+#if defined(_LIBCPP_VERSION)
+#error "libZoTrellanUpdateLib uses libstdc++, and the strings of libc++ have another layout: use libstdc++ here"
+#elif defined(__GLIBCXX__) && (!defined(_GLIBCXX_USE_CXX11_ABI) || !_GLIBCXX_USE_CXX11_ABI)
 #error "libZoTrellanUpdateLib uses the C++11 strings of libstdc++: compile this host with _GLIBCXX_USE_CXX11_ABI=1"
 #endif
 
@@ -139,6 +141,9 @@ public:
 
     // Carries out the command; to be called after apply() returned 0. Returns 1 on success, 0 when it failed or errors
     // were reported: those that the platform has collected in this process, from apply() and earlier updaters too.
+    //
+    // An update runs a program to copy a file to the flash drive and asks how it ended. So SIGCHLD must not be ignored
+    // meanwhile, also not as inherited from the process that started the host: each copy would count as failed.
     virtual int run() = 0;
 
     // What the archive says of itself. Before an archive was read both versions are "0.0", the other texts empty.

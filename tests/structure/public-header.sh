@@ -71,11 +71,33 @@ int main()
 }
 HOST
 
-# shellcheck disable=SC2086
-if refusal=$(LC_ALL=C "$compiler" $flags -D_GLIBCXX_USE_CXX11_ABI=0 "$include/ZoITrellanUpdater.h" 2>&1); then
-    echo "a host with strings of another layout compiles"
-    exit 1
-fi
-grep -q 'error.*uses the C++11 strings of libstdc++: compile this host with _GLIBCXX_USE_CXX11_ABI=1' <<<"$refusal" ||
-    { echo "a host with strings of another layout is not told why it is refused:"; echo "$refusal"; exit 1; }
+# refused NAME EXPECTED: the host in standard input, which has NAME, is refused with EXPECTED in the error.
+refused() {
+    local refusal
+    # shellcheck disable=SC2086
+    if refusal=$(LC_ALL=C "$compiler" $flags -I"$include" - 2>&1); then
+        echo "a host that has $1 compiles"
+        exit 1
+    fi
+    grep -q "error.*$2" <<<"$refusal" || { echo "a host that has $1 is not told why it is refused:"; echo "$refusal"; exit 1; }
+}
+
+cxx11='uses the C++11 strings of libstdc++: compile this host with _GLIBCXX_USE_CXX11_ABI=1'
+refused "strings of another layout" "$cxx11" <<'HOST'
+#define _GLIBCXX_USE_CXX11_ABI 0
+#include "ZoITrellanUpdater.h"
+HOST
+refused "a libstdc++ that knows no other layout" "$cxx11" <<'HOST'
+#include <string>
+#undef _GLIBCXX_USE_CXX11_ABI
+#include "ZoITrellanUpdater.h"
+HOST
+refused "the strings of libc++" 'uses libstdc++, and the strings of libc++ have another layout: use libstdc++ here' <<'HOST'
+#define _LIBCPP_VERSION 14000
+#include "ZoITrellanUpdater.h"
+HOST
+refused "the strings of libc++, and the inspector alone" 'the strings of libc++ have another layout' <<'HOST'
+#define _LIBCPP_VERSION 14000
+#include "ZoITrellanInspector.h"
+HOST
 echo "the public headers compile as C++11"
