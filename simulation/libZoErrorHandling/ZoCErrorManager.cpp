@@ -66,7 +66,7 @@ ZoCErrorList* ZoCErrorManager::createErrorList(unsigned, unsigned, unsigned, uns
     return list;
 }
 
-void ZoCErrorManager::deleteErrorList(ZoCErrorList* list) noexcept
+void ZoCErrorManager::deleteErrorList(ZoCErrorList* list)
 {
     if (list == nullptr) {
         return;

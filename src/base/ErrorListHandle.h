@@ -8,7 +8,13 @@
 namespace ZoNUpdateBase {
 
 struct ErrorListDeleter {
-    void operator()(ZoCErrorList* list) const noexcept { errorManager().deleteErrorList(list); }
+    void operator()(ZoCErrorList* list) const noexcept
+    {
+        try {
+            errorManager().deleteErrorList(list);
+        } catch (...) {  // nothing more can be done for the list, and the host is to live on
+        }
+    }
 };
 
 using ErrorListHandle = std::unique_ptr<ZoCErrorList, ErrorListDeleter>;
