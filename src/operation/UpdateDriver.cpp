@@ -16,8 +16,8 @@ namespace {
 constexpr int updateLock = 0x10003;           // what the inventory manager is asked to lock
 constexpr unsigned endOfPhases = 0xFFFFFFFF;  // reported in place of a phase
 
-// Unlocks the target by `unlocking`, at the latest at the end of its scope: whether memory is short or a host's
-// callback throws, the target must not stay locked.
+// Unlocks the target by `unlocking`, at the latest at the end of its scope: whether memory is short or the platform or
+// a host's callback throws, the target must not stay locked.
 template <class Unlocking>
 class Unlocker {
 public:
@@ -40,6 +40,9 @@ public:
             unlocking();
         }
     }
+
+    // Leaves the target as it is.
+    void release() { isLocked = false; }
 
 private:
     Unlocking unlocking;
@@ -111,7 +114,13 @@ bool ZoCUpdateOperation::updatePhase(unsigned phase, PendingElements& pending, D
 bool ZoCUpdateOperation::lockInventory(ZoCErrorListPool& errors)
 {
     const ErrorGuard guard(errors);
+    Unlocker unlocker([&] {
+        if (lockHandle != 0) {
+            unlockInventory(errors);
+        }
+    });
     ZoCInventoryManager::getInstance()->lock(errors, updateLock, lockHandle);
+    unlocker.release();
     if (guard.failed() && options->verbose) {
         updater->print("ERROR: Cannot lock local system!\n");
     }

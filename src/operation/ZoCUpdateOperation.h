@@ -27,7 +27,8 @@ public:
     bool update(ZoCErrorListPool& errors);
 
     // Lock and unlock the target. False when errors were added; printed only with `verbose`. Unlocking tells the CN and
-    // the HCN first that no more updates will come; the target is unlocked also when that throws.
+    // the HCN first that no more updates will come; the target is unlocked also when that throws, and when locking it
+    // throws although it gave a handle.
     bool lockInventory(ZoCErrorListPool& errors);
     bool unlockInventory(ZoCErrorListPool& errors);
 

@@ -1,6 +1,6 @@
 // An update that cannot end in order, because memory is short or the platform throws: the target is unlocked all the
-// same. This program's operator new, and its updateFinish() and unlock() of the inventory manager, stand before the
-// others.
+// same. This program's operator new, and its lock(), updateFinish() and unlock() of the inventory manager, stand before
+// the others.
 #include <dlfcn.h>
 
 #include <cstdlib>
@@ -13,6 +13,7 @@
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 namespace {
 
@@ -20,7 +21,8 @@ unsigned allocationsLeft = 0;  // until one fails; 0: none fails
 bool hasFailed = false;
 
 std::vector<std::string> endCalls;  // "updateFinish" and "unlock" in their order
-std::size_t throwingFinish = 0;     // the call of updateFinish that throws: 1 is the first, 0 none
+enum class LockThrows { never, beforeItLocks, afterwards } lockThrows = LockThrows::never;
+std::size_t throwingFinish = 0;  // the call of updateFinish that throws: 1 is the first, 0 none
 
 template <class Function>
 Function* platformFunction(const char* name)
@@ -60,6 +62,20 @@ void operator delete(void* memory) noexcept
 void operator delete(void* memory, std::size_t) noexcept
 {
     std::free(memory);
+}
+
+int ZoCInventoryManager::lock(ZoCErrorListPool& errors, int mode, unsigned& handle)
+{
+    using Lock = int(ZoCInventoryManager*, ZoCErrorListPool&, int, unsigned&);
+    static Lock* const usual = platformFunction<Lock>("_ZN19ZoCInventoryManager4lockER16ZoCErrorListPooliRj");
+    if (lockThrows == LockThrows::beforeItLocks) {
+        throw std::logic_error("the platform's own");
+    }
+    const int result = usual(this, errors, mode, handle);
+    if (lockThrows == LockThrows::afterwards) {
+        throw std::logic_error("the platform's own");
+    }
+    return result;
 }
 
 int ZoCInventoryManager::updateFinish(ZoCErrorListPool& errors, const ZoCInventoryAddress& node, unsigned handle,
@@ -107,7 +123,11 @@ void throwTheHostsOwn(unsigned)
 
 class ShortMemory : public OperationFixture {
 protected:
-    ~ShortMemory() override { throwingFinish = 0; }
+    ~ShortMemory() override
+    {
+        throwingFinish = 0;
+        lockThrows = LockThrows::never;
+    }
 
     // A target with two nodes and one element.
     void prepareNodes()
@@ -151,6 +171,25 @@ TEST_F(ShortMemory, UnlocksTheTargetWhenANodeCannotBeToldOfTheEnd)
     EXPECT_THAT(endCalls, ElementsAre("updateFinish", "updateFinish", "unlock"));
 
     EXPECT_TRUE(update());
+}
+
+TEST_F(ShortMemory, UnlocksTheTargetWhenTheLockThrowsAfterItHasLocked)
+{
+    prepareNodes();
+    lockThrows = LockThrows::afterwards;
+    EXPECT_THROW(update(), std::logic_error);
+    EXPECT_THAT(endCalls, ElementsAre("updateFinish", "updateFinish", "unlock"));
+
+    lockThrows = LockThrows::never;
+    EXPECT_TRUE(update());
+}
+
+TEST_F(ShortMemory, UnlocksNothingWhenTheLockThrowsBeforeItLocks)
+{
+    prepareNodes();
+    lockThrows = LockThrows::beforeItLocks;
+    EXPECT_THROW(update(), std::logic_error);
+    EXPECT_THAT(endCalls, IsEmpty());
 }
 
 TEST_F(ShortMemory, PassesOnWhatTheHostHasThrownAndNotWhatTheNodesThrowAtTheEnd)
