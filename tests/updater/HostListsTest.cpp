@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "Updating.h"
+#include "inventory/ZoCUpdateInventory.h"
+#include "support/OpenUpdater.h"
 #include "support/UpdateFiles.h"
 
 using nlohmann::ordered_json;
@@ -356,6 +358,24 @@ TEST_F(HostLists, DisablingAnUpdateThatIsNotRequiredKeepsItDisabled)
     const auto updater = applied(same.path());
     updater->disableUpdateElement(0);
     EXPECT_TRUE(elementsOf(*updater).at(0).disabled);
+}
+
+// A host may disable each of a great many elements. With the records taken out of the list, a walk finds none of them.
+TEST_F(HostLists, AnElementIsDisabledWithoutAWalkThroughTheList)
+{
+    OpenUpdater updater(optionsFor(UPDATE));
+    ZoCUpdateInventory& inventory = updater.getInventory();
+    inventory.appendElement();
+    inventory.appendElement();
+    ZoCUpdateInventory::ElementList records;
+    records.swap(inventory.getUpdateElementList());
+
+    updater.disableUpdateElement(1);
+
+    EXPECT_FALSE(records.front().disabled);
+    EXPECT_TRUE(records.back().disabled);
+    EXPECT_TRUE(records.back().isExcluded);
+    records.swap(inventory.getUpdateElementList());
 }
 
 TEST_F(HostLists, IndexBeyondTheEndDisablesNothing)
