@@ -221,6 +221,25 @@ TEST_F(FileSystemWriter, TellsWhenTheTemporaryFileCannotBeWritten)
     EXPECT_THAT(onDrive(), IsEmpty());
 }
 
+TEST_F(FileSystemWriter, WritesTheLongestNameAndTheLongestPathThatTheTemporaryFileCanHave)
+{
+    prepareDrive();
+    const std::string name(251, 'x');
+    std::string path;
+    while (path.size() < 3900) {
+        path += std::string(199, 'd') + "/";
+    }
+    path += std::string(4095 - 4 - path.size() - std::string("/mnt/cn/cfdrive/").size(), 'f');
+
+    EXPECT_TRUE(write("c.bin", name));
+    EXPECT_TRUE(write("c.bin", path));
+    EXPECT_FALSE(write("c.bin", path + "f"));
+
+    EXPECT_THAT(messages, ElementsAre("ERROR: Cannot write /mnt/cn/cfdrive/" + path + "f.tmp. Error code: 256\n"));
+    EXPECT_EQ(readText(drive() / name), "content of c");
+    EXPECT_EQ(readText("/mnt/cn/cfdrive/" + path), "content of c");
+}
+
 TEST_F(FileSystemWriter, TellsWhenTheSourceCannotBeCopied)
 {
     prepareDrive();
