@@ -10,13 +10,17 @@
 
 namespace fs = std::filesystem;
 
-TEST(HostProgram, UpdatesTheExample)
+namespace {
+
+// Compiles the program number `number` of the document, counted from 0, in the example's folder as "host".
+ProcessResult compileProgram(const ExampleFolder& example, unsigned number)
 {
-    SKIP_WITHOUT_MOUNT();
-    const ExampleFolder example;
     const std::string document = readText(TRELLAN_SOURCE_DIR "/docs/host.md");
     const std::string fence = "```cpp\n";
-    const std::size_t begin = document.find(fence) + fence.size();
+    std::size_t begin = 0;
+    for (unsigned i = 0; i <= number; ++i) {
+        begin = document.find(fence, begin) + fence.size();
+    }
     const fs::path source = example.path() / "host.cpp";
     std::ofstream(source) << document.substr(begin, document.find("```", begin) - begin);
 
@@ -30,10 +34,44 @@ TEST(HostProgram, UpdatesTheExample)
     if (*TRELLAN_HOST_FLAGS != '\0') {
         arguments.push_back(TRELLAN_HOST_FLAGS);
     }
-    const ProcessResult compiled = runProcess(TRELLAN_COMPILER, arguments, example.path());
+    return runProcess(TRELLAN_COMPILER, arguments, example.path());
+}
+
+ProcessResult runProgram(const ExampleFolder& example)
+{
+    return runProcess(example.path() / "host", {(example.path() / "archive").string()}, example.path(),
+                      {"TRELLAN_TARGET=target.json"});
+}
+
+}  // namespace
+
+TEST(HostProgram, UpdatesTheExample)
+{
+    SKIP_WITHOUT_MOUNT();
+    const ExampleFolder example;
+    const ProcessResult compiled = compileProgram(example, 0);
     ASSERT_EQ(compiled.status, 0) << compiled.errors;
-    const ProcessResult hosted = runProcess(example.path() / "host", {(example.path() / "archive").string()},
-                                            example.path(), {"TRELLAN_TARGET=target.json"});
+    const ProcessResult hosted = runProgram(example);
     EXPECT_EQ(hosted.status, 0) << hosted.errors;
     EXPECT_EQ(hosted.output, "phase 0\nphase 1\nphase 2\nphase -1\ndone\n");
+}
+
+TEST(HostProgram, ChecksAndVerifiesTheExample)
+{
+    SKIP_WITHOUT_MOUNT();
+    const ExampleFolder example;
+    const ProcessResult compiled = compileProgram(example, 1);
+    ASSERT_EQ(compiled.status, 0) << compiled.errors;
+
+    const std::string name = "ai-cpld.bin";
+    const std::string content = readText(example.path() / "archive" / name);
+    fs::remove(example.path() / "archive" / name);
+    const ProcessResult refused = runProgram(example);
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.output, "ai-cpld.bin: the archive's folder has no such file: add it, or correct the name\n");
+
+    writeText(example.path() / "archive" / name, content);
+    const ProcessResult hosted = runProgram(example);
+    EXPECT_EQ(hosted.status, 0) << hosted.errors;
+    EXPECT_EQ(hosted.output, "12 agree, 0 differ\n");
 }
