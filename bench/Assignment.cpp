@@ -1,55 +1,37 @@
 // Assigning update files to update elements, and the phases.
 #include <benchmark/benchmark.h>
 
-#include <functional>
 #include <stdexcept>
 
+#include "Cases.h"
 #include "Workspace.h"
 #include "assignment/ZoCUpdateAssignment.h"
 
 namespace {
 
-using Element = ZoNUpdateInventory::ZoSUpdateElement;
-
-using Members = std::function<nlohmann::json(unsigned)>;  // of the file entry with this number
-using Change = std::function<void(Element&, unsigned)>;   // what the element with this number is
-
-struct Size {
-    unsigned files;
-    unsigned elements;
-};
-
 // Every element's file is newer, so that each run of the assignment does the same.
-void prepare(Workspace& workspace, Size size, const Members& members, const Change& change)
+void prepare(Workspace& workspace, Size size, const Case& data)
 {
-    nlohmann::json entries = nlohmann::json::array();
-    for (unsigned i = 0; i < size.files; ++i) {
-        entries.push_back(entryOf(members(i)));
-    }
-    const std::string path = workspace.write("archive.json", descriptionOf(entries));
+    const std::string path = workspace.write("archive.json", descriptionOf(entriesOf(size.files, data)));
     if (!workspace.updater().getArchive().readDescriptionFileJson(workspace.errors(), path)) {
         throw std::runtime_error("the archive description is not valid");
     }
     for (unsigned i = 0; i < size.elements; ++i) {
-        Element& element = workspace.updater().getInventory().getUpdateElementList().emplace_back();
+        auto& element = workspace.updater().getInventory().getUpdateElementList().emplace_back();
+        static_cast<Element&>(element) = elementOf(i, data);
         element.index = i;
-        element.boardType = ZoCString("T");
-        element.id = 1;
-        element.valid = true;
-        element.active = true;
-        change(element, i);
     }
 }
 
-void run(benchmark::State& state, Size size, const Members& members, const Change& change)
+void run(benchmark::State& state, Size size, const Case& data)
 {
     Workspace workspace;
-    prepare(workspace, size, members, change);
+    prepare(workspace, size, data);
     for ([[maybe_unused]] auto iteration : state) {
         workspace.updater().getAssignment().makeAssignment();
     }
     double assigned = 0;
-    for (const Element& element : workspace.updater().getInventory().getUpdateElementList()) {
+    for (const auto& element : workspace.updater().getInventory().getUpdateElementList()) {
         assigned += element.updateFileIndex >= 0 ? 1 : 0;
     }
     state.counters["assigned"] = assigned;
@@ -57,25 +39,20 @@ void run(benchmark::State& state, Size size, const Members& members, const Chang
 }
 
 // As many files as elements.
-void run(benchmark::State& state, const Members& members, const Change& change)
+void run(benchmark::State& state, const Case& data)
 {
     const auto count = static_cast<unsigned>(state.range(0));
-    run(state, {count, count}, members, change);
+    run(state, {count, count}, data);
 }
 
-std::string numbered(const char* text, unsigned number)
+void run(benchmark::State& state, const Members& members, const Change& change)
 {
-    return text + std::to_string(number);
+    run(state, Case{members, change});
 }
 
 void assignManyBoardTypes(benchmark::State& state)
 {
-    run(
-        state,
-        [](unsigned i) {
-            return nlohmann::json{{"boardType", numbered("T", i)}, {"id", 1}};
-        },
-        [](Element& element, unsigned i) { element.boardType = ZoCString(numbered("T", i).c_str()); });
+    run(state, manyBoardTypes());
 }
 
 void assignManyIdsOfOneBoardType(benchmark::State& state)
@@ -159,110 +136,26 @@ void assignManyAcceptedIds(benchmark::State& state)
 
 // The hard cases: files that state much and fit little.
 
-// Four properties with two sorts of values each. The elements have an even number of the second sort, the files accept
-// an odd number: in any three properties a file accepts what many elements have, and in all four it never does.
-class TwoSorts {
-public:
-    // Each list of a file has `length` of the length + 1 values of its sort.
-    explicit TwoSorts(unsigned length) : length(length) {}
-
-    nlohmann::json members(unsigned file) const
-    {
-        const unsigned sorts = odd(file);
-        nlohmann::json result = {{"boardType", "T"}, {"id", 1}};
-        unsigned bit = 0;
-        for (const char* property : {"boardVariant", "boardId", "hwCompatibilityId", "swCompatibilityId"}) {
-            nlohmann::json& list = result[property] = nlohmann::json::array();
-            for (unsigned value = 0; value <= length; ++value) {
-                if (value != (file >> bit) % (length + 1)) {
-                    const unsigned number = value + (sorts >> bit & 1) * 1000;
-                    list.push_back(bit == 0 ? nlohmann::json(numbered("V", number)) : nlohmann::json(number));
-                }
-            }
-            ++bit;
-        }
-        return result;
-    }
-
-    void change(Element& element, unsigned number) const
-    {
-        const unsigned sorts = odd(number) ^ 1;
-        const unsigned values = length + 1;
-        unsigned rest = number / 8;
-        const auto next = [&](unsigned bit) {
-            const unsigned value = rest % values + (sorts >> bit & 1) * 1000;
-            rest /= values;
-            return value;
-        };
-        element.variant = ZoCString(numbered("V", next(0)).c_str());
-        element.productId = next(1);
-        element.hwCompatibilityId = next(2);
-        element.swCompatibilityId = next(3);
-    }
-
-private:
-    // One of the eight sets of an odd number of bits of four.
-    static unsigned odd(unsigned number)
-    {
-        constexpr unsigned sets[] = {1, 2, 4, 8, 7, 11, 13, 14};
-        return sets[number % 8];
-    }
-
-    unsigned length;
-};
-
 void assignFourListsOfTen(benchmark::State& state)
 {
-    const TwoSorts data(10);
-    run(
-        state, [&](unsigned i) { return data.members(i); },
-        [&](Element& element, unsigned i) { data.change(element, i); });
+    run(state, fourLists(10));
 }
 
 void assignTwentyFilesWithFourListsOf32(benchmark::State& state)
 {
-    const TwoSorts data(32);
-    run(
-        state, {20, static_cast<unsigned>(state.range(0))}, [&](unsigned i) { return data.members(i); },
-        [&](Element& element, unsigned i) { data.change(element, i); });
-}
-
-// One file with n board types, which all share its n hardware versions; no element has one of these.
-nlohmann::json manyVersions(unsigned count)
-{
-    nlohmann::json entry = {{"id", 1}};
-    for (unsigned i = 0; i < count; ++i) {
-        entry["hwCompatibilityId"].push_back(i + 1);
-    }
-    return entry;
+    run(state, {20, static_cast<unsigned>(state.range(0))}, fourLists(32));
 }
 
 void assignOneFileOfManyBoardTypesAndVersions(benchmark::State& state)
 {
     const auto count = static_cast<unsigned>(state.range(0));
-    nlohmann::json entry = manyVersions(count);
-    for (unsigned type = 0; type < count; ++type) {
-        entry["boardType"].push_back(numbered("T", type));
-    }
-    run(
-        state, {1, count}, [&](unsigned) { return entry; },
-        [](Element& element, unsigned i) { element.boardType = ZoCString(numbered("T", i).c_str()); });
+    run(state, {1, count}, manyBoardTypesAndVersions(count));
 }
 
-// The same with a board object for each type, and two elements on each board that differ.
 void assignOneFileOfManyBoardsAndVersions(benchmark::State& state)
 {
     const auto count = static_cast<unsigned>(state.range(0));
-    nlohmann::json entry = manyVersions(count);
-    for (unsigned type = 0; type < count; ++type) {
-        entry["boards"].push_back({{"boardType", numbered("T", type)}});
-    }
-    run(
-        state, {1, 2 * count}, [&](unsigned) { return entry; },
-        [](Element& element, unsigned i) {
-            element.boardType = ZoCString(numbered("T", i / 2).c_str());
-            element.productId = i % 2;
-        });
+    run(state, {1, 2 * count}, manyBoardsAndVersions(count));
 }
 
 // Files that are all for the same elements but for their software versions, and elements that are all alike: the last
@@ -323,7 +216,7 @@ void computePhases(benchmark::State& state)
     auto members = [=](unsigned i) {
         return nlohmann::json{{"boardType", "T"}, {"id", i}, {"sequence", 7919ull * i % count}};
     };
-    prepare(workspace, {count, count}, members, [](Element& element, unsigned i) { element.id = i; });
+    prepare(workspace, {count, count}, {members, [](Element& element, unsigned i) { element.id = i; }});
     ZoCUpdateAssignment& assignment = workspace.updater().getAssignment();
     assignment.makeAssignment();
     for ([[maybe_unused]] auto iteration : state) {

@@ -24,9 +24,14 @@ Workspace::~Workspace()
 
 std::string Workspace::write(const std::string& name, const nlohmann::json& document) const
 {
+    return write(name, document.dump().c_str());
+}
+
+std::string Workspace::write(const std::string& name, const char* content) const
+{
     const std::filesystem::path path = folder / name;
     std::ofstream file(path);
-    file << document.dump();
+    file << content;
     if (!file.flush()) {
         throw std::runtime_error("cannot write " + path.string());
     }

@@ -17,8 +17,12 @@ public:
     Workspace(const Workspace&) = delete;
     Workspace& operator=(const Workspace&) = delete;
 
-    // Writes `document` to the folder's file `name` and returns its path.
+    // Writes `document`, or any other content, to the folder's file `name` and returns its path.
     std::string write(const std::string& name, const nlohmann::json& document) const;
+
+    std::string write(const std::string& name, const char* content) const;
+
+    const std::filesystem::path& path() const { return folder; }
 
     OpenUpdater& updater() { return *instance; }
     ZoCErrorListPool& errors() { return *errorList; }

@@ -23,6 +23,9 @@ public:
     // first has the other one write out what it holds. `other` must live as long as something is written here.
     void keepOrderWith(OutputBuffer& other) { neighbour = &other; }
 
+    // From now on there is no other one.
+    void keepNoOrder() { neighbour = nullptr; }
+
 protected:
     int_type overflow(int_type character) override;
     std::streamsize xsputn(const char* text, std::streamsize length) override;

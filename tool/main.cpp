@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <iostream>
 #include <ostream>
 
 #include "tool/OutputBuffer.h"
@@ -20,6 +21,15 @@ void occupyStandardDescriptors()
     }
 }
 
+// For whoever prints through std::cerr, too. Never destroyed: the platform's libraries still do while they are
+// unloaded.
+TrellanTool::OutputBuffer& standardError()
+{
+    static auto& buffer = *new TrellanTool::OutputBuffer(STDERR_FILENO);
+    std::cerr.rdbuf(&buffer);
+    return buffer;
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
@@ -27,11 +37,17 @@ int main(int argc, char** argv)
     occupyStandardDescriptors();
     // A reader that goes away, as in "| head", must not end an update in the middle.
     std::signal(SIGPIPE, SIG_IGN);
+    // Nor must a file that may not grow any further: writing to it fails, and what was begun is cleaned up.
+    std::signal(SIGXFSZ, SIG_IGN);
+    // Whoever ignores it never learns how a program that it has started has ended, such as a copy to the device.
+    std::signal(SIGCHLD, SIG_DFL);
     TrellanTool::OutputBuffer output(STDOUT_FILENO);
-    TrellanTool::OutputBuffer errors(STDERR_FILENO);
+    TrellanTool::OutputBuffer& errors = standardError();
     output.keepOrderWith(errors);
     errors.keepOrderWith(output);
     std::ostream out(&output);
     std::ostream err(&errors);
-    return TrellanTool::run(argc, argv, out, err);
+    const int status = TrellanTool::run(argc, argv, out, err);
+    errors.keepNoOrder();
+    return status;
 }

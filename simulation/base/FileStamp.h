@@ -20,6 +20,10 @@ public:
     // change.
     bool isThatOf(const std::filesystem::path& path) const;
 
+    // Whether another file, or another content as its size or modification time tell, is at `path`. False when there is
+    // nothing.
+    bool differsFromThatOf(const std::filesystem::path& path) const;
+
 private:
     struct stat stamped = {};
     bool certain = false;

@@ -6,35 +6,51 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <system_error>
 
 #include "simulation/base/FileDescriptor.h"
+#include "simulation/base/StandardError.h"
 
 namespace TrellanSimulation {
 
 namespace {
 
+// Also where neither is there yet, or one is reached through links.
+bool namesSameFile(const std::filesystem::path& left, const std::filesystem::path& right)
+{
+    std::error_code fault;
+    if (std::filesystem::equivalent(left, right, fault)) {
+        return true;
+    }
+    const auto leftPlace = std::filesystem::weakly_canonical(left, fault);
+    return !fault && leftPlace == std::filesystem::weakly_canonical(right, fault) && !fault;
+}
+
 class TraceFile {
 public:
     // Opens the file at `name` unless that is the one that is open already and was not removed. False when it cannot be
-    // opened.
-    bool open(const char* name)
+    // opened, or is the file that is the target, which a trace would spoil.
+    bool open(const std::string& name, const char* target)
     {
         if (path != name) {
             path = name;
             file = FileDescriptor();
             faultWasTold = false;
         }
+        if (target != nullptr && namesSameFile(name, target)) {
+            tellFault("it is the target file");
+            return false;
+        }
         if (!isThere()) {
             // Without O_NONBLOCK a pipe that nobody reads would be waited for.
-            file =
-                FileDescriptor(::open(name, O_WRONLY | O_CREAT | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666));
+            file = FileDescriptor(
+                ::open(name.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666));
             if (!file.isOpen()) {
-                tellFault();
+                tellFault(std::generic_category().message(errno));
             }
         }
         return file.isOpen();
@@ -47,7 +63,7 @@ public:
         while (!line.empty()) {
             const ssize_t written = ::write(file.get(), line.data(), line.size());
             if (written < 0) {
-                tellFault();
+                tellFault(std::generic_category().message(errno));
                 return;
             }
             line.remove_prefix(static_cast<std::size_t>(written));
@@ -62,11 +78,10 @@ private:
     }
 
     // Once for each name: a trace that cannot be written must not change what the traced program does.
-    void tellFault()
+    void tellFault(const std::string& reason)
     {
-        const std::string reason = std::generic_category().message(errno);
         if (!faultWasTold) {
-            std::fprintf(stderr, "WARNING: cannot write the trace %s: %s\n", path.c_str(), reason.c_str());
+            tellOnStandardError("WARNING: cannot write the trace " + path + ": " + reason);
         }
         faultWasTold = true;
     }
@@ -80,6 +95,11 @@ private:
 // and this one outlives them.
 TraceFile traceFile;
 
+bool openNamed(const char* name)
+{
+    return traceFile.open(name, std::getenv("TRELLAN_TARGET"));
+}
+
 const char* traceName()
 {
     const char* name = std::getenv("TRELLAN_TRACE");
@@ -91,7 +111,7 @@ const char* traceName()
 void trace(const TraceRecord& record)
 {
     const char* name = traceName();
-    if (name != nullptr && traceFile.open(name)) {
+    if (name != nullptr && openNamed(name)) {
         // Texts come from files and may hold anything; a trace with a replacement character is better than none.
         traceFile.write(record.dump(-1, ' ', false, TraceRecord::error_handler_t::replace) + '\n');
     }
@@ -105,7 +125,7 @@ bool isTraced()
 void openTrace()
 {
     if (const char* name = traceName()) {
-        traceFile.open(name);
+        openNamed(name);
     }
 }
 

@@ -10,7 +10,8 @@ using TraceRecord = nlohmann::ordered_json;
 
 // Appends `record` to the file that the environment variable TRELLAN_TRACE names at this moment; does nothing when it
 // is unset or empty. The file stays open until another one is named or it is removed, so that it is found although
-// mounts cover its folder. The first fault with a name is told on standard error; nothing is ever waited for.
+// mounts cover its folder. The first fault with a name is told on standard error, also that it is the file which
+// TRELLAN_TARGET names, which is never written to; nothing is ever waited for.
 void trace(const TraceRecord& record);
 
 // Whether a file is named at this moment.

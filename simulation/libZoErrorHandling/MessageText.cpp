@@ -10,17 +10,6 @@ namespace MessageText {
 
 namespace {
 
-std::string hexadecimal(unsigned number)
-{
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string text;
-    do {
-        text.insert(text.begin(), digits[number % digits.size()]);
-        number /= static_cast<unsigned>(digits.size());
-    } while (number != 0);
-    return text;
-}
-
 std::string textOrNull(const char* text)
 {
     return text == nullptr ? "(null)" : text;
@@ -36,6 +25,17 @@ std::string join(const Arguments& arguments)
 }
 
 }  // namespace
+
+std::string hexadecimal(unsigned number)
+{
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string text;
+    do {
+        text.insert(text.begin(), digits[number % digits.size()]);
+        number /= static_cast<unsigned>(digits.size());
+    } while (number != 0);
+    return text;
+}
 
 Arguments formatArguments(const char* format, va_list values)
 {

@@ -9,6 +9,9 @@ namespace MessageText {
 
 using Arguments = std::vector<std::string>;
 
+// As %x writes it.
+std::string hexadecimal(unsigned number);
+
 // The text of each argument that `format` (null: none) has a conversion for: %s, %d, %i, %u, %x or %c. Ends at the
 // first conversion of another kind, since the size of its argument is not known.
 Arguments formatArguments(const char* format, va_list values);

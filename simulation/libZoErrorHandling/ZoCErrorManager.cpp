@@ -2,9 +2,9 @@
 #include "libZoErrorHandling/ZoCErrorManager.h"
 
 #include <cstdarg>
-#include <cstdio>
 
 #include "simulation/base/Resources.h"
+#include "simulation/base/StandardError.h"
 #include "simulation/base/Trace.h"
 #include "simulation/libZoErrorHandling/MessageTables.h"
 #include "simulation/libZoErrorHandling/MessageText.h"
@@ -99,6 +99,6 @@ void ZoCErrorManager::sendWarning(unsigned code, unsigned line, const char* func
     const MessageText::Arguments arguments = MessageText::formatArguments(format, values);
     va_end(values);
     const std::string text = MessageText::compose(code, arguments);
-    std::fprintf(stderr, "WARNING 0x%x: %s\n", code, text.c_str());
+    TrellanSimulation::tellOnStandardError("WARNING 0x" + MessageText::hexadecimal(code) + ": " + text);
     traceMessage("sendWarning", code, line, function, text);
 }

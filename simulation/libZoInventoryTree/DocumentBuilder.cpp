@@ -12,10 +12,14 @@ namespace TrellanSimulation {
 
 namespace {
 
+// Objects and arrays within each other. The deepest tree there may be has two for each level of items, and some around
+// them and in them.
+constexpr std::size_t maxDepth = 1030;
+
 // Gives a file's bytes to the parser, which would take a NUL byte for the end of the document.
 class DocumentBytes : public std::streambuf {
 public:
-    explicit DocumentBytes(RegularFile& file) : file(file) {}
+    DocumentBytes(RegularFile& file, std::string* text) : file(file), text(text) {}
 
 protected:
     int_type underflow() override
@@ -27,12 +31,16 @@ protected:
         if (std::string_view(block.data(), length).find('\0') != std::string_view::npos) {
             throw DocumentFault("it holds a NUL byte");
         }
+        if (text != nullptr) {
+            text->append(block.data(), length);
+        }
         setg(block.data(), block.data(), block.data() + length);
         return traits_type::to_int_type(block.front());
     }
 
 private:
     RegularFile& file;
+    std::string* text;
     std::array<char, 1 << 16> block;
 };
 
@@ -105,6 +113,9 @@ private:
 
     bool open(Json value)
     {
+        if (levels.size() == maxDepth) {
+            throw DocumentFault("nested more than " + std::to_string(maxDepth) + " levels deep");
+        }
         Json& opened = place();
         opened = std::move(value);
         levels.push_back({&opened, nullptr, {}});
@@ -123,9 +134,9 @@ private:
 
 }  // namespace
 
-Json parseDocument(RegularFile& file)
+Json parseDocument(RegularFile& file, std::string* text)
 {
-    DocumentBytes bytes(file);
+    DocumentBytes bytes(file, text);
     std::istream stream(&bytes);
     DocumentBuilder builder;
     Json::sax_parse(stream, &builder);

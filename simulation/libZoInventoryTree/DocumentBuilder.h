@@ -6,8 +6,9 @@
 
 namespace TrellanSimulation {
 
-// The JSON document in `file`, from where it is read next. Of members with the same name the last one counts, in the
-// place of the first one. Throws DocumentFault when it is not valid JSON, FileFault when it cannot be read.
-Json parseDocument(RegularFile& file);
+// The JSON document in `file`, from where it is read next; `text`, unless it is null, gets its bytes. Of members with
+// the same name the last one counts, in the place of the first one. Throws DocumentFault when it is not valid JSON, or
+// nested deeper than any tree, from where on it is not read; FileFault when it cannot be read.
+Json parseDocument(RegularFile& file, std::string* text = nullptr);
 
 }  // namespace TrellanSimulation

@@ -208,6 +208,11 @@ void FlashDrive::attach(const std::filesystem::path& target, const std::optional
     }
 }
 
+std::optional<std::filesystem::path> FlashDrive::folder() const
+{
+    return attached ? std::optional<std::filesystem::path>(drive) : std::nullopt;
+}
+
 std::optional<std::filesystem::path> FlashDrive::find(const std::string& location)
 {
     if (location.find('\0') != std::string::npos) {

@@ -22,6 +22,9 @@ public:
     // refused with std::runtime_error.
     void attach(const std::filesystem::path& target, const std::optional<std::filesystem::path>& folder);
 
+    // Where the attached drive is seen; nothing when none is attached.
+    std::optional<std::filesystem::path> folder() const;
+
     // The file `location` of the attached drive, as the calling thread sees it. Nothing when there is none, or when it
     // lies outside the drive, by ".." or behind a link.
     static std::optional<std::filesystem::path> find(const std::string& location);

@@ -58,6 +58,16 @@ void writeProcFile(const std::string& path, const std::string& content)
     }
 }
 
+// Throws what a failed unshare() means: `limits` are those on the namespaces that were asked for.
+[[noreturn]] void throwUnshareFault(const std::string& limits)
+{
+    if (errno == ENOSPC) {
+        throw std::runtime_error("its flash drive cannot be mounted, as there are too many namespaces: raise " +
+                                 limits + " in /proc/sys/user, or leave flashDrive out");
+    }
+    throwSystemFault("unshare");
+}
+
 // Users stay who they are in the new user namespace.
 void enterUserNamespace()
 {
@@ -69,7 +79,7 @@ void enterUserNamespace()
                 "its flash drive cannot be mounted by a user whose process has several threads: scan before the others "
                 "start, or be root, or leave flashDrive out");
         }
-        throwSystemFault("unshare");
+        throwUnshareFault("max_user_namespaces and max_mnt_namespaces");
     }
     writeProcFile("/proc/self/setgroups", "deny");
     writeProcFile("/proc/self/uid_map", user + ' ' + user + " 1");
@@ -142,7 +152,7 @@ void MountNamespace::enter()
     openCurrent();  // a failure must come before anything has changed
     if (::unshare(CLONE_NEWNS) != 0) {
         if (errno != EPERM) {
-            throwSystemFault("unshare");
+            throwUnshareFault("max_mnt_namespaces");
         }
         enterUserNamespace();
     }

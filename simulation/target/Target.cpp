@@ -1,10 +1,10 @@
 // Scan, lock, updates and unlock, each on the one target file that the environment names.
 #include "simulation/target/Target.h"
 
-#include <cstdio>
 #include <cstdlib>
 
 #include "simulation/base/Clock.h"
+#include "simulation/base/StandardError.h"
 #include "simulation/libZoInventoryTree/AddressText.h"
 #include "simulation/libZoInventoryTree/PlatformErrors.h"
 
@@ -52,8 +52,8 @@ int Target::scan(ZoCErrorListPool& errors, ZoCInventoryItem*& tree)
         return 0;
     } catch (const std::runtime_error& fault) {
         addTargetFault(errors, "", fault);
-        std::fprintf(stderr, "ERROR 0x%08X: %s\n", static_cast<unsigned>(PlatformError::targetUnreadable),
-                     platformErrorText(PlatformError::targetUnreadable, {name, fault.what()}).c_str());
+        tellOnStandardError("ERROR 0x26300007: " +
+                            platformErrorText(PlatformError::targetUnreadable, {name, fault.what()}));
         return failed;
     }
 }
@@ -70,7 +70,7 @@ unsigned Target::lock(ZoCErrorListPool& errors)
         if (!passes(errors, positions.next(script->lock, "lock"))) {
             return 0;
         }
-        auto targetLock = TargetLock::acquire(path);
+        auto targetLock = TargetLock::acquire(path, flashDrive.folder());
         if (!targetLock) {
             addPlatformError(errors, PlatformError::targetLocked, {});
             return 0;

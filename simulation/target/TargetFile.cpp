@@ -1,6 +1,11 @@
 // Reading and checking the target file, and writing what an update has changed.
 #include "simulation/target/TargetFile.h"
 
+#include <sys/stat.h>
+
+#include <ctime>
+#include <system_error>
+
 #include "libZoInventoryTree/ZoNInventoryIDs.h"
 #include "simulation/base/RegularFile.h"
 #include "simulation/libZoInventoryTree/DocumentBuilder.h"
@@ -51,18 +56,6 @@ std::optional<std::string> keyOf(const TreeItem& item)
     return elementKey(info->getParent()->getAddress(), static_cast<unsigned>(*id));
 }
 
-// Walks `source` along with the tree that was built from it.
-void collectElements(const TreeItem& item, Json& source, std::unordered_map<std::string, Json*>& elements)
-{
-    if (const auto key = keyOf(item)) {
-        elements.try_emplace(*key, &source);
-    }
-    const ZoCInventoryItem* below = item.getFirstSubItem();
-    for (std::size_t position = 0; below != nullptr; below = below->getNext(), ++position) {
-        collectElements(static_cast<const TreeItem&>(*below), source["items"][position], elements);
-    }
-}
-
 void readFlashFile(TreeItem& item)
 {
     using namespace ZoNInventoryIDs;
@@ -101,11 +94,22 @@ std::unique_ptr<TreeItem> TargetFile::makeTree()
 void TargetFile::installElement(const std::string& key, const UpdateContent& content)
 {
     unused.reset();
-    Json& parameters = (*elements.at(key))["parameters"];
+    const auto [first, end] = elements.equal_range(key);
+    for (auto element = first; element != end; ++element) {
+        install(element->second, content);
+    }
+}
+
+void TargetFile::install(Element& element, const UpdateContent& content)
+{
+    Json& parameters = (*element.item)["parameters"];
     const auto set = [&](const char* name, const Json& value) {
         Json& parameter = parameters[name];
-        changed = changed || parameter != value;
-        parameter = value;
+        if (parameter != value) {
+            parameter = value;
+            element.changes[name] = value;
+            changed = true;
+        }
     };
     if (content.checksum) {
         set("CHECKSUM_CRC32", *content.checksum);
@@ -118,9 +122,28 @@ void TargetFile::installElement(const std::string& key, const UpdateContent& con
 
 void TargetFile::save()
 {
-    if (changed) {
-        replaceFile(path, document.dump(2) + '\n');
-        changed = false;
+    if (!changed) {
+        return;
+    }
+    if (stamp.differsFromThatOf(path)) {
+        throw std::runtime_error("another program has changed it meanwhile");
+    }
+    try {
+        replaceFile(path, changedText());
+    } catch (const std::system_error&) {
+        takeStamp();  // the new file may be in its place all the same
+        throw;
+    }
+    takeStamp();
+    changed = false;
+}
+
+void TargetFile::takeStamp()
+{
+    const std::time_t now = std::time(nullptr);
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) == 0) {
+        stamp = FileStamp(status, now);
     }
 }
 
@@ -128,7 +151,7 @@ void TargetFile::read()
 try {
     RegularFile file(path);
     stamp = file.stamp();
-    document = parseDocument(file);
+    document = parseDocument(file, &text);
 } catch (const FileFault& fault) {
     throw DocumentFault(fault.what());
 }
@@ -154,7 +177,69 @@ void TargetFile::findElements()
 {
     const Place top;
     unused = buildTree(getMember(document, "tree", top), Place(top, "tree"));
-    collectElements(*unused, document["tree"], elements);
+    ElementsOfItems found;
+    collectElements(*unused, document["tree"], found);
+    JsonCursor cursor(text);
+    cursor.forEachMember([&](const JsonCursor::Member& member) {
+        member.name == "tree" ? findInText(unused.get(), cursor, found) : cursor.skip();
+    });
+}
+
+// Walks `source` along with the tree that was built from it.
+void TargetFile::collectElements(const TreeItem& item, Json& source, ElementsOfItems& found)
+{
+    if (const auto key = keyOf(item)) {
+        found[&item] = &elements.emplace(*key, Element{&source, 0, {}})->second;
+    }
+    const ZoCInventoryItem* below = item.getFirstSubItem();
+    for (std::size_t position = 0; below != nullptr; below = below->getNext(), ++position) {
+        collectElements(static_cast<const TreeItem&>(*below), source["items"][position], found);
+    }
+}
+
+// Walks the item that the cursor stands at along with the tree. Of members that stand twice the last one is in the
+// tree: what is found in an earlier one, which may be anything, is found again. `item` is null where the tree has none.
+void TargetFile::findInText(const TreeItem* item, JsonCursor& cursor, const ElementsOfItems& found)
+{
+    if (item == nullptr || !cursor.isObject()) {
+        cursor.skip();
+        return;
+    }
+    const auto element = found.find(item);
+    cursor.forEachMember([&](const JsonCursor::Member& member) {
+        if (member.name == "items") {
+            findItemsInText(*item, cursor, found);
+            return;
+        }
+        if (element != found.end() && member.name == "parameters") {
+            element->second->parameters = cursor.offset();
+        }
+        cursor.skip();
+    });
+}
+
+void TargetFile::findItemsInText(const TreeItem& item, JsonCursor& cursor, const ElementsOfItems& found)
+{
+    if (!cursor.isArray()) {
+        cursor.skip();
+        return;
+    }
+    const ZoCInventoryItem* below = item.getFirstSubItem();
+    cursor.forEachElement([&] {
+        findInText(static_cast<const TreeItem*>(below), cursor, found);
+        below = below == nullptr ? nullptr : below->getNext();
+    });
+}
+
+std::string TargetFile::changedText() const
+{
+    std::map<std::size_t, MemberChanges> changes;
+    for (const auto& [key, element] : elements) {
+        if (!element.changes.empty()) {
+            changes.emplace(element.parameters, element.changes);
+        }
+    }
+    return withChanges(text, changes);
 }
 
 }  // namespace TrellanSimulation

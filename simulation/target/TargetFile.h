@@ -12,6 +12,8 @@
 #include "simulation/base/FileStamp.h"
 #include "simulation/libZoInventoryTree/Document.h"
 #include "simulation/libZoInventoryTree/TreeItem.h"
+#include "simulation/target/JsonCursor.h"
+#include "simulation/target/MemberChanges.h"
 #include "simulation/target/Script.h"
 #include "simulation/target/UpdateContent.h"
 
@@ -44,27 +46,45 @@ public:
     // UPDATE_INFO.
     bool hasElement(const std::string& key) const { return elements.contains(key); }
 
-    // Gives the element `key`, which must exist, the values that `content` carries and makes it valid.
+    // Gives the element `key`, which must exist, the values that `content` carries and makes it valid. So all of them,
+    // where several of the board have the ID: nothing tells them apart.
     void installElement(const std::string& key, const UpdateContent& content);
 
-    // Writes the file when elements have changed since it was read or written. Members keep their order. Throws
-    // std::system_error when it cannot be written; the old file is then unchanged.
+    // Writes the file when elements have changed since it was read or written. Every byte but those of the new values
+    // stays as it is. Throws
+    // std::runtime_error when another program has changed the file meanwhile, or it cannot be written; it stays as it
+    // is then.
     void save();
 
 private:
+    // An update element in the document, and in its text.
+    struct Element {
+        Json* item = nullptr;
+        std::size_t parameters = 0;  // where they begin in the text
+        MemberChanges changes;       // of the parameters, since the text was read
+    };
+
+    void takeStamp();
     void read();
     void readMembers();
     void findElements();
+    using ElementsOfItems = std::unordered_map<const TreeItem*, Element*>;
+    void collectElements(const TreeItem& item, Json& source, ElementsOfItems& found);
+    static void findInText(const TreeItem* item, JsonCursor& cursor, const ElementsOfItems& found);
+    static void findItemsInText(const TreeItem& item, JsonCursor& cursor, const ElementsOfItems& found);
+    void install(Element& element, const UpdateContent& content);
+    std::string changedText() const;
 
     std::filesystem::path path;  // without symbolic links
     FileStamp stamp;
-    Json document;
+    std::string text;  // as it was read
+    Json document;     // with what has changed since
     ClockKind clockOfTarget = ClockKind::real;
     std::uint64_t rate = 1048576;
     std::optional<std::filesystem::path> flash;
     std::shared_ptr<const Script> calls;
-    std::unordered_map<std::string, Json*> elements;  // their items in the document
-    std::unique_ptr<TreeItem> unused;                 // the tree as the document says, built to find the elements
+    std::unordered_multimap<std::string, Element> elements;
+    std::unique_ptr<TreeItem> unused;  // the tree as the document says, built to find the elements
     bool changed = false;
 };
 

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 
 #include "simulation/base/FileDescriptor.h"
 
@@ -11,12 +12,15 @@ namespace TrellanSimulation {
 class TargetLock {
 public:
     // Locks the target file at `path` by an advisory lock on the file beside it with ".lock" appended, which stays
-    // there for good. Null when the target is locked already, by this process or another one. Throws std::system_error
-    // when the lock file cannot be opened for reading or locked, std::runtime_error when it is no regular file.
+    // there for good, and the folder `drive`, where it has a flash drive, by one on the folder itself: another target
+    // may have the same drive (a folder that may not be read is left out). Null when either is locked already, by this
+    // process or another one. Throws std::system_error when the lock file or the folder cannot be opened for reading or
+    // locked, std::runtime_error when the lock file is no regular file or a link.
     //
     // Programs that the process starts from then on, such as one that copies a file to the device, hold the lock too:
     // it ends when the last of all of them ends, also when the process is killed before.
-    static std::unique_ptr<TargetLock> acquire(const std::filesystem::path& path);
+    static std::unique_ptr<TargetLock> acquire(const std::filesystem::path& path,
+                                               const std::optional<std::filesystem::path>& drive);
 
     // Gives up the process's part of the lock, as its end does.
     ~TargetLock();
@@ -24,9 +28,10 @@ public:
     TargetLock& operator=(const TargetLock&) = delete;
 
 private:
-    explicit TargetLock(FileDescriptor file);
+    TargetLock(FileDescriptor file, FileDescriptor drive);
 
     FileDescriptor file;
+    FileDescriptor drive;  // not open: there is none
 };
 
 }  // namespace TrellanSimulation

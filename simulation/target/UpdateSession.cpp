@@ -3,7 +3,7 @@
 
 #include <algorithm>
 #include <limits>
-#include <system_error>
+#include <stdexcept>
 
 namespace TrellanSimulation {
 
@@ -70,7 +70,7 @@ void UpdateSession::trySaving()
 {
     try {
         target->save();
-    } catch (const std::system_error&) {
+    } catch (const std::runtime_error&) {
     }
 }
 

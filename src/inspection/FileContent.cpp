@@ -5,7 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <vector>
+#include <memory>
 
 #include "base/BinaryFile.h"
 #include "base/Crc32.h"
@@ -56,13 +56,16 @@ std::optional<FileContent> readContent(const std::string& path, Wanted wanted, c
     if (!file) {
         return std::nullopt;
     }
-    std::vector<unsigned char> chunk(chunkSize);
-    const auto readChunk = [&] { return std::fread(chunk.data(), 1, chunk.size(), file.get()); };
+    // Not filled with zeros: for small files that would take longer than all else.
+    const auto chunk = std::make_unique_for_overwrite<unsigned char[]>(chunkSize);
+    const auto readChunk = [&]() -> std::size_t {
+        return std::feof(file.get()) == 0 ? std::fread(chunk.get(), 1, chunkSize, file.get()) : 0;
+    };
 
     FileContent content;
     std::size_t count = readChunk();
     if (wanted != Wanted::crc32) {
-        const auto* const begin = reinterpret_cast<const char*>(chunk.data());
+        const auto* const begin = reinterpret_cast<const char*>(chunk.get());
         content.header =
             ZoNUpdateArchive::readHeader(path, std::string(begin, std::min(count, ZoNUpdateArchive::headerLength)));
     }
@@ -71,7 +74,7 @@ std::optional<FileContent> readContent(const std::string& path, Wanted wanted, c
     }
     Crc32 crc32;
     for (; count != 0; count = readChunk()) {
-        crc32.add(chunk.data(), count);
+        crc32.add(chunk.get(), count);
         onRead(count);
     }
     if (std::ferror(file.get()) != 0) {

@@ -1,7 +1,9 @@
 // Where a flash drive cannot be mounted, and in a chroot, where it can. Each test runs in a process of its own, which
 // may change what it is allowed to do.
 #include <gtest/gtest.h>
+#include <linux/capability.h>
 #include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <future>
@@ -41,6 +43,15 @@ void becomeUser(const FlashTarget& device)
     ::prctl(PR_SET_DUMPABLE, 1);  // without it the files in /proc/self stay root's
 }
 
+void dropCapabilities()
+{
+    __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
+    const __user_cap_data_struct none[_LINUX_CAPABILITY_U32S_3] = {};
+    if (::syscall(SYS_capset, &header, none) != 0) {
+        std::_Exit(100);
+    }
+}
+
 class FlashDriveRefusal : public FlashDrive {
 protected:
     FlashDriveRefusal() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
@@ -59,8 +70,24 @@ TEST_F(FlashDriveRefusal, SaysWhatIsNeededWhereNamespacesAreUsedUp)
             return tellScan();
         }()),
         testing::ExitedWithCode(1),
-        "\n26300007 ... cannot be read: its flash drive cannot be mounted \\(unshare: No space left on device\\): be "
-        "root or allow user namespaces, or leave flashDrive out\\.\n$");
+        "\n26300007 ... cannot be read: its flash drive cannot be mounted, as there are too many namespaces: raise "
+        "max_mnt_namespaces in /proc/sys/user, or leave flashDrive out\\.\n$");
+}
+
+TEST_F(FlashDriveRefusal, SaysWhatAUserNeedsWhereNamespacesAreUsedUp)
+{
+    SKIP_WITHOUT_USER_NAMESPACE();
+    EXPECT_EXIT(
+        std::_Exit([] {
+            const FlashTarget device;
+            enterUserNamespace();
+            writeText("/proc/sys/user/max_user_namespaces", "0");
+            dropCapabilities();
+            return tellScan();
+        }()),
+        testing::ExitedWithCode(1),
+        "\n26300007 ... cannot be read: its flash drive cannot be mounted, as there are too many namespaces: raise "
+        "max_user_namespaces and max_mnt_namespaces in /proc/sys/user, or leave flashDrive out\\.\n$");
 }
 
 TEST_F(FlashDriveRefusal, SaysThatAUsersProcessMustScanBeforeItHasSeveralThreads)

@@ -113,6 +113,7 @@ TEST(LockInheritance, PassesOnNothingButTheLock)
     const Session session;
     std::set<std::string> expected = before;
     expected.insert(device.target.path().string() + ".lock");
+    expected.insert(flashPath);
     EXPECT_EQ(filesOfAProgram(device.target.folder()), expected);
 }
 

@@ -158,9 +158,13 @@ TEST(Lock, RefusesALockFileThatIsNoRegularFile)
     };
     ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
     expectRefusal();
-    std::filesystem::remove(file);
-    std::filesystem::create_symlink("/dev/null", file);
-    expectRefusal();
+    const auto ledTo = device.folder() / "led-to";
+    for (const std::filesystem::path& place : {std::filesystem::path("/dev/null"), ledTo, device.path()}) {
+        std::filesystem::remove(file);
+        std::filesystem::create_symlink(place, file);
+        expectRefusal();
+    }
+    EXPECT_FALSE(std::filesystem::exists(ledTo));
 }
 
 TEST(Lock, IsCountedUntilItIsGivenBack)

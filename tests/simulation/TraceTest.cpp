@@ -3,6 +3,8 @@
 
 #include "TraceFile.h"
 #include "simulation/base/Trace.h"
+#include "support/SimulatedTarget.h"
+#include "support/TargetBuilder.h"
 #include "support/TextFile.h"
 
 using TrellanSimulation::trace;
@@ -125,4 +127,36 @@ TEST(Trace, OpensItsFileBeforeTheFirstRecord)
     trace({{"call", "lock"}});
     EXPECT_EQ(file.text(), "");
     EXPECT_EQ(readText(moved), "{\"call\":\"lock\"}\n");
+}
+
+TEST(Trace, IsNeverWrittenIntoTheTargetFile)
+{
+    const SimulatedTarget device(target({}));
+    const std::string before = readText(device.path());
+    const std::filesystem::path link = device.folder() / "link";
+    const std::filesystem::path second = device.folder() / "second";
+    std::filesystem::create_symlink(device.path(), link);
+    std::filesystem::create_hard_link(device.path(), second);
+    for (const std::string name : {device.path(), link, second, device.folder() / "." / "target.json"}) {
+        EXPECT_EQ(faultsOf(name), "WARNING: cannot write the trace " + name + ": it is the target file\n");
+        EXPECT_EQ(readText(device.path()), before);
+    }
+    std::filesystem::remove(second);
+    std::filesystem::remove(device.path());
+    faultsOf(device.path());
+    EXPECT_FALSE(std::filesystem::exists(device.path()));
+}
+
+TEST(Trace, IsNotWrittenIntoAFileThatIsNamedAsTheTargetLater)
+{
+    const SimulatedTarget device(target({}));
+    const std::string path = device.folder() / "later";
+    ::setenv("TRELLAN_TRACE", path.c_str(), 1);
+    trace({{"call", "scan"}});
+    ::setenv("TRELLAN_TARGET", path.c_str(), 1);
+    testing::internal::CaptureStderr();
+    trace({{"call", "lock"}});
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "WARNING: cannot write the trace " + path + ": it is the target file\n");
+    EXPECT_EQ(readText(path), "{\"call\":\"scan\"}\n");
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <utility>
 #include <vector>
 
 #include "Device.h"
@@ -46,44 +47,121 @@ TEST(UpdateSession, WritesTheNewValuesAtUnlock)
 TEST(UpdateSession, ChangesNothingElseInTheFile)
 {
     const ElementDevice device(oldValues);
-    std::ofstream(device.target.path()) << R"({"script": {}, "tree": {"items": [{"items": [{"items":
-        [{"parameters": {"VERSION": "1.0", "ID": 1}, "id": "UPDATE_ELEMENT"}], "id": "UPDATE_INFO"}],
-        "id": "HCN", "parameters": {"SLOT": 18446744073709551615, "NAME": "Gerät"}}], "id": "ROOT"},
-        "clock": "virtual"})";
+    const std::string before = R"({"script" : {}, "tree": {"items": [{"items": [{"items":
+        [{"parameters": {"VERSION": "1.0", "ID": 1, "TYPE_ID": -0}, "id": "UPDATE_ELEMENT"}], "id": "UPDATE_INFO"}],
+        "id": "HCN", "parameters": {"SLOT": 36893488147419103231, "NAME": "Ger\u00e4t \"\\", "NAME": "Gerät [1]",
+        "TYPE_ID": 1E2, "PRODUCT/ID": 1.10 } }], "id": "ROOT"},
+        "clock": "real", "clock": "virtual"}
+
+)";
+    writeText(device.target.path(), before);
+    update(device);
+    std::string after = before;
+    after.insert(before.find("-0") + 2, R"(, "CHECKSUM_CRC32": 3421780262, "VALID": 1)");
+    EXPECT_EQ(device.text(), after);
+}
+
+TEST(UpdateSession, AddsParametersTheWayTheOthersAreWritten)
+{
+    const ElementDevice device(oldValues);
+    writeText(device.target.path(), R"({
+  "tree": {
+    "id": "ROOT",
+    "items": [ { "id": "HCN", "items": [ { "id": "UPDATE_INFO", "items": [
+      {
+        "id": "UPDATE_ELEMENT",
+        "parameters": {
+          "VALID" : 0,
+          "ID" : 1
+        }
+      } ] } ] } ] },
+  "clock": "virtual"
+})");
     update(device);
     EXPECT_EQ(device.text(), R"({
-  "script": {},
   "tree": {
-    "items": [
+    "id": "ROOT",
+    "items": [ { "id": "HCN", "items": [ { "id": "UPDATE_INFO", "items": [
       {
-        "items": [
-          {
-            "items": [
-              {
-                "parameters": {
-                  "VERSION": "1.0",
-                  "ID": 1,
-                  "CHECKSUM_CRC32": 3421780262,
-                  "VALID": 1
-                },
-                "id": "UPDATE_ELEMENT"
-              }
-            ],
-            "id": "UPDATE_INFO"
-          }
-        ],
-        "id": "HCN",
+        "id": "UPDATE_ELEMENT",
         "parameters": {
-          "SLOT": 18446744073709551615,
-          "NAME": "Gerät"
+          "VALID" : 1,
+          "ID" : 1,
+          "CHECKSUM_CRC32" : 3421780262
         }
-      }
-    ],
-    "id": "ROOT"
-  },
+      } ] } ] } ] },
   "clock": "virtual"
+})");
 }
-)");
+
+// What counts of members that stand twice is the last one, and it is the last one that is changed.
+TEST(UpdateSession, ChangesTheLastOfDuplicateMembers)
+{
+    const ElementDevice device(oldValues);
+    const auto document = [](const char* valid, const char* checksum) {
+        return std::string("\xEF\xBB\xBF") + R"({"tree": [[]], "clock": "virtual", "tree": {"id": "ROOT", "items": 1,
+            "items": [{"id": "HCN", "items": [{"id": "CN"}, {"id": "UPDATE_INFO", "items": [
+                {"id": "UPDATE_ELEMENT", "parameters": {"ID": 1, "VALID": 5}}]}],
+              "it\u0065ms": [{"items": [
+                {"id": "UPDATE_ELEMENT", "parameters": {"ID": 1, "VALID": 6}, "parameters": {"CHECKSUM_CRC32": 1,
+                   "ID": 2, "VALID": 0, "\u0049D": 1, "V\u0041LID": )" +
+               valid + R"(, "CHECKSUM_CRC32": )" + checksum + R"( }}], "id": "UPDATE_INFO"}]}]}})";
+    };
+    writeText(device.target.path(), document("0", "\"none\""));
+    update(device);
+    EXPECT_EQ(device.text(), document("1", "3421780262"));
+}
+
+TEST(UpdateSession, GivesTheNewValuesToEveryElementOfTheBoardThatHasTheId)
+{
+    const ElementDevice device(oldValues);
+    ordered_json document = device.target.document();
+    ordered_json& elements = document[elementPointer.parent_pointer().parent_pointer()];
+    elements.push_back(item("UPDATE_ELEMENT[2]", oldValues));
+    elements.push_back(updateElement(3, {{"ID", 3}, {"VALID", 0}}));
+    writeText(device.target.path(), document.dump());
+    update(device);
+    const ordered_json after = device.target.document()[elementPointer.parent_pointer().parent_pointer()];
+    EXPECT_EQ(after[0]["parameters"].dump(), R"({"VERSION":"1.0","ID":1,"VALID":1,"CHECKSUM_CRC32":3421780262})");
+    EXPECT_EQ(after[1]["parameters"].dump(), R"({"VERSION":"1.0","ID":1,"VALID":1,"CHECKSUM_CRC32":3421780262})");
+    EXPECT_EQ(after[2]["parameters"]["VALID"], 0);
+}
+
+TEST(UpdateSession, WritesManyElementsWhereverTheyStand)
+{
+    std::vector<ordered_json> boards;
+    for (unsigned number = 1; number <= 3; ++number) {
+        boards.push_back(board("HCN[" + std::to_string(number) + "]", {},
+                               {updateElement(1, {{"VALID", 0}}), updateElement(2, {{"VALID", 0}})}));
+    }
+    const SimulatedTarget device(target({item("CN", {}), boards[1], boards[0], boards[2]}));
+    const std::string file = device.folder() / "a.bin";
+    writeText(file, "");
+    ErrorPool errors;
+    const Scan scan;
+    Session session;
+    for (const auto& [number, id] : {std::pair{3U, 2U}, {2U, 1U}, {1U, 2U}}) {
+        unsigned polled = id;
+        unsigned status = 0;
+        unsigned done = 0;
+        unsigned total = 0;
+        const ZoCInventoryAddress address = ZoNInventoryIDs::ROOT / ZoNInventoryIDs::HCN[number];
+        Session::manager().update2(errors, address, session.handle, id, file.c_str(), 0, nullptr);
+        Session::manager().updateStatus2(errors, address, polled, status, done, total, nullptr);
+        EXPECT_EQ(status, 2U);
+    }
+    session.unlock();
+    EXPECT_EQ(errors.count() + session.errors.count(), 0U);
+    const ordered_json items = device.document()["tree"]["items"];
+    const auto valid = [&](unsigned at, unsigned element) {
+        return items[at]["items"][0]["items"][element]["parameters"]["VALID"].get<int>();
+    };
+    EXPECT_EQ(valid(1, 0), 1);
+    EXPECT_EQ(valid(1, 1), 0);
+    EXPECT_EQ(valid(2, 0), 0);
+    EXPECT_EQ(valid(2, 1), 1);
+    EXPECT_EQ(valid(3, 0), 0);
+    EXPECT_EQ(valid(3, 1), 1);
 }
 
 TEST(UpdateSession, TakesVersionAndChecksumFromAHeader)
