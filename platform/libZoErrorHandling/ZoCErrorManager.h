@@ -32,7 +32,7 @@ public:
     ZoCErrorList* createErrorList(unsigned parent, unsigned pools, unsigned size, unsigned growth, unsigned textSize);
 
     // Releases a list made by createErrorList, with its errors. Null is allowed.
-    void deleteErrorList(ZoCErrorList* list);
+    void deleteErrorList(ZoCErrorList* list) noexcept;
 
     // Seconds for one tick of the errors' time stamps.
     double getTimeStampFactor() const noexcept;

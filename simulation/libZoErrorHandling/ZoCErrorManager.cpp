@@ -66,7 +66,7 @@ ZoCErrorList* ZoCErrorManager::createErrorList(unsigned, unsigned, unsigned, uns
     return list;
 }
 
-void ZoCErrorManager::deleteErrorList(ZoCErrorList* list)
+void ZoCErrorManager::deleteErrorList(ZoCErrorList* list) noexcept
 {
     if (list == nullptr) {
         return;

@@ -8,13 +8,7 @@
 namespace ZoNUpdateBase {
 
 struct ErrorListDeleter {
-    void operator()(ZoCErrorList* list) const noexcept
-    {
-        try {
-            errorManager().deleteErrorList(list);
-        } catch (...) {  // nothing more can be done for the list, and the host is to live on
-        }
-    }
+    void operator()(ZoCErrorList* list) const noexcept { errorManager().deleteErrorList(list); }
 };
 
 using ErrorListHandle = std::unique_ptr<ZoCErrorList, ErrorListDeleter>;
