@@ -11,13 +11,18 @@ namespace TrellanSimulation {
 
 namespace {
 
+// Names and values of the document may hold a NUL, at which a fault's text would end.
 std::string faultText(const Place& place, std::string_view reason)
 {
     std::string text = place.text();
     if (!text.empty()) {
         text += ": ";
     }
-    return text.append(reason);
+    text.append(reason);
+    for (auto at = text.find('\0'); at != std::string::npos; at = text.find('\0', at)) {
+        text.replace(at, 1, "\\u0000");
+    }
+    return text;
 }
 
 template <class Number>

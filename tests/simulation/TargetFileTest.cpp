@@ -138,6 +138,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Edit{"/tree", "null", "tree: not an object"}, Edit{"/tree/id", nullptr, "tree.id: missing"},
         Edit{"/tree/id", "1", "tree.id: not a string"}, Edit{"/tree/id", "\"\"", "tree.id: unknown id ''"},
+        Edit{"/tree/id", R"("a\u0000b\u0000")", R"(tree.id: unknown id 'a\u0000b\u0000')"},
+        Edit{"/tree/parameters", R"({"I\u0000D": 1})", R"(tree.parameters.I\u0000D: unknown parameter)"},
         Edit{"/tree/more", "1", "tree.more: unknown member"}, Edit{"/tree/items", "{}", "tree.items: not an array"},
         Edit{"/tree/items/0", "1", "tree.items[0]: not an object"},
         Edit{"/tree/items/0/id", nullptr, "tree.items[0].id: missing"},
