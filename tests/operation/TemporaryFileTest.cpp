@@ -2,6 +2,7 @@
 // has left.
 #include <fcntl.h>
 #include <linux/capability.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -227,6 +228,27 @@ TEST_F(FlashDriveTemporary, IsRefusedInThePlaceOfADevice)
 
     EXPECT_EQ(readText(drive() / "c.bin"), "old");
     EXPECT_TRUE(fs::is_character_file(drive() / "c.bin.tmp"));
+}
+
+TEST_F(FlashDriveTemporary, IsRemovedWhenTheDriveIsFull)
+{
+    prepareDrive();
+    const std::string full = "/mnt/cn/cfdrive/full";
+    fs::create_directory(full);
+    if (::mount("none", full.c_str(), "tmpfs", 0, "size=64k") != 0) {
+        GTEST_SKIP() << "no small drive can be made here: " << std::generic_category().message(errno);
+    }
+    put(full + "/c.bin", "old");
+    archive->addFile("big.bin", std::string(200000, 'x'));
+
+    EXPECT_FALSE(write("big.bin", "full/c.bin"));
+
+    EXPECT_THAT(messages, ElementsAre("ERROR: Cannot write /mnt/cn/cfdrive/full/c.bin.tmp. Error code: 256\n"));
+    EXPECT_THAT(below(full), ElementsAre("c.bin"));
+    EXPECT_EQ(readText(full + "/c.bin"), "old");
+    EXPECT_TRUE(write("c.bin", "full/c.bin"));
+    EXPECT_EQ(readText(full + "/c.bin"), "content of c");
+    ::umount2(full.c_str(), MNT_DETACH);
 }
 
 TEST_F(FlashDriveTemporary, IsNotMadeFromAPipeASocketOrADevice)
