@@ -41,7 +41,17 @@ bool DriveFiles::isNeeded(const std::string& path)
         return false;
     }
     findNamed();
-    return written.contains(*file) || named.contains(*file) || namedPaths.contains(normalisedPath(path));
+    return written.contains(*file) || named.contains(path, *file) || isNeededLink(path);
+}
+
+bool DriveFiles::isNeededLink(const std::string& path)
+{
+    const auto file = identityOf(onDrive(path));
+    if (!file || !isSymbolicLink(onDrive(path))) {
+        return false;
+    }
+    findNamed();
+    return ways.contains(path, *file);
 }
 
 bool DriveFiles::isWrittenOtherwise(const std::string& path) const
@@ -61,7 +71,8 @@ void DriveFiles::noteWritten(const std::string& path)
 void DriveFiles::forget(const FileIdentity& file)
 {
     written.erase(file);
-    named.erase(file);
+    named.files.erase(file);
+    ways.files.erase(file);
 }
 
 void DriveFiles::findNamed()
@@ -87,12 +98,29 @@ void DriveFiles::findNamed()
 void DriveFiles::addNamed(const std::string& path)
 {
     const std::string normalised = normalisedPath(path);
-    if (normalised.empty() || !namedPaths.insert(normalised).second) {
+    if (normalised.empty() || !named.paths.insert(normalised).second) {
         return;
     }
     for (const Links links : {Links::notFollowed, Links::followed}) {
         if (const auto file = identityOf(onDrive(normalised), links)) {
-            named.insert(*file);
+            named.files.insert(*file);
         }
     }
+    addWay(normalised.substr(0, normalised.rfind('/')));
+}
+
+// With all folders above it, each once.
+void DriveFiles::addWay(std::string folder)
+{
+    while (!folder.empty() && ways.paths.insert(folder).second) {
+        if (const auto file = identityOf(onDrive(folder))) {
+            ways.files.insert(*file);
+        }
+        folder.resize(folder.rfind('/'));
+    }
+}
+
+bool DriveFiles::Named::contains(const std::string& path, const FileIdentity& file) const
+{
+    return files.contains(file) || paths.contains(normalisedPath(path));
 }

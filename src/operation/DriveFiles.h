@@ -18,8 +18,12 @@ public:
     // Keeps the reference. What elements and entries name is looked for when it is first asked for, once.
     explicit DriveFiles(const ZoCUpdateAssignment& assignment) : assignment(assignment) {}
 
-    // True when there is a file at `path` that the update has written, or that an element or an entry names.
+    // True when there is a file at `path` that the update has written, or that an element or an entry names, or a link
+    // as below.
     bool isNeeded(const std::string& path);
+
+    // True when there is a symbolic link at `path` on the way to a file that an element or an entry names.
+    bool isNeededLink(const std::string& path);
 
     // True when the update has written the file at `path`, by another spelling of it.
     bool isWrittenOtherwise(const std::string& path) const;
@@ -31,12 +35,21 @@ public:
     void forget(const FileIdentity& file);
 
 private:
+    // Files by what they are, and by their normalised paths: a file that takes the place of a named one later is named.
+    struct Named {
+        bool contains(const std::string& path, const FileIdentity& file) const;
+
+        std::set<std::string> paths;
+        std::set<FileIdentity> files;
+    };
+
     void findNamed();
     void addNamed(const std::string& path);
+    void addWay(std::string folder);
 
     const ZoCUpdateAssignment& assignment;
     std::map<FileIdentity, std::string> written;  // with the path by which it was written
     bool namedAreKnown = false;
-    std::set<std::string> namedPaths;  // normalised: also a file that replaces a named one later is named
-    std::set<FileIdentity> named;
+    Named named;
+    Named ways;  // folders on the way to them
 };

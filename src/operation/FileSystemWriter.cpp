@@ -99,14 +99,17 @@ private:
         return true;
     }
 
-    // Nothing may be lost: neither a file of this update that has come to this place by another path, nor one that is
-    // in the temporary file's place and that elements or entries name, nor the one that is copied.
+    // No file may be lost that elements or entries name: behind a link in the target's place, written by this update to
+    // the same place by another path, or in the temporary file's place. Nor the one that is copied.
     bool checkPlaces()
     {
-        const auto file = identityOf(temporary.path());
-        const bool isTemporaryInUse = driveFiles.isNeeded(location + std::string(temporaryEnding)) ||
-                                      (file && file == identityOf(source, Links::followed));
-        return isTemporaryInUse || driveFiles.isWrittenOtherwise(location) ? failToWrite(EEXIST) : true;
+        const auto old = identityOf(temporary.path());
+        const bool isCopied = old && old == identityOf(source, Links::followed);
+        if (isCopied || driveFiles.isNeeded(location + std::string(temporaryEnding)) ||
+            driveFiles.isWrittenOtherwise(location) || driveFiles.isNeededLink(location)) {
+            return failToWrite(EEXIST);
+        }
+        return true;
     }
 
     bool copy()

@@ -8,12 +8,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool isSymbolicLink(const std::string& path)
-{
-    std::error_code error;
-    return fs::is_symlink(path, error);
-}
-
 // True when `path` leads out of its folder, or goes up again behind what `isLink` tells to be a symbolic link. It is
 // asked for paths without ".." and the like: they lead to what is there also where `path` goes up from a folder that is
 // not.
@@ -45,6 +39,12 @@ bool isBelow(const fs::path& path, const fs::path& folder)
 }
 
 }  // namespace
+
+bool isSymbolicLink(const std::string& path)
+{
+    std::error_code error;
+    return fs::is_symlink(path, error);
+}
 
 bool namesFile(std::string_view path)
 {

@@ -7,6 +7,8 @@
 // Where the flash drive is.
 inline constexpr std::string_view driveRoot = "/mnt/cn/cfdrive";
 
+bool isSymbolicLink(const std::string& path);
+
 // True when `path` ends in a name, and not in "/", "." or "..", which name a folder; it is not empty either.
 bool namesFile(std::string_view path);
 

@@ -171,6 +171,41 @@ TEST_F(SharedTemporary, IsNotTakenFromAFileToWhichTheFileOfAnElementLinks)
     EXPECT_EQ(readText(drive() / "b"), "of an element");
 }
 
+TEST_F(SharedTemporary, IsNotTakenFromALinkOnTheWayToTheFileOfAnElement)
+{
+    prepareFiles("a.tmp/b", "a");
+    put(drive() / "d/b", "of an element");
+    std::filesystem::create_symlink("d", drive() / "a.tmp");
+    element(0).disabled = true;
+
+    EXPECT_FALSE(update());
+
+    EXPECT_EQ(element(1).writeError, "ERROR: Cannot write /mnt/cn/cfdrive/a.tmp. Error code: 17\n");
+    EXPECT_EQ(readText(drive() / "a.tmp/b"), "of an element");
+}
+
+TEST_F(SharedTemporary, IsNotMadeForALinkOnTheWayToTheFileOfAnElement)
+{
+    prepareFiles("link/b", "link");
+    put(drive() / "d/c", "another");
+    std::filesystem::create_symlink("d", drive() / "link");
+
+    expectSecondRefused("link/b", "link");
+    EXPECT_THAT(onDrive(), ElementsAre("d/", "d/b", "d/c", "link/"));
+}
+
+TEST_F(SharedTemporary, IsMadeForALinkToAFolderOnTheWayToNoFile)
+{
+    prepareFiles("d/b", "link");
+    std::filesystem::create_directory(drive() / "d");
+    std::filesystem::create_symlink("d", drive() / "link");
+
+    EXPECT_TRUE(update());
+
+    EXPECT_THAT(onDrive(), ElementsAre("d/", "d/b", "link"));
+    EXPECT_EQ(readText(drive() / "link"), "content of b1f2.bin");
+}
+
 TEST_F(SharedTemporary, IsRemovedWhereNoElementAndNoEntryNamesIt)
 {
     prepareFiles("b", "a");
