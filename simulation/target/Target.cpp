@@ -191,7 +191,11 @@ void Target::select()
         throw DocumentFault("the environment variable TRELLAN_TARGET names none");
     }
     name = given;
-    const auto selected = std::filesystem::weakly_canonical(given);
+    std::error_code fault;
+    const auto selected = std::filesystem::weakly_canonical(given, fault);
+    if (fault) {
+        throw DocumentFault(fault.message());
+    }
     if (selected != path) {
         path = selected;
         positions = {};

@@ -6,6 +6,7 @@
 
 #include "Device.h"
 #include "support/SimulatedTarget.h"
+#include "support/TempDir.h"
 
 using nlohmann::ordered_json;
 
@@ -303,6 +304,19 @@ TEST(TargetFile, MustExist)
     EXPECT_EQ(scanFault(), "The target file /nowhere/target.json cannot be read: No such file or directory.");
     ::setenv("TRELLAN_TARGET", "/tmp", 1);
     EXPECT_EQ(scanFault(), "The target file /tmp cannot be read: Is a directory.");
+    ::unsetenv("TRELLAN_TARGET");
+}
+
+TEST(TargetFile, MustHaveANameThatLeadsSomewhere)
+{
+    const TempDir folder;
+    const std::string loop = folder.path() / "loop";
+    std::filesystem::create_symlink("loop", loop);
+    ::setenv("TRELLAN_TARGET", loop.c_str(), 1);
+    EXPECT_EQ(scanFault(), "The target file " + loop + " cannot be read: Too many levels of symbolic links.");
+    const std::string longName = folder.path() / std::string(300, 'n');
+    ::setenv("TRELLAN_TARGET", longName.c_str(), 1);
+    EXPECT_EQ(scanFault(), "The target file " + longName + " cannot be read: File name too long.");
     ::unsetenv("TRELLAN_TARGET");
 }
 
