@@ -111,6 +111,12 @@ TEST_F(PlanTest, ThatWasEditedIsNamed)
     ordered_json edited = ordered_json::parse(plan);
     edited["elements"][1]["state"] = "upToDate";
     expectRefused(updated(edited.dump()), "was changed since it was written");
+    edited["elements"] = {"Firmware", 1, {2}};
+    expectRefused(updated(edited.dump()), "was changed since it was written");
+    edited["options"] = {"text"};
+    expectRefused(updated(edited.dump()), "was changed since it was written");
+    edited["elements"] = {{"a", {{"b", nullptr}}}};
+    expectRefused(updated(edited.dump()), "was changed since it was written");
 }
 
 TEST_F(PlanTest, OfAnotherSchemaVersionIsNamed)
