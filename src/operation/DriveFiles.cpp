@@ -58,7 +58,10 @@ bool DriveFiles::isWrittenOtherwise(const std::string& path) const
 {
     const auto file = identityOf(onDrive(path));
     const auto found = file ? written.find(*file) : written.end();
-    return found != written.end() && found->second != path;
+    if (found == written.end() || found->second == path) {
+        return false;
+    }
+    return identityOf(onDrive(found->second)) == file;  // another process may have moved it, or removed it
 }
 
 void DriveFiles::noteWritten(const std::string& path)

@@ -1,4 +1,6 @@
 // A temporary file whose place is that of a file which the update needs: one that it has written, or the one it copies.
+#include <functional>
+
 #include "operation/FlashDriveFixture.h"
 
 using ::testing::ElementsAre;
@@ -232,6 +234,32 @@ TEST_P(SecondSpelling, OfAFileThatTheUpdateHasWrittenIsRefused)
 
 INSTANTIATE_TEST_SUITE_P(All, SecondSpelling,
                          ::testing::Values("./d/a", "d//a", "/d/a", "d/./a", "d/../d/a", "e/../d/a", "link/a"));
+
+namespace {
+
+// What another process does while the second phase begins.
+std::function<void()> meanwhile;
+
+void actInTheSecondPhase(unsigned phase)
+{
+    if (phase == 1) {
+        meanwhile();
+    }
+}
+
+}  // namespace
+
+TEST_F(SharedTemporary, IsMadeInPlaceOfAFileOfTheUpdateThatAnotherProcessHasMoved)
+{
+    prepareFiles("a", "b", 2);
+    meanwhile = [&] { std::filesystem::rename(drive() / "a", drive() / "b"); };
+    updater->setPhaseCallBack(actInTheSecondPhase);
+
+    EXPECT_TRUE(update());
+
+    EXPECT_THAT(onDrive(), ElementsAre("b"));
+    EXPECT_EQ(readText(drive() / "b"), "content of b1f2.bin");
+}
 
 TEST_F(SharedTemporary, MayBeThatOfTheVerySamePathTwice)
 {
