@@ -5,8 +5,8 @@
 #include "base/PlatformText.h"
 #include "operation/PathChecks.h"
 
+using namespace ZoNUpdateBase;
 using ZoNJson::json;
-using ZoNUpdateBase::allText;
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <set>
 #include <string>
 
-#include "operation/FileIdentity.h"
+#include "base/FileIdentity.h"
 
 class ZoCUpdateAssignment;
 
@@ -32,15 +32,15 @@ public:
     void noteWritten(const std::string& path);
 
     // The file is gone: another one may get its identity.
-    void forget(const FileIdentity& file);
+    void forget(const ZoNUpdateBase::FileIdentity& file);
 
 private:
     // Files by what they are, and by their normalised paths: a file that takes the place of a named one later is named.
     struct Named {
-        bool contains(const std::string& path, const FileIdentity& file) const;
+        bool contains(const std::string& path, const ZoNUpdateBase::FileIdentity& file) const;
 
         std::set<std::string> paths;
-        std::set<FileIdentity> files;
+        std::set<ZoNUpdateBase::FileIdentity> files;
     };
 
     void findNamed();
@@ -48,7 +48,7 @@ private:
     void addWay(std::string folder);
 
     const ZoCUpdateAssignment& assignment;
-    std::map<FileIdentity, std::string> written;  // with the path by which it was written
+    std::map<ZoNUpdateBase::FileIdentity, std::string> written;  // with the path by which it was written
     bool namedAreKnown = false;
     Named named;
     Named ways;  // folders on the way to them

@@ -8,6 +8,8 @@
 #include <optional>
 #include <string>
 
+namespace ZoNUpdateBase {
+
 struct FileIdentity {
     dev_t device;
     ino64_t number;
@@ -27,3 +29,5 @@ inline std::optional<FileIdentity> identityOf(const std::string& path, Links lin
     }
     return FileIdentity{found.st_dev, found.st_ino};
 }
+
+}  // namespace ZoNUpdateBase
