@@ -95,10 +95,50 @@ private:
 // and this one outlives them.
 TraceFile traceFile;
 
-bool openNamed(const char* name)
+const char* targetName()
 {
-    return traceFile.open(name, std::getenv("TRELLAN_TARGET"));
+    return std::getenv("TRELLAN_TARGET");
 }
+
+bool openNamed(const std::string& name)
+{
+    return traceFile.open(name, targetName());
+}
+
+std::string lineOf(const TraceRecord& record)
+{
+    // Texts come from files and may hold anything; a trace with a replacement character is better than none.
+    return record.dump(-1, ' ', false, TraceRecord::error_handler_t::replace) + '\n';
+}
+
+// The records that wait for a target to be named, and the name of the trace then.
+class WaitingRecords {
+public:
+    ~WaitingRecords() { write(); }
+
+    void add(const std::string& toName, const std::string& line)
+    {
+        if (name != toName) {
+            write();
+        }
+        name = toName;
+        lines += line;
+    }
+
+    void write()
+    {
+        if (!lines.empty() && openNamed(name)) {
+            traceFile.write(lines);
+        }
+        lines.clear();
+    }
+
+private:
+    std::string name;
+    std::string lines;
+};
+
+WaitingRecords waitingRecords;
 
 const char* traceName()
 {
@@ -110,10 +150,20 @@ const char* traceName()
 
 void trace(const TraceRecord& record)
 {
+    waitingRecords.write();
     const char* name = traceName();
     if (name != nullptr && openNamed(name)) {
-        // Texts come from files and may hold anything; a trace with a replacement character is better than none.
-        traceFile.write(record.dump(-1, ' ', false, TraceRecord::error_handler_t::replace) + '\n');
+        traceFile.write(lineOf(record));
+    }
+}
+
+void traceWhenTargetIsNamed(const TraceRecord& record)
+{
+    const char* name = traceName();
+    if (name != nullptr && targetName() == nullptr) {
+        waitingRecords.add(name, lineOf(record));
+    } else {
+        trace(record);
     }
 }
 

@@ -14,6 +14,10 @@ using TraceRecord = nlohmann::ordered_json;
 // TRELLAN_TARGET names, which is never written to; nothing is ever waited for.
 void trace(const TraceRecord& record);
 
+// The same; but while no target is named, `record` waits for the next one, or for the end of the process: what is
+// traced while libraries are loaded must not reach a file of which the host says later that it is the target.
+void traceWhenTargetIsNamed(const TraceRecord& record);
+
 // Whether a file is named at this moment.
 bool isTraced();
 

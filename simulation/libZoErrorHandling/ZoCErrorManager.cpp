@@ -44,7 +44,9 @@ ZoCErrorManager* ZoCErrorManager::getSingleton()
 void ZoCErrorManager::_registerMessages(const ZoResText& table)
 {
     MessageTables::addTable(table);
-    TrellanSimulation::traceCall([&] { return TraceRecord{{"call", "registerMessages"}, {"code", table.baseCode}}; });
+    if (TrellanSimulation::isTraced()) {
+        TrellanSimulation::traceWhenTargetIsNamed({{"call", "registerMessages"}, {"code", table.baseCode}});
+    }
 }
 
 void ZoCErrorManager::_unregisterMessages(const ZoResText& table)

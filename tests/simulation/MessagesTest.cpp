@@ -121,11 +121,28 @@ TEST_F(Messages, OfThisKindHaveNoTextAfterTheirTableIsUnregistered)
 {
     ZoCErrorManager::_unregisterMessages(table);
     manager.sendLog(0x12340001, 1, "f", "%s", "X");
-    ZoCErrorManager::_registerMessages(table);
     EXPECT_EQ(trace.text(),
               "{\"call\":\"unregisterMessages\",\"code\":305397760}\n"
-              "{\"call\":\"sendLog\",\"code\":305397761,\"line\":1,\"function\":\"f\",\"text\":\"X\"}\n"
-              "{\"call\":\"registerMessages\",\"code\":305397760}\n");
+              "{\"call\":\"sendLog\",\"code\":305397761,\"line\":1,\"function\":\"f\",\"text\":\"X\"}\n");
+    ZoCErrorManager::_registerMessages(table);
+}
+
+TEST_F(Messages, AreTracedAsRegisteredWithTheNextCallWhereNoTargetIsNamed)
+{
+    const Registration second;
+    EXPECT_EQ(trace.text(), "");
+    manager.sendLog(0x12340000, 0, "f", nullptr);
+    EXPECT_EQ(trace.text(),
+              "{\"call\":\"registerMessages\",\"code\":305397760}\n"
+              "{\"call\":\"sendLog\",\"code\":305397760,\"line\":0,\"function\":\"f\",\"text\":\"Plain text\"}\n");
+}
+
+TEST_F(Messages, AreTracedAsRegisteredAtOnceWhereATargetIsNamed)
+{
+    ::setenv("TRELLAN_TARGET", "/nowhere/target.json", 1);
+    const Registration second;
+    ::unsetenv("TRELLAN_TARGET");
+    EXPECT_EQ(trace.text(), "{\"call\":\"registerMessages\",\"code\":305397760}\n");
 }
 
 TEST_F(Messages, ComeFromTheTableRegisteredLast)

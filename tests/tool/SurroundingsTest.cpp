@@ -97,6 +97,25 @@ TEST_F(Surroundings, ATargetFileThatMayNotGrowThatLargeStaysWhole)
     EXPECT_EQ(names("."), (std::set<std::string>{"flash", "target.json", "target.json.lock"}));
 }
 
+// The library, whose loading is traced too, is loaded before the tool knows what the target is.
+TEST_F(Surroundings, ATraceThatTheEnvironmentNamesIsNotWrittenIntoTheTargetFile)
+{
+    SKIP_WITHOUT_MOUNT();
+    const std::string before = text("target.json");
+    const ProcessResult result = shell("TRELLAN_TRACE=target.json exec \"$0\" scan --target target.json");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.errors, "WARNING: cannot write the trace target.json: it is the target file\n");
+    EXPECT_EQ(text("target.json"), before);
+}
+
+TEST_F(Surroundings, ATraceThatTheEnvironmentNamesBeginsWithTheLoadingOfTheLibrary)
+{
+    EXPECT_EQ(shell("TRELLAN_TRACE=trace exec \"$0\" version").status, 0);
+    EXPECT_EQ(text("trace"),
+              "{\"call\":\"registerMessages\",\"code\":642777088}\n"
+              "{\"call\":\"unregisterMessages\",\"code\":642777088}\n");
+}
+
 TEST_F(Surroundings, ATerminalIsShownControlCharactersOfThePlatformToo)
 {
     const PseudoTerminal terminal;
