@@ -93,8 +93,12 @@ void DriveFiles::findNamed()
     for (const ZoCString& location : inventory.getLeftOutLocations()) {
         addNamed(allText(location));
     }
-    for (const auto& file : assignment.getArchive().getUpdateFileList()) {
+    const ZoCUpdateArchive& archive = assignment.getArchive();
+    for (const auto& file : archive.getUpdateFileList()) {
         forEachTargetPath(file.jsonEntry, [&](const std::string& path) { addNamed(path); });
+        if (const auto source = identityOf(archive.pathOf(file), Links::followed)) {
+            named.files.insert(*source);
+        }
     }
 }
 

@@ -1,8 +1,8 @@
 // DriveFiles: the files on the flash drive that an update must not lose.
 //
 // They are those that it has written, and those that an element of the target or an entry of the archive names, whether
-// they take part in the update or not. Files are known by what they are: it does not matter how a path is spelled, or
-// which link it goes through. Paths are below the drive's root.
+// they take part in the update or not; an archive may itself be on the drive. Files are known by what they are: it does
+// not matter how a path is spelled, or which link it goes through. Paths are below the drive's root.
 #pragma once
 
 #include <map>

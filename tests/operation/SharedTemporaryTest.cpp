@@ -290,3 +290,21 @@ TEST_F(SharedTemporary, IsNotTheFileThatIsToBeCopied)
     EXPECT_THAT(onDrive(), ElementsAre("c.bin.tmp"));
     EXPECT_EQ(readText(drive() / "c.bin.tmp"), "part of an archive on the drive");
 }
+
+TEST_F(SharedTemporary, IsNotAnotherFileOfAnArchiveOnTheDrive)
+{
+    prepareDrive();
+    put(drive() / "c.bin.tmp", "of the archive");
+    put(drive() / "d.bin", "to be copied");
+    ZoNTrellanUpdater::ZoTOptions other = options;
+    other.archivePath = "/mnt/cn/cfdrive";
+    OpenUpdater otherUpdater(other);
+    otherUpdater.getArchive().getUpdateFileList().emplace_back().name = "c.bin.tmp";
+    ZoNUpdateArchive::ZoSUpdateFile file;
+    file.name = "d.bin";
+
+    EXPECT_FALSE(otherUpdater.getOperation().writeFileSystemElement(file, "c.bin", messages));
+
+    EXPECT_THAT(messages, ElementsAre("ERROR: Cannot write /mnt/cn/cfdrive/c.bin.tmp. Error code: 17\n"));
+    EXPECT_EQ(readText(drive() / "c.bin.tmp"), "of the archive");
+}
