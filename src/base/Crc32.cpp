@@ -6,7 +6,7 @@ namespace ZoNUpdateBase {
 namespace {
 
 constexpr std::uint32_t polynomial = 0xEDB88320;  // its bits in reverse
-constexpr std::size_t slices = 8;                 // bytes that are taken in at once
+constexpr std::size_t slices = 16;                // bytes that are taken in at once
 
 using Table = std::array<std::uint32_t, 256>;
 
@@ -32,15 +32,28 @@ constexpr std::array<Table, slices> makeTables()
 
 constexpr std::array<Table, slices> tables = makeTables();
 
+// Four bytes, the first one lowest.
+std::uint32_t wordAt(const unsigned char* bytes)
+{
+    return bytes[0] | std::uint32_t{bytes[1]} << 8 | std::uint32_t{bytes[2]} << 16 | std::uint32_t{bytes[3]} << 24;
+}
+
+// What is left of the four bytes of `word` with `behind` zero bytes behind them.
+template <std::size_t behind>
+std::uint32_t taken(std::uint32_t word)
+{
+    return tables[behind + 3][word % 256] ^ tables[behind + 2][(word >> 8) % 256] ^
+           tables[behind + 1][(word >> 16) % 256] ^ tables[behind][word >> 24];
+}
+
 }  // namespace
 
 void Crc32::add(const unsigned char* bytes, std::size_t count)
 {
     std::uint32_t left = remainder;
     for (; count >= slices; count -= slices, bytes += slices) {
-        left = tables[7][bytes[0] ^ left % 256] ^ tables[6][bytes[1] ^ (left >> 8) % 256] ^
-               tables[5][bytes[2] ^ (left >> 16) % 256] ^ tables[4][bytes[3] ^ left >> 24] ^  //
-               tables[3][bytes[4]] ^ tables[2][bytes[5]] ^ tables[1][bytes[6]] ^ tables[0][bytes[7]];
+        left = taken<12>(wordAt(bytes) ^ left) ^ taken<8>(wordAt(bytes + 4)) ^ taken<4>(wordAt(bytes + 8)) ^
+               taken<0>(wordAt(bytes + 12));
     }
     for (; count != 0; --count, ++bytes) {
         left = left >> 8 ^ tables[0][*bytes ^ left % 256];
