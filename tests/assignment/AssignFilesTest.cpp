@@ -5,7 +5,7 @@
 
 namespace {
 
-using AssignFilesTest = AssignmentFixture;
+using AssignFiles = AssignmentFixture;
 using nlohmann::ordered_json;
 using Indices = std::vector<int>;
 using Counts = std::vector<unsigned>;
@@ -15,7 +15,7 @@ ordered_json pathEntry(const std::string& targetPath)
     return {{"boardType", "T"}, {"targetPath", targetPath}};
 }
 
-TEST_F(AssignFilesTest, AnElementTakesTheFirstFileThatFits)
+TEST_F(AssignFiles, AnElementTakesTheFirstFileThatFits)
 {
     addElement({.id = 2});
     addFileForId(1);
@@ -26,7 +26,7 @@ TEST_F(AssignFilesTest, AnElementTakesTheFirstFileThatFits)
     EXPECT_EQ(assignedCounts(), (Counts{0, 1, 0}));
 }
 
-TEST_F(AssignFilesTest, TheFirstFileIsTakenHoweverItNamesTheBoard)
+TEST_F(AssignFiles, TheFirstFileIsTakenHoweverItNamesTheBoard)
 {
     addElement({.id = 2});
     addFile(ordered_json::parse(R"({"boards": [{"boardType": ["S", "T"], "id": 2}]})"));
@@ -35,7 +35,7 @@ TEST_F(AssignFilesTest, TheFirstFileIsTakenHoweverItNamesTheBoard)
     EXPECT_EQ(fileIndices(), Indices{0});
 }
 
-TEST_F(AssignFilesTest, OnlyTheFirstBoardObjectOfATypeCounts)
+TEST_F(AssignFiles, OnlyTheFirstBoardObjectOfATypeCounts)
 {
     addElement({.id = 1});
     addElement({.id = 2});
@@ -46,7 +46,7 @@ TEST_F(AssignFilesTest, OnlyTheFirstBoardObjectOfATypeCounts)
     EXPECT_EQ(fileIndices(), (Indices{-1, 0, -1}));
 }
 
-TEST_F(AssignFilesTest, OneFileServesManyElements)
+TEST_F(AssignFiles, OneFileServesManyElements)
 {
     addElement({.id = 1});
     addElement({.id = 1});
@@ -58,7 +58,7 @@ TEST_F(AssignFilesTest, OneFileServesManyElements)
     EXPECT_EQ(assignedCounts(), Counts{3});
 }
 
-TEST_F(AssignFilesTest, ADisabledElementGetsItsFileToo)
+TEST_F(AssignFiles, ADisabledElementGetsItsFileToo)
 {
     addElement({.id = 1}).disabled = true;
     addFileForId(1);
@@ -68,14 +68,14 @@ TEST_F(AssignFilesTest, ADisabledElementGetsItsFileToo)
     EXPECT_TRUE(elements().front().disabled);
 }
 
-TEST_F(AssignFilesTest, WithoutFilesNoElementGetsOne)
+TEST_F(AssignFiles, WithoutFilesNoElementGetsOne)
 {
     addElement();
     assignment().makeAssignment();
     EXPECT_EQ(fileIndices(), Indices{-1});
 }
 
-TEST_F(AssignFilesTest, WithoutElementsNoFileIsAssigned)
+TEST_F(AssignFiles, WithoutElementsNoFileIsAssigned)
 {
     addFileForId(1);
     assignment().makeAssignment();
@@ -83,7 +83,7 @@ TEST_F(AssignFilesTest, WithoutElementsNoFileIsAssigned)
     EXPECT_TRUE(elements().empty());
 }
 
-TEST_F(AssignFilesTest, AFileSystemElementTakesTheFileForItsLocation)
+TEST_F(AssignFiles, AFileSystemElementTakesTheFileForItsLocation)
 {
     addFileElement("/mnt/data/b.bin");
     addFile(pathEntry("/mnt/data/a.bin"));
@@ -93,7 +93,7 @@ TEST_F(AssignFilesTest, AFileSystemElementTakesTheFileForItsLocation)
     EXPECT_EQ(str(elements().front().location), "/mnt/data/b.bin");
 }
 
-TEST_F(AssignFilesTest, AnElementWithAWildcardTakesTheFirstFlashDriveFileAndKeepsItsLocation)
+TEST_F(AssignFiles, AnElementWithAWildcardTakesTheFirstFlashDriveFileAndKeepsItsLocation)
 {
     addFileElement("*");
     addFileForId(1);
@@ -104,7 +104,7 @@ TEST_F(AssignFilesTest, AnElementWithAWildcardTakesTheFirstFlashDriveFileAndKeep
     EXPECT_EQ(str(elements().front().location), "*");
 }
 
-TEST_F(AssignFilesTest, ATargetPathOfAnotherFileIsNotCarriedOver)
+TEST_F(AssignFiles, ATargetPathOfAnotherFileIsNotCarriedOver)
 {
     // The second file states no path for this board: without one it fits the empty location only.
     addFileElement("/b");
@@ -114,7 +114,7 @@ TEST_F(AssignFilesTest, ATargetPathOfAnotherFileIsNotCarriedOver)
     EXPECT_EQ(fileIndices(), Indices{-1});
 }
 
-TEST_F(AssignFilesTest, AFileThatStatesNoPathForTheBoardIsForTheEmptyLocation)
+TEST_F(AssignFiles, AFileThatStatesNoPathForTheBoardIsForTheEmptyLocation)
 {
     addFileElement("");
     addFile(pathEntry("/a"));
@@ -123,7 +123,7 @@ TEST_F(AssignFilesTest, AFileThatStatesNoPathForTheBoardIsForTheEmptyLocation)
     EXPECT_EQ(fileIndices(), Indices{1});
 }
 
-TEST_F(AssignFilesTest, NumbersOfAFileAreNotCutTo32Bits)
+TEST_F(AssignFiles, NumbersOfAFileAreNotCutTo32Bits)
 {
     addElement().productId = 4294967295;
     addElement().productId = 0;
@@ -134,7 +134,7 @@ TEST_F(AssignFilesTest, NumbersOfAFileAreNotCutTo32Bits)
     EXPECT_EQ(fileIndices(), (Indices{1, -1, 1}));
 }
 
-TEST_F(AssignFilesTest, AnIdBeyond32BitsIsTheLargestOne)
+TEST_F(AssignFiles, AnIdBeyond32BitsIsTheLargestOne)
 {
     addElement({.id = 0});
     addElement({.id = 4294967295});
@@ -143,7 +143,7 @@ TEST_F(AssignFilesTest, AnIdBeyond32BitsIsTheLargestOne)
     EXPECT_EQ(fileIndices(), (Indices{-1, 0}));
 }
 
-TEST_F(AssignFilesTest, WhereOneTextEndsAndTheNextBeginsIsNotMixedUp)
+TEST_F(AssignFiles, WhereOneTextEndsAndTheNextBeginsIsNotMixedUp)
 {
     addFileElement("path /x", {.boardType = "A"});
     addFileElement("/x", {.boardType = "A1:"});
@@ -153,7 +153,7 @@ TEST_F(AssignFilesTest, WhereOneTextEndsAndTheNextBeginsIsNotMixedUp)
     EXPECT_EQ(fileIndices(), (Indices{-1, -1}));
 }
 
-TEST_F(AssignFilesTest, ManyElementsAndManyAcceptedValuesFindEachOther)
+TEST_F(AssignFiles, ManyElementsAndManyAcceptedValuesFindEachOther)
 {
     // Files with few values and many elements, and the other way round.
     for (unsigned id = 1; id <= 2; ++id) {
@@ -175,7 +175,7 @@ TEST_F(AssignFilesTest, ManyElementsAndManyAcceptedValuesFindEachOther)
     EXPECT_EQ(fileIndices()[40], 1);
 }
 
-TEST_F(AssignFilesTest, UnassignedFlashDriveFilesGetNewElementsInFileOrder)
+TEST_F(AssignFiles, UnassignedFlashDriveFilesGetNewElementsInFileOrder)
 {
     makeTemplate();
     addElement({.id = 1});
@@ -195,7 +195,7 @@ TEST_F(AssignFilesTest, UnassignedFlashDriveFilesGetNewElementsInFileOrder)
     EXPECT_EQ(indices, (std::vector<unsigned>{0, 1, 2}));
 }
 
-TEST_F(AssignFilesTest, ANewElementTakesItsBoardFromTheTemplate)
+TEST_F(AssignFiles, ANewElementTakesItsBoardFromTheTemplate)
 {
     makeTemplate({{"PRODUCT/NAME", "Processor board"},
                   {"PRODUCT/SERIAL_NUMBER", 16777232},
@@ -229,7 +229,7 @@ TEST_F(AssignFilesTest, ANewElementTakesItsBoardFromTheTemplate)
     EXPECT_EQ(str(element.displayName), "Processor board, SN 16(1), Updatable file (app.bin)");
 }
 
-TEST_F(AssignFilesTest, ANewElementTakesWhatFilesAskForFromTheTemplate)
+TEST_F(AssignFiles, ANewElementTakesWhatFilesAskForFromTheTemplate)
 {
     makeTemplate({{"PRODUCT/VARIANT", "V"}, {"PRODUCT/ID", 4}},
                  {{"HW_COMPATIBILITY_ID", 5}, {"SW_COMPATIBILITY_ID", 6}});
@@ -244,7 +244,7 @@ TEST_F(AssignFilesTest, ANewElementTakesWhatFilesAskForFromTheTemplate)
     EXPECT_EQ(element.swCompatibilityId, 6u);
 }
 
-TEST_F(AssignFilesTest, ANewElementsLocationIsThatOfItsOwnFile)
+TEST_F(AssignFiles, ANewElementsLocationIsThatOfItsOwnFile)
 {
     makeTemplate();
     addFile(pathEntry("/a"));
@@ -260,9 +260,9 @@ struct NameOfPath {
     const char* name;
 };
 
-class CreatedElementNameTest : public AssignmentFixture, public ::testing::WithParamInterface<NameOfPath> {};
+class CreatedElementName : public AssignmentFixture, public ::testing::WithParamInterface<NameOfPath> {};
 
-TEST_P(CreatedElementNameTest, EndsWithTheLastPartOfThePath)
+TEST_P(CreatedElementName, EndsWithTheLastPartOfThePath)
 {
     makeTemplate();
     addFile(pathEntry(GetParam().path));
@@ -273,7 +273,7 @@ TEST_P(CreatedElementNameTest, EndsWithTheLastPartOfThePath)
     EXPECT_EQ(str(elements().front().displayName), std::string("T, ") + GetParam().name);
 }
 
-INSTANTIATE_TEST_SUITE_P(Paths, CreatedElementNameTest,
+INSTANTIATE_TEST_SUITE_P(Paths, CreatedElementName,
                          ::testing::Values(NameOfPath{"/mnt/data/app.bin", "Updatable file (app.bin)"},
                                            NameOfPath{"app.bin", "Updatable file"}, NameOfPath{"", "Updatable file"},
                                            NameOfPath{"/mnt/data/", "Updatable file ()"},
@@ -282,7 +282,7 @@ INSTANTIATE_TEST_SUITE_P(Paths, CreatedElementNameTest,
                                            NameOfPath{"\\mnt/app.bin", "Updatable file (app.bin)"},
                                            NameOfPath{"/mnt/*", "Updatable file (*)"}));
 
-TEST_F(AssignFilesTest, NewElementsHaveErrorListsOfTheirOwn)
+TEST_F(AssignFiles, NewElementsHaveErrorListsOfTheirOwn)
 {
     makeTemplate();
     const int before = TrellanSimulation::resources().errorLists;
@@ -303,7 +303,7 @@ TEST_F(AssignFilesTest, NewElementsHaveErrorListsOfTheirOwn)
     EXPECT_EQ(updater().getInventory().getFileSystemElementTemplate()->statusErrorList, nullptr);
 }
 
-TEST_F(AssignFilesTest, AFileThatAnInventoryElementTookGetsNoNewElement)
+TEST_F(AssignFiles, AFileThatAnInventoryElementTookGetsNoNewElement)
 {
     makeTemplate();
     addFileElement("/a");
@@ -314,7 +314,7 @@ TEST_F(AssignFilesTest, AFileThatAnInventoryElementTookGetsNoNewElement)
     EXPECT_EQ(assignedCounts(), (Counts{1, 1}));
 }
 
-TEST_F(AssignFilesTest, WithoutATemplateThereAreNoNewElements)
+TEST_F(AssignFiles, WithoutATemplateThereAreNoNewElements)
 {
     addFile(pathEntry("/a"));
     assignment().makeAssignment();
@@ -322,7 +322,7 @@ TEST_F(AssignFilesTest, WithoutATemplateThereAreNoNewElements)
     EXPECT_EQ(assignedCounts(), Counts{0});
 }
 
-TEST_F(AssignFilesTest, OnlyFilesThatFitTheTemplateGetNewElements)
+TEST_F(AssignFiles, OnlyFilesThatFitTheTemplateGetNewElements)
 {
     makeTemplate({{"PRODUCT/ID", 4}});
     addFile(pathEntry("/a"));
@@ -333,7 +333,7 @@ TEST_F(AssignFilesTest, OnlyFilesThatFitTheTemplateGetNewElements)
     EXPECT_EQ(assignedCounts(), (Counts{0, 1, 0}));
 }
 
-TEST_F(AssignFilesTest, FilesForElementsGetNoNewElements)
+TEST_F(AssignFiles, FilesForElementsGetNoNewElements)
 {
     makeTemplate();
     addFileForId(0);
@@ -341,7 +341,7 @@ TEST_F(AssignFilesTest, FilesForElementsGetNoNewElements)
     EXPECT_TRUE(elements().empty());
 }
 
-TEST_F(AssignFilesTest, ElementsStayWhereTheyAre)
+TEST_F(AssignFiles, ElementsStayWhereTheyAre)
 {
     makeTemplate();
     const Element* const first = &addElement({.id = 1});

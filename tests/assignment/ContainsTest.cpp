@@ -10,7 +10,7 @@ bool contains(const std::string& expected, const json& value)
     return ZoCUpdateAssignment::contains(parseJson(expected), value);
 }
 
-TEST(ContainsTest, AStringAllowsOnlyItself)
+TEST(Contains, AStringAllowsOnlyItself)
 {
     EXPECT_TRUE(contains(R"("A")", json("A")));
     EXPECT_FALSE(contains(R"("A")", json("a")));
@@ -20,21 +20,21 @@ TEST(ContainsTest, AStringAllowsOnlyItself)
     EXPECT_TRUE(contains(R"("")", json("")));
 }
 
-TEST(ContainsTest, AnUnsignedNumberAllowsOnlyItself)
+TEST(Contains, AnUnsignedNumberAllowsOnlyItself)
 {
     EXPECT_TRUE(contains("5", json(5u)));
     EXPECT_TRUE(contains("0", json(0u)));
     EXPECT_FALSE(contains("5", json(6u)));
 }
 
-TEST(ContainsTest, NumbersAreComparedWith64Bits)
+TEST(Contains, NumbersAreComparedWith64Bits)
 {
     EXPECT_FALSE(contains("4294967301", json(5u)));
     EXPECT_TRUE(contains("18446744073709551615", json(18446744073709551615ull)));
     EXPECT_FALSE(contains("18446744073709551615", json(4294967295u)));
 }
 
-TEST(ContainsTest, NullAllowsOnlyNull)
+TEST(Contains, NullAllowsOnlyNull)
 {
     EXPECT_TRUE(contains("null", json(nullptr)));
     EXPECT_FALSE(contains("null", json("")));
@@ -43,13 +43,13 @@ TEST(ContainsTest, NullAllowsOnlyNull)
     EXPECT_FALSE(contains("0", json(nullptr)));
 }
 
-TEST(ContainsTest, AStringNeverEqualsANumber)
+TEST(Contains, AStringNeverEqualsANumber)
 {
     EXPECT_FALSE(contains(R"("5")", json(5u)));
     EXPECT_FALSE(contains("5", json("5")));
 }
 
-TEST(ContainsTest, SignedAndFloatingPointNumbersEqualNothing)
+TEST(Contains, SignedAndFloatingPointNumbersEqualNothing)
 {
     EXPECT_FALSE(contains("-5", json(5u)));
     EXPECT_FALSE(contains("-5", json(-5)));
@@ -59,7 +59,7 @@ TEST(ContainsTest, SignedAndFloatingPointNumbersEqualNothing)
     EXPECT_FALSE(contains("18446744073709551616", json(18446744073709551615ull)));
 }
 
-TEST(ContainsTest, TruthValuesAndObjectsEqualNothing)
+TEST(Contains, TruthValuesAndObjectsEqualNothing)
 {
     EXPECT_FALSE(contains("true", json(true)));
     EXPECT_FALSE(contains("{}", json::object()));
@@ -67,7 +67,7 @@ TEST(ContainsTest, TruthValuesAndObjectsEqualNothing)
     EXPECT_FALSE(contains(R"({"A": "A"})", json("A")));
 }
 
-TEST(ContainsTest, AnArrayAllowsEachOfItsValues)
+TEST(Contains, AnArrayAllowsEachOfItsValues)
 {
     const std::string expected = R"(["A", 5, null, "B"])";
     EXPECT_TRUE(contains(expected, json("A")));
@@ -79,21 +79,21 @@ TEST(ContainsTest, AnArrayAllowsEachOfItsValues)
     EXPECT_FALSE(contains(expected, json("5")));
 }
 
-TEST(ContainsTest, AnEmptyArrayAllowsNothing)
+TEST(Contains, AnEmptyArrayAllowsNothing)
 {
     EXPECT_FALSE(contains("[]", json("A")));
     EXPECT_FALSE(contains("[]", json(0u)));
     EXPECT_FALSE(contains("[]", json(nullptr)));
 }
 
-TEST(ContainsTest, ANestedArrayIsNotEntered)
+TEST(Contains, ANestedArrayIsNotEntered)
 {
     EXPECT_FALSE(contains(R"([["A"], [5], [null]])", json("A")));
     EXPECT_FALSE(contains(R"([["A"], [5], [null]])", json(5u)));
     EXPECT_FALSE(contains(R"([["A"], [5], [null]])", json(nullptr)));
 }
 
-TEST(ContainsTest, AnArrayIsNeverAllowedAsAValue)
+TEST(Contains, AnArrayIsNeverAllowedAsAValue)
 {
     EXPECT_FALSE(contains(R"(["A"])", parseJson(R"(["A"])")));
     EXPECT_FALSE(contains(R"([["A"]])", parseJson(R"(["A"])")));

@@ -51,7 +51,7 @@ bool fits(const Element& element, const std::string& entry)
     return ZoCUpdateAssignment::matches(element, fileOf(ordered_json::parse(entry)), targetPath);
 }
 
-TEST(MatchingTest, ABoardTypeIsMatchedWholeAndCaseSensitively)
+TEST(Matching, ABoardTypeIsMatchedWholeAndCaseSensitively)
 {
     const std::string entry = R"({"boardType": "A", "id": 1})";
     EXPECT_TRUE(fits(elementOfType("A"), entry));
@@ -60,7 +60,7 @@ TEST(MatchingTest, ABoardTypeIsMatchedWholeAndCaseSensitively)
     EXPECT_FALSE(fits(elementOfType(""), entry));
 }
 
-TEST(MatchingTest, AnArrayOfBoardTypesMatchesEachOfThem)
+TEST(Matching, AnArrayOfBoardTypesMatchesEachOfThem)
 {
     const std::string entry = R"({"boardType": ["A", "B"], "id": 1})";
     EXPECT_TRUE(fits(elementOfType("A"), entry));
@@ -68,13 +68,13 @@ TEST(MatchingTest, AnArrayOfBoardTypesMatchesEachOfThem)
     EXPECT_FALSE(fits(elementOfType("C"), entry));
 }
 
-TEST(MatchingTest, AnEmptyBoardTypeIsComparedAsAnEmptyString)
+TEST(Matching, AnEmptyBoardTypeIsComparedAsAnEmptyString)
 {
     EXPECT_TRUE(fits(elementOfType(""), R"({"boardType": "", "id": 1})"));
     EXPECT_FALSE(fits(elementOfType(""), R"({"boardType": [], "id": 1})"));
 }
 
-TEST(MatchingTest, WithoutAVariantAFileFitsOnlyElementsWithoutOne)
+TEST(Matching, WithoutAVariantAFileFitsOnlyElementsWithoutOne)
 {
     for (const char* entry :
          {R"({"boardType": "A", "id": 1})", R"({"boardType": "A", "id": 1, "boardVariant": null})"}) {
@@ -83,14 +83,14 @@ TEST(MatchingTest, WithoutAVariantAFileFitsOnlyElementsWithoutOne)
     }
 }
 
-TEST(MatchingTest, AnEmptyVariantFitsNoElement)
+TEST(Matching, AnEmptyVariantFitsNoElement)
 {
     const std::string entry = R"({"boardType": "A", "id": 1, "boardVariant": ""})";
     EXPECT_FALSE(fits(elementOfVariant(""), entry));
     EXPECT_FALSE(fits(elementOfVariant("X"), entry));
 }
 
-TEST(MatchingTest, VariantsAndNullMayBeGivenTogether)
+TEST(Matching, VariantsAndNullMayBeGivenTogether)
 {
     const std::string entry = R"({"boardType": "A", "id": 1, "boardVariant": ["X", null]})";
     EXPECT_TRUE(fits(elementOfVariant("X"), entry));
@@ -105,7 +105,7 @@ struct NumberCriterion {
     std::uint32_t Element::*field;
 };
 
-class NumberCriterionTest : public ::testing::TestWithParam<NumberCriterion> {
+class NumberCriteria : public ::testing::TestWithParam<NumberCriterion> {
 protected:
     // True when an element with `value` fits a file that states `expected` (JSON), or nothing when it is empty.
     static bool fitsNumber(std::uint32_t value, const std::string& expected)
@@ -116,13 +116,13 @@ protected:
     }
 };
 
-TEST_P(NumberCriterionTest, StatedNothingItMeansZeroAndNotAnything)
+TEST_P(NumberCriteria, StatedNothingItMeansZeroAndNotAnything)
 {
     EXPECT_TRUE(fitsNumber(0, ""));
     EXPECT_FALSE(fitsNumber(1, ""));
 }
 
-TEST_P(NumberCriterionTest, AStatedNumberMustBeEqual)
+TEST_P(NumberCriteria, AStatedNumberMustBeEqual)
 {
     EXPECT_TRUE(fitsNumber(7, "7"));
     EXPECT_FALSE(fitsNumber(0, "7"));
@@ -131,7 +131,7 @@ TEST_P(NumberCriterionTest, AStatedNumberMustBeEqual)
     EXPECT_TRUE(fitsNumber(4294967295u, "4294967295"));
 }
 
-TEST_P(NumberCriterionTest, AStatedArrayAllowsItsNumbersOnly)
+TEST_P(NumberCriteria, AStatedArrayAllowsItsNumbersOnly)
 {
     EXPECT_TRUE(fitsNumber(7, "[3, 7]"));
     EXPECT_TRUE(fitsNumber(0, "[0, 7]"));
@@ -139,7 +139,7 @@ TEST_P(NumberCriterionTest, AStatedArrayAllowsItsNumbersOnly)
     EXPECT_FALSE(fitsNumber(0, "[]"));
 }
 
-TEST_P(NumberCriterionTest, ABoardsNumberGoesBeforeTheEntrys)
+TEST_P(NumberCriteria, ABoardsNumberGoesBeforeTheEntrys)
 {
     const std::string key = GetParam().key;
     const std::string entry =
@@ -157,13 +157,13 @@ TEST_P(NumberCriterionTest, ABoardsNumberGoesBeforeTheEntrys)
     EXPECT_FALSE(fits(element("B", 0), entry));
 }
 
-INSTANTIATE_TEST_SUITE_P(Keys, NumberCriterionTest,
+INSTANTIATE_TEST_SUITE_P(Keys, NumberCriteria,
                          ::testing::Values(NumberCriterion{"boardId", &Element::productId},
                                            NumberCriterion{"hwCompatibilityId", &Element::hwCompatibilityId},
                                            NumberCriterion{"swCompatibilityId", &Element::swCompatibilityId}),
                          [](const auto& info) { return std::string(info.param.key); });
 
-TEST(MatchingTest, TheIdMustBeEqual)
+TEST(Matching, TheIdMustBeEqual)
 {
     EXPECT_TRUE(fits(elementWithId(1), R"({"boardType": "A", "id": 1})"));
     EXPECT_FALSE(fits(elementWithId(2), R"({"boardType": "A", "id": 1})"));
@@ -171,7 +171,7 @@ TEST(MatchingTest, TheIdMustBeEqual)
     EXPECT_TRUE(fits(elementWithId(4294967295u), R"({"boardType": "A", "id": 4294967295})"));
 }
 
-TEST(MatchingTest, AnIdBeyond32BitsIsTheLargestOne)
+TEST(Matching, AnIdBeyond32BitsIsTheLargestOne)
 {
     for (const char* entry : {R"({"boardType": "A", "id": 4294967296})", R"({"boardType": "A", "id": 8589934593})"}) {
         EXPECT_TRUE(fits(elementWithId(4294967295u), entry));
@@ -180,13 +180,13 @@ TEST(MatchingTest, AnIdBeyond32BitsIsTheLargestOne)
     }
 }
 
-TEST(MatchingTest, AFileWithoutAnIdFitsNoElement)
+TEST(Matching, AFileWithoutAnIdFitsNoElement)
 {
     EXPECT_FALSE(fits(elementWithId(0), R"({"boardType": "A"})"));
     EXPECT_FALSE(fits(elementWithId(0), R"({"boards": [{"boardType": "A"}, {"boardType": "B", "id": 0}]})"));
 }
 
-TEST(MatchingTest, ABoardsIdGoesBeforeTheEntrys)
+TEST(Matching, ABoardsIdGoesBeforeTheEntrys)
 {
     const std::string entry = R"({"id": 1, "boards": [{"boardType": "A", "id": 2}, {"boardType": "B"}]})";
     EXPECT_TRUE(fits(elementWithId(2), entry));
@@ -194,7 +194,7 @@ TEST(MatchingTest, ABoardsIdGoesBeforeTheEntrys)
     EXPECT_TRUE(fits(elementOfType("B"), entry));
 }
 
-TEST(MatchingTest, TheFirstBoardOfTheTypeIsTheOnlyOneTried)
+TEST(Matching, TheFirstBoardOfTheTypeIsTheOnlyOneTried)
 {
     const std::string entry = R"({"id": 1, "boards": [{"boardType": "B"}, {"boardType": "A", "boardVariant": "V1"},
                                                       {"boardType": "A", "boardVariant": "V2"}]})";
@@ -203,26 +203,26 @@ TEST(MatchingTest, TheFirstBoardOfTheTypeIsTheOnlyOneTried)
     EXPECT_FALSE(fits(elementOfVariant(""), entry));
 }
 
-TEST(MatchingTest, TheFirstBoardIsTheOnlyOneTriedForAnId)
+TEST(Matching, TheFirstBoardIsTheOnlyOneTriedForAnId)
 {
     const std::string entry = R"({"boards": [{"boardType": ["B", "A"], "id": 7}, {"boardType": "A", "id": 1}]})";
     EXPECT_FALSE(fits(elementWithId(1), entry));
     EXPECT_TRUE(fits(elementWithId(7), entry));
 }
 
-TEST(MatchingTest, ABoardOfAnotherTypeIsPassedOver)
+TEST(Matching, ABoardOfAnotherTypeIsPassedOver)
 {
     const std::string entry = R"({"boards": [{"boardType": "B", "id": 7}, {"boardType": "A", "id": 1}]})";
     EXPECT_TRUE(fits(elementWithId(1), entry));
     EXPECT_FALSE(fits(elementOfType("C"), entry));
 }
 
-TEST(MatchingTest, TheEntrysOwnBoardTypeDoesNotCountBesideBoards)
+TEST(Matching, TheEntrysOwnBoardTypeDoesNotCountBesideBoards)
 {
     EXPECT_FALSE(fits(plainElement(), R"({"boardType": "A", "id": 1, "boards": [{"boardType": "B"}]})"));
 }
 
-TEST(MatchingTest, ABoardsVariantGoesBeforeTheEntrysEvenWhenItIsNull)
+TEST(Matching, ABoardsVariantGoesBeforeTheEntrysEvenWhenItIsNull)
 {
     const std::string entry =
         R"({"id": 1, "boardVariant": "V1", "boards": [{"boardType": "A", "boardVariant": null}, {"boardType": "B"}]})";
@@ -235,7 +235,7 @@ TEST(MatchingTest, ABoardsVariantGoesBeforeTheEntrysEvenWhenItIsNull)
                      entry));
 }
 
-TEST(MatchingTest, FilesForTheFlashDriveFitFileSystemElementsOnly)
+TEST(Matching, FilesForTheFlashDriveFitFileSystemElementsOnly)
 {
     EXPECT_FALSE(fits(plainElement(), R"({"boardType": "A", "targetPath": "/a"})"));
     EXPECT_FALSE(fits(fileElementAt("/a"), R"({"boardType": "A", "id": 0})"));
@@ -243,13 +243,13 @@ TEST(MatchingTest, FilesForTheFlashDriveFitFileSystemElementsOnly)
     EXPECT_FALSE(fits(fileElementAt(""), R"({"boardType": "A", "id": 0})"));
 }
 
-TEST(MatchingTest, OneBoardWithATargetPathMakesItAFileForTheFlashDrive)
+TEST(Matching, OneBoardWithATargetPathMakesItAFileForTheFlashDrive)
 {
     const std::string entry = R"({"id": 1, "boards": [{"boardType": "A"}, {"boardType": "B", "targetPath": "/b"}]})";
     EXPECT_FALSE(fits(plainElement(), entry));
 }
 
-TEST(MatchingTest, TheTargetPathMustBeTheLocation)
+TEST(Matching, TheTargetPathMustBeTheLocation)
 {
     const std::string entry = R"({"boardType": "A", "targetPath": "/a/b"})";
     EXPECT_TRUE(fits(fileElementAt("/a/b"), entry));
@@ -259,7 +259,7 @@ TEST(MatchingTest, TheTargetPathMustBeTheLocation)
     EXPECT_FALSE(fits(fileElementAt(""), entry));
 }
 
-TEST(MatchingTest, OnlyAnElementsStarIsAWildcard)
+TEST(Matching, OnlyAnElementsStarIsAWildcard)
 {
     EXPECT_TRUE(fits(fileElementAt("*"), R"({"boardType": "A", "targetPath": "/a/b"})"));
     EXPECT_FALSE(fits(fileElementAt("**"), R"({"boardType": "A", "targetPath": "/a/b"})"));
@@ -267,14 +267,14 @@ TEST(MatchingTest, OnlyAnElementsStarIsAWildcard)
     EXPECT_FALSE(fits(fileElementAt("/a/b"), R"({"boardType": "A", "targetPath": "*"})"));
 }
 
-TEST(MatchingTest, TheIdOfAFileSystemElementDoesNotMatter)
+TEST(Matching, TheIdOfAFileSystemElementDoesNotMatter)
 {
     Element element = fileElementAt("/a");
     element.id = 77;
     EXPECT_TRUE(fits(element, R"({"boardType": "A", "targetPath": "/a"})"));
 }
 
-TEST(MatchingTest, AFileSystemElementMustFitInEverythingElseToo)
+TEST(Matching, AFileSystemElementMustFitInEverythingElseToo)
 {
     Element element = fileElementAt("*");
     element.swCompatibilityId = 1;
@@ -290,13 +290,13 @@ std::string pathAfter(const Element& element, const std::string& entry, bool exp
     return targetPath;
 }
 
-TEST(MatchingTest, AMatchGivesTheTargetPath)
+TEST(Matching, AMatchGivesTheTargetPath)
 {
     EXPECT_EQ(pathAfter(fileElementAt("*"), R"({"boardType": "A", "targetPath": "/a/b"})", true), "/a/b");
     EXPECT_EQ(pathAfter(fileElementAt("/a"), R"({"boardType": "A", "targetPath": "/a"})", true), "/a");
 }
 
-TEST(MatchingTest, ABoardsTargetPathGoesBeforeTheEntrys)
+TEST(Matching, ABoardsTargetPathGoesBeforeTheEntrys)
 {
     const std::string entry =
         R"({"targetPath": "/entry", "boards": [{"boardType": "A", "targetPath": "/board"}, {"boardType": "B"}]})";
@@ -306,7 +306,7 @@ TEST(MatchingTest, ABoardsTargetPathGoesBeforeTheEntrys)
     EXPECT_EQ(pathAfter(other, entry, true), "/entry");
 }
 
-TEST(MatchingTest, TheTargetPathStaysWhenTheElementsKindOrBoardOrVariantDoesNotFit)
+TEST(Matching, TheTargetPathStaysWhenTheElementsKindOrBoardOrVariantDoesNotFit)
 {
     EXPECT_EQ(pathAfter(plainElement(), R"({"boardType": "A", "id": 1})", true), "before");
     EXPECT_EQ(pathAfter(plainElement(), R"({"boardType": "A", "targetPath": "/a"})", false), "before");
@@ -317,7 +317,7 @@ TEST(MatchingTest, TheTargetPathStaysWhenTheElementsKindOrBoardOrVariantDoesNotF
               "before");
 }
 
-TEST(MatchingTest, TheTargetPathIsGivenBeforeTheCompatibilityIsChecked)
+TEST(Matching, TheTargetPathIsGivenBeforeTheCompatibilityIsChecked)
 {
     EXPECT_EQ(pathAfter(fileElementAt("*"), R"({"boardType": "A", "targetPath": "/a", "swCompatibilityId": 5})", false),
               "/a");
@@ -326,7 +326,7 @@ TEST(MatchingTest, TheTargetPathIsGivenBeforeTheCompatibilityIsChecked)
     EXPECT_EQ(pathAfter(fileElementAt("/b"), R"({"boardType": "A", "targetPath": "/a"})", false), "/a");
 }
 
-TEST(MatchingTest, ABoardWithoutATargetPathKeepsThePathAndComparesIt)
+TEST(Matching, ABoardWithoutATargetPathKeepsThePathAndComparesIt)
 {
     const std::string entry = R"({"boards": [{"boardType": "A"}, {"boardType": "B", "targetPath": "/b"}]})";
     EXPECT_EQ(pathAfter(fileElementAt("before"), entry, true), "before");
@@ -370,15 +370,15 @@ const TextWithNul textsWithNul[] = {
      R"({"boardType": "A", "targetPath": "*\u0000x"})", R"({"boardType": "A", "targetPath": "/any"})"},
 };
 
-class TextWithNulTest : public AssignmentFixture, public ::testing::WithParamInterface<TextWithNul> {};
+class TextsWithNul : public AssignmentFixture, public ::testing::WithParamInterface<TextWithNul> {};
 
-TEST_P(TextWithNulTest, IsComparedToItsEnd)
+TEST_P(TextsWithNul, IsComparedToItsEnd)
 {
     EXPECT_TRUE(fits(elementWith(GetParam().set), GetParam().fitting));
     EXPECT_FALSE(fits(elementWith(GetParam().set), GetParam().notFitting));
 }
 
-TEST_P(TextWithNulTest, IsAssignedTheFileThatFits)
+TEST_P(TextsWithNul, IsAssignedTheFileThatFits)
 {
     GetParam().set(addElement({.boardType = "A"}));
     addFile(Json::parse(GetParam().notFitting));
@@ -387,7 +387,7 @@ TEST_P(TextWithNulTest, IsAssignedTheFileThatFits)
     EXPECT_EQ(fileIndices(), std::vector<int>{1});
 }
 
-INSTANTIATE_TEST_SUITE_P(Texts, TextWithNulTest, ::testing::ValuesIn(textsWithNul),
+INSTANTIATE_TEST_SUITE_P(Texts, TextsWithNul, ::testing::ValuesIn(textsWithNul),
                          [](const auto& info) { return std::string(info.param.name); });
 
 }  // namespace

@@ -3,7 +3,7 @@
 
 namespace {
 
-class NoticesTest : public AssignmentFixture {
+class Notices : public AssignmentFixture {
 protected:
     // Up to date, outdated, without a file, up to date, without a file, disabled without a file.
     void fill()
@@ -31,13 +31,13 @@ protected:
     }
 };
 
-TEST_F(NoticesTest, TheAssignmentItselfPrintsNothing)
+TEST_F(Notices, TheAssignmentItselfPrintsNothing)
 {
     fill();
     EXPECT_EQ(printed(), "");
 }
 
-TEST_F(NoticesTest, ElementsThatNeedNoUpdateAreListed)
+TEST_F(Notices, ElementsThatNeedNoUpdateAreListed)
 {
     fill();
     EXPECT_EQ(notRequired(),
@@ -47,7 +47,7 @@ TEST_F(NoticesTest, ElementsThatNeedNoUpdateAreListed)
               "        Element 3\n");
 }
 
-TEST_F(NoticesTest, ALineIsOnePieceOfText)
+TEST_F(Notices, ALineIsOnePieceOfText)
 {
     fill();
     assignment().printNotRequiredUpdates();
@@ -58,13 +58,13 @@ TEST_F(NoticesTest, ALineIsOnePieceOfText)
                                                             "        Element 2\n", "        Element 4\n", "\n"}));
 }
 
-TEST_F(NoticesTest, AMarkedElementThatHasNoFileIsNotListed)
+TEST_F(Notices, AMarkedElementThatHasNoFileIsNotListed)
 {
     addElement().notRequired = true;
     EXPECT_EQ(notRequired(), "");
 }
 
-TEST_F(NoticesTest, WithForceNothingIsSaidOfThem)
+TEST_F(Notices, WithForceNothingIsSaidOfThem)
 {
     options.force = true;
     fill();
@@ -72,7 +72,7 @@ TEST_F(NoticesTest, WithForceNothingIsSaidOfThem)
     EXPECT_EQ(notRequired(), "");
 }
 
-TEST_F(NoticesTest, WithForceNothingIsSaidOfUpgradesEither)
+TEST_F(Notices, WithForceNothingIsSaidOfUpgradesEither)
 {
     options.force = true;
     addFileForId(1, {{"version", "1.0"}, {"mode", "upgrade"}});
@@ -82,7 +82,7 @@ TEST_F(NoticesTest, WithForceNothingIsSaidOfUpgradesEither)
     EXPECT_EQ(notRequired(), "");
 }
 
-TEST_F(NoticesTest, WithoutSuchElementsThereIsNoNotice)
+TEST_F(Notices, WithoutSuchElementsThereIsNoNotice)
 {
     addFileForId(1, {{"version", "1.0"}});
     addElement({.version = "0.9"});
@@ -91,7 +91,7 @@ TEST_F(NoticesTest, WithoutSuchElementsThereIsNoNotice)
     EXPECT_EQ(unsupported(), "");
 }
 
-TEST_F(NoticesTest, ElementsWithoutAFileAreListedUnlessDisabled)
+TEST_F(Notices, ElementsWithoutAFileAreListedUnlessDisabled)
 {
     fill();
     EXPECT_EQ(unsupported(),
@@ -102,7 +102,7 @@ TEST_F(NoticesTest, ElementsWithoutAFileAreListedUnlessDisabled)
               "\n");
 }
 
-TEST_F(NoticesTest, ForceDoesNotSilenceUnsupportedElements)
+TEST_F(Notices, ForceDoesNotSilenceUnsupportedElements)
 {
     options.force = true;
     addElement();
@@ -114,7 +114,7 @@ TEST_F(NoticesTest, ForceDoesNotSilenceUnsupportedElements)
               "\n");
 }
 
-TEST_F(NoticesTest, ElementsThatTheHostDisabledAfterwardsAreNotListedAsUnsupported)
+TEST_F(Notices, ElementsThatTheHostDisabledAfterwardsAreNotListedAsUnsupported)
 {
     addElement();
     assignment().makeAssignment();
@@ -122,7 +122,7 @@ TEST_F(NoticesTest, ElementsThatTheHostDisabledAfterwardsAreNotListedAsUnsupport
     EXPECT_EQ(unsupported(), "");
 }
 
-TEST_F(NoticesTest, APercentSignInANameIsPrintedAsItIs)
+TEST_F(Notices, APercentSignInANameIsPrintedAsItIs)
 {
     addElement().displayName = ZoCString("100 %s");
     assignment().makeAssignment();

@@ -3,9 +3,9 @@
 
 namespace {
 
-using Phases = std::vector<unsigned>;
+using Numbers = std::vector<unsigned>;
 
-class PhasesTest : public AssignmentFixture {
+class Phases : public AssignmentFixture {
 protected:
     // Adds an element with a file of its own that has this sequence number and is needed.
     Element& addUpdate(std::uint32_t sequence)
@@ -16,48 +16,48 @@ protected:
     }
 };
 
-TEST_F(PhasesTest, EveryDistinctSequenceIsAPhase)
+TEST_F(Phases, EveryDistinctSequenceIsAPhase)
 {
     for (std::uint32_t sequence : {5u, 3u, 5u, 7u}) {
         addUpdate(sequence);
     }
     assignment().makeAssignment();
-    EXPECT_EQ(phases(), (Phases{1, 0, 1, 2}));
+    EXPECT_EQ(phases(), (Numbers{1, 0, 1, 2}));
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 3u);
 }
 
-TEST_F(PhasesTest, GapsDoNotMatter)
+TEST_F(Phases, GapsDoNotMatter)
 {
     for (std::uint32_t sequence : {10u, 10u, 20u, 50u}) {
         addUpdate(sequence);
     }
     assignment().makeAssignment();
-    EXPECT_EQ(phases(), (Phases{0, 0, 1, 2}));
+    EXPECT_EQ(phases(), (Numbers{0, 0, 1, 2}));
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 3u);
 }
 
-TEST_F(PhasesTest, OneSequenceIsOnePhase)
+TEST_F(Phases, OneSequenceIsOnePhase)
 {
     for (std::uint32_t sequence : {9u, 9u, 9u}) {
         addUpdate(sequence);
     }
     assignment().makeAssignment();
-    EXPECT_EQ(phases(), (Phases{0, 0, 0}));
+    EXPECT_EQ(phases(), (Numbers{0, 0, 0}));
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 1u);
 }
 
-TEST_F(PhasesTest, SequencesUseAll32Bits)
+TEST_F(Phases, SequencesUseAll32Bits)
 {
     for (std::uint32_t sequence : {4294967295u, 0u, 2147483648u, 2147483647u}) {
         addUpdate(sequence);
     }
     assignment().makeAssignment();
-    EXPECT_EQ(phases(), (Phases{3, 0, 2, 1}));
+    EXPECT_EQ(phases(), (Numbers{3, 0, 2, 1}));
 }
 
-TEST_F(PhasesTest, ManyElementsInDescendingOrderAreRanked)
+TEST_F(Phases, ManyElementsInDescendingOrderAreRanked)
 {
-    Phases expected;
+    Numbers expected;
     for (std::uint32_t i = 0; i < 200; ++i) {
         addUpdate(1000 - i / 2 * 3);
         expected.push_back(99 - i / 2);
@@ -67,7 +67,7 @@ TEST_F(PhasesTest, ManyElementsInDescendingOrderAreRanked)
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 100u);
 }
 
-TEST_F(PhasesTest, DisabledElementsAndElementsWithoutAFileOpenNoPhase)
+TEST_F(Phases, DisabledElementsAndElementsWithoutAFileOpenNoPhase)
 {
     addUpdate(1).disabled = true;
     addUpdate(4);
@@ -75,60 +75,60 @@ TEST_F(PhasesTest, DisabledElementsAndElementsWithoutAFileOpenNoPhase)
     addUpdate(2);
     addUpdate(3).disabled = true;
     assignment().makeAssignment();
-    EXPECT_EQ(phases(), (Phases{0, 1, 0, 0, 0}));
+    EXPECT_EQ(phases(), (Numbers{0, 1, 0, 0, 0}));
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 2u);
 }
 
-TEST_F(PhasesTest, UpdatesThatAreNotRequiredOpenNoPhase)
+TEST_F(Phases, UpdatesThatAreNotRequiredOpenNoPhase)
 {
     addUpdate(1).version = ZoCVersion("1.0");
     addUpdate(2);
     assignment().makeAssignment();
     EXPECT_TRUE(elements().front().disabled);
-    EXPECT_EQ(phases(), (Phases{0, 0}));
+    EXPECT_EQ(phases(), (Numbers{0, 0}));
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 1u);
 }
 
-TEST_F(PhasesTest, ForcedUpdatesTakePart)
+TEST_F(Phases, ForcedUpdatesTakePart)
 {
     options.force = true;
     addUpdate(2);
     addUpdate(1).version = ZoCVersion("1.0");
     assignment().makeAssignment();
-    EXPECT_EQ(phases(), (Phases{1, 0}));
+    EXPECT_EQ(phases(), (Numbers{1, 0}));
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 2u);
 }
 
-TEST_F(PhasesTest, ElementsLeftOutKeepTheirPhase)
+TEST_F(Phases, ElementsLeftOutKeepTheirPhase)
 {
     Element& disabled = addUpdate(1);
     disabled.disabled = true;
     disabled.phase = 42;
     addUpdate(2);
     assignment().makeAssignment();
-    EXPECT_EQ(phases(), (Phases{42, 0}));
+    EXPECT_EQ(phases(), (Numbers{42, 0}));
 }
 
-TEST_F(PhasesTest, NewFileSystemElementsTakePart)
+TEST_F(Phases, NewFileSystemElementsTakePart)
 {
     makeTemplate();
     addUpdate(2);
     addFile({{"boardType", "T"}, {"targetPath", "/a"}, {"sequence", 1}});
     assignment().makeAssignment();
-    EXPECT_EQ(phases(), (Phases{1, 0}));
+    EXPECT_EQ(phases(), (Numbers{1, 0}));
 }
 
-TEST_F(PhasesTest, WithoutUpdatesThereIsNoPhase)
+TEST_F(Phases, WithoutUpdatesThereIsNoPhase)
 {
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 0u);
     addElement();
     assignment().makeAssignment();
-    EXPECT_EQ(phases(), Phases{0});
+    EXPECT_EQ(phases(), Numbers{0});
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 0u);
     EXPECT_EQ(printed(), "");
 }
 
-TEST_F(PhasesTest, ComputingThemAgainCountsOnlyWhatIsStillEnabled)
+TEST_F(Phases, ComputingThemAgainCountsOnlyWhatIsStillEnabled)
 {
     addUpdate(1);
     addUpdate(2);
@@ -139,10 +139,10 @@ TEST_F(PhasesTest, ComputingThemAgainCountsOnlyWhatIsStillEnabled)
     }
     assignment().computeUpdatePhase();
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 0u);
-    EXPECT_EQ(phases(), (Phases{0, 1}));
+    EXPECT_EQ(phases(), (Numbers{0, 1}));
 }
 
-TEST_F(PhasesTest, WithVerboseTheNumberIsPrinted)
+TEST_F(Phases, WithVerboseTheNumberIsPrinted)
 {
     options.verbose = true;
     addUpdate(1);
@@ -151,14 +151,14 @@ TEST_F(PhasesTest, WithVerboseTheNumberIsPrinted)
     EXPECT_EQ(printed(), "The update process takes 2 phases!\n");
 }
 
-TEST_F(PhasesTest, WithVerboseTheNumberIsPrintedAlsoWhenItIsZero)
+TEST_F(Phases, WithVerboseTheNumberIsPrintedAlsoWhenItIsZero)
 {
     options.verbose = true;
     assignment().makeAssignment();
     EXPECT_EQ(printed(), "The update process takes 0 phases!\n");
 }
 
-TEST_F(PhasesTest, TheOrderIsThatOfTheSequencesAlone)
+TEST_F(Phases, TheOrderIsThatOfTheSequencesAlone)
 {
     const ZoCUpdateAssignment::SortElemType low{nullptr, 2147483647u};
     const ZoCUpdateAssignment::SortElemType high{nullptr, 2147483648u};

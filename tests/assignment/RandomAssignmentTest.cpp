@@ -79,7 +79,7 @@ struct Assigned {
     std::vector<std::string> newLocations;
 };
 
-class RandomAssignmentTest : public AssignmentFixture, public ::testing::WithParamInterface<unsigned> {
+class RandomAssignment : public AssignmentFixture, public ::testing::WithParamInterface<unsigned> {
 protected:
     void fill(unsigned seed, std::size_t numberOfFiles)
     {
@@ -141,7 +141,7 @@ private:
     std::vector<ordered_json> entries;
 };
 
-TEST_P(RandomAssignmentTest, GivesTheSameAsTryingEveryFileInOrder)
+TEST_P(RandomAssignment, GivesTheSameAsTryingEveryFileInOrder)
 {
     fill(GetParam(), 15 * GetParam());
     const Assigned expected = byTheRule();
@@ -151,7 +151,7 @@ TEST_P(RandomAssignmentTest, GivesTheSameAsTryingEveryFileInOrder)
     EXPECT_EQ(result().newLocations, expected.newLocations);
 }
 
-TEST_P(RandomAssignmentTest, MatchesEachFileAndElementByTheRule)
+TEST_P(RandomAssignment, MatchesEachFileAndElementByTheRule)
 {
     fill(GetParam(), 30);
     elements().resize(50);
@@ -167,9 +167,9 @@ TEST_P(RandomAssignmentTest, MatchesEachFileAndElementByTheRule)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Seeds, RandomAssignmentTest, ::testing::Range(1u, 25u));
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomAssignment, ::testing::Range(1u, 25u));
 
-TEST_F(RandomAssignmentTest, TheDataGiveFilesToManyElementsButNotToAll)
+TEST_F(RandomAssignment, TheDataGiveFilesToManyElementsButNotToAll)
 {
     fill(20, 300);
     const Assigned assigned = byTheRule();

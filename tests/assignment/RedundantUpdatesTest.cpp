@@ -129,7 +129,7 @@ TEST_P(RedundantUpdatesTable, ForceEnablesStandardUpdatesOnly)
 INSTANTIATE_TEST_SUITE_P(Cases, RedundantUpdatesTable, ::testing::ValuesIn(cases),
                          [](const auto& info) { return std::string(info.param.what); });
 
-class RedundantUpdatesTest : public AssignmentFixture {
+class RedundantUpdates : public AssignmentFixture {
 protected:
     // An element that already holds the content of its file.
     Element& addUpToDate()
@@ -141,7 +141,7 @@ protected:
     }
 };
 
-TEST_F(RedundantUpdatesTest, AnInvalidElementIsAlwaysUpdated)
+TEST_F(RedundantUpdates, AnInvalidElementIsAlwaysUpdated)
 {
     Element& element = addUpToDate();
     element.valid = false;
@@ -150,7 +150,7 @@ TEST_F(RedundantUpdatesTest, AnInvalidElementIsAlwaysUpdated)
     EXPECT_FALSE(element.disabled);
 }
 
-TEST_F(RedundantUpdatesTest, AnInactiveElementIsAlwaysUpdated)
+TEST_F(RedundantUpdates, AnInactiveElementIsAlwaysUpdated)
 {
     Element& element = addUpToDate();
     element.active = false;
@@ -159,7 +159,7 @@ TEST_F(RedundantUpdatesTest, AnInactiveElementIsAlwaysUpdated)
     EXPECT_FALSE(element.disabled);
 }
 
-TEST_F(RedundantUpdatesTest, AnInactiveElementMayBeUpToDateInAConfigurationRun)
+TEST_F(RedundantUpdates, AnInactiveElementMayBeUpToDateInAConfigurationRun)
 {
     options.configuration = true;
     Element& element = addUpToDate();
@@ -169,7 +169,7 @@ TEST_F(RedundantUpdatesTest, AnInactiveElementMayBeUpToDateInAConfigurationRun)
     EXPECT_TRUE(element.disabled);
 }
 
-TEST_F(RedundantUpdatesTest, AnInactiveFileSystemElementMayBeUpToDate)
+TEST_F(RedundantUpdates, AnInactiveFileSystemElementMayBeUpToDate)
 {
     addFile({{"boardType", "T"}, {"targetPath", "/a"}, {"checksumCrc32", 7}});
     Element& element = addFileElement("/a", {.hasChecksum = true, .checksum = 7});
@@ -179,7 +179,7 @@ TEST_F(RedundantUpdatesTest, AnInactiveFileSystemElementMayBeUpToDate)
     EXPECT_TRUE(element.disabled);
 }
 
-TEST_F(RedundantUpdatesTest, AnInvalidFileSystemElementIsAlwaysUpdated)
+TEST_F(RedundantUpdates, AnInvalidFileSystemElementIsAlwaysUpdated)
 {
     options.configuration = true;
     addFile({{"boardType", "T"}, {"targetPath", "/a"}, {"checksumCrc32", 7}});
@@ -189,7 +189,7 @@ TEST_F(RedundantUpdatesTest, AnInvalidFileSystemElementIsAlwaysUpdated)
     EXPECT_FALSE(element.notRequired);
 }
 
-TEST_F(RedundantUpdatesTest, ANewFileSystemElementIsAlwaysUpdated)
+TEST_F(RedundantUpdates, ANewFileSystemElementIsAlwaysUpdated)
 {
     makeTemplate();
     addFile({{"boardType", "T"}, {"targetPath", "/a"}, {"version", nullptr}});
@@ -199,7 +199,7 @@ TEST_F(RedundantUpdatesTest, ANewFileSystemElementIsAlwaysUpdated)
     EXPECT_FALSE(elements().front().disabled);
 }
 
-TEST_F(RedundantUpdatesTest, AnElementWithoutAFileIsNotMarked)
+TEST_F(RedundantUpdates, AnElementWithoutAFileIsNotMarked)
 {
     Element& element = addElement({.version = "1.0"});
     assignment().makeAssignment();
@@ -207,7 +207,7 @@ TEST_F(RedundantUpdatesTest, AnElementWithoutAFileIsNotMarked)
     EXPECT_FALSE(element.disabled);
 }
 
-TEST_F(RedundantUpdatesTest, ANeededUpdateOfADisabledElementStaysDisabled)
+TEST_F(RedundantUpdates, ANeededUpdateOfADisabledElementStaysDisabled)
 {
     Element& element = addElement({.version = "0.9"});
     element.disabled = true;
@@ -217,7 +217,7 @@ TEST_F(RedundantUpdatesTest, ANeededUpdateOfADisabledElementStaysDisabled)
     EXPECT_TRUE(element.disabled);
 }
 
-TEST_F(RedundantUpdatesTest, ForceDoesNotEnableADisabledElement)
+TEST_F(RedundantUpdates, ForceDoesNotEnableADisabledElement)
 {
     options.force = true;
     Element& element = addUpToDate();

@@ -4,7 +4,7 @@
 
 namespace {
 
-class VersionsComparisonTest : public AssignmentFixture {
+class VersionsComparison : public AssignmentFixture {
 protected:
     std::string table()
     {
@@ -17,14 +17,14 @@ protected:
     TableRows rows() { return tableRows(table()); }
 };
 
-TEST_F(VersionsComparisonTest, WithoutElementsThereIsOnlyTheHeader)
+TEST_F(VersionsComparison, WithoutElementsThereIsOnlyTheHeader)
 {
     EXPECT_EQ(table(),
               "No. | Update element | Installed | Available | Checksums | Up-to-date | Phase\n"
               "-----------------------------------------------------------------------------\n");
 }
 
-TEST_F(VersionsComparisonTest, ShowsInstalledAndAvailableVersionsAndThePhase)
+TEST_F(VersionsComparison, ShowsInstalledAndAvailableVersionsAndThePhase)
 {
     addFileForId(1, {{"version", "1.1"}, {"checksumCrc32", 9}, {"sequence", 5}});
     addFileForId(2, {{"version", "23.2a12"}, {"checksumCrc32", 8}, {"sequence", 2}});
@@ -37,14 +37,14 @@ TEST_F(VersionsComparisonTest, ShowsInstalledAndAvailableVersionsAndThePhase)
               "1   | Element 1      | 23.1      | 23.2a12   | 8 == 8    | N          | 0    \n");
 }
 
-TEST_F(VersionsComparisonTest, AnElementThatIsUpToDateHasNoPhase)
+TEST_F(VersionsComparison, AnElementThatIsUpToDateHasNoPhase)
 {
     addFileForId(1, {{"version", "1.0"}, {"checksumCrc32", 7}});
     addElement({.version = "1.0", .hasChecksum = true, .checksum = 7});
     EXPECT_EQ(rows(), (TableRows{{"0", "Element 0", "1.0", "1.0", "7 == 7", "Y", "-"}}));
 }
 
-TEST_F(VersionsComparisonTest, AForcedUpdateOfSuchAnElementHasAPhase)
+TEST_F(VersionsComparison, AForcedUpdateOfSuchAnElementHasAPhase)
 {
     options.force = true;
     addFileForId(1, {{"version", "1.0"}, {"checksumCrc32", 7}});
@@ -52,7 +52,7 @@ TEST_F(VersionsComparisonTest, AForcedUpdateOfSuchAnElementHasAPhase)
     EXPECT_EQ(rows(), (TableRows{{"0", "Element 0", "1.0", "1.0", "7 == 7", "Y", "0"}}));
 }
 
-TEST_F(VersionsComparisonTest, AnElementWithoutAFileShowsWhatItHas)
+TEST_F(VersionsComparison, AnElementWithoutAFileShowsWhatItHas)
 {
     addElement({.version = "1.0", .hasChecksum = true, .checksum = 7});
     addElement({.version = "1.0", .hasChecksum = false, .checksum = 7});
@@ -62,21 +62,21 @@ TEST_F(VersionsComparisonTest, AnElementWithoutAFileShowsWhatItHas)
                                  {"2", "Element 2", "---", "---", "", "", "-"}}));
 }
 
-TEST_F(VersionsComparisonTest, AFileWithoutAVersionShowsDashes)
+TEST_F(VersionsComparison, AFileWithoutAVersionShowsDashes)
 {
     addFileForId(1, {{"version", nullptr}, {"checksumCrc32", 8}});
     addElement({.version = "1.0", .hasChecksum = true, .checksum = 7});
     EXPECT_EQ(rows(), (TableRows{{"0", "Element 0", "1.0", "---", "7 != 8", "N", "0"}}));
 }
 
-TEST_F(VersionsComparisonTest, AnElementWithoutAChecksumDiffersFromAnyFile)
+TEST_F(VersionsComparison, AnElementWithoutAChecksumDiffersFromAnyFile)
 {
     addFileForId(1, {{"version", "1.0"}, {"checksumCrc32", 0}});
     addElement({.version = "1.0"});
     EXPECT_EQ(rows(), (TableRows{{"0", "Element 0", "1.0", "1.0", "--- != 0", "Y", "-"}}));
 }
 
-TEST_F(VersionsComparisonTest, AChecksumOfZeroIsAChecksum)
+TEST_F(VersionsComparison, AChecksumOfZeroIsAChecksum)
 {
     addFileForId(1, {{"version", "1.0"}, {"checksumCrc32", 0}});
     addFileForId(2, {{"version", "1.0"}, {"checksumCrc32", 9}});
@@ -88,14 +88,14 @@ TEST_F(VersionsComparisonTest, AChecksumOfZeroIsAChecksum)
                                  {"2", "Element 2", "1.0", "---", "0 != ---", "", "-"}}));
 }
 
-TEST_F(VersionsComparisonTest, AVersionThatBeginsWithZeroIsAVersion)
+TEST_F(VersionsComparison, AVersionThatBeginsWithZeroIsAVersion)
 {
     addFileForId(1, {{"version", "0.2"}, {"checksumCrc32", 9}});
     addElement({.version = "0.1"});
     EXPECT_EQ(rows(), (TableRows{{"0", "Element 0", "0.1", "0.2", "--- != 9", "N", "0"}}));
 }
 
-TEST_F(VersionsComparisonTest, AFilesUnknownChecksumIsShownAsItIs)
+TEST_F(VersionsComparison, AFilesUnknownChecksumIsShownAsItIs)
 {
     addFileForId(1, {{"version", "1.0"}});
     addElement({.hasChecksum = true, .checksum = 4294967295u});
@@ -104,7 +104,7 @@ TEST_F(VersionsComparisonTest, AFilesUnknownChecksumIsShownAsItIs)
                                  {"1", "Element 1", "---", "1.0", "--- != 4294967294", "N", "0"}}));
 }
 
-TEST_F(VersionsComparisonTest, InvalidAndInactiveElementsAreMarked)
+TEST_F(VersionsComparison, InvalidAndInactiveElementsAreMarked)
 {
     addElement().valid = false;
     addElement().active = false;
@@ -118,7 +118,7 @@ TEST_F(VersionsComparisonTest, InvalidAndInactiveElementsAreMarked)
                                  {"3", "Element 3", "---", "---", "", "", "-", ""}}));
 }
 
-TEST_F(VersionsComparisonTest, AnInactiveFileSystemElementIsNotMarkedAndAnInvalidOneIs)
+TEST_F(VersionsComparison, AnInactiveFileSystemElementIsNotMarkedAndAnInvalidOneIs)
 {
     addFileElement("/a").active = false;
     addFileElement("/b").valid = false;
@@ -126,7 +126,7 @@ TEST_F(VersionsComparisonTest, AnInactiveFileSystemElementIsNotMarkedAndAnInvali
                                  {"1", "Element 1", "---", "---", "", "", "-", "[INVALID]"}}));
 }
 
-TEST_F(VersionsComparisonTest, DisabledElementsAreNumberedToo)
+TEST_F(VersionsComparison, DisabledElementsAreNumberedToo)
 {
     addFileForId(1, {{"version", "1.1"}, {"checksumCrc32", 8}});
     addElement({.version = "1.0"}).disabled = true;
@@ -135,7 +135,7 @@ TEST_F(VersionsComparisonTest, DisabledElementsAreNumberedToo)
                                  {"1", "Element 1", "1.0", "1.1", "--- != 8", "N", "0"}}));
 }
 
-TEST_F(VersionsComparisonTest, NewFileSystemElementsFollow)
+TEST_F(VersionsComparison, NewFileSystemElementsFollow)
 {
     makeTemplate({{"PRODUCT/NAME", "Board"}});
     addFileForId(1, {{"version", "1.1"}, {"checksumCrc32", 8}, {"sequence", 3}});

@@ -79,11 +79,11 @@ void compareAll(const fs::path& folder, const ScenarioResult& result)
     EXPECT_EQ(difference(readOr(folder / "expected.trace", result.trace), result.trace), "") << "trace";
 }
 
-class ScenarioTest : public testing::TestWithParam<std::string> {};
+class Scenarios : public testing::TestWithParam<std::string> {};
 
 }  // namespace
 
-TEST_P(ScenarioTest, PrintsWhatIsExpected)
+TEST_P(Scenarios, PrintsWhatIsExpected)
 {
     const fs::path folder = fs::path(TRELLAN_SOURCE_DIR "/tests/scenarios") / GetParam();
     const Scenario scenario(folder);
@@ -98,4 +98,4 @@ TEST_P(ScenarioTest, PrintsWhatIsExpected)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Scenarios, ScenarioTest, testing::ValuesIn(scenarioNames()), testName);
+INSTANTIATE_TEST_SUITE_P(Each, Scenarios, testing::ValuesIn(scenarioNames()), testName);

@@ -16,9 +16,9 @@ namespace fs = std::filesystem;
 namespace {
 
 // A project folder with the script "dev" whose tools are replaced by scripts.
-class DevTest : public testing::Test {
+class Dev : public testing::Test {
 protected:
-    DevTest()
+    Dev()
     {
         fs::copy(TRELLAN_SOURCE_DIR "/dev", folder.path() / "dev");
         folder.write("packages.txt", "");
@@ -49,7 +49,7 @@ protected:
     TempDir folder;
 };
 
-class DemoTest : public testing::Test {
+class Demo : public testing::Test {
 protected:
     void SetUp() override { SKIP_WITHOUT_MOUNT(); }
 };
@@ -73,7 +73,7 @@ std::string demo(const std::vector<std::string>& options, const std::string& bui
 
 }  // namespace
 
-TEST_F(DevTest, ApproveRewritesTheDocumentsEvenWhenAScenarioFails)
+TEST_F(Dev, ApproveRewritesTheDocumentsEvenWhenAScenarioFails)
 {
     script("build/release/bin/test_scenarios", "exit 1");
     script("build/release/bin/test_documents", "echo \"approve $TRELLAN_APPROVE\"");
@@ -82,7 +82,7 @@ TEST_F(DevTest, ApproveRewritesTheDocumentsEvenWhenAScenarioFails)
     EXPECT_EQ(result.status, 1);
 }
 
-TEST_F(DevTest, ApproveSucceedsWhenBothDo)
+TEST_F(Dev, ApproveSucceedsWhenBothDo)
 {
     script("build/release/bin/test_scenarios", "exit 0");
     script("build/release/bin/test_documents", "exit 0");
@@ -91,7 +91,7 @@ TEST_F(DevTest, ApproveSucceedsWhenBothDo)
     EXPECT_EQ(dev("approve").status, 1);
 }
 
-TEST_F(DevTest, BuildLeavesNothingBesideTheBuildFolder)
+TEST_F(Dev, BuildLeavesNothingBesideTheBuildFolder)
 {
     script("tools/cmake", "kill -KILL $PPID");
     EXPECT_NE(dev("build").status, 0);
@@ -103,7 +103,7 @@ TEST_F(DevTest, BuildLeavesNothingBesideTheBuildFolder)
     EXPECT_EQ(names, (std::vector<std::string>{"build", "dev", "packages.txt", "tools"}));
 }
 
-TEST_F(DevTest, BuildShowsWhyConfiguringFailed)
+TEST_F(Dev, BuildShowsWhyConfiguringFailed)
 {
     script("tools/cmake", "echo reason; exit 1");
     const ProcessResult result = dev("build");
@@ -111,7 +111,7 @@ TEST_F(DevTest, BuildShowsWhyConfiguringFailed)
     EXPECT_EQ(result.errors, "reason\n");
 }
 
-TEST_F(DevTest, AMistakeIsNamedAndNothingIsDone)
+TEST_F(Dev, AMistakeIsNamedAndNothingIsDone)
 {
     script("tools/cmake", "touch built");
     const std::vector<std::pair<std::string, std::string>> mistakes = {
@@ -131,7 +131,7 @@ TEST_F(DevTest, AMistakeIsNamedAndNothingIsDone)
     EXPECT_FALSE(fs::exists(folder.path() / "built"));
 }
 
-TEST_F(DevTest, TestBuildsAndRunsEverythingOptimisedAndUnderTheSanitizers)
+TEST_F(Dev, TestBuildsAndRunsEverythingOptimisedAndUnderTheSanitizers)
 {
     recordCalls();
     EXPECT_EQ(dev("test").status, 0);
@@ -144,7 +144,7 @@ TEST_F(DevTest, TestBuildsAndRunsEverythingOptimisedAndUnderTheSanitizers)
               "ctest --preset sanitize --no-tests=error\n");
 }
 
-TEST_F(DevTest, TestOfAFolderBuildsItsProgramAlone)
+TEST_F(Dev, TestOfAFolderBuildsItsProgramAlone)
 {
     recordCalls();
     for (const char* const name : {"archive", "tool", "structure"}) {
@@ -167,13 +167,13 @@ TEST_F(DevTest, TestOfAFolderBuildsItsProgramAlone)
     }
 }
 
-TEST_F(DevTest, AFailedTestEndsWithItsStatus)
+TEST_F(Dev, AFailedTestEndsWithItsStatus)
 {
     script("tools/ctest", "exit 8");
     EXPECT_EQ(dev("test").status, 8);
 }
 
-TEST_F(DevTest, DemoBuildsTheToolAloneAndInstallsWhatThatTakes)
+TEST_F(Dev, DemoBuildsTheToolAloneAndInstallsWhatThatTakes)
 {
     recordCalls();
     folder.write("packages.txt", "# Both:\n[build] for the tool\nabsent-compiler\n\n[develop]\nabsent-checker\n");
@@ -189,7 +189,7 @@ TEST_F(DevTest, DemoBuildsTheToolAloneAndInstallsWhatThatTakes)
               "demo.sh build/demo --force\n");
 }
 
-TEST_F(DevTest, SetupInstallsWhatIsMissingInAllSections)
+TEST_F(Dev, SetupInstallsWhatIsMissingInAllSections)
 {
     recordCalls();
     folder.write("packages.txt", "[build] for the tool\nthere\nabsent-compiler\n[develop]\nabsent-checker\n");
@@ -199,7 +199,7 @@ TEST_F(DevTest, SetupInstallsWhatIsMissingInAllSections)
     EXPECT_EQ(calls(), "apt-get update\napt-get install absent-compiler absent-checker\n");
 }
 
-TEST_F(DevTest, FuzzSaysWhatToInstallWithoutClang)
+TEST_F(Dev, FuzzSaysWhatToInstallWithoutClang)
 {
     const std::string missing =
         "./dev fuzz: install clang and its fuzzer first: apt-get install clang libclang-rt-14-dev\n";
@@ -213,7 +213,7 @@ TEST_F(DevTest, FuzzSaysWhatToInstallWithoutClang)
     EXPECT_EQ(withoutFuzzer.errors, missing);
 }
 
-TEST_F(DevTest, FuzzKeepsWhatItFindsOutOfTheCommittedCorpus)
+TEST_F(Dev, FuzzKeepsWhatItFindsOutOfTheCommittedCorpus)
 {
     script("tools/clang++", "echo resources");
     folder.write("resources/lib/linux/libclang_rt.fuzzer-x86_64.a", "");
@@ -223,21 +223,21 @@ TEST_F(DevTest, FuzzKeepsWhatItFindsOutOfTheCommittedCorpus)
     EXPECT_EQ(dev("fuzz 5").output, "-max_total_time=5" + folders);
 }
 
-TEST_F(DevTest, HelpTellsWhatApproveRewritesAndWhereTheDemosOptionsGo)
+TEST_F(Dev, HelpTellsWhatApproveRewritesAndWhereTheDemosOptionsGo)
 {
     const std::string help = dev("help").output;
     EXPECT_NE(help.find("the documents' commands print now as their transcripts"), std::string::npos) << help;
     EXPECT_NE(help.find("options behind it are passed to the tool's update"), std::string::npos) << help;
 }
 
-TEST_F(DemoTest, TellsWhatTheExampleShows)
+TEST_F(Demo, TellsWhatTheExampleShows)
 {
     EXPECT_NE(demo({}).find("\nShown: a target with four boards was updated in three phases, and a second update found "
                             "nothing left to do.\nBy hand: "),
               std::string::npos);
 }
 
-TEST_F(DemoTest, WorksElsewhereWhenTheBuildFoldersPathHoldsABlank)
+TEST_F(Demo, WorksElsewhereWhenTheBuildFoldersPathHoldsABlank)
 {
     const std::string output = demo({}, "my build");
     const std::string prefix = "the copy of the example is in ";
@@ -253,7 +253,7 @@ TEST_F(DemoTest, WorksElsewhereWhenTheBuildFoldersPathHoldsABlank)
     }
 }
 
-TEST_F(DemoTest, ClaimsNothingAboutAnUpdateWithOptions)
+TEST_F(Demo, ClaimsNothingAboutAnUpdateWithOptions)
 {
     EXPECT_TRUE(demo({"--force", "--no-progress"})
                     .ends_with("\nShown: two updates of the example target with the options --force --no-progress\n"));

@@ -34,7 +34,7 @@ private:
     const int number;
 };
 
-class OutputBufferTest : public testing::Test {
+class OutputBuffers : public testing::Test {
 protected:
     TempDir folder;
     OpenedFile file{folder.path() / "output"};
@@ -60,7 +60,7 @@ TEST(ControlCharacters, AreNotLineEndsCarriageReturnsTabsOrTextOfAnyLanguage)
     EXPECT_EQ(withControlCharactersShown(text), text);
 }
 
-TEST_F(OutputBufferTest, WritesWhenTheStreamIsFlushedOrEnds)
+TEST_F(OutputBuffers, WritesWhenTheStreamIsFlushedOrEnds)
 {
     {
         OutputBuffer buffer(file.descriptor());
@@ -74,7 +74,7 @@ TEST_F(OutputBufferTest, WritesWhenTheStreamIsFlushedOrEnds)
     EXPECT_EQ(file.content(), "one\nctwo\nthree");
 }
 
-TEST_F(OutputBufferTest, WritesWhen64KilobytesAreFull)
+TEST_F(OutputBuffers, WritesWhen64KilobytesAreFull)
 {
     OutputBuffer buffer(file.descriptor());
     std::ostream stream(&buffer);
@@ -88,7 +88,7 @@ TEST_F(OutputBufferTest, WritesWhen64KilobytesAreFull)
     EXPECT_EQ(file.content(), std::string(65535, 'a') + "bc" + std::string(200000, 'd'));
 }
 
-TEST_F(OutputBufferTest, KeepsTheOrderOfTwoThatWriteToOnePlace)
+TEST_F(OutputBuffers, KeepsTheOrderOfTwoThatWriteToOnePlace)
 {
     OutputBuffer first(file.descriptor());
     OutputBuffer second(file.descriptor());
@@ -106,14 +106,14 @@ TEST_F(OutputBufferTest, KeepsTheOrderOfTwoThatWriteToOnePlace)
     EXPECT_EQ(file.content(), "one two three four V");
 }
 
-TEST_F(OutputBufferTest, LeavesTheBytesAsTheyAreWhereThereIsNoTerminal)
+TEST_F(OutputBuffers, LeavesTheBytesAsTheyAreWhereThereIsNoTerminal)
 {
     OutputBuffer buffer(file.descriptor());
     std::ostream(&buffer) << "\x1b[31m\xc2\x9b" << std::flush;
     EXPECT_EQ(file.content(), "\x1b[31m\xc2\x9b");
 }
 
-TEST_F(OutputBufferTest, AFailedWriteMakesTheStreamBadForGood)
+TEST_F(OutputBuffers, AFailedWriteMakesTheStreamBadForGood)
 {
     const int full = ::open("/dev/full", O_WRONLY | O_CLOEXEC);
     OutputBuffer buffer(full);

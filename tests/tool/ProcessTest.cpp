@@ -18,7 +18,7 @@ namespace {
 constexpr const char* banner =
     "\nVelorant Device Update Tool, Vs 1.0\nCopyright (c) Velorant. All rights reserved.\n \n";
 
-class ProcessTest : public testing::Test {
+class Process : public testing::Test {
 protected:
     ProcessResult tool(const std::vector<std::string>& arguments,
                        const std::vector<std::string>& environment = {}) const
@@ -45,7 +45,7 @@ protected:
 
 }  // namespace
 
-TEST_F(ProcessTest, AnUnreadableTargetEndsWith3)
+TEST_F(Process, AnUnreadableTargetEndsWith3)
 {
     const ProcessResult result = tool({"installed", "--target", "absent.json"});
     EXPECT_EQ(result.status, 3);
@@ -55,7 +55,7 @@ TEST_F(ProcessTest, AnUnreadableTargetEndsWith3)
                                  "\tIf the problem persists, contact Velorant support.\n");
 }
 
-TEST_F(ProcessTest, RebootSupportOfAnUnreadableTargetEndsWith3)
+TEST_F(Process, RebootSupportOfAnUnreadableTargetEndsWith3)
 {
     const ProcessResult result = tool({"reboot-support", "--target", "absent.json"});
     EXPECT_EQ(result.status, 3);
@@ -65,7 +65,7 @@ TEST_F(ProcessTest, RebootSupportOfAnUnreadableTargetEndsWith3)
                                  "\tIf the problem persists, contact Velorant support.\n");
 }
 
-TEST_F(ProcessTest, ReportedErrorsEndWith1)
+TEST_F(Process, ReportedErrorsEndWith1)
 {
     const ProcessResult result = tool({"scan", "--target", faultyTarget()});
     EXPECT_EQ(result.status, 1);
@@ -75,7 +75,7 @@ TEST_F(ProcessTest, ReportedErrorsEndWith1)
                                  "         cannot read\n");
 }
 
-TEST_F(ProcessTest, ReportedErrorsEndWith1BesideTheDocument)
+TEST_F(Process, ReportedErrorsEndWith1BesideTheDocument)
 {
     const ProcessResult result = tool({"scan", "--json", "--target", faultyTarget()});
     EXPECT_EQ(result.status, 1);
@@ -87,7 +87,7 @@ TEST_F(ProcessTest, ReportedErrorsEndWith1BesideTheDocument)
     EXPECT_TRUE(schema.violations(json::parse(result.output)).empty()) << result.output;
 }
 
-TEST_F(ProcessTest, WithoutSuccessTheDocumentTellsWhy)
+TEST_F(Process, WithoutSuccessTheDocumentTellsWhy)
 {
     const JsonSchema schema(json::parse(readText(TRELLAN_SOURCE_DIR "/docs/trellan-update.schema.json")));
     for (const char* const command : {"installed", "scan", "reboot-support"}) {
@@ -104,7 +104,7 @@ TEST_F(ProcessTest, WithoutSuccessTheDocumentTellsWhy)
     }
 }
 
-TEST_F(ProcessTest, TheTargetIsTakenFromTheEnvironmentUnlessItIsGiven)
+TEST_F(Process, TheTargetIsTakenFromTheEnvironmentUnlessItIsGiven)
 {
     const std::string environment = "TRELLAN_TARGET=" + faultyTarget();
     EXPECT_EQ(tool({"scan"}, {environment}).status, 1);
@@ -112,7 +112,7 @@ TEST_F(ProcessTest, TheTargetIsTakenFromTheEnvironmentUnlessItIsGiven)
     EXPECT_EQ(tool({"scan"}).status, 3);
 }
 
-TEST_F(ProcessTest, ATargetIsFoundBesideTheWorkingFolder)
+TEST_F(Process, ATargetIsFoundBesideTheWorkingFolder)
 {
     folder.write("device/target.json", target({item("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}})}).dump());
     EXPECT_EQ(tool({"scan", "--target", "device/target.json", "--trace", "device/trace"}).status, 0);
@@ -122,7 +122,7 @@ TEST_F(ProcessTest, ATargetIsFoundBesideTheWorkingFolder)
               "{\"call\":\"unregisterMessages\",\"code\":642777088}\n");
 }
 
-TEST_F(ProcessTest, WrongUsageTouchesNothing)
+TEST_F(Process, WrongUsageTouchesNothing)
 {
     const ProcessResult result = tool({"scan", "--bogus", "--trace", "trace"});
     EXPECT_EQ(result.status, 2);
@@ -131,7 +131,7 @@ TEST_F(ProcessTest, WrongUsageTouchesNothing)
     EXPECT_FALSE(std::filesystem::exists(folder.path() / "trace"));
 }
 
-TEST_F(ProcessTest, AFullStandardOutputEndsWith1)
+TEST_F(Process, AFullStandardOutputEndsWith1)
 {
     const std::string target = faultlessTarget();
     for (const std::string command : {"version", "--help", "scan --help", "scan", "installed --json"}) {
@@ -144,7 +144,7 @@ TEST_F(ProcessTest, AFullStandardOutputEndsWith1)
 }
 
 // A pipe whose reader is gone: every attempt to write to it fails.
-TEST_F(ProcessTest, AReaderThatGoesAwayDoesNotStopAnUpdate)
+TEST_F(Process, AReaderThatGoesAwayDoesNotStopAnUpdate)
 {
     const ordered_json device = target({board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}, {"PRODUCT/NAME", "Board"}},
                                               {updateElement(1, {{"NAME", "UserFirmware"}, {"VERSION", "1.0"}})})});
@@ -163,7 +163,7 @@ TEST_F(ProcessTest, AReaderThatGoesAwayDoesNotStopAnUpdate)
     }
 }
 
-TEST_F(ProcessTest, ATerminalIsShownControlCharactersAndAllElseGetsTheBytes)
+TEST_F(Process, ATerminalIsShownControlCharactersAndAllElseGetsTheBytes)
 {
     const PseudoTerminal terminal;
     TestArchive archive(description({fileEntry("a\x1b[2Jb.bin", {{"checksumCrc32", 1}})}));
@@ -182,7 +182,7 @@ TEST_F(ProcessTest, ATerminalIsShownControlCharactersAndAllElseGetsTheBytes)
 }
 
 // The lock file and what the update writes must not take the place of an output that is closed.
-TEST_F(ProcessTest, WhatIsPrintedToAClosedOutputReachesNoFile)
+TEST_F(Process, WhatIsPrintedToAClosedOutputReachesNoFile)
 {
     const std::string target = faultlessTarget();
     const std::string before = readText(target);
@@ -200,7 +200,7 @@ TEST_F(ProcessTest, WhatIsPrintedToAClosedOutputReachesNoFile)
     EXPECT_EQ(readText(target), before);
 }
 
-TEST_F(ProcessTest, ARelativePathInAFolderThatIsGoneIsNamed)
+TEST_F(Process, ARelativePathInAFolderThatIsGoneIsNamed)
 {
     const std::string line = "mkdir gone && cd gone && rmdir ../gone && exec \"$0\" ";
     for (const std::string command : {"list archive", "scan --target archive", "scan --trace archive"}) {

@@ -33,27 +33,27 @@ bool names(const std::vector<std::string>& found, const std::string& place, cons
 
 }  // namespace
 
-TEST(SchemaTest, ADocumentOfOneCommandConforms)
+TEST(Schema, ADocumentOfOneCommandConforms)
 {
     EXPECT_TRUE(violations(listDocument()).empty());
     EXPECT_TRUE(violations({{"schemaVersion", 1}, {"command", "scan"}, {"elements", json::array()}}).empty());
 }
 
-TEST(SchemaTest, AnUnknownMemberIsFound)
+TEST(Schema, AnUnknownMemberIsFound)
 {
     json document = listDocument();
     document["files"][0]["checksum"] = 1;
     EXPECT_TRUE(names(violations(document), "<root>[files][0]", "checksum"));
 }
 
-TEST(SchemaTest, AMissingMemberIsFound)
+TEST(Schema, AMissingMemberIsFound)
 {
     json document = listDocument();
     document["archive"].erase("variant");
     EXPECT_TRUE(names(violations(document), "<root>[archive]", "'variant'"));
 }
 
-TEST(SchemaTest, AWrongTypeIsFound)
+TEST(Schema, AWrongTypeIsFound)
 {
     json document = listDocument();
     document["files"][0]["version"] = 1.0;
@@ -62,7 +62,7 @@ TEST(SchemaTest, AWrongTypeIsFound)
     EXPECT_TRUE(names(violations(document), "<root>[files]", "'type'"));
 }
 
-TEST(SchemaTest, AnotherCommandIsFound)
+TEST(Schema, AnotherCommandIsFound)
 {
     json document = listDocument();
     document["command"] = "describe";
@@ -70,7 +70,7 @@ TEST(SchemaTest, AnotherCommandIsFound)
     EXPECT_TRUE(names(violations(document), "<root>", "oneOf"));
 }
 
-TEST(SchemaTest, NumbersBeyondTheirRangeAreFound)
+TEST(Schema, NumbersBeyondTheirRangeAreFound)
 {
     const JsonSchema schema(json::parse(R"({"type": "integer", "minimum": 0, "maximum": 4294967295})"));
     EXPECT_TRUE(schema.violations(0).empty());
@@ -81,7 +81,7 @@ TEST(SchemaTest, NumbersBeyondTheirRangeAreFound)
     EXPECT_TRUE(names(schema.violations(1.5), "<root>", "'type'"));
 }
 
-TEST(SchemaTest, AKeywordThatIsNotCheckedIsRefused)
+TEST(Schema, AKeywordThatIsNotCheckedIsRefused)
 {
     for (const char* const text :
          {R"({"prefixItems": []})", R"({"properties": {"a": {"minContains": 1}}})", R"({"items": {"typ": "string"}})",

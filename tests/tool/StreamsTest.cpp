@@ -16,7 +16,7 @@ std::string said(std::string_view text)
 
 }  // namespace
 
-TEST(StreamsTest, EachLineThatTheToolSaysBeginsWithItsName)
+TEST(Streams, EachLineThatTheToolSaysBeginsWithItsName)
 {
     EXPECT_EQ(said("one"), "trellan-update: one\n");
     EXPECT_EQ(said("one\ntwo"), "trellan-update: one\ntrellan-update: two\n");

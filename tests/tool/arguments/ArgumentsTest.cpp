@@ -15,7 +15,7 @@ const std::string here = (std::filesystem::current_path() / "").string();
 
 }  // namespace
 
-TEST(ArgumentsTest, EachCommandHasItsCodeAndTakesAnArchiveOrNone)
+TEST(Arguments, EachCommandHasItsCodeAndTakesAnArchiveOrNone)
 {
     struct {
         const char* name;
@@ -34,7 +34,7 @@ TEST(ArgumentsTest, EachCommandHasItsCodeAndTakesAnArchiveOrNone)
     }
 }
 
-TEST(ArgumentsTest, WithoutOptionsOnlyTheDescriptionFileHasAName)
+TEST(Arguments, WithoutOptionsOnlyTheDescriptionFileHasAName)
 {
     const Arguments arguments = parsed({"update", "/a"});
     EXPECT_EQ(arguments.options.descriptionFileName, "archive.json");
@@ -58,7 +58,7 @@ TEST(ArgumentsTest, WithoutOptionsOnlyTheDescriptionFileHasAName)
     EXPECT_EQ(arguments.traceFile, std::nullopt);
 }
 
-TEST(ArgumentsTest, TextOptionsFillTheirFields)
+TEST(Arguments, TextOptionsFillTheirFields)
 {
     const Arguments arguments = parsed({"compare", "/a", "--description", "other.json", "--board-types", "A, B",
                                         "--serial-numbers", "12 13", "--element-names", "UserFpga"});
@@ -68,7 +68,7 @@ TEST(ArgumentsTest, TextOptionsFillTheirFields)
     EXPECT_EQ(arguments.options.elementNames, "UserFpga");
 }
 
-TEST(ArgumentsTest, EachFlagSetsItsFieldAlone)
+TEST(Arguments, EachFlagSetsItsFieldAlone)
 {
     using ZoNTrellanUpdater::ZoTOptions;
     const std::vector<std::pair<std::string, bool ZoTOptions::*>> flags = {
@@ -89,14 +89,14 @@ TEST(ArgumentsTest, EachFlagSetsItsFieldAlone)
     }
 }
 
-TEST(ArgumentsTest, FlagsMayShareADashAndBeRepeated)
+TEST(Arguments, FlagsMayShareADashAndBeRepeated)
 {
     const Arguments arguments = parsed({"list", "-vv", "/a", "--verbose", "-hv"});
     EXPECT_TRUE(arguments.help);
     EXPECT_TRUE(parsed({"list", "-vv", "/a", "--verbose"}).options.verbose);
 }
 
-TEST(ArgumentsTest, OptionsMayStandAnywhereAndTakeTheirValueAfterAnEqualsSign)
+TEST(Arguments, OptionsMayStandAnywhereAndTakeTheirValueAfterAnEqualsSign)
 {
     const Arguments arguments = parsed({"--no-progress", "--target=/t", "update", "--force", "--board-types=A=B",
                                         "--exclude=3", "/a", "--exclude", "0"});
@@ -108,7 +108,7 @@ TEST(ArgumentsTest, OptionsMayStandAnywhereAndTakeTheirValueAfterAnEqualsSign)
     EXPECT_EQ(arguments.excluded, (std::vector<std::uint32_t>{3, 0}));
 }
 
-TEST(ArgumentsTest, EveryCommandTakesEveryOptionAndNotesThoseThatHaveNoMeaningForIt)
+TEST(Arguments, EveryCommandTakesEveryOptionAndNotesThoseThatHaveNoMeaningForIt)
 {
     const std::vector<std::string> options = {"--description",
                                               "d",
@@ -160,7 +160,7 @@ TEST(ArgumentsTest, EveryCommandTakesEveryOptionAndNotesThoseThatHaveNoMeaningFo
     }
 }
 
-TEST(ArgumentsTest, AnOptionWithoutAMeaningChangesNothing)
+TEST(Arguments, AnOptionWithoutAMeaningChangesNothing)
 {
     const Arguments arguments = parsed(
         {"version", "--description", "d", "--board-types", "b", "--force", "-v", "--exclude", "1", "--target", "/t"});
@@ -172,13 +172,13 @@ TEST(ArgumentsTest, AnOptionWithoutAMeaningChangesNothing)
     EXPECT_EQ(arguments.targetFile, std::nullopt);
 }
 
-TEST(ArgumentsTest, AnOptionThatIsRepeatedIsNotedOnce)
+TEST(Arguments, AnOptionThatIsRepeatedIsNotedOnce)
 {
     EXPECT_EQ(parsed({"version", "--exclude", "1", "--exclude", "2"}).notes,
               std::vector<std::string>{"note: --exclude has no meaning for version"});
 }
 
-TEST(ArgumentsTest, AnEmptyValueIsAValue)
+TEST(Arguments, AnEmptyValueIsAValue)
 {
     EXPECT_EQ(parsed({"list", "--description", "", "/a"}).options.descriptionFileName, "");
     const Arguments arguments = parsed({"list", "--description=", "/a"});
@@ -186,7 +186,7 @@ TEST(ArgumentsTest, AnEmptyValueIsAValue)
     EXPECT_EQ(arguments.options.archivePath, "/a");
 }
 
-TEST(ArgumentsTest, AValueBehindAnEqualsSignMayBeginOrEndWithAnything)
+TEST(Arguments, AValueBehindAnEqualsSignMayBeginOrEndWithAnything)
 {
     const Arguments arguments =
         parsed({"compare", "/a", "--description=--force", "--board-types=-v",
@@ -201,7 +201,7 @@ TEST(ArgumentsTest, AValueBehindAnEqualsSignMayBeginOrEndWithAnything)
     EXPECT_FALSE(arguments.options.verbose);
 }
 
-TEST(ArgumentsTest, ValuesAreTakenAsTheyStand)
+TEST(Arguments, ValuesAreTakenAsTheyStand)
 {
     EXPECT_EQ(parsed({"scan", "--board-types", "[A,B]"}).options.boardTypes, "[A,B]");
     EXPECT_EQ(parsed({"scan", "--board-types", "-"}).options.boardTypes, "-");
@@ -209,7 +209,7 @@ TEST(ArgumentsTest, ValuesAreTakenAsTheyStand)
     EXPECT_EQ(parsed({"list", "/list"}).options.archivePath, "/list");
 }
 
-TEST(ArgumentsTest, PathsBecomeAbsolute)
+TEST(Arguments, PathsBecomeAbsolute)
 {
     const Arguments arguments = parsed({"update", "archive", "--target", "t.json", "--trace=../trace"});
     EXPECT_EQ(arguments.options.archivePath, here + "archive");
@@ -217,12 +217,12 @@ TEST(ArgumentsTest, PathsBecomeAbsolute)
     EXPECT_EQ(arguments.traceFile, here + "../trace");
 }
 
-TEST(ArgumentsTest, AnArchiveMayHaveTheNameOfACommand)
+TEST(Arguments, AnArchiveMayHaveTheNameOfACommand)
 {
     EXPECT_EQ(parsed({"describe", "list"}).options.archivePath, here + "list");
 }
 
-TEST(ArgumentsTest, AnArchiveMayBeginWithADashAfterTwoDashes)
+TEST(Arguments, AnArchiveMayBeginWithADashAfterTwoDashes)
 {
     const Arguments arguments = parsed({"update", "--force", "--", "--verbose"});
     EXPECT_EQ(arguments.options.archivePath, here + "--verbose");
@@ -230,7 +230,7 @@ TEST(ArgumentsTest, AnArchiveMayBeginWithADashAfterTwoDashes)
     EXPECT_FALSE(arguments.options.verbose);
 }
 
-TEST(ArgumentsTest, JsonIsAFlagOfTheCommandsThatHaveADocument)
+TEST(Arguments, JsonIsAFlagOfTheCommandsThatHaveADocument)
 {
     EXPECT_TRUE(parsed({"list", "/a", "--json"}).json);
     EXPECT_TRUE(parsed({"installed", "--json"}).json);

@@ -84,27 +84,27 @@ void expectPrinted(const std::vector<std::string>& words, const std::string& tex
 
 }  // namespace
 
-TEST(HelpTest, ListsTheCommands)
+TEST(Help, ListsTheCommands)
 {
     expectPrinted({"--help"}, toolHelpText);
     expectPrinted({"-h"}, toolHelpText);
     expectPrinted({"help"}, toolHelpText);
 }
 
-TEST(HelpTest, OfACommandShowsTheOptionsThatHaveAMeaningForIt)
+TEST(Help, OfACommandShowsTheOptionsThatHaveAMeaningForIt)
 {
     expectPrinted({"compare", "--help"}, compareHelpText);
     expectPrinted({"-h", "compare"}, compareHelpText);
     expectPrinted({"help", "compare"}, compareHelpText);
 }
 
-TEST(HelpTest, AnswersWhateverElseIsOnTheCommandLine)
+TEST(Help, AnswersWhateverElseIsOnTheCommandLine)
 {
     expectPrinted({"compare", "/a", "/b", "--exclude", "x", "--help"}, compareHelpText);
     expectPrinted({"--version", "--help"}, toolHelpText);
 }
 
-TEST(HelpTest, EachCommandHasSome)
+TEST(Help, EachCommandHasSome)
 {
     for (const std::string command : {"version", "archive-version", "list", "describe", "installed", "scan", "compare",
                                       "update", "reboot-support", "history", "help"}) {
@@ -114,7 +114,7 @@ TEST(HelpTest, EachCommandHasSome)
     }
 }
 
-TEST(HelpTest, WithoutArgumentsTheCommandsAndAnExampleGoToStandardError)
+TEST(Help, WithoutArgumentsTheCommandsAndAnExampleGoToStandardError)
 {
     const RunResult result = ran({});
     EXPECT_EQ(result.status, 2);
@@ -136,7 +136,7 @@ trellan-update: see trellan-update help COMMAND for its options
 )");
 }
 
-TEST(HelpTest, TheToolTellsItsVersion)
+TEST(Help, TheToolTellsItsVersion)
 {
     expectPrinted({"--version"}, "trellan-update 1.0.0\n");
     expectPrinted({"list", "--version"}, "trellan-update 1.0.0\n");

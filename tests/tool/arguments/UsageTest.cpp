@@ -16,13 +16,13 @@ void expectRefused(const std::vector<std::string>& words, const std::string& mes
 
 }  // namespace
 
-TEST(UsageTest, ACommandIsNeeded)
+TEST(Usage, ACommandIsNeeded)
 {
     expectRefused({"--force"}, "a command is missing");
     expectRefused({"--"}, "a command is missing");
 }
 
-TEST(UsageTest, AnUnknownCommandIsNamed)
+TEST(Usage, AnUnknownCommandIsNamed)
 {
     expectRefused({"upgrade"}, "'upgrade' is no command");
     expectRefused({"Update", "/a"}, "'Update' is no command");
@@ -31,7 +31,7 @@ TEST(UsageTest, AnUnknownCommandIsNamed)
     expectRefused({"upgrade", "--help"}, "'upgrade' is no command");
 }
 
-TEST(UsageTest, AnUnknownOptionIsNamed)
+TEST(Usage, AnUnknownOptionIsNamed)
 {
     expectRefused({"update", "/a", "--forces"}, "'--forces' is no option");
     expectRefused({"update", "/a", "--forc"}, "'--forc' is no option");
@@ -44,7 +44,7 @@ TEST(UsageTest, AnUnknownOptionIsNamed)
     expectRefused({"list", "-v-", "/a"}, "'-v-' is no option");
 }
 
-TEST(UsageTest, AFlagTakesNoValue)
+TEST(Usage, AFlagTakesNoValue)
 {
     for (const std::string flag : {"--verbose", "--force", "--no-progress", "--configuration",
                                    "--disable-custom-elements", "--no-check", "--json", "--help", "--version"}) {
@@ -55,7 +55,7 @@ TEST(UsageTest, AFlagTakesNoValue)
     EXPECT_TRUE(parsed({"list", "--", "--force=2"}).options.archivePath.ends_with("/--force=2"));
 }
 
-TEST(UsageTest, AMissingArchiveIsNamed)
+TEST(Usage, AMissingArchiveIsNamed)
 {
     for (const char* const command : {"archive-version", "list", "describe", "compare", "update"}) {
         expectRefused({command}, "ARCHIVE is required");
@@ -64,12 +64,12 @@ TEST(UsageTest, AMissingArchiveIsNamed)
     expectRefused({"update", "--exclude", "3"}, "ARCHIVE is required");
 }
 
-TEST(UsageTest, AnEmptyArchiveIsRefused)
+TEST(Usage, AnEmptyArchiveIsRefused)
 {
     expectRefused({"update", ""}, "ARCHIVE: the path is empty");
 }
 
-TEST(UsageTest, TheFirstSuperfluousArgumentIsNamed)
+TEST(Usage, TheFirstSuperfluousArgumentIsNamed)
 {
     for (const char* const command : {"version", "installed", "scan", "reboot-support"}) {
         expectRefused({command, "/a"}, "unexpected argument '/a'");
@@ -81,7 +81,7 @@ TEST(UsageTest, TheFirstSuperfluousArgumentIsNamed)
     expectRefused({"help", "list", "scan"}, "unexpected argument 'scan'");
 }
 
-TEST(UsageTest, AnIndexIsAnUnsigned32BitDecimal)
+TEST(Usage, AnIndexIsAnUnsigned32BitDecimal)
 {
     for (const std::string text : {"+1", "x", "1x", "0x1", "1.0", " 1", "4294967296", "99999999999999999999", "[1]"}) {
         expectRefused({"update", "/a", "--exclude", text}, "--exclude: '" + text + "' is no index (0 to 4294967295)");
@@ -91,7 +91,7 @@ TEST(UsageTest, AnIndexIsAnUnsigned32BitDecimal)
     expectRefused({"update", "/a", "--exclude="}, "--exclude: '' is no index (0 to 4294967295)");
 }
 
-TEST(UsageTest, AForgottenValueIsNotTakenFromTheNextOption)
+TEST(Usage, AForgottenValueIsNotTakenFromTheNextOption)
 {
     expectRefused({"update", "/a", "--board-types", "--force"}, "--board-types: a value is expected, not '--force'");
     expectRefused({"update", "/a", "--target", "-v"}, "--target: a value is expected, not '-v'");
@@ -103,7 +103,7 @@ TEST(UsageTest, AForgottenValueIsNotTakenFromTheNextOption)
                   "--board-types: a value is expected, not '--force=2'");
 }
 
-TEST(UsageTest, AnOptionNeedsItsValue)
+TEST(Usage, AnOptionNeedsItsValue)
 {
     expectRefused({"update", "/a", "--description"}, "--description: a value is expected (NAME)");
     expectRefused({"update", "/a", "--board-types"}, "--board-types: a value is expected (LIST)");
@@ -112,7 +112,7 @@ TEST(UsageTest, AnOptionNeedsItsValue)
     expectRefused({"version", "--trace"}, "--trace: a value is expected (FILE)");
 }
 
-TEST(UsageTest, OnlyExcludeMayBeRepeatedWithAnotherValue)
+TEST(Usage, OnlyExcludeMayBeRepeatedWithAnotherValue)
 {
     for (const std::string option :
          {"--description", "--board-types", "--serial-numbers", "--element-names", "--target", "--trace"}) {
@@ -120,13 +120,13 @@ TEST(UsageTest, OnlyExcludeMayBeRepeatedWithAnotherValue)
     }
 }
 
-TEST(UsageTest, TargetAndTraceAreFiles)
+TEST(Usage, TargetAndTraceAreFiles)
 {
     expectRefused({"scan", "--target", ""}, "--target: the path is empty");
     expectRefused({"scan", "--trace="}, "--trace: the path is empty");
 }
 
-TEST(UsageTest, JsonBelongsToTheCommandsThatHaveADocument)
+TEST(Usage, JsonBelongsToTheCommandsThatHaveADocument)
 {
     expectRefused({"help", "--json"}, "--json does not go with help");
     expectRefused({"describe", "/a", "--json"}, "--json does not go with describe");

@@ -93,7 +93,7 @@ TEST(BeforeUpdate, AWarningIsSaidAndTheUpdateGoesOn)
     EXPECT_NE(result.err.find("[control-character]\n"), std::string::npos) << result.err;
 }
 
-TEST(DryRunTest, TellsEachPhaseWithVersionsAndDowngrades)
+TEST(DryRun, TellsEachPhaseWithVersionsAndDowngrades)
 {
     const SimulatedTarget target(device());
     const TestArchive archive(contents(9));
@@ -110,7 +110,7 @@ TEST(DryRunTest, TellsEachPhaseWithVersionsAndDowngrades)
     EXPECT_FALSE(wasLocked(target));
 }
 
-TEST(DryRunTest, GivesADocumentWithCountsPhasesAndOptions)
+TEST(DryRun, GivesADocumentWithCountsPhasesAndOptions)
 {
     const SimulatedTarget target(device());
     const TestArchive archive(contents(9));
@@ -128,7 +128,7 @@ TEST(DryRunTest, GivesADocumentWithCountsPhasesAndOptions)
     EXPECT_EQ(document["options"]["force"], true);
 }
 
-TEST(DryRunTest, RefusesWhatAnUpdateRefuses)
+TEST(DryRun, RefusesWhatAnUpdateRefuses)
 {
     const SimulatedTarget target(device());
     const TestArchive partial(description({fileEntry("a.bin", {{"checksumCrc32", 9}})}));
@@ -151,7 +151,7 @@ TEST(DryRunTest, RefusesWhatAnUpdateRefuses)
     EXPECT_FALSE(wasLocked(target));
 }
 
-TEST(DryRunTest, NamesWhatHasNoFileWhereTheTargetIsRefused)
+TEST(DryRun, NamesWhatHasNoFileWhereTheTargetIsRefused)
 {
     const SimulatedTarget target(device());
     const TestArchive partial(description({fileEntry("a.bin", {{"checksumCrc32", 9}})}));
@@ -166,7 +166,7 @@ TEST(DryRunTest, NamesWhatHasNoFileWhereTheTargetIsRefused)
         << result.out;
 }
 
-TEST(DryRunTest, EndsWith10WhereAskedForAndSomethingWouldBeUpdated)
+TEST(DryRun, EndsWith10WhereAskedForAndSomethingWouldBeUpdated)
 {
     const SimulatedTarget target(device());
     const TestArchive archive(contents(9));

@@ -43,20 +43,20 @@ using Names = std::vector<std::string>;
 
 }  // namespace
 
-TEST(FilteringTest, TakesASerialNumberAsItIsDisplayed)
+TEST(Filtering, TakesASerialNumberAsItIsDisplayed)
 {
     const SimulatedTarget target(twoBoards());
     EXPECT_EQ(namesWith({"--serial-numbers", "16(1)"}), (Names{"UserFirmware", "UserFpga"}));
 }
 
-TEST(FilteringTest, TakesAllElementsThatShowADisplayedType)
+TEST(Filtering, TakesAllElementsThatShowADisplayedType)
 {
     const SimulatedTarget target(twoBoards());
     EXPECT_EQ(namesWith({"--element-names", "Firmware"}), (Names{"UserFirmware", "CnFirmware"}));
     EXPECT_EQ(namesWith({"--element-names", "Firmware", "--serial-numbers", "4711"}), (Names{"CnFirmware"}));
 }
 
-TEST(FilteringTest, TakesAnElementNamedAsOthersAreDisplayedAndThoseOthers)
+TEST(Filtering, TakesAnElementNamedAsOthersAreDisplayedAndThoseOthers)
 {
     ordered_json document = twoBoards();
     document["tree"]["items"][1]["items"][0]["items"][0]["parameters"]["NAME"] = "Firmware";
@@ -64,7 +64,7 @@ TEST(FilteringTest, TakesAnElementNamedAsOthersAreDisplayedAndThoseOthers)
     EXPECT_EQ(namesWith({"--element-names", "Firmware"}), (Names{"UserFirmware", "Firmware"}));
 }
 
-TEST(FilteringTest, ScansOnceWhereEachNameSelectsSomething)
+TEST(Filtering, ScansOnceWhereEachNameSelectsSomething)
 {
     const SimulatedTarget target(twoBoards());
     EXPECT_EQ(namesWith({"--element-names", "UserFpga,CnFirmware", "--serial-numbers", "4711,16777232"}),
@@ -72,7 +72,7 @@ TEST(FilteringTest, ScansOnceWhereEachNameSelectsSomething)
     EXPECT_EQ(scansIn(target), 1);
 }
 
-TEST(FilteringTest, NamesWhatSelectsNothingAndPrintsTheLibrarysTextOnce)
+TEST(Filtering, NamesWhatSelectsNothingAndPrintsTheLibrarysTextOnce)
 {
     const SimulatedTarget target(twoBoards());
     const RunResult result = ran({"installed", "--board-types", "CN7210,XX", "--serial-numbers", "16"});
@@ -83,7 +83,7 @@ TEST(FilteringTest, NamesWhatSelectsNothingAndPrintsTheLibrarysTextOnce)
     EXPECT_EQ(result.out.find("Device Update Tool"), result.out.rfind("Device Update Tool"));
 }
 
-TEST(FilteringTest, NamesNoSerialNumberOfABoardThatHasNone)
+TEST(Filtering, NamesNoSerialNumberOfABoardThatHasNone)
 {
     ordered_json document = twoBoards();
     document["tree"]["items"][1]["parameters"]["PRODUCT/SERIAL_NUMBER"] = 0;
@@ -93,14 +93,14 @@ TEST(FilteringTest, NamesNoSerialNumberOfABoardThatHasNone)
     EXPECT_EQ(namesWith({"--serial-numbers", "0"}), (Names{"CnFirmware"}));
 }
 
-TEST(FilteringTest, SaysNothingOfANameThatOnlyAnotherFilterLeavesOut)
+TEST(Filtering, SaysNothingOfANameThatOnlyAnotherFilterLeavesOut)
 {
     const SimulatedTarget target(twoBoards());
     const RunResult result = ran({"installed", "--board-types", "CN7210", "--element-names", "UserFpga"});
     EXPECT_EQ(result.err, "");
 }
 
-TEST(FilteringTest, EndsAnUpdateOfNothingWith5BeforeTheTargetIsLocked)
+TEST(Filtering, EndsAnUpdateOfNothingWith5BeforeTheTargetIsLocked)
 {
     const SimulatedTarget target(twoBoards());
     const TestArchive archive(description({}));
@@ -114,7 +114,7 @@ TEST(FilteringTest, EndsAnUpdateOfNothingWith5BeforeTheTargetIsLocked)
         std::none_of(calls.begin(), calls.end(), [](const ordered_json& call) { return call["call"] == "lock"; }));
 }
 
-TEST(FilteringTest, IsTheLibrarysAloneWhereNothingIsChecked)
+TEST(Filtering, IsTheLibrarysAloneWhereNothingIsChecked)
 {
     const SimulatedTarget target(twoBoards());
     EXPECT_EQ(namesWith({"--no-check", "--element-names", "Firmware"}), Names());
@@ -125,7 +125,7 @@ TEST(FilteringTest, IsTheLibrarysAloneWhereNothingIsChecked)
     EXPECT_EQ(result.err, "");
 }
 
-TEST(FilteringTest, KeepsAFilteredOutTargetsNewFileFromBeingWritten)
+TEST(Filtering, KeepsAFilteredOutTargetsNewFileFromBeingWritten)
 {
     ordered_json document = twoBoards();
     document["tree"]["items"][1]["items"][0]["items"].push_back(

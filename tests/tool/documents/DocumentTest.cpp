@@ -121,7 +121,7 @@ ordered_json twoFiles()
 
 }  // namespace
 
-TEST(DocumentTest, InstalledAndScanGiveTheTargetsElements)
+TEST(Document, InstalledAndScanGiveTheTargetsElements)
 {
     const SimulatedTarget target(device());
     const ordered_json elements = {fpgaElement(), tuningElement()};
@@ -131,7 +131,7 @@ TEST(DocumentTest, InstalledAndScanGiveTheTargetsElements)
               ordered_json({{"schemaVersion", 1}, {"command", "scan"}, {"elements", elements}}));
 }
 
-TEST(DocumentTest, CompareGivesTheElementsWithTheirFiles)
+TEST(Document, CompareGivesTheElementsWithTheirFiles)
 {
     const SimulatedTarget target(device());
     const TestArchive archive(twoFiles());
@@ -155,7 +155,7 @@ TEST(DocumentTest, CompareGivesTheElementsWithTheirFiles)
               ordered_json({{"schemaVersion", 1}, {"command", "compare"}, {"elements", {fpga, tuning}}}));
 }
 
-TEST(DocumentTest, AnExcludedElementIsDisabled)
+TEST(Document, AnExcludedElementIsDisabled)
 {
     const SimulatedTarget target(device());
     const ordered_json document = documentOf({"scan", "--json", "--exclude", "1"});
@@ -163,7 +163,7 @@ TEST(DocumentTest, AnExcludedElementIsDisabled)
     EXPECT_EQ(document["elements"][1]["disabled"], true);
 }
 
-TEST(DocumentTest, AnExcludedElementKeepsItsPhase)
+TEST(Document, AnExcludedElementKeepsItsPhase)
 {
     const SimulatedTarget target(device());
     const TestArchive archive(
@@ -177,7 +177,7 @@ TEST(DocumentTest, AnExcludedElementKeepsItsPhase)
     }
 }
 
-TEST(DocumentTest, ListGivesTheArchiveAndItsFiles)
+TEST(Document, ListGivesTheArchiveAndItsFiles)
 {
     const TestArchive archive(twoFiles());
     EXPECT_EQ(
@@ -194,7 +194,7 @@ TEST(DocumentTest, ListGivesTheArchiveAndItsFiles)
              {"files", {{{"name", "other.bin"}, {"version", "1.0"}}, {{"name", "fpga.bin"}, {"version", "2.3.4"}}}}}));
 }
 
-TEST(DocumentTest, NothingIsAnEmptyList)
+TEST(Document, NothingIsAnEmptyList)
 {
     const SimulatedTarget empty(target({item("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}})}));
     EXPECT_EQ(documentOf({"scan", "--json"}),
@@ -203,7 +203,7 @@ TEST(DocumentTest, NothingIsAnEmptyList)
     EXPECT_EQ(documentOf({"list", archive.path(), "--json"})["files"], ordered_json::array());
 }
 
-TEST(DocumentTest, TheLibrarysTextGoesToStandardError)
+TEST(Document, TheLibrarysTextGoesToStandardError)
 {
     const TestArchive archive(description({}));
     const std::string text = ran({"list", archive.path(), "--json"}).err;
@@ -214,7 +214,7 @@ TEST(DocumentTest, TheLibrarysTextGoesToStandardError)
         << text;
 }
 
-TEST(DocumentTest, AnArchiveThatCannotBeReadIsAnErrorWithWhatWasSaid)
+TEST(Document, AnArchiveThatCannotBeReadIsAnErrorWithWhatWasSaid)
 {
     const TestArchive archive(std::string("{}"));
     for (const char* const command : {"archive-version", "list", "compare"}) {
@@ -230,7 +230,7 @@ TEST(DocumentTest, AnArchiveThatCannotBeReadIsAnErrorWithWhatWasSaid)
     }
 }
 
-TEST(DocumentTest, VersionsAreThoseThatArePrinted)
+TEST(Document, VersionsAreThoseThatArePrinted)
 {
     EXPECT_EQ(documentOf({"version", "--json"}),
               ordered_json({{"schemaVersion", 1}, {"command", "version"}, {"version", "1.0"}}));
@@ -239,7 +239,7 @@ TEST(DocumentTest, VersionsAreThoseThatArePrinted)
               ordered_json({{"schemaVersion", 1}, {"command", "archive-version"}, {"version", "2.3.4"}}));
 }
 
-TEST(DocumentTest, RebootSupportIsToldWithItsState)
+TEST(Document, RebootSupportIsToldWithItsState)
 {
     const SimulatedTarget target(device());
     const RunResult result = ran({"reboot-support", "--json"});
@@ -248,7 +248,7 @@ TEST(DocumentTest, RebootSupportIsToldWithItsState)
               ordered_json({{"schemaVersion", 1}, {"command", "reboot-support"}, {"supported", false}, {"state", 1}}));
 }
 
-TEST(DocumentTest, AFileHasATargetPathAndNoId)
+TEST(Document, AFileHasATargetPathAndNoId)
 {
     const SimulatedTarget flash(
         target({board("CN", {{"PRODUCT/BOARD_TYPE", "CN7210"}, {"PRODUCT/ID", 5}},
@@ -258,14 +258,14 @@ TEST(DocumentTest, AFileHasATargetPathAndNoId)
     EXPECT_EQ(document["elements"][0]["keys"]["targetPath"], "a/b.cfg");
 }
 
-TEST(DocumentTest, ALowerVersionIsADowngrade)
+TEST(Document, ALowerVersionIsADowngrade)
 {
     const SimulatedTarget target(device());
     const TestArchive archive(description({fileEntry("fpga.bin", {{"boardVariant", "X"}, {"version", "1.4"}})}));
     EXPECT_EQ(documentOf({"compare", archive.path(), "--json"})["elements"][0]["downgrade"], true);
 }
 
-TEST(DocumentTest, EachStateBeforeAnUpdateHasItsName)
+TEST(Document, EachStateBeforeAnUpdateHasItsName)
 {
     const SimulatedTarget target(device());
     const TestArchive archive(description({fileEntry("fpga.bin", {{"boardVariant", "X"}, {"checksumCrc32", 8}}),

@@ -5,7 +5,7 @@
 
 using TrellanTool::Sha256;
 
-TEST(Sha256Test, GivesTheDigestOfAllThatWasAdded)
+TEST(Sha256, GivesTheDigestOfAllThatWasAdded)
 {
     Sha256 sha256;
     EXPECT_EQ(sha256.digest(), "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");

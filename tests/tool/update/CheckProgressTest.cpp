@@ -26,7 +26,7 @@ std::string shown(bool atTerminal, std::chrono::milliseconds time)
 
 }  // namespace
 
-TEST(CheckProgressTest, IsShownAfterASecondAndClearedAtTheEnd)
+TEST(CheckProgress, IsShownAfterASecondAndClearedAtTheEnd)
 {
     EXPECT_EQ(shown(true, 1000ms),
               "\rtrellan-update: checking the files: 50 %"
@@ -34,7 +34,7 @@ TEST(CheckProgressTest, IsShownAfterASecondAndClearedAtTheEnd)
               "\r                                             \r");
 }
 
-TEST(CheckProgressTest, IsNotShownOfAShortCheckOrElsewhere)
+TEST(CheckProgress, IsNotShownOfAShortCheckOrElsewhere)
 {
     EXPECT_EQ(shown(true, 499ms), "");
     EXPECT_EQ(shown(false, 5000ms), "");

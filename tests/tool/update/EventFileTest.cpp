@@ -17,10 +17,10 @@ using TrellanTool::EventFile;
 
 namespace {
 
-class EventFileTest : public testing::Test {
+class EventFiles : public testing::Test {
 protected:
-    EventFileTest() { std::signal(SIGPIPE, SIG_IGN); }
-    ~EventFileTest() override { std::signal(SIGPIPE, SIG_DFL); }
+    EventFiles() { std::signal(SIGPIPE, SIG_IGN); }
+    ~EventFiles() override { std::signal(SIGPIPE, SIG_DFL); }
 
     std::string pathOf(const char* name) const { return (folder.path() / name).string(); }
 
@@ -55,7 +55,7 @@ private:
 
 }  // namespace
 
-TEST_F(EventFileTest, IsMadeAndGetsALineForEachEvent)
+TEST_F(EventFiles, IsMadeAndGetsALineForEachEvent)
 {
     EventFile file(pathOf("events"));
     file.append("one", true);
@@ -64,14 +64,14 @@ TEST_F(EventFileTest, IsMadeAndGetsALineForEachEvent)
     EXPECT_EQ(file.takeFault(), "");
 }
 
-TEST_F(EventFileTest, KeepsWhatIsThere)
+TEST_F(EventFiles, KeepsWhatIsThere)
 {
     folder.write("events", "earlier\n");
     EventFile(pathOf("events")).append("line", false);
     EXPECT_EQ(readText(pathOf("events")), "earlier\nline\n");
 }
 
-TEST_F(EventFileTest, BeginsOnALineOfItsOwnBehindATornOne)
+TEST_F(EventFiles, BeginsOnALineOfItsOwnBehindATornOne)
 {
     folder.write("events", "earlier\n{\"tim");
     EventFile file(pathOf("events"));
@@ -80,7 +80,7 @@ TEST_F(EventFileTest, BeginsOnALineOfItsOwnBehindATornOne)
     EXPECT_EQ(readText(pathOf("events")), "earlier\n{\"tim\none\ntwo\n");
 }
 
-TEST_F(EventFileTest, IsWrittenWithOthersAtTheSameTimeWithoutMixingLines)
+TEST_F(EventFiles, IsWrittenWithOthersAtTheSameTimeWithoutMixingLines)
 {
     const std::string longLine(10000, 'x');
     const auto write = [&] {
@@ -101,7 +101,7 @@ TEST_F(EventFileTest, IsWrittenWithOthersAtTheSameTimeWithoutMixingLines)
     EXPECT_EQ(whole, 400);
 }
 
-TEST_F(EventFileTest, NamesOnceWhyItCannotBeOpened)
+TEST_F(EventFiles, NamesOnceWhyItCannotBeOpened)
 {
     EventFile file(folder.path().string());
     file.append("one", true);
@@ -111,7 +111,7 @@ TEST_F(EventFileTest, NamesOnceWhyItCannotBeOpened)
     EXPECT_EQ(file.takeFault(), "");
 }
 
-TEST_F(EventFileTest, NamesOnceThatTheMediumIsFull)
+TEST_F(EventFiles, NamesOnceThatTheMediumIsFull)
 {
     EventFile file("/dev/full");
     EXPECT_EQ(file.takeFault(), "");
@@ -122,7 +122,7 @@ TEST_F(EventFileTest, NamesOnceThatTheMediumIsFull)
     EXPECT_EQ(file.takeFault(), "");
 }
 
-TEST_F(EventFileTest, GoesOnWithAWholeLineOnceAFullMediumHasRoomAgain)
+TEST_F(EventFiles, GoesOnWithAWholeLineOnceAFullMediumHasRoomAgain)
 {
     EventFile file(pathOf("events"));
     file.append("one", false);
@@ -136,7 +136,7 @@ TEST_F(EventFileTest, GoesOnWithAWholeLineOnceAFullMediumHasRoomAgain)
               "events cannot be written to " + pathOf("events") + ": File too large; the update goes on without them");
 }
 
-TEST_F(EventFileTest, DoesNotWaitForTheReaderOfAPipe)
+TEST_F(EventFiles, DoesNotWaitForTheReaderOfAPipe)
 {
     const std::string path = pipe();
     EventFile file(path);
@@ -145,7 +145,7 @@ TEST_F(EventFileTest, DoesNotWaitForTheReaderOfAPipe)
               "events cannot be written to " + path + ": nobody reads it; the update goes on without them");
 }
 
-TEST_F(EventFileTest, GivesAPipesReaderEachLine)
+TEST_F(EventFiles, GivesAPipesReaderEachLine)
 {
     const std::string path = pipe();
     const int reader = ::open(path.c_str(), O_RDONLY | O_NONBLOCK);
@@ -158,7 +158,7 @@ TEST_F(EventFileTest, GivesAPipesReaderEachLine)
     ::close(reader);
 }
 
-TEST_F(EventFileTest, NamesAReaderThatGoesAway)
+TEST_F(EventFiles, NamesAReaderThatGoesAway)
 {
     const std::string path = pipe();
     const int reader = ::open(path.c_str(), O_RDONLY | O_NONBLOCK);
@@ -169,7 +169,7 @@ TEST_F(EventFileTest, NamesAReaderThatGoesAway)
               "events cannot be written to " + path + ": Broken pipe; the update goes on without them");
 }
 
-TEST_F(EventFileTest, WaitsForASlowReaderOfALongLine)
+TEST_F(EventFiles, WaitsForASlowReaderOfALongLine)
 {
     const std::string path = pipe();
     const int reader = ::open(path.c_str(), O_RDONLY | O_NONBLOCK);
@@ -193,7 +193,7 @@ TEST_F(EventFileTest, WaitsForASlowReaderOfALongLine)
     ::close(reader);
 }
 
-TEST_F(EventFileTest, GivesAReaderThatTakesNothingASecondInAll)
+TEST_F(EventFiles, GivesAReaderThatTakesNothingASecondInAll)
 {
     const std::string path = pipe();
     const int reader = ::open(path.c_str(), O_RDONLY | O_NONBLOCK);

@@ -18,7 +18,7 @@ using TrellanTool::UpdateElement;
 
 namespace {
 
-class EventLogTest : public testing::Test {
+class EventLogs : public testing::Test {
 protected:
     std::string path() const { return (folder.path() / "events").string(); }
 
@@ -62,7 +62,7 @@ protected:
 
 }  // namespace
 
-TEST_F(EventLogTest, BeginsWithWhatIsUpdated)
+TEST_F(EventLogs, BeginsWithWhatIsUpdated)
 {
     log().start("/archive", "2.3.4", "/target.json", {{2, "UserFirmware", "Board, Firmware", "1.0", "2.0", 1}});
     EXPECT_THAT(events(), ElementsAre(R"({"event":"start","archive":{"path":"/archive","version":"2.3.4"},)"
@@ -70,13 +70,13 @@ TEST_F(EventLogTest, BeginsWithWhatIsUpdated)
                                       R"("elements":[{"index":2,"name":"UserFirmware","from":"1.0","to":"2.0"}]})"));
 }
 
-TEST_F(EventLogTest, KnowsNoTargetWhereNoneIsNamed)
+TEST_F(EventLogs, KnowsNoTargetWhereNoneIsNamed)
 {
     log().start("/archive", "1.0", std::nullopt, {});
     EXPECT_TRUE(lines().at(0).at("target").is_null());
 }
 
-TEST_F(EventLogTest, TellsEachKindOfEvent)
+TEST_F(EventLogs, TellsEachKindOfEvent)
 {
     EventLog events_(path(), [](const std::string&) {});
     events_.start("/archive", "1.0", std::nullopt, threeElements());
@@ -95,7 +95,7 @@ TEST_F(EventLogTest, TellsEachKindOfEvent)
                             R"("elements":[{"index":4,"state":"failed"}]})"));
 }
 
-TEST_F(EventLogTest, NamesTheResultOfEachExitStatus)
+TEST_F(EventLogs, NamesTheResultOfEachExitStatus)
 {
     EventLog events_(path(), [](const std::string&) {});
     events_.start("/archive", "1.0", std::nullopt, {});
@@ -110,7 +110,7 @@ TEST_F(EventLogTest, NamesTheResultOfEachExitStatus)
                                      "interrupted", "interrupted", "interrupted"));
 }
 
-TEST_F(EventLogTest, TellsProgressWhereThePercentageHasChanged)
+TEST_F(EventLogs, TellsProgressWhereThePercentageHasChanged)
 {
     EventLog events_(path(), [](const std::string&) {});
     events_.start("/archive", "1.0", std::nullopt, threeElements());
@@ -134,7 +134,7 @@ TEST_F(EventLogTest, TellsProgressWhereThePercentageHasChanged)
                                       R"({"event":"progress","phase":1,"percent":100,"overall":100})"));
 }
 
-TEST_F(EventLogTest, MarksAllLinesOfARunAlikeAndThoseOfAnotherDifferently)
+TEST_F(EventLogs, MarksAllLinesOfARunAlikeAndThoseOfAnotherDifferently)
 {
     for (int i = 0; i < 2; ++i) {
         EventLog events_(path(), [](const std::string&) {});
@@ -148,7 +148,7 @@ TEST_F(EventLogTest, MarksAllLinesOfARunAlikeAndThoseOfAnotherDifferently)
     EXPECT_NE(all[1]["run"], all[2]["run"]);
 }
 
-TEST_F(EventLogTest, TellsTheTimeInUtcWithMilliseconds)
+TEST_F(EventLogs, TellsTheTimeInUtcWithMilliseconds)
 {
     const std::string before = TrellanTool::utcText(std::chrono::system_clock::now());
     log().start("/archive", "1.0", std::nullopt, {});
@@ -158,14 +158,14 @@ TEST_F(EventLogTest, TellsTheTimeInUtcWithMilliseconds)
     EXPECT_LE(time, after);
 }
 
-TEST_F(EventLogTest, ReplacesBytesThatAreNotUtf8)
+TEST_F(EventLogs, ReplacesBytesThatAreNotUtf8)
 {
     log().start("/archive\xFF", "1.0", std::nullopt, {{0, "Name\xC3", "", "", "", 0}});
     EXPECT_EQ(lines().at(0).at("archive").at("path"), "/archive\xEF\xBF\xBD");
     EXPECT_EQ(lines().at(0).at("elements").at(0).at("name"), "Name\xEF\xBF\xBD");
 }
 
-TEST_F(EventLogTest, KeepsATextWithLineEndsOnOneLine)
+TEST_F(EventLogs, KeepsATextWithLineEndsOnOneLine)
 {
     EventLog events_(path(), [](const std::string&) {});
     events_.start("/archive", "1.0", std::nullopt, {});
@@ -173,7 +173,7 @@ TEST_F(EventLogTest, KeepsATextWithLineEndsOnOneLine)
     EXPECT_EQ(lines().at(1).at("text"), "two\nlines");
 }
 
-TEST_F(EventLogTest, WritesNothingBeforeTheStart)
+TEST_F(EventLogs, WritesNothingBeforeTheStart)
 {
     EventLog events_(path(), [](const std::string&) {});
     events_.message("early");
@@ -181,7 +181,7 @@ TEST_F(EventLogTest, WritesNothingBeforeTheStart)
     EXPECT_EQ(readText(path()), "");
 }
 
-TEST_F(EventLogTest, GoesNowhereWithoutAFile)
+TEST_F(EventLogs, GoesNowhereWithoutAFile)
 {
     EventLog events_(std::nullopt, [this](const std::string& text) { said.push_back(text); });
     events_.start("/archive", "1.0", std::nullopt, threeElements());
@@ -190,7 +190,7 @@ TEST_F(EventLogTest, GoesNowhereWithoutAFile)
     EXPECT_THAT(said, ElementsAre());
 }
 
-TEST_F(EventLogTest, SaysOnceThatEventsCannotBeWritten)
+TEST_F(EventLogs, SaysOnceThatEventsCannotBeWritten)
 {
     EventLog events_("/dev/full", [this](const std::string& text) { said.push_back(text); });
     events_.start("/archive", "1.0", std::nullopt, threeElements());
@@ -203,7 +203,7 @@ TEST_F(EventLogTest, SaysOnceThatEventsCannotBeWritten)
 }
 
 // The signal comes on a thread that must not speak.
-TEST_F(EventLogTest, SaysAtTheNextEventThatASignalCouldNotBeWritten)
+TEST_F(EventLogs, SaysAtTheNextEventThatASignalCouldNotBeWritten)
 {
     EventLog events_(folder.path() / "absent" / "events", [this](const std::string& text) { said.push_back(text); });
     events_.signal("SIGINT");

@@ -37,7 +37,7 @@ ordered_json historyRuns(const History& history)
     return runs;
 }
 
-class HistoryTest : public testing::Test {
+class Histories : public testing::Test {
 protected:
     History read(const std::string& events) const { return readHistory(folder.write("events", events).string()); }
 
@@ -46,14 +46,14 @@ protected:
 
 }  // namespace
 
-TEST_F(HistoryTest, OfARunSaysWhatWasUpdatedAndHowItEnded)
+TEST_F(Histories, OfARunSaysWhatWasUpdatedAndHowItEnded)
 {
     const History history = read(start + phase0 + phase1 + failed);
     EXPECT_THAT(history.complaints, ElementsAre());
     EXPECT_EQ(historyText(history), "2024-05-01T10:00:00.000Z  /fw (2.3): updated UserFirmware 1.0 -> 2.0: failed\n");
 }
 
-TEST_F(HistoryTest, GivesTheRunsAsValues)
+TEST_F(Histories, GivesTheRunsAsValues)
 {
     EXPECT_EQ(historyRuns(read(start + phase0 + phase1 + failed)).dump(),
               R"([{"run":"a","time":"2024-05-01T10:00:00.000Z","archive":{"path":"/fw","version":"2.3"},)"
@@ -63,7 +63,7 @@ TEST_F(HistoryTest, GivesTheRunsAsValues)
               R"("errors":[{"code":5,"text":"verify"}]}]}])");
 }
 
-TEST_F(HistoryTest, ShowsARunWithoutResultAsInterruptedInThePhaseThatItHadReached)
+TEST_F(Histories, ShowsARunWithoutResultAsInterruptedInThePhaseThatItHadReached)
 {
     const History history = read(start + phase0 + phase1);
     EXPECT_EQ(historyText(history),
@@ -76,14 +76,14 @@ TEST_F(HistoryTest, ShowsARunWithoutResultAsInterruptedInThePhaseThatItHadReache
               R"({"index":4,"name":"UserFpga","from":"","to":"3.1","state":null,"errors":[]}]}])");
 }
 
-TEST_F(HistoryTest, ShowsARunThatReachedNoPhase)
+TEST_F(Histories, ShowsARunThatReachedNoPhase)
 {
     const History history = read(start);
     EXPECT_THAT(historyText(history), testing::EndsWith(": interrupted before the first phase\n"));
     EXPECT_TRUE(historyRuns(history).at(0).at("phase").is_null());
 }
 
-TEST_F(HistoryTest, KeepsRunsApartWhoseLinesMix)
+TEST_F(Histories, KeepsRunsApartWhoseLinesMix)
 {
     const std::string other =
         R"({"time":"2024-05-01T11:00:00.000Z","run":"b","event":"start","archive":{"path":"/new","version":""},)"
@@ -97,28 +97,28 @@ TEST_F(HistoryTest, KeepsRunsApartWhoseLinesMix)
               "2024-05-01T11:00:00.000Z  /new: nothing updated: success\n");
 }
 
-TEST_F(HistoryTest, SkipsATornLine)
+TEST_F(Histories, SkipsATornLine)
 {
     const History history = read(start + R"({"time":"2024-05-01T1)" + "\n" + failed);
     EXPECT_THAT(history.complaints, ElementsAre("line 2 is torn, and is skipped"));
     EXPECT_EQ(historyRuns(history).at(0).at("result"), "failed");
 }
 
-TEST_F(HistoryTest, SkipsATornLastLine)
+TEST_F(Histories, SkipsATornLastLine)
 {
     const History history = read(start + phase0 + phase1.substr(0, 40));
     EXPECT_THAT(history.complaints, ElementsAre("line 3 is torn, and is skipped"));
     EXPECT_EQ(historyRuns(history).at(0).at("phase"), 0);
 }
 
-TEST_F(HistoryTest, TakesALastLineThatLacksItsEndAlone)
+TEST_F(Histories, TakesALastLineThatLacksItsEndAlone)
 {
     const History history = read(start + phase0.substr(0, phase0.size() - 1));
     EXPECT_THAT(history.complaints, ElementsAre());
     EXPECT_EQ(historyRuns(history).at(0).at("phase"), 0);
 }
 
-TEST_F(HistoryTest, KnowsARunWhoseStartIsTorn)
+TEST_F(Histories, KnowsARunWhoseStartIsTorn)
 {
     const History history = read(start.substr(20) + phase1 + failed);
     EXPECT_EQ(historyText(history),
@@ -126,7 +126,7 @@ TEST_F(HistoryTest, KnowsARunWhoseStartIsTorn)
     EXPECT_TRUE(historyRuns(history).at(0).at("archive").is_null());
 }
 
-TEST_F(HistoryTest, SkipsWhatIsNoEvent)
+TEST_F(Histories, SkipsWhatIsNoEvent)
 {
     for (const char* const line : {
              "42",
@@ -147,21 +147,21 @@ TEST_F(HistoryTest, SkipsWhatIsNoEvent)
     }
 }
 
-TEST_F(HistoryTest, LeavesARunAsItWasWhereAnEventOfItIsNone)
+TEST_F(Histories, LeavesARunAsItWasWhereAnEventOfItIsNone)
 {
     const std::string wrong = R"({"time":"t","run":"a","event":"result","result":"success","elements":[{"index":1}]})"
                               "\n";
     EXPECT_THAT(historyText(read(start + wrong)), testing::EndsWith(": interrupted before the first phase\n"));
 }
 
-TEST_F(HistoryTest, PassesOverEventsThatItDoesNotKnowAndBlankLines)
+TEST_F(Histories, PassesOverEventsThatItDoesNotKnowAndBlankLines)
 {
     const History history = read("\n" + start + "\n" + R"({"time":"t","run":"a","event":"later","x":1})" + "\n");
     EXPECT_THAT(history.complaints, ElementsAre());
     EXPECT_EQ(history.runs.size(), 1U);
 }
 
-TEST_F(HistoryTest, KeepsARunOnOneLineWhateverItsTextsHold)
+TEST_F(Histories, KeepsARunOnOneLineWhateverItsTextsHold)
 {
     EXPECT_EQ(historyText(read(R"({"time":"t","run":"a","event":"start","archive":{"path":"/a\nb\r","version":""},)"
                                R"("elements":[]})"
@@ -169,13 +169,13 @@ TEST_F(HistoryTest, KeepsARunOnOneLineWhateverItsTextsHold)
               "t  /a b : nothing updated: interrupted before the first phase\n");
 }
 
-TEST_F(HistoryTest, OfAnEmptyFileHasNoRuns)
+TEST_F(Histories, OfAnEmptyFileHasNoRuns)
 {
     EXPECT_EQ(historyText(read("")), "");
     EXPECT_EQ(historyRuns(read("")).dump(), "[]");
 }
 
-TEST_F(HistoryTest, IsRefusedWhereTheFileCannotBeRead)
+TEST_F(Histories, IsRefusedWhereTheFileCannotBeRead)
 {
     const auto reasonFor = [](const std::string& path) -> std::string {
         try {

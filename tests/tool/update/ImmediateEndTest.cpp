@@ -12,9 +12,9 @@ using TrellanTool::LastWords;
 
 namespace {
 
-class ImmediateEndTest : public testing::Test {
+class ImmediateEnds : public testing::Test {
 protected:
-    ImmediateEndTest()
+    ImmediateEnds()
     {
         for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
             std::signal(signal, SIG_DFL);
@@ -35,14 +35,14 @@ void endBy(int signal)
 
 }  // namespace
 
-TEST_F(ImmediateEndTest, TellsTheSignalAndEndsWith128AndItsNumber)
+TEST_F(ImmediateEnds, TellsTheSignalAndEndsWith128AndItsNumber)
 {
     EXPECT_EXIT(endBy(SIGHUP), testing::ExitedWithCode(129), "^ended by SIGHUP\n$");
     EXPECT_EXIT(endBy(SIGINT), testing::ExitedWithCode(130), "^ended by SIGINT\n$");
     EXPECT_EXIT(endBy(SIGTERM), testing::ExitedWithCode(143), "^ended by SIGTERM\n$");
 }
 
-TEST_F(ImmediateEndTest, WritesItsDocumentToStandardOutput)
+TEST_F(ImmediateEnds, WritesItsDocumentToStandardOutput)
 {
     const auto end = [] {
         ::dup2(STDERR_FILENO, STDOUT_FILENO);
@@ -52,7 +52,7 @@ TEST_F(ImmediateEndTest, WritesItsDocumentToStandardOutput)
     EXPECT_EXIT(end(), testing::ExitedWithCode(130), "^\\{\\}\n$");
 }
 
-TEST_F(ImmediateEndTest, IsReachedWithoutATerminalToTellItTo)
+TEST_F(ImmediateEnds, IsReachedWithoutATerminalToTellItTo)
 {
     const auto end = [] {
         ::close(STDERR_FILENO);
@@ -61,7 +61,7 @@ TEST_F(ImmediateEndTest, IsReachedWithoutATerminalToTellItTo)
     EXPECT_EXIT(end(), testing::ExitedWithCode(129), "");
 }
 
-TEST_F(ImmediateEndTest, LeavesAnIgnoredSignalIgnored)
+TEST_F(ImmediateEnds, LeavesAnIgnoredSignalIgnored)
 {
     const auto end = [] {
         std::signal(SIGHUP, SIG_IGN);
@@ -71,7 +71,7 @@ TEST_F(ImmediateEndTest, LeavesAnIgnoredSignalIgnored)
     EXPECT_EXIT(end(), testing::ExitedWithCode(7), "");
 }
 
-TEST_F(ImmediateEndTest, IsOverAtTheEndOfItsScope)
+TEST_F(ImmediateEnds, IsOverAtTheEndOfItsScope)
 {
     const auto end = [] {
         {
@@ -82,7 +82,7 @@ TEST_F(ImmediateEndTest, IsOverAtTheEndOfItsScope)
     EXPECT_EXIT(end(), testing::KilledBySignal(SIGINT), "");
 }
 
-TEST_F(ImmediateEndTest, PutsNothingBackThatWasChangedMeanwhile)
+TEST_F(ImmediateEnds, PutsNothingBackThatWasChangedMeanwhile)
 {
     const auto end = [] {
         {

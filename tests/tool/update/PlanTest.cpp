@@ -29,9 +29,9 @@ ordered_json contents()
                         fileEntry("b.bin", {{"id", 2}, {"version", "2.0"}, {"checksumCrc32", 8}})});
 }
 
-class PlanTest : public testing::Test {
+class Plans : public testing::Test {
 protected:
-    PlanTest() : target(plannedDevice()), archive(contents())
+    Plans() : target(plannedDevice()), archive(contents())
     {
         archive.addFile("a.bin", "new firmware");
         archive.addFile("b.bin", "new fpga");
@@ -71,7 +71,7 @@ protected:
 
 }  // namespace
 
-TEST_F(PlanTest, ThatHoldsIsCarriedOut)
+TEST_F(Plans, ThatHoldsIsCarriedOut)
 {
     EXPECT_EQ(updated(plan).status, 0);
     const std::vector<ordered_json> calls = target.trace();
@@ -80,19 +80,19 @@ TEST_F(PlanTest, ThatHoldsIsCarriedOut)
         2);
 }
 
-TEST_F(PlanTest, HoldsWhateverItsBlanks)
+TEST_F(Plans, HoldsWhateverItsBlanks)
 {
     EXPECT_EQ(updated(ordered_json::parse(plan).dump()).status, 0);
 }
 
-TEST_F(PlanTest, ThatIsNotThereIsNamed)
+TEST_F(Plans, ThatIsNotThereIsNamed)
 {
     const std::string absent = (folder.path() / "absent.json").string();
     expectRefused(ran({"update", archive.path(), "--no-check", "--plan", absent}),
                   "the plan " + absent + " cannot be read: No such file or directory");
 }
 
-TEST_F(PlanTest, ThatIsNoPlanIsNamed)
+TEST_F(Plans, ThatIsNoPlanIsNamed)
 {
     expectRefused(updated("not JSON"), "is no JSON document");
     expectRefused(updated("[]"), "is no document of update --dry-run --json");
@@ -100,13 +100,13 @@ TEST_F(PlanTest, ThatIsNoPlanIsNamed)
                   "is no document of update --dry-run --json");
 }
 
-TEST_F(PlanTest, ThatIsCutShortIsNamed)
+TEST_F(Plans, ThatIsCutShortIsNamed)
 {
     expectRefused(updated(plan.substr(0, plan.size() / 2)), "is cut short");
     expectRefused(updated(""), "is cut short");
 }
 
-TEST_F(PlanTest, ThatWasEditedIsNamed)
+TEST_F(Plans, ThatWasEditedIsNamed)
 {
     ordered_json edited = ordered_json::parse(plan);
     edited["elements"][1]["state"] = "upToDate";
@@ -119,14 +119,14 @@ TEST_F(PlanTest, ThatWasEditedIsNamed)
     expectRefused(updated(edited.dump()), "was changed since it was written");
 }
 
-TEST_F(PlanTest, OfAnotherSchemaVersionIsNamed)
+TEST_F(Plans, OfAnotherSchemaVersionIsNamed)
 {
     ordered_json newer = ordered_json::parse(plan);
     newer["schemaVersion"] = 2;
     expectRefused(updated(newer.dump()), "has schema version 2, and this tool knows version 1 alone");
 }
 
-TEST_F(PlanTest, OfAnUpdateThatWasRefusedIsNamed)
+TEST_F(Plans, OfAnUpdateThatWasRefusedIsNamed)
 {
     const TestArchive partial(description({fileEntry("a.bin", {{"checksumCrc32", 9}})}));
     const RunResult refused = ran({"update", partial.path(), "--dry-run", "--json", "--no-check"});
@@ -134,19 +134,19 @@ TEST_F(PlanTest, OfAnUpdateThatWasRefusedIsNamed)
     expectRefused(updated(refused.out), "is of an update that was refused");
 }
 
-TEST_F(PlanTest, DoesNotHoldForAnotherInstalledVersion)
+TEST_F(Plans, DoesNotHoldForAnotherInstalledVersion)
 {
     replaceTarget(plannedDevice("1.1"));
     expectRefused(updated(plan), R"(KR5120, SN 815, Firmware: installedVersion was "1.0" in the plan, and is "1.1")");
 }
 
-TEST_F(PlanTest, DoesNotHoldForAnotherInstalledChecksum)
+TEST_F(Plans, DoesNotHoldForAnotherInstalledChecksum)
 {
     replaceTarget(plannedDevice("1.0", 7));
     expectRefused(updated(plan), "KR5120, SN 815, Firmware: installedChecksum was 1 in the plan, and is 7");
 }
 
-TEST_F(PlanTest, DoesNotHoldForOtherElements)
+TEST_F(Plans, DoesNotHoldForOtherElements)
 {
     ordered_json fewer = plannedDevice();
     fewer["tree"]["items"][0]["items"][0]["items"].erase(1);
@@ -158,13 +158,13 @@ TEST_F(PlanTest, DoesNotHoldForOtherElements)
     expectRefused(updated(plan), R"(displayName was "KR5120, SN 815, Firmware" in the plan)");
 }
 
-TEST_F(PlanTest, DoesNotHoldForAnotherDescription)
+TEST_F(Plans, DoesNotHoldForAnotherDescription)
 {
     writeText(archive.path() + "/archive.json", contents().dump(1));
     expectRefused(updated(plan), "the archive's description is another one than in the plan");
 }
 
-TEST_F(PlanTest, DoesNotHoldForAnotherArchiveVersion)
+TEST_F(Plans, DoesNotHoldForAnotherArchiveVersion)
 {
     ordered_json other = contents();
     other["info"]["archiveVersion"] = "2.3.5";
@@ -172,7 +172,7 @@ TEST_F(PlanTest, DoesNotHoldForAnotherArchiveVersion)
     expectRefused(updated(plan), R"(the archive's version was "2.3.4" in the plan, and is "2.3.5")");
 }
 
-TEST_F(PlanTest, DoesNotHoldForOtherFilesAndPhases)
+TEST_F(Plans, DoesNotHoldForOtherFilesAndPhases)
 {
     ordered_json other = contents();
     other["files"][0]["sequence"] = 5;
@@ -183,14 +183,14 @@ TEST_F(PlanTest, DoesNotHoldForOtherFilesAndPhases)
     expectRefused(result, "Firmware: phase was 0 in the plan, and is 1");
 }
 
-TEST_F(PlanTest, DoesNotHoldForOtherFiltersAndFlags)
+TEST_F(Plans, DoesNotHoldForOtherFiltersAndFlags)
 {
     expectRefused(updated(plan, {"--force"}), "--force was false in the plan, and is true");
     expectRefused(updated(plan, {"--element-names", "UserFirmware,UserFpga"}), R"(--element-names was "" in the plan)");
     expectRefused(updated(plan, {"--exclude", "1"}), "--exclude was [] in the plan, and is [1]");
 }
 
-TEST_F(PlanTest, MayBeWrittenOnceMoreWhereItHolds)
+TEST_F(Plans, MayBeWrittenOnceMoreWhereItHolds)
 {
     EXPECT_EQ(updated(plan, {"--dry-run", "--json"}).out, plan);
 }

@@ -16,15 +16,15 @@ using TrellanTool::SignalWatch;
 
 namespace {
 
-class SignalWatchTest : public testing::Test {
+class SignalWatches : public testing::Test {
 protected:
-    SignalWatchTest()
+    SignalWatches()
     {
         for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
             std::signal(signal, SIG_DFL);
         }
     }
-    ~SignalWatchTest() override
+    ~SignalWatches() override
     {
         for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
             std::signal(signal, SIG_DFL);
@@ -64,7 +64,7 @@ private:
 
 }  // namespace
 
-TEST_F(SignalWatchTest, TellsOfEachSignalAndKeepsTheFirst)
+TEST_F(SignalWatches, TellsOfEachSignalAndKeepsTheFirst)
 {
     SignalWatch watch(TrellanTool::stopSignals(), listener(), std::nullopt);
     EXPECT_EQ(watch.firstSignal(), 0);
@@ -78,7 +78,7 @@ TEST_F(SignalWatchTest, TellsOfEachSignalAndKeepsTheFirst)
 }
 
 // The shell and what it starts inherit that they are ignored; the shell would take a mask away.
-TEST_F(SignalWatchTest, KeepsSignalsFromProgramsThatAreStartedMeanwhile)
+TEST_F(SignalWatches, KeepsSignalsFromProgramsThatAreStartedMeanwhile)
 {
     SignalWatch watch(TrellanTool::stopSignals(), listener(), std::nullopt);
     const int status = std::system(
@@ -87,7 +87,7 @@ TEST_F(SignalWatchTest, KeepsSignalsFromProgramsThatAreStartedMeanwhile)
     EXPECT_EQ(WEXITSTATUS(status), 7);
 }
 
-TEST_F(SignalWatchTest, HearsOfASignalWhileSuchAProgramRuns)
+TEST_F(SignalWatches, HearsOfASignalWhileSuchAProgramRuns)
 {
     for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
         SCOPED_TRACE(signal);
@@ -102,7 +102,7 @@ TEST_F(SignalWatchTest, HearsOfASignalWhileSuchAProgramRuns)
     }
 }
 
-TEST_F(SignalWatchTest, KnowsASignalThatCameWhileItWasBlocked)
+TEST_F(SignalWatches, KnowsASignalThatCameWhileItWasBlocked)
 {
     sigset_t blocked;
     ::sigemptyset(&blocked);
@@ -113,7 +113,7 @@ TEST_F(SignalWatchTest, KnowsASignalThatCameWhileItWasBlocked)
     ::pthread_sigmask(SIG_UNBLOCK, &blocked, nullptr);
 }
 
-TEST_F(SignalWatchTest, LeavesSignalsAloneThatWereIgnored)
+TEST_F(SignalWatches, LeavesSignalsAloneThatWereIgnored)
 {
     std::signal(SIGHUP, SIG_IGN);
     SignalWatch watch(TrellanTool::stopSignals(), listener(), std::nullopt);
@@ -122,7 +122,7 @@ TEST_F(SignalWatchTest, LeavesSignalsAloneThatWereIgnored)
     EXPECT_THAT(heard(1), ElementsAre("SIGINT"));
 }
 
-TEST_F(SignalWatchTest, LeavesTheSignalsIgnoredAtItsEnd)
+TEST_F(SignalWatches, LeavesTheSignalsIgnoredAtItsEnd)
 {
     {
         const SignalWatch watch(TrellanTool::stopSignals(), listener(), std::nullopt);
@@ -134,7 +134,7 @@ TEST_F(SignalWatchTest, LeavesTheSignalsIgnoredAtItsEnd)
     EXPECT_THAT(TrellanTool::stopSignals(), ElementsAre());
 }
 
-TEST_F(SignalWatchTest, TellsOnceThatPatienceHasEnded)
+TEST_F(SignalWatches, TellsOnceThatPatienceHasEnded)
 {
     SignalWatch watch(TrellanTool::stopSignals(), listener(), 20ms);
     EXPECT_THAT(heard(1), ElementsAre("patience has ended"));
@@ -143,13 +143,13 @@ TEST_F(SignalWatchTest, TellsOnceThatPatienceHasEnded)
     EXPECT_THAT(heard(2), ElementsAre("patience has ended", "SIGINT"));
 }
 
-TEST_F(SignalWatchTest, HasPatienceAlsoWithoutSignals)
+TEST_F(SignalWatches, HasPatienceAlsoWithoutSignals)
 {
     const SignalWatch watch({}, listener(), 20ms);
     EXPECT_THAT(heard(1), ElementsAre("patience has ended"));
 }
 
-TEST_F(SignalWatchTest, SaysNothingOfPatienceThatIsNoLongerNeeded)
+TEST_F(SignalWatches, SaysNothingOfPatienceThatIsNoLongerNeeded)
 {
     SignalWatch watch(TrellanTool::stopSignals(), listener(), 50ms);
     EXPECT_TRUE(watch.endPatience());
@@ -159,7 +159,7 @@ TEST_F(SignalWatchTest, SaysNothingOfPatienceThatIsNoLongerNeeded)
     EXPECT_THAT(heard(1), ElementsAre("SIGINT"));
 }
 
-TEST_F(SignalWatchTest, WaitsForALongTimeWithoutEnd)
+TEST_F(SignalWatches, WaitsForALongTimeWithoutEnd)
 {
     SignalWatch watch(TrellanTool::stopSignals(), listener(), std::chrono::duration<double>(1e300));
     send(SIGINT);

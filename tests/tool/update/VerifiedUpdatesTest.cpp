@@ -34,7 +34,7 @@ public:
 
 }  // namespace
 
-TEST(VerificationTest, SaysNothingWhereTheTargetHasTheFilesContent)
+TEST(VerifiedUpdates, SaysNothingWhereTheTargetHasTheFilesContent)
 {
     const SimulatedTarget target(deviceToVerify());
     const VerifiedArchive archive(contentChecksum);
@@ -46,7 +46,7 @@ TEST(VerificationTest, SaysNothingWhereTheTargetHasTheFilesContent)
     EXPECT_FALSE(document["elements"][1].contains("verified"));
 }
 
-TEST(VerificationTest, NamesWhatDoesNotHaveItsFilesContentAndEndsWith1)
+TEST(VerifiedUpdates, NamesWhatDoesNotHaveItsFilesContentAndEndsWith1)
 {
     const SimulatedTarget target(deviceToVerify());
     const VerifiedArchive archive(5);
@@ -58,7 +58,7 @@ TEST(VerificationTest, NamesWhatDoesNotHaveItsFilesContentAndEndsWith1)
         "trellan-update: KR5120, SN 815, Firmware does not have its file's content: checksum 4274335913, not 5\n");
 }
 
-TEST(VerificationTest, TellsThatAnElementOnlyBecomesActiveAfterARestart)
+TEST(VerifiedUpdates, TellsThatAnElementOnlyBecomesActiveAfterARestart)
 {
     const SimulatedTarget target(deviceToVerify(0));
     const VerifiedArchive archive(5);

@@ -60,7 +60,7 @@ unsigned startedUpdates(const SimulatedTarget& device)
 
 }  // namespace
 
-TEST(RunTest, VersionPrintsTheVersionAlone)
+TEST(RunTool, VersionPrintsTheVersionAlone)
 {
     const RunResult result = ran({"version"});
     EXPECT_EQ(result.status, 0);
@@ -68,7 +68,7 @@ TEST(RunTest, VersionPrintsTheVersionAlone)
     EXPECT_EQ(result.err, "");
 }
 
-TEST(RunTest, ArchiveVersionIsReadFromTheNamedDescription)
+TEST(RunTool, ArchiveVersionIsReadFromTheNamedDescription)
 {
     const TestArchive archive(description({}));
     const RunResult result = ran({"archive-version", archive.path(), "--description", "archive.json"});
@@ -76,7 +76,7 @@ TEST(RunTest, ArchiveVersionIsReadFromTheNamedDescription)
     EXPECT_EQ(result.out, "2.3.4\n");
 }
 
-TEST(RunTest, AnUnreadableArchiveEndsWith3)
+TEST(RunTool, AnUnreadableArchiveEndsWith3)
 {
     const TestArchive archive(std::string("not JSON"));
     const RunResult result = ran({"archive-version", archive.path()});
@@ -86,7 +86,7 @@ TEST(RunTest, AnUnreadableArchiveEndsWith3)
                               "ERROR: Failed to read firmware archive.\n");
 }
 
-TEST(RunTest, AFolderForADescriptionIsCalledOne)
+TEST(RunTool, AFolderForADescriptionIsCalledOne)
 {
     const TestArchive archive(description({}));
     const RunResult result = ran({"archive-version", archive.path(), "--description", "."});
@@ -96,7 +96,7 @@ TEST(RunTest, AFolderForADescriptionIsCalledOne)
     EXPECT_EQ(ran({"archive-version", archive.path(), "--description", "nothing.json"}).err, "");
 }
 
-TEST(RunTest, AnUnsupportedTargetEndsWith4AndIsNotUpdated)
+TEST(RunTool, AnUnsupportedTargetEndsWith4AndIsNotUpdated)
 {
     const SimulatedTarget device(twoElements());
     TestArchive archive(description({fileEntry("firmware.bin", {{"id", 1}, {"version", "2.0"}})}));
@@ -107,7 +107,7 @@ TEST(RunTest, AnUnsupportedTargetEndsWith4AndIsNotUpdated)
     EXPECT_EQ(startedUpdates(device), 0u);
 }
 
-TEST(RunTest, ASuccessfulUpdateEndsWith0)
+TEST(RunTool, ASuccessfulUpdateEndsWith0)
 {
     const SimulatedTarget device(twoElements());
     const CompleteArchive archive;
@@ -117,7 +117,7 @@ TEST(RunTest, ASuccessfulUpdateEndsWith0)
     EXPECT_EQ(startedUpdates(device), 2u);
 }
 
-TEST(RunTest, AFailedUpdateEndsWith1)
+TEST(RunTool, AFailedUpdateEndsWith1)
 {
     const SimulatedTarget device(twoElements());
     const TestArchive archive(firmwareAndFpga());
@@ -126,7 +126,7 @@ TEST(RunTest, AFailedUpdateEndsWith1)
     EXPECT_TRUE(result.out.ends_with("\n    Update incomplete due to missing files in the source folder!\n"));
 }
 
-TEST(RunTest, ExcludedElementsAreNotUpdated)
+TEST(RunTool, ExcludedElementsAreNotUpdated)
 {
     const SimulatedTarget device(twoElements());
     const CompleteArchive archive;
@@ -136,7 +136,7 @@ TEST(RunTest, ExcludedElementsAreNotUpdated)
     EXPECT_EQ(startedUpdates(device), 0u);
 }
 
-TEST(RunTest, AnIndexBeyondTheElementsGivesAWarningAndTheRunGoesOn)
+TEST(RunTool, AnIndexBeyondTheElementsGivesAWarningAndTheRunGoesOn)
 {
     const SimulatedTarget device(twoElements());
     const CompleteArchive archive;
@@ -148,7 +148,7 @@ TEST(RunTest, AnIndexBeyondTheElementsGivesAWarningAndTheRunGoesOn)
     EXPECT_EQ(startedUpdates(device), 1u);
 }
 
-TEST(RunTest, EveryCommandThatIsAboutElementsNamesAnIndexThatNoneHas)
+TEST(RunTool, EveryCommandThatIsAboutElementsNamesAnIndexThatNoneHas)
 {
     const SimulatedTarget device(twoElements());
     const CompleteArchive archive;
@@ -158,7 +158,7 @@ TEST(RunTest, EveryCommandThatIsAboutElementsNamesAnIndexThatNoneHas)
     EXPECT_EQ(ran({"compare", archive.path(), "--exclude", "1", "--exclude", "9"}).err, warning);
 }
 
-TEST(RunTest, AnOptionWithoutAMeaningForTheCommandIsNotedAndTheCommandIsCarriedOut)
+TEST(RunTool, AnOptionWithoutAMeaningForTheCommandIsNotedAndTheCommandIsCarriedOut)
 {
     const RunResult result = ran({"version", "--exclude", "1", "-v", "--target", "none", "--exclude", "x"});
     EXPECT_EQ(result.status, 0);
@@ -169,7 +169,7 @@ TEST(RunTest, AnOptionWithoutAMeaningForTheCommandIsNotedAndTheCommandIsCarriedO
               "trellan-update: note: --target has no meaning for version\n");
 }
 
-TEST(RunTest, AnUpdatesTextIsFlushedAfterEachLineEndAndCarriageReturn)
+TEST(RunTool, AnUpdatesTextIsFlushedAfterEachLineEndAndCarriageReturn)
 {
     ordered_json document = twoElements();
     document["bytesPerSecond"] = 1;
@@ -191,7 +191,7 @@ TEST(RunTest, AnUpdatesTextIsFlushedAfterEachLineEndAndCarriageReturn)
     }
 }
 
-TEST(RunTest, OtherTextIsFlushedAtTheEnd)
+TEST(RunTool, OtherTextIsFlushedAtTheEnd)
 {
     const SimulatedTarget device(twoElements());
     FlushRecorder recorder;
@@ -204,7 +204,7 @@ TEST(RunTest, OtherTextIsFlushedAtTheEnd)
         << recorder.flushed.front();
 }
 
-TEST(RunTest, RebootSupportEndsWith0WhereTheFirmwareIsNewEnough)
+TEST(RunTool, RebootSupportEndsWith0WhereTheFirmwareIsNewEnough)
 {
     const SimulatedTarget device(twoElements("23.2"));
     const RunResult result = ran({"reboot-support"});
@@ -212,7 +212,7 @@ TEST(RunTest, RebootSupportEndsWith0WhereTheFirmwareIsNewEnough)
     EXPECT_TRUE(result.out.ends_with("\n \n"));
 }
 
-TEST(RunTest, RebootSupportSaysWhyNotAndEndsWith1)
+TEST(RunTool, RebootSupportSaysWhyNotAndEndsWith1)
 {
     const SimulatedTarget device(twoElements("23.1"));
     const RunResult result = ran({"reboot-support"});
@@ -222,7 +222,7 @@ TEST(RunTest, RebootSupportSaysWhyNotAndEndsWith1)
                              "firmware version installed on this device).\n"));
 }
 
-TEST(RunTest, TargetAndTraceReachThePlatformThroughTheEnvironment)
+TEST(RunTool, TargetAndTraceReachThePlatformThroughTheEnvironment)
 {
     const SimulatedTarget device(twoElements());
     const std::string target = device.path().string();
@@ -237,7 +237,7 @@ TEST(RunTest, TargetAndTraceReachThePlatformThroughTheEnvironment)
     EXPECT_TRUE(std::filesystem::exists(trace));
 }
 
-TEST(RunTest, WithoutTheOptionsTheEnvironmentStaysAsItIs)
+TEST(RunTool, WithoutTheOptionsTheEnvironmentStaysAsItIs)
 {
     const SimulatedTarget device(twoElements());
     EXPECT_EQ(ran({"scan"}).status, 0);
