@@ -75,7 +75,6 @@ void DriveFiles::forget(const FileIdentity& file)
 {
     written.erase(file);
     named.files.erase(file);
-    ways.files.erase(file);
 }
 
 void DriveFiles::findNamed()

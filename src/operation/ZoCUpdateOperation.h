@@ -59,9 +59,10 @@ public:
     // takes the target's place. `messages` becomes what there is to tell, in order; after false its last entry is the
     // error. Refused before anything is changed: a location that leaves the drive, through ".." or a symbolic link, or
     // names no file; a path that a shell does not take literally; a pipe or a device as `file`. Refused before a file
-    // is changed: a temporary file in the place of one that an element or an entry names. A symbolic link to a folder
-    // on the drive is followed; one in the place of the target or of its temporary file is replaced. When anything
-    // fails after the copying, the temporary file is left.
+    // is changed: a temporary file in the place of one that an element or an entry names, and another path to a file
+    // that the update has written. A symbolic link to a folder on the drive is followed; one in the place of the target
+    // or of its temporary file is replaced, unless a file is named by way of it. When anything fails after the copying,
+    // the temporary file is left, unless it is not as large as `file`.
     bool writeFileSystemElement(const ZoNUpdateArchive::ZoSUpdateFile& file, const ZoCString& location,
                                 std::vector<std::string>& messages);
 

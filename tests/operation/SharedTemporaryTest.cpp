@@ -261,6 +261,25 @@ TEST_F(SharedTemporary, IsMadeInPlaceOfAFileOfTheUpdateThatAnotherProcessHasMove
     EXPECT_EQ(readText(drive() / "b"), "content of b1f2.bin");
 }
 
+TEST_F(SharedTemporary, IsNotTakenFromAFileOfAnElementThatAnotherProcessHasReplaced)
+{
+    addFileElement(2, 1, "b.tmp");
+    prepareFiles("a", "b", 2);
+    put(drive() / "a.tmp", "abandoned");
+    put(drive() / "b.tmp", "of an element");
+    element(0).disabled = true;
+    meanwhile = [&] {
+        put(drive() / "new", "of an element, newer");
+        std::filesystem::rename(drive() / "new", drive() / "b.tmp");
+    };
+    updater->setPhaseCallBack(actInTheSecondPhase);
+
+    EXPECT_FALSE(update());
+
+    EXPECT_THAT(states(), ElementsAre(NOTHING_TO_DO, FINISHED, FAILED));
+    EXPECT_EQ(readText(drive() / "b.tmp"), "of an element, newer");
+}
+
 TEST_F(SharedTemporary, MayBeThatOfTheVerySamePathTwice)
 {
     hasFlashDrive = true;
