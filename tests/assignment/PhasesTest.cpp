@@ -3,7 +3,7 @@
 
 namespace {
 
-using Numbers = std::vector<unsigned>;
+using PhaseNumbers = std::vector<unsigned>;
 
 class Phases : public AssignmentFixture {
 protected:
@@ -22,7 +22,7 @@ TEST_F(Phases, EveryDistinctSequenceIsAPhase)
         addUpdate(sequence);
     }
     assignment().makeAssignment();
-    EXPECT_EQ(phases(), (Numbers{1, 0, 1, 2}));
+    EXPECT_EQ(phases(), (PhaseNumbers{1, 0, 1, 2}));
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 3u);
 }
 
@@ -32,7 +32,7 @@ TEST_F(Phases, GapsDoNotMatter)
         addUpdate(sequence);
     }
     assignment().makeAssignment();
-    EXPECT_EQ(phases(), (Numbers{0, 0, 1, 2}));
+    EXPECT_EQ(phases(), (PhaseNumbers{0, 0, 1, 2}));
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 3u);
 }
 
@@ -42,7 +42,7 @@ TEST_F(Phases, OneSequenceIsOnePhase)
         addUpdate(sequence);
     }
     assignment().makeAssignment();
-    EXPECT_EQ(phases(), (Numbers{0, 0, 0}));
+    EXPECT_EQ(phases(), (PhaseNumbers{0, 0, 0}));
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 1u);
 }
 
@@ -52,12 +52,12 @@ TEST_F(Phases, SequencesUseAll32Bits)
         addUpdate(sequence);
     }
     assignment().makeAssignment();
-    EXPECT_EQ(phases(), (Numbers{3, 0, 2, 1}));
+    EXPECT_EQ(phases(), (PhaseNumbers{3, 0, 2, 1}));
 }
 
 TEST_F(Phases, ManyElementsInDescendingOrderAreRanked)
 {
-    Numbers expected;
+    PhaseNumbers expected;
     for (std::uint32_t i = 0; i < 200; ++i) {
         addUpdate(1000 - i / 2 * 3);
         expected.push_back(99 - i / 2);
@@ -75,7 +75,7 @@ TEST_F(Phases, DisabledElementsAndElementsWithoutAFileOpenNoPhase)
     addUpdate(2);
     addUpdate(3).disabled = true;
     assignment().makeAssignment();
-    EXPECT_EQ(phases(), (Numbers{0, 1, 0, 0, 0}));
+    EXPECT_EQ(phases(), (PhaseNumbers{0, 1, 0, 0, 0}));
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 2u);
 }
 
@@ -85,7 +85,7 @@ TEST_F(Phases, UpdatesThatAreNotRequiredOpenNoPhase)
     addUpdate(2);
     assignment().makeAssignment();
     EXPECT_TRUE(elements().front().disabled);
-    EXPECT_EQ(phases(), (Numbers{0, 0}));
+    EXPECT_EQ(phases(), (PhaseNumbers{0, 0}));
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 1u);
 }
 
@@ -95,7 +95,7 @@ TEST_F(Phases, ForcedUpdatesTakePart)
     addUpdate(2);
     addUpdate(1).version = ZoCVersion("1.0");
     assignment().makeAssignment();
-    EXPECT_EQ(phases(), (Numbers{1, 0}));
+    EXPECT_EQ(phases(), (PhaseNumbers{1, 0}));
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 2u);
 }
 
@@ -106,7 +106,7 @@ TEST_F(Phases, ElementsLeftOutKeepTheirPhase)
     disabled.phase = 42;
     addUpdate(2);
     assignment().makeAssignment();
-    EXPECT_EQ(phases(), (Numbers{42, 0}));
+    EXPECT_EQ(phases(), (PhaseNumbers{42, 0}));
 }
 
 TEST_F(Phases, NewFileSystemElementsTakePart)
@@ -115,7 +115,7 @@ TEST_F(Phases, NewFileSystemElementsTakePart)
     addUpdate(2);
     addFile({{"boardType", "T"}, {"targetPath", "/a"}, {"sequence", 1}});
     assignment().makeAssignment();
-    EXPECT_EQ(phases(), (Numbers{1, 0}));
+    EXPECT_EQ(phases(), (PhaseNumbers{1, 0}));
 }
 
 TEST_F(Phases, WithoutUpdatesThereIsNoPhase)
@@ -123,7 +123,7 @@ TEST_F(Phases, WithoutUpdatesThereIsNoPhase)
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 0u);
     addElement();
     assignment().makeAssignment();
-    EXPECT_EQ(phases(), Numbers{0});
+    EXPECT_EQ(phases(), PhaseNumbers{0});
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 0u);
     EXPECT_EQ(printed(), "");
 }
@@ -139,7 +139,7 @@ TEST_F(Phases, ComputingThemAgainCountsOnlyWhatIsStillEnabled)
     }
     assignment().computeUpdatePhase();
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 0u);
-    EXPECT_EQ(phases(), (Numbers{0, 1}));
+    EXPECT_EQ(phases(), (PhaseNumbers{0, 1}));
 }
 
 TEST_F(Phases, WithVerboseTheNumberIsPrinted)

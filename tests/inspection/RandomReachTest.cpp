@@ -103,9 +103,9 @@ private:
 };
 
 // Makes entries.
-class EntryMaker {
+class SimilarEntryMaker {
 public:
-    explicit EntryMaker(unsigned seed) : random(seed) {}
+    explicit SimilarEntryMaker(unsigned seed) : random(seed) {}
 
     // Most are like one of the last three, but for a property: so that together they may take what a later one fits.
     ordered_json make()
@@ -248,7 +248,7 @@ constexpr std::size_t archiveSize = 5;  // entries
 void compareWithTrying(unsigned seed)
 {
     constexpr std::size_t archives = 1000;
-    EntryMaker maker(seed);
+    SimilarEntryMaker maker(seed);
     std::vector<ordered_json> entries;
     for (std::size_t i = 0; i < archives * archiveSize; ++i) {
         entries.push_back(maker.make());
@@ -318,7 +318,7 @@ TEST(RandomReach, AgreesWithTryingEveryElementInTheFifthArchives)
 
 TEST(RandomReach, IsHeldAgainstTheMatchingThatAssignsFiles)
 {
-    EntryMaker maker(6);
+    SimilarEntryMaker maker(6);
     std::vector<ordered_json> entries;
     for (int i = 0; i < 60; ++i) {
         entries.push_back(maker.make());
