@@ -23,8 +23,9 @@ namespace {
 bool namesSameFile(const std::filesystem::path& left, const std::filesystem::path& right)
 {
     std::error_code fault;
-    if (std::filesystem::equivalent(left, right, fault)) {
-        return true;
+    const bool same = std::filesystem::equivalent(left, right, fault);
+    if (!fault) {
+        return same;
     }
     const auto leftPlace = std::filesystem::weakly_canonical(left, fault);
     return !fault && leftPlace == std::filesystem::weakly_canonical(right, fault) && !fault;
