@@ -9,6 +9,7 @@
 
 #include "Updating.h"
 #include "simulation/base/Resources.h"
+#include "support/Slots.h"
 
 using namespace ZoNTrellanUpdater;
 
@@ -50,24 +51,6 @@ Function* slot(ZoITrellanUpdater* object, unsigned number)
     void* const* table = nullptr;
     std::memcpy(&table, static_cast<const void*>(object), sizeof table);
     return reinterpret_cast<Function*>(table[number - 1]);
-}
-
-// The slot (from 1) that a pointer to a virtual member function encodes.
-template <class Member>
-std::ptrdiff_t slotOf(Member member)
-{
-    struct {
-        std::ptrdiff_t function;
-        std::ptrdiff_t adjustment;
-    } encoded{};
-    static_assert(sizeof member == sizeof encoded);
-    std::memcpy(&encoded, &member, sizeof encoded);
-#if defined(__aarch64__) || defined(__arm__)
-    const std::ptrdiff_t offset = encoded.function;
-#else
-    const std::ptrdiff_t offset = encoded.function - 1;
-#endif
-    return offset / static_cast<std::ptrdiff_t>(sizeof(void*)) + 1;
 }
 
 }  // namespace
