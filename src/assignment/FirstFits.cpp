@@ -27,9 +27,6 @@ constexpr Number noNumber = 0;
 constexpr std::array targetCriteria{MatchCriterion::boardType, MatchCriterion::kind, MatchCriterion::id,
                                     MatchCriterion::targetPath};
 
-constexpr std::array listedCriteria{MatchCriterion::boardVariant, MatchCriterion::boardId,
-                                    MatchCriterion::hwCompatibilityId, MatchCriterion::swCompatibilityId};
-
 static_assert(targetCriteria.size() + listedCriteria.size() == MatchCriterion::count);
 static_assert(listedCriteria.size() == listedProperties);
 

@@ -87,6 +87,10 @@ struct MatchCriterion {
 // In the order in which they are tested.
 extern const std::array<MatchCriterion, MatchCriterion::count> matchCriteria;
 
+// Those that are stated as lists, the board type aside.
+inline constexpr std::array listedCriteria{MatchCriterion::boardVariant, MatchCriterion::boardId,
+                                           MatchCriterion::hwCompatibilityId, MatchCriterion::swCompatibilityId};
+
 // Where a file states no target path, it is for this one.
 inline constexpr const char* targetPathOtherwise = "";
 

@@ -13,11 +13,6 @@
 
 namespace ZoNUpdateInspection {
 
-// The criteria that are stated as lists, the board type aside.
-inline constexpr std::array listedCriteria{
-    ZoNUpdateAssignment::MatchCriterion::boardVariant, ZoNUpdateAssignment::MatchCriterion::boardId,
-    ZoNUpdateAssignment::MatchCriterion::hwCompatibilityId, ZoNUpdateAssignment::MatchCriterion::swCompatibilityId};
-
 // What one board object of an entry decides: the first one that names a board's type. An entry without "boards" is its
 // own board object.
 struct Demand {
@@ -30,7 +25,8 @@ struct Demand {
     std::optional<std::uint32_t> id;      // of an entry that is not for the flash drive
     std::string path;                     // on the flash drive, as it is stated
     std::int32_t pathBoard;               // position in "boards" of the object that states the path; -1: the entry
-    std::array<Values, listedCriteria.size()> accepted;  // that a board can have, in ascending order
+    std::array<Values, ZoNUpdateAssignment::listedCriteria.size()>
+        accepted;  // that a board can have, in ascending order
 };
 
 // The demands of an entry, in the order of its board objects.

@@ -8,11 +8,11 @@
 #include <unordered_map>
 #include <vector>
 
-#include "inspection/Demands.h"
+#include "assignment/MatchCriteria.h"
 
 namespace ZoNUpdateInspection {
 
-inline constexpr std::size_t boxSides = listedCriteria.size();
+inline constexpr std::size_t boxSides = ZoNUpdateAssignment::listedCriteria.size();
 
 // All combinations of one number of each side. Each side is ascending, each number once; a box with an empty side has
 // nothing in it.
