@@ -69,7 +69,7 @@ public:
           out(streams.out, [this](const std::string& line) { log.message(line); }),
           err(streams.err, [this](const std::string& line) { log.message(line); }),
           signals(stopSignals()),
-          immediateEnd(signals, [this](int signal) { return wordsBeforeLock(signal); }),
+          immediateEnd(std::in_place, signals, [this](int signal) { return wordsBeforeLock(signal); }),
           session(arguments, text()),
           preparation(arguments, session)
     {
@@ -80,7 +80,7 @@ public:
         try {
             const int prepared = preparation.prepare(err.stream());
             if (arguments.dryRun) {
-                ignoreSignals(signals);
+                endWithoutDocument();
                 return tellDryRun(arguments, preparation, prepared, streams);
             }
             return prepared == SUCCESS ? update() : refuse(prepared);
@@ -104,6 +104,12 @@ private:
         return lastWords(error, document.str());
     }
 
+    // For the time in which another document is being written.
+    void endWithoutDocument()
+    {
+        immediateEnd.emplace(signals, [](int signal) { return lastWords(endedBeforeLock(signal), ""); });
+    }
+
     int refuse(int status)
     {
         ignoreSignals(signals);
@@ -116,6 +122,10 @@ private:
     int update()
     {
         elements = elementsToUpdate(session.updater(), session.inspector());
+        if (arguments.verify) {
+            verification.emplace().verified.resize(
+                session.inspector().getElementCount());  // until there is another scan
+        }
         prepareLockTimeout();
         SignalWatch watch(signals, listener(), stallTimeout());
         start(true);
@@ -145,7 +155,7 @@ private:
         std::ostringstream document;
         if (arguments.json) {
             writeUpdateDocument(document, session.updater(), session.inspector(),
-                                {preparation.findings(), &error, true});
+                                {preparation.findings(), &error, true, verified()});
         }
         lockTimeoutWords = lastWords(error.message, document.str());
         lockTimeoutOutcomes = outcomesOf(elements, session.inspector());
@@ -198,12 +208,12 @@ private:
                 if (signal != 0 && end.phase) {
                     say(err.stream(), cameInLastPhase(signal));
                 }
-                return verified(end.successful ? SUCCESS : FAILURE);
+                return afterVerification(end.successful ? SUCCESS : FAILURE);
         }
     }
 
     // The status of an update that has ended by itself with this one, once it is verified where that is asked for.
-    int verified(int status)
+    int afterVerification(int status)
     {
         if (!arguments.verify) {
             return status;
@@ -244,8 +254,12 @@ private:
         }
         const bool isError = status != SUCCESS && status != FAILURE;
         writeUpdateDocument(streams.out, session.updater(), session.inspector(),
-                            {preparation.findings(), isError ? &error : nullptr, isGivenUp,
-                             verification ? &verification->verified : nullptr});
+                            {preparation.findings(), isError ? &error : nullptr, isGivenUp, verified()});
+    }
+
+    const std::vector<std::optional<bool>>* verified() const
+    {
+        return verification ? &verification->verified : nullptr;
     }
 
     const Arguments arguments;
@@ -255,7 +269,7 @@ private:
     LineTap out;
     LineTap err;
     const std::vector<int> signals;
-    const ImmediateEnd immediateEnd;
+    std::optional<ImmediateEnd> immediateEnd;
     LibrarySession session;
     Preparation preparation;
     std::vector<UpdateElement> elements;  // to update

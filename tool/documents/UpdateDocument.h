@@ -19,8 +19,8 @@ struct UpdateKnowledge {
     const DocumentError* error = nullptr;  // null: it went through
     // Elements that are still to be updated count as not started: the update is given up before the target is locked.
     bool givenUp = false;
-    // For each element whether a later scan shows its file's content, nothing where that cannot be told; null: there
-    // was no such scan.
+    // For each element whether a later scan shows its file's content, nothing where that cannot be told; null: nobody
+    // has asked for such a scan.
     const std::vector<std::optional<bool>>* verified = nullptr;
 };
 

@@ -131,3 +131,11 @@ TEST_F(StalledRuns, AreGivenUpByTheRealClockToo)
     EXPECT_EQ(calls(device, "unlock"), 1);
     EXPECT_LE(calls(device, "updateStatus2"), 4);
 }
+
+TEST_F(StalledRuns, AreVerifiedInNothing)
+{
+    const SimulatedTarget device(stallingDevice(1000));
+    const ordered_json document = conformingDocument(updated({"--stall-timeout", "2", "--json", "--verify"}).out);
+    EXPECT_TRUE(document["elements"][0].at("verified").is_null());
+    EXPECT_TRUE(document["elements"][1].at("verified").is_null());
+}

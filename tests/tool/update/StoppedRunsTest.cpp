@@ -2,6 +2,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -235,4 +236,32 @@ TEST_F(UpdateWithoutItsPlan, GivesADocumentWhenItIsEnded)
     EXPECT_EQ(document["command"], "update");
     EXPECT_EQ(document["error"]["status"], 130);
     EXPECT_EQ(document["error"]["message"], "ended by SIGINT before the target was locked; nothing was done");
+}
+
+// Its document is longer than what a pipe holds: the tool writes, and nobody reads.
+TEST(DryRunThatIsNotRead, IsEndedAtOnceByASignal)
+{
+    const TempDir folder;
+    std::vector<ordered_json> elements;
+    for (unsigned i = 1; i <= 400; ++i) {
+        elements.push_back(updateElement(i, {{"NAME", "UserFirmware"}}));
+    }
+    folder.write("target.json", target({board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}}, elements)}).dump());
+    const TestArchive archive(description({fileEntry("a.bin")}));
+    const std::string pipe = (folder.path() / "pipe").string();
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const int reader = ::open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    RunningProcess tool(
+        "/bin/sh",
+        {"-c", "exec \"$0\" update \"$1\" --target target.json -n --json >pipe 2>text", TRELLAN_TOOL, archive.path()},
+        folder.path());
+    EXPECT_TRUE(comesTrue([&] {
+        int waiting = 0;
+        return ::ioctl(reader, FIONREAD, &waiting) == 0 && waiting >= 65536;
+    }));
+    tool.send(SIGINT);
+    EXPECT_EQ(tool.wait().status, 130);
+    EXPECT_TRUE(readText(folder.path() / "text")
+                    .ends_with("trellan-update: ended by SIGINT before the target was locked; nothing was done\n"));
+    ::close(reader);
 }
