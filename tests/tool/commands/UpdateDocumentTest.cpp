@@ -1,11 +1,12 @@
 // The document of an update after each way in which it may end; what it says before that is tested with the dry run.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <stdlib.h>
 
+#include "support/Process.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
 #include "support/TestArchive.h"
-#include "tool/CommandLine.h"
 #include "tool/JsonDocument.h"
 
 using nlohmann::ordered_json;
@@ -51,13 +52,14 @@ public:
     }
 };
 
-// The document of an update that ends with `status`.
+// The document of an update that ends with `status`, in a process of its own: the errors that it reports stay in that.
 ordered_json documentOf(const TestArchive& archive, int status, std::vector<std::string> options = {})
 {
     options.insert(options.begin(), {"update", archive.path(), "--json", "--no-progress"});
-    const RunResult result = ran(options);
-    EXPECT_EQ(result.status, status) << result.err;
-    return conformingDocument(result.out);
+    const ProcessResult result = runProcess(TRELLAN_TOOL, options, archive.path(),
+                                            {std::string("TRELLAN_TARGET=") + ::getenv("TRELLAN_TARGET")});
+    EXPECT_EQ(result.status, status) << result.errors;
+    return conformingDocument(result.output);
 }
 
 std::vector<std::string> statesIn(const ordered_json& document)
