@@ -1,6 +1,8 @@
 // Collects the paths that elements and entries name, and compares files with what is found there.
 #include "operation/DriveFiles.h"
 
+#include <filesystem>
+
 #include "assignment/ZoCUpdateAssignment.h"
 #include "base/PlatformText.h"
 #include "operation/PathChecks.h"
@@ -30,6 +32,14 @@ void forEachTargetPath(const json& entry, Take take)
             takeFrom(board);
         }
     }
+}
+
+// Of the entry itself where it is a link. Nothing where there is no such folder.
+std::optional<std::pair<FileIdentity, std::string>> placeOf(const std::string& path)
+{
+    const std::size_t name = path.rfind('/') + 1;
+    const auto folder = identityOf(path.substr(0, name), Links::followed);
+    return folder ? std::make_optional(std::pair(*folder, path.substr(name))) : std::nullopt;
 }
 
 }  // namespace
@@ -64,6 +74,16 @@ bool DriveFiles::isWrittenOtherwise(const std::string& path) const
     return identityOf(onDrive(found->second)) == file;  // another process may have moved it, or removed it
 }
 
+bool DriveFiles::isOtherUpdateFile(const std::string& path, const std::string& copied)
+{
+    if (!identityOf(onDrive(path))) {
+        return false;
+    }
+    findNamed();
+    const auto place = placeOf(onDrive(path));
+    return place && updateFiles.contains(*place) && !placesOf(copied).contains(*place);
+}
+
 void DriveFiles::noteWritten(const std::string& path)
 {
     if (const auto file = identityOf(onDrive(path))) {
@@ -95,10 +115,29 @@ void DriveFiles::findNamed()
     const ZoCUpdateArchive& archive = assignment.getArchive();
     for (const auto& file : archive.getUpdateFileList()) {
         forEachTargetPath(file.jsonEntry, [&](const std::string& path) { addNamed(path); });
-        if (const auto source = identityOf(archive.pathOf(file), Links::followed)) {
-            named.files.insert(*source);
+        const std::string source = archive.pathOf(file);
+        if (const auto found = identityOf(source, Links::followed)) {
+            named.files.insert(*found);
+            updateFiles.merge(placesOf(source));
         }
     }
+}
+
+// Those of the update file and, where it is a link, of the file that it leads to.
+std::set<DriveFiles::Place> DriveFiles::placesOf(const std::string& source)
+{
+    std::set<Place> places;
+    const auto add = [&](const std::string& path) {
+        if (const auto place = placeOf(path)) {
+            places.insert(*place);
+        }
+    };
+    add(source);
+    if (isSymbolicLink(source)) {
+        std::error_code error;
+        add(std::filesystem::canonical(source, error).string());
+    }
+    return places;
 }
 
 void DriveFiles::addNamed(const std::string& path)

@@ -8,6 +8,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "base/FileIdentity.h"
 
@@ -28,6 +29,10 @@ public:
     // True when the update has written the file at `path`, by another spelling of it.
     bool isWrittenOtherwise(const std::string& path) const;
 
+    // True when at `path` there is an update file of the archive, or the file to which one links; false for that which
+    // is copied, whose path `copied` is a whole one: its content stays what it is.
+    bool isOtherUpdateFile(const std::string& path, const std::string& copied);
+
     // The update has written the file at `path`.
     void noteWritten(const std::string& path);
 
@@ -43,6 +48,9 @@ private:
         std::set<ZoNUpdateBase::FileIdentity> files;
     };
 
+    using Place = std::pair<ZoNUpdateBase::FileIdentity, std::string>;  // a folder, and a name in it
+
+    static std::set<Place> placesOf(const std::string& source);
     void findNamed();
     void addNamed(const std::string& path);
     void addWay(std::string folder);
@@ -52,4 +60,5 @@ private:
     bool namedAreKnown = false;
     Named named;
     Named ways;  // folders on the way to them
+    std::set<Place> updateFiles;
 };

@@ -100,13 +100,15 @@ private:
     }
 
     // No file may be lost that elements or entries name: behind a link in the target's place, written by this update to
-    // the same place by another path, or in the temporary file's place. Nor the one that is copied.
+    // the same place by another path, or in the temporary file's place. Nor the one that is copied, nor another one of
+    // an archive on the drive, in whose place a later copy would find this one.
     bool checkPlaces()
     {
         const auto old = identityOf(temporary.path());
         const bool isCopied = old && old == identityOf(source, Links::followed);
         if (isCopied || driveFiles.isNeeded(location + std::string(temporaryEnding)) ||
-            driveFiles.isWrittenOtherwise(location) || driveFiles.isNeededLink(location)) {
+            driveFiles.isWrittenOtherwise(location) || driveFiles.isNeededLink(location) ||
+            driveFiles.isOtherUpdateFile(location, source)) {
             return failToWrite(EEXIST);
         }
         return true;
