@@ -40,7 +40,7 @@ void TargetFile::install(Element& element, const UpdateContent& content)
     Json& parameters = (*element.item)["parameters"];
     const auto set = [&](const char* name, const Json& value) {
         Json& parameter = parameters[name];
-        if (parameter != value) {
+        if (parameter != value || parameter.type() != value.type()) {  // 1.0 equals 1, but is no value of a parameter
             parameter = value;
             element.changes[name] = value;
             changed = true;

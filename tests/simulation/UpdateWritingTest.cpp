@@ -183,6 +183,14 @@ TEST(UpdateSession, KeepsWhatAFileDoesNotCarry)
     EXPECT_EQ(device.element().dump(), R"({"VERSION":"1.0","ID":1,"VALID":1,"CHECKSUM_CRC32":7})");
 }
 
+// A floating-point number is no value of these parameters, whatever it is equal to.
+TEST(UpdateSession, WritesWholeNumbersInThePlaceOfOthersThatAreEqual)
+{
+    const ElementDevice device({{"ID", 1}, {"VALID", 1.0}, {"CHECKSUM_CRC32", 3421780262.0}});
+    update(device);
+    EXPECT_EQ(device.element().dump(), R"({"ID":1,"VALID":1,"CHECKSUM_CRC32":3421780262})");
+}
+
 TEST(UpdateSession, LeavesTheFileAloneWhenNothingHasChanged)
 {
     const ElementDevice device({{"ID", 1}, {"VALID", 1}, {"CHECKSUM_CRC32", 3421780262}});
