@@ -54,10 +54,6 @@ void addListed(Members& members, const ZoTUpdateElement& element)
     members.add("installedVersion", element.installedVersion);
     members.add("custom", element.custom);
     members.add("disabled", element.disabled);
-}
-
-void addListedFile(Members& members, const ZoTUpdateElement& element)
-{
     members.add("phase", element.phase);
     members.add("hasUpdateFile", element.hasUpdateFile);
     members.add("updateFileIndex", element.updateFileIndex);
@@ -107,9 +103,6 @@ ordered_json ElementRecords::at(unsigned index) const
     const ZoTElement& element = inspector.getElement(index);
     Members members;
     addListed(members, list[index]);
-    if (withFiles) {
-        addListedFile(members, list[index]);
-    }
     members.add("name", element.name);
     members.add("keys", keysOf(inspector.getElementKeys(index)));
     members.add("installedChecksum", valueOrNull(element.hasInstalledChecksum, element.installedChecksum));

@@ -15,7 +15,7 @@ public:
 
     unsigned count() const { return size; }
 
-    // What the document says of the element with this index: what the updater's list gives, its name, keys and
+    // What the document says of the element with this index: all that the updater's list gives, its name, keys and
     // checksums, with files its state, and where it was to be updated its errors.
     nlohmann::ordered_json at(unsigned index) const;
 

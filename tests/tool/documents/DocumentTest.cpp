@@ -78,6 +78,11 @@ ordered_json fpgaElement()
             {"installedVersion", "1.5"},
             {"custom", false},
             {"disabled", false},
+            {"phase", 0},
+            {"hasUpdateFile", false},
+            {"updateFileIndex", -1},
+            {"availableVersion", ""},
+            {"checksumDiffers", false},
             {"name", "UserFpga"},
             {"keys", keys(1)},
             {"installedChecksum", 7}};
@@ -99,18 +104,11 @@ ordered_json tuningElement()
     return element;
 }
 
-// The element as compare shows it, where the members of a file stand before the name.
-ordered_json compared(const ordered_json& element, const ordered_json& listed, const ordered_json& known)
+// The element with more members, or other values.
+ordered_json with(ordered_json element, const ordered_json& members)
 {
-    ordered_json result = ordered_json::object();
-    for (const auto& [name, value] : element.items()) {
-        if (name == "name") {
-            result.update(listed);
-        }
-        result[name] = value;
-    }
-    result.update(known);
-    return result;
+    element.update(members);
+    return element;
 }
 
 ordered_json twoFiles()
@@ -135,22 +133,17 @@ TEST(Document, CompareGivesTheElementsWithTheirFiles)
 {
     const SimulatedTarget target(device());
     const TestArchive archive(twoFiles());
-    const ordered_json fpga =
-        compared(fpgaElement(),
-                 {{"phase", 0},
-                  {"hasUpdateFile", true},
-                  {"updateFileIndex", 1},
-                  {"availableVersion", "2.3.4"},
-                  {"checksumDiffers", true}},
-                 {{"updateFile", "fpga.bin"}, {"availableChecksum", 8}, {"downgrade", false}, {"state", "blocked"}});
+    const ordered_json fpga = with(fpgaElement(), {{"hasUpdateFile", true},
+                                                   {"updateFileIndex", 1},
+                                                   {"availableVersion", "2.3.4"},
+                                                   {"checksumDiffers", true},
+                                                   {"updateFile", "fpga.bin"},
+                                                   {"availableChecksum", 8},
+                                                   {"downgrade", false},
+                                                   {"state", "blocked"}});
     const ordered_json tuning =
-        compared(tuningElement(),
-                 {{"phase", 0},
-                  {"hasUpdateFile", false},
-                  {"updateFileIndex", -1},
-                  {"availableVersion", ""},
-                  {"checksumDiffers", false}},
-                 {{"updateFile", nullptr}, {"availableChecksum", nullptr}, {"downgrade", false}, {"state", "noFile"}});
+        with(tuningElement(),
+             {{"updateFile", nullptr}, {"availableChecksum", nullptr}, {"downgrade", false}, {"state", "noFile"}});
     EXPECT_EQ(documentOf({"compare", archive.path(), "--json"}),
               ordered_json({{"schemaVersion", 1}, {"command", "compare"}, {"elements", {fpga, tuning}}}));
 }
