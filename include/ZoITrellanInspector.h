@@ -144,12 +144,26 @@ enum class ZoTSeverity : std::uint32_t { ERROR = 0, WARNING = 1, NOTE = 2 };
 struct ZoTFinding {
     std::string rule;  // its name, such as "missing-file"
     ZoTSeverity severity;
-    std::int32_t entry;   // position in "files" of the description, as ZoTFile::entry; -1: about no entry
-    std::int32_t board;   // position in "boards" of the entry; -1: about no board object
-    std::string name;     // of the entry's update file
-    std::string pointer;  // JSON Pointer to the member that is meant
-    std::string message;  // one sentence: what is wrong, and what to do about it
+    std::int32_t entry;    // position in "files" of the description, as ZoTFile::entry; -1: about no entry
+    std::int32_t board;    // position in "boards" of the entry; -1: about no board object
+    std::string name;      // of the entry's update file
+    std::string pointer;   // JSON Pointer to the member or object that is meant
+    std::string message;   // one sentence: what is wrong, and what to do about it
+    bool isInDescription;  // false: nothing in the description is meant, and there is no pointer
+    std::vector<std::uint32_t> coveredBy;  // of "unreachable" and "overlap": the entries that take what this one fits
+    bool hasExample;                       // of "overlap": an element is known that an entry before this one takes
+    ZoTKeys example;
 };
+
+// What became of reading a description.
+enum class ZoTDescription : std::uint32_t {
+    READ = 0,
+    NOT_OPENED = 1,
+    NO_JSON = 2  // none that the library reads: comments, for example, or text that is not UTF-8
+};
+
+// An object of a description, by what it describes.
+enum class ZoTDescriptionObject : std::uint32_t { WHOLE = 0, INFO = 1, ENTRY = 2, BOARD = 3 };
 
 // Is given, with the context that came along, how many bytes of how many have been read.
 typedef void (*ZoTReadProgress)(void* context, std::uint64_t read, std::uint64_t all);
@@ -230,6 +244,16 @@ public:
 
     // What that entry expects by one of its board objects; `number` counts them in the order of "boards", from 0.
     virtual const ZoNTrellanInspector::ZoTFileKeys& getFileKeys(unsigned number) = 0;
+
+    // Checks the whole archive that the options name, whatever the target and whatever was read before: every entry of
+    // the description and every file of the folder. Reads the description anew; without it there are no findings.
+    // Otherwise as checkUsedFiles.
+    virtual ZoNTrellanInspector::ZoTDescription checkArchive(ZoNTrellanInspector::ZoTReadProgress progress,
+                                                             void* context) = 0;
+
+    // The names of the members that the format has for an object of a description.
+    virtual unsigned getMemberCount(ZoNTrellanInspector::ZoTDescriptionObject object) = 0;
+    virtual const std::string& getMember(ZoNTrellanInspector::ZoTDescriptionObject object, unsigned position) = 0;
 };
 
 #endif

@@ -19,10 +19,15 @@ bool readChecksum(const std::string& path, std::uint32_t& checksumCrc32)
     }
     const FileHeader header = readHeader(path, *beginning);
     checksumCrc32 = header.checksumCrc32;
-    return header.kind != FileKind::plain;
+    return mayTellChecksum(header);
 }
 
 }  // namespace
+
+std::string ZoNUpdateArchive::untoldChecksumMessage(const ZoSUpdateFile& file)
+{
+    return "ERROR: Cannot read checksum from update file " + textBeforeNul(file.name) + ".\n";
+}
 
 std::string ZoCUpdateArchive::pathOf(const ZoSUpdateFile& file) const
 {
@@ -42,7 +47,7 @@ bool ZoCUpdateArchive::readUpdateFiles()
             return fail("ERROR: Cannot read checksum from update file. '%s' not found.\n", path.c_str());
         }
         if (!readChecksum(path, file.checksumCrc32)) {
-            return fail("ERROR: Cannot read checksum from update file %s.\n", file.name.c_str());
+            return fail("%s", untoldChecksumMessage(file).c_str());
         }
         ++openedFiles;
     }

@@ -10,19 +10,6 @@
 using namespace ZoNUpdateBase;
 using namespace ZoNUpdateArchive;
 
-namespace {
-
-bool statesTargetPath(const ZoNJson::json& entry)
-{
-    bool stated = entry.contains("targetPath");
-    for (const ZoNJson::json& board : entry["boards"]) {  // an entry without has an empty range
-        stated = stated || board.contains("targetPath");
-    }
-    return stated;
-}
-
-}  // namespace
-
 ZoCUpdateArchive::ZoCUpdateArchive(const ZoCTrellanUpdater* owner, const ZoNTrellanUpdater::ZoTOptions* options)
     : owner(owner), options(options)
 {
@@ -44,21 +31,33 @@ bool ZoCUpdateArchive::read(ZoCErrorListPool& errors)
 
 bool ZoCUpdateArchive::readDescriptionFile(ZoCErrorListPool& errors)
 {
-    return readDescriptionFileJson(errors, options->archivePath + "/" + options->descriptionFileName);
+    return readDescriptionFileJson(errors, descriptionPath());
 }
 
 bool ZoCUpdateArchive::readDescriptionFileJson(ZoCErrorListPool&, std::string path)
 {
-    BinaryFile file = openForReading(path);
+    ZoNJson::json document;
+    std::string message;
+    if (readDocument(path, document, message) != DescriptionState::read) {
+        return fail("%s", message.c_str());
+    }
+    return readInfo(document, rules()) && rules().checkFiles(document) && readFileEntries(document["files"]);
+}
+
+DescriptionState ZoCUpdateArchive::readDocument(const std::string& path, ZoNJson::json& document,
+                                                std::string& message) const
+{
+    const BinaryFile file = openForReading(path);
     if (!file) {
-        return fail("ERROR: Cannot open archive description file %s\n", path.c_str());
+        owner->sprint(message, "ERROR: Cannot open archive description file %s\n", path.c_str());
+        return DescriptionState::notOpened;
     }
-    const ZoNJson::json document = ZoNJson::json::parse(file.get());
-    file.reset();
+    document = ZoNJson::json::parse(file.get());
     if (document.is_invalid()) {
-        return fail("ERROR: The archive description file %s is corrupt. Invalid JSON data.\n", path.c_str());
+        owner->sprint(message, "ERROR: The archive description file %s is corrupt. Invalid JSON data.\n", path.c_str());
+        return DescriptionState::noJson;
     }
-    return readInfo(document) && rules().checkFiles(document) && readFileEntries(document["files"]);
+    return DescriptionState::read;
 }
 
 DescriptionRules ZoCUpdateArchive::rules() const
@@ -75,10 +74,10 @@ bool ZoCUpdateArchive::checkOptionalProperties(const ZoNJson::json& object, std:
     return rules().checkOptionalProperties(object, entry, board);
 }
 
-bool ZoCUpdateArchive::readInfo(const ZoNJson::json& document)
+bool ZoCUpdateArchive::readInfo(const ZoNJson::json& document, const DescriptionRules& infoRules)
 {
     archiveVariant = ZoCString();
-    return rules().checkInfo(document, [this](const std::string& key, const ZoNJson::json& text) {
+    return infoRules.checkInfo(document, [this](const std::string& key, const ZoNJson::json& text) {
         if (key == "formatVersion") {
             formatVersion = toVersion(text);
         } else if (key == "archiveVersion") {
@@ -103,9 +102,7 @@ bool ZoCUpdateArchive::readFileEntries(const ZoNJson::json& entries)
     for (const ZoNJson::json& entry : entries) {
         switch (entryRules.checkEntry(entry, number)) {
             case EntryVerdict::accepted:
-                files.push_back(makeUpdateFile(entry));
-                files.back().entry = number;
-                maxSequence = std::max(maxSequence, files.back().sequence);
+                addFile(entry, number);
                 break;
             case EntryVerdict::passedOver:
                 owner->print("WARNING: File entry %u is not supported. Ignoring this entry.\n", number);
@@ -117,6 +114,13 @@ bool ZoCUpdateArchive::readFileEntries(const ZoNJson::json& entries)
         ++number;
     }
     return true;
+}
+
+void ZoCUpdateArchive::addFile(const ZoNJson::json& entry, std::uint32_t number)
+{
+    files.push_back(makeUpdateFile(entry));
+    files.back().entry = number;
+    maxSequence = std::max(maxSequence, files.back().sequence);
 }
 
 ZoSUpdateFile ZoCUpdateArchive::makeUpdateFile(const ZoNJson::json& entry) const

@@ -1,8 +1,10 @@
 // The rules of the description and its file entries, in the order in which the reader applies them.
 #include "archive/DescriptionRules.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
+#include <string_view>
 
 #include "archive/Properties.h"
 
@@ -97,6 +99,31 @@ constexpr PropertyMessage wrongValue{
     "ERROR: File entry %u is invalid. Property \"%s\" of \"boards\" element %u is invalid.\n"};
 
 }  // namespace
+
+std::vector<const char*> membersOf(DescriptionObject object)
+{
+    switch (object) {
+        case DescriptionObject::whole:
+            return {"info", "files"};
+        case DescriptionObject::info:
+            return {"formatVersion", "archiveVersion", "productName", "archiveVariant", "archiveName"};
+        default:
+            break;
+    }
+    std::vector<const char*> members;
+    if (object == DescriptionObject::entry) {
+        members = {"name", "sequence", "boards", "featureLevel"};
+        members.insert(members.end(), std::begin(fileProperties), std::end(fileProperties));
+    }
+    for (const PropertyType& type : propertyTypes) {
+        const bool isOfFile = std::any_of(std::begin(fileProperties), std::end(fileProperties),
+                                          [&](const std::string_view property) { return property == type.name; });
+        if (!isOfFile) {
+            members.push_back(type.name);
+        }
+    }
+    return members;
+}
 
 // Tells the taker of faults and remembers what it has said.
 class DescriptionRules::Report {

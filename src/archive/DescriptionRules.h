@@ -4,7 +4,9 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
+#include "archive/ZoSUpdateFile.h"
 #include "libZoJsonLib/ZoNJson.h"
 
 namespace ZoNUpdateArchive {
@@ -17,12 +19,29 @@ struct DescriptionFault {
     std::string message;  // as the reader prints it
 };
 
+// What became of opening and parsing a description file.
+enum class DescriptionState { read, notOpened, noJson };
+
+// What is found out about a description by those who want to know all that is wrong with it.
+struct DescriptionSurvey {
+    DescriptionState state = DescriptionState::read;
+    std::vector<DescriptionFault> faults;   // what the reader would refuse; the one that it would print comes first
+    std::vector<ZoSUpdateFile> refused;     // entries with a fault: as far as it is sound what they say of their file
+    std::vector<ZoSUpdateFile> passedOver;  // entries that need a newer library: their name, where they state one
+};
+
 // What becomes of a file entry.
 enum class EntryVerdict {
     accepted,
     passedOver,  // it needs a newer library; nothing else of it was looked at
     refused      // it has a fault
 };
+
+// An object of a description, by what it describes.
+enum class DescriptionObject { whole, info, entry, board };
+
+// The names of the members that the format has for it.
+std::vector<const char*> membersOf(DescriptionObject object);
 
 // Checks a description, or a part of one. Each fault is given to the taker, the one that the reader names first: the
 // taker decides whether the others are wanted too.

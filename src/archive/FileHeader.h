@@ -25,6 +25,15 @@ struct FileHeader {
     std::optional<ZoCVersion> version;
 };
 
+// Whether the header may tell the file's checksum. Where it cannot, the file's entry has to state one.
+inline bool mayTellChecksum(const FileHeader& header)
+{
+    return header.kind != FileKind::plain;
+}
+
+// What the reader prints where neither does.
+std::string untoldChecksumMessage(const ZoSUpdateFile& file);
+
 // How much of a file's beginning is looked at, in bytes.
 constexpr std::size_t headerLength = 1000;
 

@@ -28,4 +28,13 @@ bool hasUnsigned(const ZoNJson::json& object, const char* key)
     return object.contains(key) && object[key].is_number_unsigned();
 }
 
+bool statesTargetPath(const ZoNJson::json& entry)
+{
+    bool stated = entry.contains("targetPath");
+    for (const ZoNJson::json& board : entry["boards"]) {  // an entry without has an empty range
+        stated = stated || board.contains("targetPath");
+    }
+    return stated;
+}
+
 }  // namespace ZoNUpdateArchive

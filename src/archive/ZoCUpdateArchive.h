@@ -16,7 +16,9 @@ class ZoCTrellanUpdater;
 
 namespace ZoNUpdateArchive {
 class DescriptionRules;
-}
+struct DescriptionSurvey;
+enum class DescriptionState;
+}  // namespace ZoNUpdateArchive
 
 class ZoCUpdateArchive {
 public:
@@ -34,6 +36,10 @@ public:
 
     // Reads the description file at `path`. `errors` is only passed along.
     bool readDescriptionFileJson(ZoCErrorListPool& errors, std::string path);
+
+    // Reads the description file named by the options as far as it can be read, for those who want to know all that is
+    // wrong with it: goes on behind a fault, leaves out the file entries that have one, and prints nothing.
+    ZoNUpdateArchive::DescriptionSurvey survey();
 
     // Checks the types and values of the optional properties of `object`: file entry number `entry` itself (`board` -1)
     // or the element `board` of its "boards".
@@ -80,6 +86,9 @@ public:
     // The archive's folder.
     const std::string& getPath() const { return options->archivePath; }
 
+    // The archive's description file, in that folder.
+    std::string descriptionPath() const { return getPath() + "/" + options->descriptionFileName; }
+
     // Where `file` is: in the archive's folder.
     std::string pathOf(const ZoNUpdateArchive::ZoSUpdateFile& file) const;
 
@@ -90,9 +99,14 @@ public:
     std::uint32_t getUnsupportedElements() const { return unsupportedElements; }
 
 private:
+    // Opens and parses the description file at `path`. Otherwise `message` is what the reader prints.
+    ZoNUpdateArchive::DescriptionState readDocument(const std::string& path, ZoNJson::json& document,
+                                                    std::string& message) const;
+
     ZoNUpdateArchive::DescriptionRules rules() const;
-    bool readInfo(const ZoNJson::json& document);
+    bool readInfo(const ZoNJson::json& document, const ZoNUpdateArchive::DescriptionRules& infoRules);
     bool readFileEntries(const ZoNJson::json& entries);
+    void addFile(const ZoNJson::json& entry, std::uint32_t number);
     ZoNUpdateArchive::ZoSUpdateFile makeUpdateFile(const ZoNJson::json& entry) const;
 
     // Prints the message and returns false.

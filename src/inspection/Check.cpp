@@ -1,6 +1,7 @@
 #include "inspection/Check.h"
 
 #include <algorithm>
+#include <iterator>
 #include <tuple>
 
 #include "base/PlatformText.h"
@@ -9,35 +10,60 @@ using namespace ZoNTrellanInspector;
 using namespace ZoNUpdateBase;
 
 namespace ZoNUpdateInspection {
-namespace {
 
-std::string pointerTo(const Place& place)
+std::string pointerTo(std::uint32_t entry, std::int32_t board)
 {
-    std::string pointer = "/files/" + std::to_string(place.file.entry);
-    if (place.board >= 0) {
-        pointer += "/boards/" + std::to_string(place.board);
-    }
-    return pointer + "/" + place.member;
+    const std::string pointer = "/files/" + std::to_string(entry);
+    return board < 0 ? pointer : pointer + "/boards/" + std::to_string(board);
 }
 
-}  // namespace
+std::string withoutHeading(std::string_view message)
+{
+    constexpr std::string_view heading = "ERROR: ";
+    message.remove_prefix(message.starts_with(heading) ? heading.size() : 0);
+    std::string line;
+    while (!message.empty()) {
+        const std::size_t end = std::min(message.find('\n'), message.size());
+        line.append(line.empty() ? "" : " ").append(message.substr(0, end));
+        message.remove_prefix(std::min(message.find_first_not_of("\n ", end), message.size()));
+    }
+    return line;
+}
 
-void Check::report(const char* rule, Severity severity, const Place& place, std::string message)
+ZoTFinding& Check::report(const char* rule, Severity severity, const Place& place, std::string message)
+{
+    ZoTFinding& finding = report(rule, severity, std::move(message));
+    finding.entry = static_cast<std::int32_t>(place.file.entry);
+    finding.board = place.board;
+    finding.name = allText(place.file.name);
+    finding.isInDescription = true;
+    finding.pointer = pointerTo(place.file.entry, place.board);
+    if (!place.member.empty()) {
+        finding.pointer += "/" + place.member;
+    }
+    return finding;
+}
+
+ZoTFinding& Check::report(const char* rule, Severity severity, std::string message)
 {
     ZoTFinding& finding = findings.emplace_back();
     finding.rule = rule;
     finding.severity = severity;
-    finding.entry = static_cast<std::int32_t>(place.file.entry);
-    finding.board = place.board;
-    finding.name = allText(place.file.name);
-    finding.pointer = pointerTo(place);
+    finding.entry = -1;
+    finding.board = -1;
     finding.message = std::move(message);
+    return finding;
+}
+
+void Check::add(Findings others)
+{
+    std::move(others.begin(), others.end(), std::back_inserter(findings));
 }
 
 Check::Findings Check::takeFindings()
 {
     std::stable_sort(findings.begin(), findings.end(), [](const ZoTFinding& a, const ZoTFinding& b) {
-        return std::tie(a.entry, a.board) < std::tie(b.entry, b.board);
+        return std::tuple(!a.isInDescription, a.entry, a.board) < std::tuple(!b.isInDescription, b.entry, b.board);
     });
     return std::move(findings);
 }

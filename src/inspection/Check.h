@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "ZoITrellanInspector.h"
@@ -14,9 +15,15 @@ namespace ZoNUpdateInspection {
 // What a finding is about: an entry or, with `board`, an element of its "boards", and one of its members.
 struct Place {
     const ZoNUpdateArchive::ZoSUpdateFile& file;
-    const char* member;
+    std::string member;       // or an element of it ("boardId/2"); empty: the object itself
     std::int32_t board = -1;  // -1: the entry itself
 };
+
+// JSON Pointer to an entry of the description or, with `board`, to an element of its "boards".
+std::string pointerTo(std::uint32_t entry, std::int32_t board = -1);
+
+// A message of the library in one line, without "ERROR: ".
+std::string withoutHeading(std::string_view message);
 
 class Check {
 public:
@@ -31,10 +38,19 @@ public:
 
     const ZoCUpdateArchive& getArchive() const { return archive; }
 
-    // Adds a finding. `message` is one sentence without a full stop: what is wrong, and what to do about it.
-    void report(const char* rule, Severity severity, const Place& place, std::string message);
+    // Adds a finding, which holds until the next one. `message` is one sentence without a full stop: what is wrong, and
+    // what to do about it.
+    ZoNTrellanInspector::ZoTFinding& report(const char* rule, Severity severity, const Place& place,
+                                            std::string message);
 
-    // Gives the findings away, in the order of the description, those about one object in the order of reporting.
+    // Adds a finding about no entry and nothing in the description. The one that is returned can be completed.
+    ZoNTrellanInspector::ZoTFinding& report(const char* rule, Severity severity, std::string message);
+
+    // Adds what another check has found.
+    void add(Findings others);
+
+    // Gives the findings away, in the order of the description, those about one object in the order of reporting, and
+    // those that are about nothing in the description at the end.
     Findings takeFindings();
 
 private:

@@ -17,9 +17,7 @@ using Severity = Check::Severity;
 struct SharedFile {
     std::string path;
     std::uint64_t size;
-    bool wantsHeader = false;
-    bool wantsCrc32 = false;
-    std::vector<const ZoSUpdateFile*> users;  // entries whose checksum is compared with it
+    std::vector<const ZoSUpdateFile*> users;  // entries that are compared with its content
 };
 
 using SharedFiles = std::map<FileIdentity, SharedFile>;
@@ -45,21 +43,14 @@ void reportProblem(Check& check, const ZoSUpdateFile& file, FileProblem problem)
     }
 }
 
-// What a checksum of the entry is compared with: on the flash drive the target computes it from the bytes; any other
-// file's is the one in its header.
-void noteWanted(SharedFile& shared, const ZoSUpdateFile& file)
+// What the entry says is compared: its checksum or, in an archive that is checked as a whole, all of it.
+bool isCompared(const ZoSUpdateFile& file, Depth depth)
 {
-    if (file.hasTargetPath && file.checksumCrc32 != notAvailable) {
-        shared.wantsCrc32 = true;
-    } else if (!file.hasTargetPath && file.statesChecksum) {
-        shared.wantsHeader = true;
-    } else {
-        return;
-    }
-    shared.users.push_back(&file);
+    return depth == Depth::everything ||
+           (file.hasTargetPath ? file.checksumCrc32 != notAvailable : file.statesChecksum);
 }
 
-SharedFiles lookAtFiles(Check& check)
+SharedFiles lookAtFiles(Check& check, Depth depth)
 {
     SharedFiles sharedFiles;
     for (const ZoSUpdateFile* const file : check.getFiles()) {
@@ -67,12 +58,11 @@ SharedFiles lookAtFiles(Check& check)
         const FileLook look = lookAt(path);
         if (look.problem != FileProblem::none) {
             reportProblem(check, *file, look.problem);
-            continue;
+        } else if (isCompared(*file, depth)) {
+            const auto shared = sharedFiles.try_emplace(look.identity, SharedFile{path, look.size, {}}).first;
+            shared->second.users.push_back(file);
         }
-        noteWanted(sharedFiles.try_emplace(look.identity, SharedFile{path, look.size, false, false, {}}).first->second,
-                   *file);
     }
-    std::erase_if(sharedFiles, [](const auto& shared) { return shared.second.users.empty(); });
     return sharedFiles;
 }
 
@@ -81,18 +71,31 @@ std::string number(std::uint32_t value)
     return std::to_string(value);
 }
 
-void compareWithBytes(Check& check, const ZoSUpdateFile& file, std::uint32_t crc32)
+// The checksum that the target will be told: the stated one or else the one in the header.
+std::uint32_t checksumOf(const ZoSUpdateFile& file, const FileHeader& header)
 {
-    if (file.checksumCrc32 == crc32) {
+    return file.checksumCrc32 != notAvailable ? file.checksumCrc32 : header.checksumCrc32;
+}
+
+// On the flash drive the target computes the checksum from the bytes; any other file's is the one in its header.
+bool isComparedWithBytes(const ZoSUpdateFile& file, const FileHeader& header)
+{
+    return file.hasTargetPath ? checksumOf(file, header) != notAvailable
+                              : file.statesChecksum && header.kind == FileKind::plain;
+}
+
+void compareWithBytes(Check& check, const ZoSUpdateFile& file, std::uint32_t checksum, std::uint32_t crc32)
+{
+    if (checksum == crc32) {
         return;
     }
     if (file.statesChecksum) {
         check.report("checksum", Severity::ERROR, {file, "checksumCrc32"},
-                     "the stated checksum is " + number(file.checksumCrc32) + ", but the CRC-32 of the file is " +
-                         number(crc32) + ": put the right file in its place, or state that");
+                     "the stated checksum is " + number(checksum) + ", but the CRC-32 of the file is " + number(crc32) +
+                         ": put the right file in its place, or state that");
     } else {
         check.report("checksum", Severity::WARNING, {file, "name"},
-                     "the checksum in the file's header is " + number(file.checksumCrc32) +
+                     "the checksum in the file's header is " + number(checksum) +
                          ", but the target computes the CRC-32 of a file on the flash drive, " + number(crc32) +
                          ", and will never agree: state \"checksumCrc32\": " + number(crc32));
     }
@@ -100,35 +103,49 @@ void compareWithBytes(Check& check, const ZoSUpdateFile& file, std::uint32_t crc
 
 void compareWithHeader(Check& check, const ZoSUpdateFile& file, const FileHeader& header)
 {
-    if (header.checksumCrc32 != notAvailable && file.checksumCrc32 != header.checksumCrc32) {
+    if (file.statesChecksum && header.checksumCrc32 != notAvailable && file.checksumCrc32 != header.checksumCrc32) {
         check.report("checksum", Severity::ERROR, {file, "checksumCrc32"},
                      "the stated checksum is " + number(file.checksumCrc32) + ", but the one in the file's header is " +
                          number(header.checksumCrc32) + ": put the right file in its place, or state that");
     }
 }
 
-void compare(Check& check, const ZoSUpdateFile& file, const FileContent& content)
+// The archive cannot be read with an entry whose checksum nobody tells.
+void checkWhetherToldAtAll(Check& check, const ZoSUpdateFile& file, const FileHeader& header)
 {
-    if (file.hasTargetPath || content.header.kind == FileKind::plain) {
-        compareWithBytes(check, file, *content.crc32);
-    } else {
-        compareWithHeader(check, file, content.header);
+    if (file.checksumCrc32 == notAvailable && !mayTellChecksum(header)) {
+        check.report("structure", Severity::ERROR, {file, ""}, withoutHeading(untoldChecksumMessage(file)));
     }
 }
 
-Wanted wantedOf(const SharedFile& shared)
+void compare(Check& check, const ZoSUpdateFile& file, const FileContent& content, Depth depth)
 {
-    if (shared.wantsHeader && shared.wantsCrc32) {
-        return Wanted::both;
+    if (isComparedWithBytes(file, content.header)) {
+        compareWithBytes(check, file, checksumOf(file, content.header), *content.crc32);
+    } else if (!file.hasTargetPath) {
+        compareWithHeader(check, file, content.header);
     }
-    return shared.wantsHeader ? Wanted::header : Wanted::crc32;
+    if (depth == Depth::everything) {
+        checkWhetherToldAtAll(check, file, content.header);
+        checkHeader(check, file, content.header);
+    }
+}
+
+Wanted wantedOf(const SharedFile& shared, Depth depth)
+{
+    const auto isOfBoard = [](const ZoSUpdateFile* file) { return !file->hasTargetPath; };
+    const bool header = depth == Depth::everything || std::any_of(shared.users.begin(), shared.users.end(), isOfBoard);
+    return {header, [&shared](const FileHeader& found) {
+                return std::any_of(shared.users.begin(), shared.users.end(),
+                                   [&](const ZoSUpdateFile* file) { return isComparedWithBytes(*file, found); });
+            }};
 }
 
 }  // namespace
 
-void checkContents(Check& check, const ReadProgress& progress)
+void checkContents(Check& check, Depth depth, const ReadProgress& progress)
 {
-    const SharedFiles sharedFiles = lookAtFiles(check);
+    const SharedFiles sharedFiles = lookAtFiles(check, depth);
     std::uint64_t all = 0;
     for (const auto& [identity, shared] : sharedFiles) {
         all += shared.size;
@@ -136,7 +153,7 @@ void checkContents(Check& check, const ReadProgress& progress)
     std::uint64_t finished = 0;
     for (const auto& [identity, shared] : sharedFiles) {
         std::uint64_t read = 0;
-        const auto content = readContent(shared.path, wantedOf(shared), [&](std::uint64_t bytes) {
+        const auto content = readContent(shared.path, wantedOf(shared, depth), [&](std::uint64_t bytes) {
             read = std::min(read + bytes, shared.size);  // the file may grow meanwhile
             progress(finished + read, all);
         });
@@ -144,7 +161,7 @@ void checkContents(Check& check, const ReadProgress& progress)
         progress(finished, all);
         for (const ZoSUpdateFile* const file : shared.users) {
             if (content) {
-                compare(check, *file, *content);
+                compare(check, *file, *content, depth);
             } else {
                 reportProblem(check, *file, FileProblem::unreadable);
             }

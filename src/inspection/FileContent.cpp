@@ -11,7 +11,7 @@
 #include "base/Crc32.h"
 
 using namespace ZoNUpdateBase;
-using ZoNUpdateArchive::FileKind;
+using ZoNUpdateArchive::notAvailable;
 
 namespace ZoNUpdateInspection {
 namespace {
@@ -50,7 +50,7 @@ FileLook lookAt(const std::string& path)
     return look;
 }
 
-std::optional<FileContent> readContent(const std::string& path, Wanted wanted, const OnRead& onRead)
+std::optional<FileContent> readContent(const std::string& path, const Wanted& wanted, const OnRead& onRead)
 {
     const BinaryFile file = openForReading(path);
     if (!file) {
@@ -64,12 +64,12 @@ std::optional<FileContent> readContent(const std::string& path, Wanted wanted, c
 
     FileContent content;
     std::size_t count = readChunk();
-    if (wanted != Wanted::crc32) {
+    if (wanted.header) {
         const auto* const begin = reinterpret_cast<const char*>(chunk.get());
         content.header =
             ZoNUpdateArchive::readHeader(path, std::string(begin, std::min(count, ZoNUpdateArchive::headerLength)));
     }
-    if (wanted == Wanted::header && content.header.kind != FileKind::plain) {
+    if (!wanted.crc32(content.header)) {
         return content;
     }
     Crc32 crc32;
@@ -82,6 +82,11 @@ std::optional<FileContent> readContent(const std::string& path, Wanted wanted, c
     }
     content.crc32 = crc32.value();
     return content;
+}
+
+bool statesRange(std::uint32_t min, std::uint32_t max)
+{
+    return min != notAvailable && max != notAvailable && (min != 0 || max != 0);
 }
 
 }  // namespace ZoNUpdateInspection

@@ -37,13 +37,20 @@ struct FileContent {
     std::optional<std::uint32_t> crc32;   // of all bytes; as it is asked for
 };
 
-// What is to be found out. With `header` also the CRC-32 of a file without a known header.
-enum class Wanted { header, crc32, both };
+// What is to be found out.
+struct Wanted {
+    bool header;
+    // Whether the CRC-32 is; told what the header says, if that is wanted. Without it, the file is not read further.
+    std::function<bool(const ZoNUpdateArchive::FileHeader& header)> crc32;
+};
 
 // Is given the number of bytes that were read since it was called last.
 using OnRead = std::function<void(std::uint64_t bytes)>;
 
 // Reads the file at `path` once, and no more of it than is needed. Nothing when it cannot be opened or read.
-std::optional<FileContent> readContent(const std::string& path, Wanted wanted, const OnRead& onRead);
+std::optional<FileContent> readContent(const std::string& path, const Wanted& wanted, const OnRead& onRead);
+
+// True when a file's header states this range of compatibility ids. One from 0 to 0 counts as none.
+bool statesRange(std::uint32_t min, std::uint32_t max);
 
 }  // namespace ZoNUpdateInspection

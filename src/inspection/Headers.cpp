@@ -24,14 +24,14 @@ ZoTFileKind kindOf(FileKind kind)
     }
 }
 
-bool statesRange(std::uint32_t min, std::uint32_t max)
+bool isPlain(const FileHeader& header)
 {
-    return min != notAvailable && max != notAvailable && (min != 0 || max != 0);
+    return header.kind == FileKind::plain;
 }
 
 std::optional<std::uint32_t> checksumOf(const FileContent& content)
 {
-    if (content.header.kind == FileKind::plain) {
+    if (isPlain(content.header)) {
         return content.crc32;
     }
     return content.header.checksumCrc32 != notAvailable ? std::optional(content.header.checksumCrc32) : std::nullopt;
@@ -66,7 +66,7 @@ const ZoTFileHeader& ZoCTrellanInspector::readFileHeader(const std::string& path
     const FileProblem problem = lookAt(path).problem;
     std::optional<FileContent> content;
     if (problem == FileProblem::none || problem == FileProblem::empty) {
-        content = readContent(path, Wanted::header, [](std::uint64_t) {});
+        content = readContent(path, {true, isPlain}, [](std::uint64_t) {});
     }
     if (content) {
         fileHeader = recordOf(*content);

@@ -3,6 +3,10 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
+#include <vector>
+
+#include "archive/FileHeader.h"
 
 namespace ZoNUpdateInspection {
 
@@ -11,9 +15,16 @@ class Check;
 // Is given how many bytes of how many have been read.
 using ReadProgress = std::function<void(std::uint64_t read, std::uint64_t all)>;
 
-// The update files in the archive's folder: missing-file, not-a-file, empty-file, checksum. A file is read once,
-// whatever number of entries names it, and only as far as is needed.
-void checkContents(Check& check, const ReadProgress& progress);
+// How much of the files is looked at: what an update depends on, or everything that entries and files say.
+enum class Depth { used, everything };
+
+// The update files in the archive's folder: missing-file, not-a-file, empty-file, checksum; with Depth::everything also
+// what checkHeader() finds, and structure for an entry without a checksum that its file does not have either. A file is
+// read once, whatever number of entries names it, and only as far as is needed.
+void checkContents(Check& check, Depth depth, const ReadProgress& progress);
+
+// An entry against the header of its file: file-version, compatibility.
+void checkHeader(Check& check, const ZoNUpdateArchive::ZoSUpdateFile& file, const ZoNUpdateArchive::FileHeader& header);
 
 // The names of the update files: outside-archive, shell-character, control-character.
 void checkNames(Check& check);
@@ -23,5 +34,14 @@ void checkTargetPaths(Check& check);
 
 // The same paths against one another: path-collision, at the later one.
 void checkPathCollisions(Check& check);
+
+// The numbers of the entries, which may be refused ones: number-range.
+void checkNumbers(Check& check);
+
+// Which elements entries are given at all: unreachable, overlap; which board objects decide: unreachable-board.
+void checkReach(Check& check);
+
+// The archive's folder against the paths of the files that are known, by whatever name: unlisted-file.
+void checkFolder(Check& check, const std::vector<std::string>& known);
 
 }  // namespace ZoNUpdateInspection

@@ -40,7 +40,7 @@ void ZoCTrellanInspector::checkUsedFiles(ZoTReadProgress progress, void* context
     checkNames(check);
     checkTargetPaths(check);
     checkPathCollisions(check);
-    checkContents(check, [&](std::uint64_t read, std::uint64_t all) {
+    checkContents(check, Depth::used, [&](std::uint64_t read, std::uint64_t all) {
         if (progress != nullptr) {
             progress(context, read, all);
         }

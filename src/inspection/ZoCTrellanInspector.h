@@ -45,6 +45,10 @@ public:
     const ZoNTrellanInspector::ZoTVerification& getVerification(unsigned index) override;
     unsigned readFileKeys(unsigned position) override;
     const ZoNTrellanInspector::ZoTFileKeys& getFileKeys(unsigned number) override;
+    ZoNTrellanInspector::ZoTDescription checkArchive(ZoNTrellanInspector::ZoTReadProgress progress,
+                                                     void* context) override;
+    unsigned getMemberCount(ZoNTrellanInspector::ZoTDescriptionObject object) override;
+    const std::string& getMember(ZoNTrellanInspector::ZoTDescriptionObject object, unsigned position) override;
 
 private:
     // These throw std::out_of_range.
@@ -57,6 +61,7 @@ private:
     ZoNTrellanInspector::ZoTError error{};
     ZoNTrellanInspector::ZoTFile file{};
     ZoNTrellanInspector::ZoTFileHeader fileHeader{};
+    std::string member;
     std::vector<ZoNTrellanInspector::ZoTFinding> findings;
     std::vector<ZoNTrellanInspector::ZoTVerification> verifications;  // by the element's index
     std::unique_ptr<ZoNUpdateInspection::FileKeys> readKeys;

@@ -28,6 +28,9 @@ TEST(InspectorLayout, KeepsTheOperationsInTheirSlots)
     EXPECT_EQ(slotOf(&ZoITrellanInspector::getVerification), 17);
     EXPECT_EQ(slotOf(&ZoITrellanInspector::readFileKeys), 18);
     EXPECT_EQ(slotOf(&ZoITrellanInspector::getFileKeys), 19);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::checkArchive), 20);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::getMemberCount), 21);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::getMember), 22);
 }
 
 TEST(InspectorLayout, KeepsTheMembersOfAnElement)
@@ -124,6 +127,10 @@ TEST(InspectorLayout, KeepsTheMembersOfAFinding)
     EXPECT_EQ(offsetof(ZoTFinding, name), 48u);
     EXPECT_EQ(offsetof(ZoTFinding, pointer), 80u);
     EXPECT_EQ(offsetof(ZoTFinding, message), 112u);
+    EXPECT_EQ(offsetof(ZoTFinding, isInDescription), 144u);
+    EXPECT_EQ(offsetof(ZoTFinding, coveredBy), 152u);
+    EXPECT_EQ(offsetof(ZoTFinding, hasExample), 176u);
+    EXPECT_EQ(offsetof(ZoTFinding, example), 184u);
 }
 
 TEST(InspectorLayout, KeepsTheMembersOfAVerification)

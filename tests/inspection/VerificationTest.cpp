@@ -88,6 +88,9 @@ public:
     const ZoTVerification& getVerification(unsigned) override { throw std::out_of_range("element"); }
     unsigned readFileKeys(unsigned) override { return 0; }
     const ZoTFileKeys& getFileKeys(unsigned) override { throw std::out_of_range("board object"); }
+    ZoTDescription checkArchive(ZoTReadProgress, void*) override { return ZoTDescription::READ; }
+    unsigned getMemberCount(ZoTDescriptionObject) override { return 0; }
+    const std::string& getMember(ZoTDescriptionObject, unsigned) override { throw std::out_of_range("member"); }
 };
 
 constexpr unsigned crc32OfDigits = 0xCBF43926;

@@ -36,6 +36,7 @@ struct Arguments {
     std::optional<std::string> eventsFile;  // where to append an update's events, absolute
     std::optional<double> stallTimeout;     // seconds, above 0, without progress after which an update is given up
     std::optional<Progress> progress;       // as --progress says
+    bool strict = false;                    // count a check's warnings as errors
     bool quiet = false;                     // print nothing on standard output
     bool json = false;                      // print a JSON document in place of the library's text
     bool help = false;                      // print the command's help, or the tool's, and do nothing else

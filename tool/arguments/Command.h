@@ -13,12 +13,13 @@ struct Streams;
 // What a command does, as far as it decides which options have a meaning for it.
 enum Trait : unsigned {
     LIBRARY = 1 << 0,   // works with the library
-    ARCHIVE = 1 << 1,   // reads an archive's description
+    ARCHIVE = 1 << 1,   // has the library read an archive's description
     TARGET = 1 << 2,    // reads the target
     ELEMENTS = 1 << 3,  // is about the target's elements, those that the filters select
     FILES = 1 << 4,     // gives the elements update files
     UPDATES = 1 << 5,   // updates the target
     DOCUMENT = 1 << 6,  // has a JSON document
+    CHECKS = 1 << 7,    // checks an archive without the target
 };
 constexpr unsigned EVERYTHING = ~0u;
 

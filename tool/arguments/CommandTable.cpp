@@ -33,6 +33,7 @@ constexpr Command table[] = {
     {"update", "ARCHIVE", OF_BOTH | UPDATES | DOCUMENT, UPDATE, updateTarget, "Update the target"},
     {"reboot-support", "", OF_TARGET | DOCUMENT, READ_INVENTORY, tellRebootSupport,
      "Tell whether the device can be rebooted automatically"},
+    {"check", "ARCHIVE", CHECKS | DOCUMENT, 0, checkArchive, "Tell what is wrong with the archive"},
     {"history", "FILE", DOCUMENT, 0, printHistory, "Print what a file of events tells of each update"},
     {"help", "[COMMAND]", 0, 0, printHelp, "Print what the tool does, or a command's options"},
 };

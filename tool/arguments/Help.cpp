@@ -21,7 +21,7 @@ constexpr ExitMeaning exitMeanings[] = {
     {EVERYTHING, "  0  success\n"},
     {EVERYTHING, "  1  the command failed, or errors were reported\n"},
     {EVERYTHING, "  2  wrong usage\n"},
-    {ARCHIVE | TARGET, "  3  the archive or the target's inventory cannot be read\n"},
+    {ARCHIVE | TARGET | CHECKS, "  3  the archive or the target's inventory cannot be read\n"},
     {UPDATES, "  4  the archive does not support the target\n"},
     {UPDATES, "  5  the filters select no element; nothing was done\n"},
     {UPDATES, "  6  the check found errors, or a plan does not hold; nothing was done\n"},
@@ -94,7 +94,7 @@ std::string commandHelp(const Command& command)
 {
     std::string text =
         "Usage: trellan-update " + withOperands(command) + " [options]\n\n" + command.description + ".\n";
-    text += command.has(ARCHIVE) ? "ARCHIVE is the folder of the firmware archive.\n" : "";
+    text += command.has(ARCHIVE | CHECKS) ? "ARCHIVE is the folder of the firmware archive.\n" : "";
     text += "\nOptions:\n" + optionRows(command);
     text += command.has(ELEMENTS) ? "\nA LIST holds names separated by commas and/or blanks.\n" : "";
     return text + exitRows(command.traits);

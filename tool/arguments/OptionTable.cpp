@@ -83,7 +83,7 @@ void setProgress(Arguments& arguments, const Option& option, const std::string& 
 }
 
 constexpr Option table[] = {
-    {"--description", 0, "NAME", setText<&ZoTOptions::descriptionFileName>, ARCHIVE, NOTED,
+    {"--description", 0, "NAME", setText<&ZoTOptions::descriptionFileName>, ARCHIVE | CHECKS, NOTED,
      "Archive description file in the archive (archive.json)"},
     {"--board-types", 0, "LIST", setText<&ZoTOptions::boardTypes>, ELEMENTS, NOTED,
      "Only elements of boards of these types"},
@@ -121,6 +121,7 @@ constexpr Option table[] = {
      "Give the update up when it makes no progress for so long"},
     {"--progress", 0, "WHEN", setProgress, UPDATES, 0,
      "Print progress always, never, or (auto) as lines where there is no terminal"},
+    {"--strict", 0, nullptr, setFlag<&Arguments::strict>, CHECKS, 0, "Count warnings as errors"},
     {"--quiet", 'q', nullptr, setFlag<&Arguments::quiet>, EVERYTHING, 0, "Print nothing on standard output"},
     {"--json", 0, nullptr, setFlag<&Arguments::json>, DOCUMENT, 0,
      "Print a JSON document; the library's own text goes to standard error"},

@@ -17,6 +17,10 @@ int updateTarget(const Arguments& arguments, const Streams& streams);
 // Asks the library whether the device can be rebooted automatically: SUCCESS when it can.
 int tellRebootSupport(const Arguments& arguments, const Streams& streams);
 
+// What is wrong with the archive, whatever the target: a line for each finding, or a document. FAILURE where there are
+// errors or, with --strict, warnings.
+int checkArchive(const Arguments& arguments, const Streams& streams);
+
 // What the file of events that the operand names tells of each update: a line for each, or a document. What had to be
 // skipped is said on `streams.err`. Throws HistoryError where the file cannot be read.
 int printHistory(const Arguments& arguments, const Streams& streams);

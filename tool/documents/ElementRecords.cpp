@@ -61,19 +61,6 @@ void addListed(Members& members, const ZoTUpdateElement& element)
     members.add("checksumDiffers", element.checksumDiffers);
 }
 
-ordered_json keysOf(const ZoTKeys& keys)
-{
-    Members members;
-    members.add("boardType", keys.boardType);
-    members.add("boardVariant", valueOrNull(keys.hasBoardVariant, keys.boardVariant));
-    members.add("boardId", keys.boardId);
-    members.add("hwCompatibilityId", keys.hwCompatibilityId);
-    members.add("swCompatibilityId", keys.swCompatibilityId);
-    members.add("id", valueOrNull(!keys.isFile, keys.id));
-    members.add("targetPath", valueOrNull(keys.isFile, keys.targetPath));
-    return members.take();
-}
-
 void addFile(Members& members, ZoITrellanInspector& inspector, const ZoTElement& element)
 {
     if (element.filePosition < 0) {
@@ -90,6 +77,19 @@ void addFile(Members& members, ZoITrellanInspector& inspector, const ZoTElement&
 
 }  // namespace
 
+ordered_json keysRecord(const ZoTKeys& keys)
+{
+    Members members;
+    members.add("boardType", keys.boardType);
+    members.add("boardVariant", valueOrNull(keys.hasBoardVariant, keys.boardVariant));
+    members.add("boardId", keys.boardId);
+    members.add("hwCompatibilityId", keys.hwCompatibilityId);
+    members.add("swCompatibilityId", keys.swCompatibilityId);
+    members.add("id", valueOrNull(!keys.isFile, keys.id));
+    members.add("targetPath", valueOrNull(keys.isFile, keys.targetPath));
+    return members.take();
+}
+
 ElementRecords::ElementRecords(ZoITrellanUpdater& updater, ZoITrellanInspector& inspector, bool withFiles)
     : inspector(inspector), withFiles(withFiles)
 {
@@ -104,7 +104,7 @@ ordered_json ElementRecords::at(unsigned index) const
     Members members;
     addListed(members, list[index]);
     members.add("name", element.name);
-    members.add("keys", keysOf(inspector.getElementKeys(index)));
+    members.add("keys", keysRecord(inspector.getElementKeys(index)));
     members.add("installedChecksum", valueOrNull(element.hasInstalledChecksum, element.installedChecksum));
     if (withFiles) {
         addFile(members, inspector, element);

@@ -8,6 +8,9 @@
 
 namespace TrellanTool {
 
+// What an archive entry would have to state to fit an element, as the member "keys" tells it.
+nlohmann::ordered_json keysRecord(const ZoNTrellanInspector::ZoTKeys& keys);
+
 class ElementRecords {
 public:
     // The elements as they are now; with their files where `withFiles`. Both must outlive the records.

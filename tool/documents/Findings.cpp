@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "tool/documents/ElementRecords.h"
+
 namespace TrellanTool {
 
 namespace {
@@ -31,8 +33,39 @@ std::optional<std::int32_t> position(std::int32_t number)
 
 Finding taken(const ZoTFinding& source)
 {
-    return {source.rule, source.severity, position(source.entry), position(source.board),
-            source.name, source.pointer,  std::nullopt,           source.message};
+    Finding finding{source.rule,
+                    source.severity,
+                    position(source.entry),
+                    position(source.board),
+                    source.name,
+                    source.isInDescription ? std::optional(source.pointer) : std::nullopt,
+                    std::nullopt,
+                    source.message,
+                    std::nullopt,
+                    std::nullopt};
+    if (source.rule == "unreachable" || source.rule == "overlap") {
+        finding.coveredBy = source.coveredBy;
+    }
+    if (source.hasExample) {
+        finding.example = source.example;
+    }
+    return finding;
+}
+
+// A name or key may have line ends.
+std::string onOneLine(const std::string& text)
+{
+    std::string line;
+    for (const char character : text) {
+        if (character == '\n') {
+            line += "\\x0a";
+        } else if (character == '\r') {
+            line += "\\x0d";
+        } else {
+            line += character;
+        }
+    }
+    return line;
 }
 
 std::string parentOf(const std::string& pointer)
@@ -48,28 +81,49 @@ ordered_json valueOrNull(const std::optional<Value>& value)
 
 }  // namespace
 
-std::vector<Finding> findingsOf(ZoITrellanInspector& inspector, const std::string& description)
+std::vector<Finding> findingsOf(ZoITrellanInspector& inspector)
 {
     std::vector<Finding> findings;
-    std::vector<std::string> pointers;
-    for (unsigned i = 0; i < inspector.getFindingCount(); ++i) {
+    const unsigned count = inspector.getFindingCount();
+    findings.reserve(count);
+    for (unsigned i = 0; i < count; ++i) {
         findings.push_back(taken(inspector.getFinding(i)));
-        pointers.push_back(findings.back().pointer);
-        pointers.push_back(parentOf(findings.back().pointer));
     }
-    const JsonPlaces places = findJsonPlaces(description, pointers);
+    return findings;
+}
+
+std::vector<Finding> findingsOf(ZoITrellanInspector& inspector, const std::string& description)
+{
+    std::vector<Finding> findings = findingsOf(inspector);
+    findPlaces(findings, description);
+    return findings;
+}
+
+JsonPlaces findPlaces(std::vector<Finding>& findings, const std::string& description)
+{
+    std::vector<std::string> pointers;
+    for (const Finding& finding : findings) {
+        pointers.push_back(finding.pointer.value_or(""));
+        pointers.push_back(parentOf(pointers.back()));
+    }
+    JsonPlaces places = findJsonPlaces(description, pointers);
     for (std::size_t i = 0; i < findings.size(); ++i) {
-        if (!findings[i].pointer.empty()) {
+        if (findings[i].pointer) {
             findings[i].place = places.places[2 * i] ? places.places[2 * i] : places.places[2 * i + 1];
         }
     }
-    return findings;
+    return places;
 }
 
 std::size_t countFindings(const std::vector<Finding>& findings, ZoTSeverity severity)
 {
     return static_cast<std::size_t>(std::count_if(
         findings.begin(), findings.end(), [severity](const Finding& finding) { return finding.severity == severity; }));
+}
+
+std::string counted(std::size_t count, const std::string& what)
+{
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
 std::string findingText(const Finding& finding, const std::string& descriptionName)
@@ -82,21 +136,32 @@ std::string findingText(const Finding& finding, const std::string& descriptionNa
     if (finding.file) {
         text += "files[" + std::to_string(*finding.file) + "] ";
         text += finding.board ? "boards[" + std::to_string(*finding.board) + "] " : "";
-        text += "\"" + finding.name + "\": ";
+        text += finding.name.empty() ? "" : "\"" + finding.name + "\"";
+        if (text.ends_with(' ')) {
+            text.pop_back();
+        }
+        text += ": ";
     }
-    return text + finding.message + " [" + finding.rule + "]";
+    return onOneLine(text + finding.message + " [" + finding.rule + "]");
 }
 
 ordered_json findingRecord(const Finding& finding)
 {
-    return {{"rule", finding.rule},
-            {"severity", severityName(finding.severity)},
-            {"file", valueOrNull(finding.file)},
-            {"board", valueOrNull(finding.board)},
-            {"pointer", finding.pointer.empty() ? ordered_json() : ordered_json(finding.pointer)},
-            {"line", finding.place ? ordered_json(finding.place->line) : ordered_json()},
-            {"column", finding.place ? ordered_json(finding.place->column) : ordered_json()},
-            {"message", finding.message}};
+    ordered_json record = {{"rule", finding.rule},
+                           {"severity", severityName(finding.severity)},
+                           {"file", valueOrNull(finding.file)},
+                           {"board", valueOrNull(finding.board)},
+                           {"pointer", valueOrNull(finding.pointer)},
+                           {"line", finding.place ? ordered_json(finding.place->line) : ordered_json()},
+                           {"column", finding.place ? ordered_json(finding.place->column) : ordered_json()},
+                           {"message", finding.message}};
+    if (finding.coveredBy) {
+        record["coveredBy"] = *finding.coveredBy;
+    }
+    if (finding.example) {
+        record["example"] = keysRecord(*finding.example);
+    }
+    return record;
 }
 
 }  // namespace TrellanTool

@@ -14,25 +14,37 @@ namespace TrellanTool {
 struct Finding {
     std::string rule;
     ZoNTrellanInspector::ZoTSeverity severity;
-    std::optional<std::int32_t> file;   // position of the entry in "files" of the description
-    std::optional<std::int32_t> board;  // position of the board object in "boards" of the entry
-    std::string name;                   // of the entry's update file
-    std::string pointer;                // JSON Pointer to what is meant; empty: to nothing in the description
-    std::optional<TextPlace> place;     // where that begins; of a member that is not there, its object
+    std::optional<std::int32_t> file;    // position of the entry in "files" of the description
+    std::optional<std::int32_t> board;   // position of the board object in "boards" of the entry
+    std::string name;                    // of the entry's update file
+    std::optional<std::string> pointer;  // JSON Pointer to what is meant; none: to nothing in the description
+    std::optional<TextPlace> place;      // where that begins; of a member that is not there, its object
     std::string message;
+    std::optional<std::vector<std::uint32_t>> coveredBy;  // entries that take what this one fits, where it is told
+    std::optional<ZoNTrellanInspector::ZoTKeys> example;  // an element that one of them takes
 };
 
-// What the last check of `inspector` has found, with its places in `description`, the text of the description.
+// What the last check of `inspector` has found, without places.
+std::vector<Finding> findingsOf(ZoITrellanInspector& inspector);
+
+// The same with the places in `description`, the text of the description.
 std::vector<Finding> findingsOf(ZoITrellanInspector& inspector, const std::string& description);
 
 // How many of them are of this severity.
 std::size_t countFindings(const std::vector<Finding>& findings, ZoNTrellanInspector::ZoTSeverity severity);
 
+// "1 error", "2 errors".
+std::string counted(std::size_t count, const std::string& what);
+
 // The finding in one line, without its end: archive.json:9:5: error: files[3] "hcn-cpld.bin": message [rule]. The
 // description's file has the name `descriptionName`.
 std::string findingText(const Finding& finding, const std::string& descriptionName);
 
-// The finding with the members "rule", "severity", "file", "board", "pointer", "line", "column" and "message".
+// Notes in each finding where what it means begins in `description`, and returns what else was found out about that.
+JsonPlaces findPlaces(std::vector<Finding>& findings, const std::string& description);
+
+// The finding with the members "rule", "severity", "file", "board", "pointer", "line", "column" and "message", where it
+// tells them "coveredBy" and "example".
 nlohmann::ordered_json findingRecord(const Finding& finding);
 
 }  // namespace TrellanTool

@@ -27,4 +27,9 @@ void CheckProgress::report(std::uint64_t read, std::uint64_t all, Clock::time_po
     }
 }
 
+void CheckProgress::take(void* progress, std::uint64_t read, std::uint64_t all)
+{
+    static_cast<CheckProgress*>(progress)->report(read, all, Clock::now());
+}
+
 }  // namespace TrellanTool

@@ -22,6 +22,9 @@ public:
     // At the time `now`, `read` of `all` bytes have been read.
     void report(std::uint64_t read, std::uint64_t all, Clock::time_point now);
 
+    // The same now, for the inspector: `progress` is a CheckProgress.
+    static void take(void* progress, std::uint64_t read, std::uint64_t all);
+
 private:
     std::ostream& err;
     const bool isShown;

@@ -16,16 +16,6 @@ namespace {
 
 using ZoNTrellanInspector::ZoTSeverity;
 
-void showProgress(void* progress, std::uint64_t read, std::uint64_t all)
-{
-    static_cast<CheckProgress*>(progress)->report(read, all, CheckProgress::Clock::now());
-}
-
-std::string counted(std::size_t count, const std::string& what)
-{
-    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-}
-
 }  // namespace
 
 Preparation::Preparation(const Arguments& arguments, LibrarySession& session) : arguments(arguments), session(session)
@@ -58,7 +48,7 @@ bool Preparation::check(std::ostream& err)
 {
     {
         CheckProgress progress(err, ::isatty(STDERR_FILENO) == 1, CheckProgress::Clock::now());
-        session.inspector().checkUsedFiles(showProgress, &progress);
+        session.inspector().checkUsedFiles(CheckProgress::take, &progress);
     }
     found = findingsOf(session.inspector(), description);
     const std::size_t errors = countFindings(found, ZoTSeverity::ERROR);

@@ -19,6 +19,7 @@ Commands:
   compare ARCHIVE             Print installed and available versions side by side
   update ARCHIVE              Update the target
   reboot-support              Tell whether the device can be rebooted automatically
+  check ARCHIVE               Tell what is wrong with the archive
   history FILE                Print what a file of events tells of each update
   help [COMMAND]              Print what the tool does, or a command's options
 
@@ -107,7 +108,7 @@ TEST(Help, AnswersWhateverElseIsOnTheCommandLine)
 TEST(Help, EachCommandHasSome)
 {
     for (const std::string command : {"version", "archive-version", "list", "describe", "installed", "scan", "compare",
-                                      "update", "reboot-support", "history", "help"}) {
+                                      "update", "reboot-support", "check", "history", "help"}) {
         const RunResult result = ran({"help", command});
         EXPECT_EQ(result.status, 0) << command;
         EXPECT_TRUE(result.out.starts_with("Usage: trellan-update " + command + " ")) << result.out;
@@ -129,6 +130,7 @@ trellan-update:   scan                        Read the target's inventory
 trellan-update:   compare ARCHIVE             Print installed and available versions side by side
 trellan-update:   update ARCHIVE              Update the target
 trellan-update:   reboot-support              Tell whether the device can be rebooted automatically
+trellan-update:   check ARCHIVE               Tell what is wrong with the archive
 trellan-update:   history FILE                Print what a file of events tells of each update
 trellan-update:   help [COMMAND]              Print what the tool does, or a command's options
 trellan-update: for example: trellan-update compare /path/of/the/archive

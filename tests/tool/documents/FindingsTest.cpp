@@ -13,8 +13,16 @@ namespace {
 
 Finding aboutAFile()
 {
-    return {"checksum",      ZoTSeverity::ERROR,       3, std::nullopt, "hcn-cpld.bin", "/files/3/checksumCrc32",
-            TextPlace{9, 5}, "the checksum is another"};
+    return {"checksum",
+            ZoTSeverity::ERROR,
+            3,
+            std::nullopt,
+            "hcn-cpld.bin",
+            "/files/3/checksumCrc32",
+            TextPlace{9, 5},
+            "the checksum is another",
+            {},
+            {}};
 }
 
 }  // namespace
@@ -36,7 +44,7 @@ TEST(Findings, AboutABoardNameIt)
 
 TEST(Findings, AboutNothingInTheDescriptionHaveNoPlace)
 {
-    const Finding finding = {"unlisted-file", ZoTSeverity::NOTE, {}, {}, "", "", {}, "x.bin is in no entry"};
+    const Finding finding = {"unlisted-file", ZoTSeverity::NOTE, {}, {}, "", {}, {}, "x.bin is in no entry", {}, {}};
     EXPECT_EQ(findingText(finding, "archive.json"), "archive.json: note: x.bin is in no entry [unlisted-file]");
     EXPECT_EQ(findingRecord(finding), ordered_json({{"rule", "unlisted-file"},
                                                     {"severity", "note"},
