@@ -89,7 +89,9 @@ void replaceFile(const std::filesystem::path& path, std::string_view content)
     file.takeAttributes();
     file.write(content);
     file.replaceTarget();
-    checkSystem(::fsync(folder.get()), "sync " + path.parent_path().string());
+    if (::fsync(folder.get()) != 0 && errno != EINVAL) {  // some file systems sync no folders by themselves
+        throwSystemFault("sync " + path.parent_path().string());
+    }
 }
 
 }  // namespace TrellanSimulation

@@ -10,7 +10,7 @@ namespace TrellanSimulation {
 // where this process may give files away: at every moment, also after a crash, the path names either the old file or
 // the complete new one. Throws std::system_error when that is not possible; the old file is then unchanged. A failure
 // to sync the folder is the exception: the new file is in its place, but the machine may still come back with the old
-// one after a crash.
+// one after a crash. A file system that syncs no folders by themselves is no failure.
 void replaceFile(const std::filesystem::path& path, std::string_view content);
 
 }  // namespace TrellanSimulation

@@ -4,6 +4,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -37,14 +38,19 @@ public:
 
     const std::vector<Sync>& syncs() const { return calls; }
 
-    static void add(int descriptor)
+    // Lets each call for a folder fail with `error`.
+    void refuseFolders(int error) { errorOfFolders = error; }
+
+    // Notes the call, and returns the error with which it is to fail; 0: none.
+    static int add(int descriptor)
     {
         if (current == nullptr) {
-            return;
+            return 0;
         }
         const std::string synced = "/proc/self/fd/" + std::to_string(descriptor);
         const bool folder = fs::is_directory(synced);
         current->calls.push_back({folder, folder ? "" : readText(synced), readText(current->replaced)});
+        return folder ? current->errorOfFolders : 0;
     }
 
 private:
@@ -52,6 +58,7 @@ private:
 
     fs::path replaced;
     std::vector<Sync> calls;
+    int errorOfFolders = 0;
 };
 
 }  // namespace
@@ -59,7 +66,10 @@ private:
 // Takes the place of the system's for the whole test program.
 extern "C" int fsync(int descriptor)
 {
-    SyncLog::add(descriptor);
+    if (const int error = SyncLog::add(descriptor); error != 0) {
+        errno = error;
+        return -1;
+    }
     return static_cast<int>(::syscall(SYS_fsync, descriptor));
 }
 
@@ -133,6 +143,22 @@ TEST_F(ReplacedFile, StaysTheOldOneInAFolderThatCannotBeSynced)
     fs::permissions(folder.path(), fs::perms::all);
     EXPECT_EQ(readText(path), "old");
     EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()), 1);
+}
+
+TEST_F(ReplacedFile, IsWholeOnAFileSystemThatDoesNotSyncFolders)
+{
+    SyncLog log(path);
+    log.refuseFolders(EINVAL);
+    EXPECT_EQ(fault(), "");
+    EXPECT_EQ(readText(path), "new");
+}
+
+TEST_F(ReplacedFile, IsReportedWhenItsFolderFailsToBeSynced)
+{
+    SyncLog log(path);
+    log.refuseFolders(EIO);
+    EXPECT_EQ(fault(), "sync " + folder.path().string() + ": Input/output error");
+    EXPECT_EQ(readText(path), "new");
 }
 
 TEST_F(ReplacedFile, KeepsOwnerGroupAndMode)
