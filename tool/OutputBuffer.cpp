@@ -83,7 +83,7 @@ bool OutputBuffer::append(std::string_view text)
         neighbour->writeHeld();
     }
     const bool endsLine = isTerminal && text.find('\n') != std::string_view::npos;
-    while (!text.empty() && !failed) {
+    while (!text.empty() && failure == 0) {
         const std::string_view piece = text.substr(0, capacity - held.size());
         held.append(piece);
         text.remove_prefix(piece.size());
@@ -91,7 +91,7 @@ bool OutputBuffer::append(std::string_view text)
             writeHeld();
         }
     }
-    return endsLine ? writeHeld() : !failed;
+    return endsLine ? writeHeld() : failure == 0;
 }
 
 // At a terminal a byte that may be the first half of a control character waits for the next one.
@@ -108,15 +108,15 @@ bool OutputBuffer::writeOut(std::string_view text)
 {
     const std::string shown = isTerminal ? withControlCharactersShown(text) : std::string();
     std::string_view rest = isTerminal ? shown : text;
-    while (!rest.empty() && !failed) {
+    while (!rest.empty() && failure == 0) {
         const ssize_t written = ::write(descriptor, rest.data(), rest.size());
         if (written >= 0) {
             rest.remove_prefix(static_cast<std::size_t>(written));
-        } else {
-            failed = errno != EINTR;
+        } else if (errno != EINTR) {
+            failure = errno;
         }
     }
-    return !failed;
+    return failure == 0;
 }
 
 }  // namespace TrellanTool

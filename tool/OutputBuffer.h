@@ -23,6 +23,9 @@ public:
     // first has the other one write out what it holds. `other` must live as long as something is written here.
     void keepOrderWith(OutputBuffer& other) { neighbour = &other; }
 
+    // Why a write has failed, an errno; 0 when none has.
+    int error() const { return failure; }
+
     // From now on there is no other one.
     void keepNoOrder() { neighbour = nullptr; }
 
@@ -38,7 +41,7 @@ private:
 
     const int descriptor;
     const bool isTerminal;
-    bool failed = false;
+    int failure = 0;
     std::string held;
     OutputBuffer* neighbour = nullptr;
 };

@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <linux/capability.h>
 #include <sys/mount.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -12,10 +11,10 @@
 #include <unistd.h>
 
 #include <array>
-#include <csignal>
 #include <system_error>
 
 #include "operation/FlashDriveFixture.h"
+#include "support/FileSizeLimit.h"
 #include "support/TempDir.h"
 
 using ::testing::ElementsAre;
@@ -40,28 +39,6 @@ public:
 
 private:
     int descriptor;
-};
-
-// For the time of a scope no file of this process and its children can grow beyond `bytes`: a copy fails halfway.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) : disposition(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        ::getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit limit{bytes, before.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &before);
-        std::signal(SIGXFSZ, disposition);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    void (*disposition)(int);
-    rlimit before{};
 };
 
 // For the time of a scope this process heeds the modes of files, as root too. Its children do as they ever do.

@@ -4,7 +4,7 @@
 #include <chrono>
 #include <string>
 
-#include "tool/update/Descriptor.h"
+#include "tool/Descriptor.h"
 
 namespace TrellanTool {
 

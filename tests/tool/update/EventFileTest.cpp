@@ -1,7 +1,6 @@
 // The file that events are appended to: whole lines, whatever was there before and whatever goes wrong.
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -9,6 +8,7 @@
 #include <sstream>
 #include <thread>
 
+#include "support/FileSizeLimit.h"
 #include "support/TempDir.h"
 #include "support/TextFile.h"
 #include "tool/update/EventFile.h"
@@ -31,26 +31,6 @@ protected:
     }
 
     TempDir folder;
-};
-
-// Files of this process end at `size` bytes for the time of a scope, as on a full medium.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t size)
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit limit = {size, before.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &before);
-        std::signal(SIGXFSZ, SIG_DFL);
-    }
-
-private:
-    rlimit before = {};
 };
 
 }  // namespace

@@ -1,0 +1,197 @@
+// Files that a command's result is written to: the old content or the complete new one, and what is no regular file.
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <ostream>
+#include <stdexcept>
+#include <thread>
+
+#include "support/FileSizeLimit.h"
+#include "support/TempDir.h"
+#include "support/TextFile.h"
+#include "support/Unprivileged.h"
+#include "tool/Descriptor.h"
+#include "tool/OutputFile.h"
+
+using testing::EndsWith;
+using testing::StartsWith;
+using TrellanTool::Descriptor;
+using TrellanTool::writeOutputFile;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class OutputFiles : public testing::Test {
+protected:
+    std::string pathOf(const char* name) const { return (folder.path() / name).string(); }
+
+    static void write(const std::string& path, const std::string& text)
+    {
+        writeOutputFile(path, [&](std::ostream& out) { out << text; });
+    }
+
+    // What writing says that fails.
+    static std::string fault(const std::string& path, const std::string& text)
+    {
+        try {
+            write(path, text);
+        } catch (const std::runtime_error& error) {
+            return error.what();
+        }
+        return "written";
+    }
+
+    // What is in the folder, however it is called.
+    std::size_t entries() const
+    {
+        return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()));
+    }
+
+    TempDir folder;
+};
+
+}  // namespace
+
+TEST_F(OutputFiles, AreMadeWhereThereIsNone)
+{
+    write(pathOf("new"), "content");
+    EXPECT_EQ(readText(pathOf("new")), "content");
+    EXPECT_EQ(entries(), 1u);
+}
+
+TEST_F(OutputFiles, AreReplacedByAnotherFileAtOnce)
+{
+    folder.write("file", "the old content, which is longer");
+    const Descriptor old(::open(pathOf("file").c_str(), O_RDONLY));
+    write(pathOf("file"), "new");
+    EXPECT_EQ(readText(pathOf("file")), "new");
+    EXPECT_EQ(entries(), 1u);
+    char byte = 0;
+    EXPECT_EQ(::read(old.get(), &byte, 1), 1);
+    EXPECT_EQ(byte, 't');
+}
+
+TEST_F(OutputFiles, HoldTheOldContentWhileTheNewOneIsPrinted)
+{
+    folder.write("file", "old");
+    writeOutputFile(pathOf("file"), [&](std::ostream& out) {
+        out << std::string(200'000, 'n') << std::flush;
+        EXPECT_EQ(readText(pathOf("file")), "old");
+    });
+    EXPECT_EQ(readText(pathOf("file")), std::string(200'000, 'n'));
+}
+
+TEST_F(OutputFiles, KeepTheirMode)
+{
+    folder.write("file", "old");
+    ASSERT_EQ(::chmod(pathOf("file").c_str(), 0640), 0);
+    write(pathOf("file"), "new");
+    struct stat status = {};
+    ASSERT_EQ(::stat(pathOf("file").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0640u);
+}
+
+TEST_F(OutputFiles, GetTheModeOfEveryNewFile)
+{
+    const mode_t before = ::umask(027);
+    write(pathOf("new"), "content");
+    ::umask(before);
+    struct stat status = {};
+    ASSERT_EQ(::stat(pathOf("new").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0640u);
+}
+
+TEST_F(OutputFiles, StayLinksAndWhatTheseNameIsReplaced)
+{
+    folder.write("there/file", "old");
+    fs::create_symlink("there/file", pathOf("middle"));
+    fs::create_symlink("middle", pathOf("link"));
+    write(pathOf("link"), "new");
+    EXPECT_TRUE(fs::is_symlink(pathOf("link")));
+    EXPECT_EQ(readText(pathOf("there/file")), "new");
+}
+
+TEST_F(OutputFiles, AreMadeWhereALinkLeadsToNone)
+{
+    fs::create_symlink("later", pathOf("link"));
+    write(pathOf("link"), "new");
+    EXPECT_EQ(readText(pathOf("later")), "new");
+}
+
+TEST_F(OutputFiles, AreRefusedWhereLinksLeadInACircle)
+{
+    fs::create_symlink("two", pathOf("one"));
+    fs::create_symlink("one", pathOf("two"));
+    EXPECT_EQ(fault(pathOf("one"), "new"), pathOf("one") + " cannot be written: Too many levels of symbolic links");
+}
+
+TEST_F(OutputFiles, StayAsTheyAreWhereTheNewContentDoesNotFit)
+{
+    folder.write("file", "old");
+    const FileSizeLimit limit(100'000);
+    EXPECT_EQ(fault(pathOf("file"), std::string(300'000, 'n')), pathOf("file") + " cannot be written: File too large");
+    EXPECT_EQ(readText(pathOf("file")), "old");
+    EXPECT_EQ(entries(), 1u);
+}
+
+TEST_F(OutputFiles, StayAsTheyAreWhereTheContentsWriterThrows)
+{
+    folder.write("file", "old");
+    const auto writer = [](std::ostream& out) {
+        out << "new";
+        throw std::system_error(EIO, std::generic_category(), "its own");
+    };
+    EXPECT_THROW(writeOutputFile(pathOf("file"), writer), std::system_error);
+    EXPECT_EQ(readText(pathOf("file")), "old");
+    EXPECT_EQ(entries(), 1u);
+}
+
+TEST_F(OutputFiles, ThatMustNotBeWrittenAreNotReplaced)
+{
+    folder.write("file", "old");
+    fs::permissions(folder.path(), fs::perms::all);
+    ASSERT_EQ(::chmod(pathOf("file").c_str(), 0444), 0);
+    const Unprivileged user;
+    EXPECT_EQ(fault(pathOf("file"), "new"), pathOf("file") + " cannot be written: Permission denied");
+    EXPECT_EQ(readText(pathOf("file")), "old");
+}
+
+TEST_F(OutputFiles, AreRefusedInFoldersThatAreNotThereAndAsFolders)
+{
+    EXPECT_EQ(fault(pathOf("none/file"), "new"), pathOf("none/file") + " cannot be written: No such file or directory");
+    EXPECT_EQ(fault(folder.path().string(), "new"), folder.path().string() + " cannot be written: Is a directory");
+}
+
+TEST_F(OutputFiles, ThatArePipesAreWrittenTo)
+{
+    ASSERT_EQ(::mkfifo(pathOf("pipe").c_str(), 0600), 0);
+    std::string got;
+    std::thread reader([&] { got = readText(pathOf("pipe")); });
+    write(pathOf("pipe"), "through the pipe");
+    reader.join();
+    EXPECT_EQ(got, "through the pipe");
+    EXPECT_TRUE(fs::is_fifo(pathOf("pipe")));
+}
+
+TEST_F(OutputFiles, ThatAreDevicesAreWrittenTo)
+{
+    EXPECT_EQ(fault("/dev/full", "new"), "/dev/full cannot be written: No space left on device");
+    write("/dev/null", "new");
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+TEST_F(OutputFiles, ThatThisProcessHasOpenAreWrittenToBehindWhatIsThere)
+{
+    folder.write("file", "before, ");
+    const Descriptor file(::open(pathOf("file").c_str(), O_WRONLY | O_APPEND | O_CLOEXEC));
+    struct stat before = {}, after = {};
+    ASSERT_EQ(::fstat(file.get(), &before), 0);
+    write("/dev/fd/" + std::to_string(file.get()), "new");
+    EXPECT_EQ(readText(pathOf("file")), "before, new");
+    ASSERT_EQ(::stat(pathOf("file").c_str(), &after), 0);
+    EXPECT_EQ(after.st_ino, before.st_ino);
+}
