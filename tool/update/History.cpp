@@ -17,6 +17,7 @@ using nlohmann::json;  // whose objects stay fast however many members a line ha
 
 constexpr std::string_view results[] = {"success", "failed", "interrupted", "stalled", "refused"};
 constexpr std::size_t mostErrorMembers = 32;
+constexpr unsigned deepestErrorMember = 8;  // a value's copy and its text take room on the stack for each level
 
 // What a line lacks to be an event.
 class NoEvent {};
@@ -56,13 +57,20 @@ const json& list(const json& object, const char* name)
     return value;
 }
 
+bool isDeeperThan(unsigned levels, const json& value)
+{
+    return value.is_structured() && (levels == 0 || std::any_of(value.begin(), value.end(), [levels](const json& part) {
+                                         return isDeeperThan(levels - 1, part);
+                                     }));
+}
+
 nlohmann::ordered_json errorOf(const json& error)
 {
     if (!member(error, "code").is_null()) {
         number(error, "code");
     }
     text(error, "text");
-    if (error.size() > mostErrorMembers) {
+    if (error.size() > mostErrorMembers || isDeeperThan(deepestErrorMember, error)) {
         throw NoEvent();
     }
     return error;

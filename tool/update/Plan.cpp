@@ -25,12 +25,18 @@ std::string textOf(const ordered_json& value)
     return value.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
 }
 
-// Turns the elements of a plan into their texts while it is read: 100,000 of them take far less room so.
+class NestedTooDeep {};
+
+// Turns the elements of a plan into their texts while it is read: 100,000 of them take far less room so. Refuses what
+// is nested deeper than a plan, since a value's copy and its text take room on the stack for each level.
 class ElementsAsTexts {
 public:
     bool operator()(int depth, ordered_json::parse_event_t event, ordered_json& value)
     {
         using Event = ordered_json::parse_event_t;
+        if (depth > deepest) {
+            throw NestedTooDeep();
+        }
         if (event == Event::key && depth == depthOfMembers) {
             areMeant = value == "elements";
         } else if (event == Event::object_end && depth == depthOfElements && areMeant) {
@@ -42,6 +48,7 @@ public:
 private:
     static constexpr int depthOfMembers = 1;
     static constexpr int depthOfElements = 2;
+    static constexpr int deepest = 32;
 
     bool areMeant = false;
 };
@@ -53,6 +60,8 @@ ordered_json parsed(const std::string& path, const std::string& text)
     } catch (const json::parse_error& error) {
         const bool isCutShort = error.byte > text.size();
         throw PlanError("the plan " + path + (isCutShort ? " is cut short" : " is no JSON document"));
+    } catch (const NestedTooDeep&) {
+        throw PlanError("the plan " + path + " is no document of update --dry-run --json");
     }
 }
 

@@ -147,6 +147,16 @@ TEST_F(Histories, SkipsWhatIsNoEvent)
     }
 }
 
+TEST_F(Histories, SkipsALineWhoseErrorsAreNestedDeeperThanTheStack)
+{
+    const std::string deep = std::string(200'000, '[') + std::string(200'000, ']');
+    std::string nested = failed;
+    nested.replace(nested.find(R"("text":)"), 0, R"("extra":)" + deep + ",");
+    const History history = read(start + nested);
+    EXPECT_THAT(history.complaints, ElementsAre("line 2 is no event of an update, and is skipped"));
+    EXPECT_EQ(historyRuns(history)[0]["result"], "interrupted");
+}
+
 TEST_F(Histories, LeavesARunAsItWasWhereAnEventOfItIsNone)
 {
     const std::string wrong = R"({"time":"t","run":"a","event":"result","result":"success","elements":[{"index":1}]})"

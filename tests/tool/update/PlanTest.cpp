@@ -100,6 +100,17 @@ TEST_F(Plans, ThatIsNoPlanIsNamed)
                   "is no document of update --dry-run --json");
 }
 
+TEST_F(Plans, ThatIsNestedDeeperThanTheStackIsNamed)
+{
+    const std::string deep = std::string(200'000, '[') + std::string(200'000, ']');
+    for (const std::string& text :
+         {R"({"schemaVersion": 1, "command": "update", "digest": "", "counts": )" + deep + "}",
+          R"({"schemaVersion": 1, "command": "update", "digest": "", "elements": [{"keys": )" + deep + "}]}",
+          R"({"schemaVersion": )" + deep + R"(, "command": "update", "digest": ""})", deep}) {
+        expectRefused(updated(text), "is no document of update --dry-run --json");
+    }
+}
+
 TEST_F(Plans, ThatIsCutShortIsNamed)
 {
     expectRefused(updated(plan.substr(0, plan.size() / 2)), "is cut short");
