@@ -147,18 +147,20 @@ void Target::finishNode(ZoCErrorListPool& errors, unsigned handle)
     checkHandle(errors, handle);
 }
 
+// However it ends, also when memory is short, the target is not locked any more.
 void Target::unlock(ZoCErrorListPool& errors, unsigned handle)
 {
+    const std::unique_ptr<UpdateSession> ended = isOfSession(handle) ? std::move(session) : nullptr;
     passes(errors, positions.next(script->unlock, "unlock"));
-    if (!checkHandle(errors, handle)) {
+    if (!ended) {
+        checkHandle(errors, handle);
         return;
     }
     try {
-        session->file().save();
+        ended->file().save();
     } catch (const std::runtime_error& fault) {
         addTargetFault(errors, "it cannot be written: ", fault);
     }
-    session.reset();
 }
 
 // While the target is locked nobody else changes its file, and the session has the newer values.
@@ -204,9 +206,14 @@ void Target::select()
     }
 }
 
+bool Target::isOfSession(unsigned handle) const
+{
+    return session && handle == session->handle();
+}
+
 bool Target::checkHandle(ZoCErrorListPool& errors, unsigned handle) const
 {
-    const bool valid = session && handle == session->handle();
+    const bool valid = isOfSession(handle);
     if (!valid) {
         addPlatformError(errors, PlatformError::handleInvalid, {std::to_string(handle)});
     }

@@ -49,6 +49,7 @@ private:
     std::unique_ptr<TreeItem> readTree();
     void select();
     std::unique_ptr<TargetFile> takeLockedFile();
+    bool isOfSession(unsigned handle) const;
     bool checkHandle(ZoCErrorListPool& errors, unsigned handle) const;
     void addTargetFault(ZoCErrorListPool& errors, const std::string& operation, const std::exception& fault) const;
 

@@ -7,6 +7,7 @@
 namespace {
 
 std::atomic<std::size_t> allocations = 0;
+std::atomic<std::size_t> failingAllocation = 0;  // counted as above; 0: none
 
 }  // namespace
 
@@ -15,10 +16,17 @@ std::size_t allocationCount()
     return allocations;
 }
 
+void failAllocation(std::size_t number)
+{
+    failingAllocation = number == 0 ? 0 : allocations + number;
+}
+
 // These take the place of the standard library's for the whole test program.
 void* operator new(std::size_t size)
 {
-    ++allocations;
+    if (++allocations == failingAllocation) {
+        throw std::bad_alloc();
+    }
     if (void* memory = std::malloc(size == 0 ? 1 : size)) {
         return memory;
     }

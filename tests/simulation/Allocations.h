@@ -1,4 +1,4 @@
-// How often this program asks for memory.
+// How often this program asks for memory, and what it does when there is none left.
 #pragma once
 
 #include <cstddef>
@@ -14,3 +14,6 @@ std::size_t allocationsOf(Action action)
     action();
     return allocationCount() - before;
 }
+
+// Lets the request `number`, from 1 on, from now on fail for once; 0: none.
+void failAllocation(std::size_t number);

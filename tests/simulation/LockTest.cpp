@@ -5,9 +5,12 @@
 #include <unistd.h>
 
 #include <fstream>
+#include <new>
 
+#include "Allocations.h"
 #include "AnotherProcess.h"
 #include "Device.h"
+#include "ElementDevice.h"
 #include "simulation/base/Clock.h"
 #include "simulation/base/Resources.h"
 #include "support/SimulatedTarget.h"
@@ -52,6 +55,27 @@ TEST(Lock, KeepsItsFileBesideTheTarget)
     EXPECT_TRUE(std::filesystem::exists(file));
     session.unlock();
     EXPECT_TRUE(std::filesystem::exists(file));
+}
+
+TEST(Lock, EndsWithTheUnlockWhereverThatRunsOutOfMemory)
+{
+    const ordered_json busy = {{"errors", {{{"code", 3}, {"text", "busy"}}}}};
+    const ElementDevice device(oldValues, {{"script", {{"unlock", ordered_json(1000, busy)}}}});
+    const Scan scan;
+    constexpr std::size_t sure = 20;  // requests that come before the document is given back, which asks for some too
+    for (std::size_t number = 1; number <= sure; ++number) {
+        Session session;
+        ASSERT_NE(session.handle, 0U) << "after request " << number - 1 << " for memory failed";
+        device.write(std::to_string(number));
+        session.start(1, device.file());
+        pass(10'000'000);
+        EXPECT_EQ(session.poll(1).status, 2U);
+        failAllocation(number);
+        EXPECT_THROW(session.unlock(), std::bad_alloc);
+        failAllocation(0);
+        session.handle = 0;
+        EXPECT_EQ(TrellanSimulation::resources().locks, 0);
+    }
 }
 
 TEST(Lock, RefusesASecondLockOfTheSameProcess)
