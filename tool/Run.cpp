@@ -51,7 +51,7 @@ int runWords(const std::vector<std::string>& words, const Streams& streams)
 int run(int argc, const char* const* argv, std::ostream& out, std::ostream& err)
 {
     const int status = runWords({argv + std::min(argc, 1), argv + argc}, {out, err});
-    if (!out.flush() && status == SUCCESS) {
+    if (!out.flush() && (status == SUCCESS || status == UPDATES_AVAILABLE)) {
         say(err, "standard output cannot be written");
         return FAILURE;
     }

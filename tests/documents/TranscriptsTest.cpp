@@ -74,6 +74,16 @@ TEST(Tour, ShowsEveryCommand)
     }
 }
 
+TEST(Readme, NamesEveryCommand)
+{
+    const std::string readme = readText(TRELLAN_SOURCE_DIR "/README.md");
+    for (const std::string& command : commandsInHelp()) {
+        EXPECT_TRUE(readme.find("`" + command + "`") != std::string::npos ||
+                    readme.find("`" + command + " ") != std::string::npos)
+            << command;
+    }
+}
+
 TEST(Transcripts, TakeOverWhatTheCommandsPrintAndLeaveTheRest)
 {
     const DocumentRun run = runExamples(

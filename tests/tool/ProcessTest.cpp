@@ -143,6 +143,20 @@ TEST_F(Process, AFullStandardOutputEndsWith1)
     }
 }
 
+TEST_F(Process, AFullStandardOutputEndsWith1AlsoWhereThereIsSomethingToUpdate)
+{
+    const ordered_json device = target({board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}, {"PRODUCT/NAME", "Board"}},
+                                              {updateElement(1, {{"NAME", "UserFirmware"}, {"VERSION", "1.0"}})})});
+    folder.write("target.json", device.dump());
+    const TestArchive archive(description({fileEntry("firmware.bin", {{"id", 1}, {"checksumCrc32", 9}})}));
+    const std::string line = "exec \"$0\" compare \"$1\" --target target.json --detailed-exit-status";
+    EXPECT_EQ(runProcess("/bin/sh", {"-c", line, TRELLAN_TOOL, archive.path()}, folder.path()).status, 10);
+    const ProcessResult result =
+        runProcess("/bin/sh", {"-c", line + " >/dev/full", TRELLAN_TOOL, archive.path()}, folder.path());
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.errors, "trellan-update: standard output cannot be written\n");
+}
+
 // A pipe whose reader is gone: every attempt to write to it fails.
 TEST_F(Process, AReaderThatGoesAwayDoesNotStopAnUpdate)
 {

@@ -1,4 +1,5 @@
 // The command that updates the target.
+#include <stdlib.h>
 #include <unistd.h>
 
 #include <nlohmann/json.hpp>
@@ -190,7 +191,9 @@ private:
         if (isRead) {
             session.updater().getArchiveInfo(name, version, productName, formatVersion, variant);
         }
-        log.start(arguments.options.archivePath, version, arguments.targetFile, elements);
+        const char* const target = ::getenv("TRELLAN_TARGET");  // the session has put there what --target names
+        log.start(arguments.options.archivePath, version,
+                  target == nullptr ? std::nullopt : std::optional<std::string>(target), elements);
     }
 
     int statusOf(const UpdateEnd& end, int signal)

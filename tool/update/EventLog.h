@@ -38,7 +38,7 @@ public:
     EventLog(const std::optional<std::string>& path, Say say);
 
     // The update begins: `elements` are those to update, in the order of their indices. The target is the file that was
-    // named, where one was. Before this no other event is written.
+    // named, by the command line or the environment, where one was. Before this no other event is written.
     void start(const std::string& archivePath, const std::string& archiveVersion,
                const std::optional<std::string>& target, std::vector<UpdateElement> elements);
 

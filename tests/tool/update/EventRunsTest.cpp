@@ -46,6 +46,15 @@ protected:
 
 }  // namespace
 
+TEST_F(EventRuns, NameTheTargetThatTheEnvironmentNames)
+{
+    const ProcessResult result = runProcess(TRELLAN_TOOL, {"update", archive.path(), "--events", pathOf("events")},
+                                            folder.path(), {"TRELLAN_TARGET=" + pathOf("target.json")});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(readText(pathOf("events")), HasSubstr(R"("event":"start",)"));
+    EXPECT_THAT(readText(pathOf("events")), HasSubstr(R"("target":")" + pathOf("target.json") + '"'));
+}
+
 TEST_F(EventRuns, GoOnWhereTheMediumIsFull)
 {
     EXPECT_EQ(complaints("/dev/full"),
