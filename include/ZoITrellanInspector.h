@@ -254,6 +254,11 @@ public:
     // The names of the members that the format has for an object of a description.
     virtual unsigned getMemberCount(ZoNTrellanInspector::ZoTDescriptionObject object) = 0;
     virtual const std::string& getMember(ZoNTrellanInspector::ZoTDescriptionObject object, unsigned position) = 0;
+
+    // As readFileHeader(); `progress`, unless null, is called after each piece of a file that has to be read whole:
+    // one without a header. What it throws passes through.
+    virtual const ZoNTrellanInspector::ZoTFileHeader& readFileHeaderWithProgress(
+        const std::string& path, ZoNTrellanInspector::ZoTReadProgress progress, void* context) = 0;
 };
 
 #endif

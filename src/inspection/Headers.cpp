@@ -1,4 +1,6 @@
 // What the inspector tells of an update file's header.
+#include <algorithm>
+
 #include "base/CellText.h"
 #include "inspection/FileContent.h"
 #include "inspection/ZoCTrellanInspector.h"
@@ -63,10 +65,22 @@ ZoTFileHeader recordOf(const FileContent& content)
 
 const ZoTFileHeader& ZoCTrellanInspector::readFileHeader(const std::string& path)
 {
-    const FileProblem problem = lookAt(path).problem;
+    return readFileHeaderWithProgress(path, nullptr, nullptr);
+}
+
+const ZoTFileHeader& ZoCTrellanInspector::readFileHeaderWithProgress(const std::string& path, ZoTReadProgress progress,
+                                                                     void* context)
+{
+    const auto [problem, identity, size] = lookAt(path);
     std::optional<FileContent> content;
     if (problem == FileProblem::none || problem == FileProblem::empty) {
-        content = readContent(path, {true, isPlain}, [](std::uint64_t) {});
+        std::uint64_t read = 0;
+        content = readContent(path, {true, isPlain}, [&, all = size](std::uint64_t bytes) {
+            read += bytes;
+            if (progress != nullptr) {
+                progress(context, read, std::max(read, all));
+            }
+        });
     }
     if (content) {
         fileHeader = recordOf(*content);

@@ -49,6 +49,9 @@ public:
                                                      void* context) override;
     unsigned getMemberCount(ZoNTrellanInspector::ZoTDescriptionObject object) override;
     const std::string& getMember(ZoNTrellanInspector::ZoTDescriptionObject object, unsigned position) override;
+    const ZoNTrellanInspector::ZoTFileHeader& readFileHeaderWithProgress(const std::string& path,
+                                                                         ZoNTrellanInspector::ZoTReadProgress progress,
+                                                                         void* context) override;
 
 private:
     // These throw std::out_of_range.

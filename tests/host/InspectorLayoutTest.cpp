@@ -31,6 +31,7 @@ TEST(InspectorLayout, KeepsTheOperationsInTheirSlots)
     EXPECT_EQ(slotOf(&ZoITrellanInspector::checkArchive), 20);
     EXPECT_EQ(slotOf(&ZoITrellanInspector::getMemberCount), 21);
     EXPECT_EQ(slotOf(&ZoITrellanInspector::getMember), 22);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::readFileHeaderWithProgress), 23);
 }
 
 TEST(InspectorLayout, KeepsTheMembersOfAnElement)

@@ -92,6 +92,22 @@ TEST_F(Headers, OfAnyOtherFileTellTheCrc32OfItsBytes)
     EXPECT_EQ(read("").checksum, 0u);
 }
 
+TEST_F(Headers, TellHowFarTheReadingOfAFileWithoutOneIs)
+{
+    std::vector<std::pair<std::uint64_t, std::uint64_t>> reported;
+    const auto progress = [](void* context, std::uint64_t done, std::uint64_t all) {
+        static_cast<decltype(reported)*>(context)->emplace_back(done, all);
+    };
+    const std::string path = folder.write("big", std::string(600'000, '\0')).string();
+    EXPECT_EQ(inspector->readFileHeaderWithProgress(path, progress, &reported).checksum, 0xD0FDD3B3u);
+    EXPECT_EQ(reported, (decltype(reported){{262'144, 600'000}, {524'288, 600'000}, {600'000, 600'000}}));
+
+    reported.clear();
+    const std::string binary = folder.write("binary", UpdateFiles::binaryFile({}, 600'000)).string();
+    EXPECT_EQ(inspector->readFileHeaderWithProgress(binary, progress, &reported).kind, ZoTFileKind::BINARY);
+    EXPECT_TRUE(reported.empty());
+}
+
 TEST_F(Headers, OfWhatCannotBeReadTellNothingButWhy)
 {
     const std::string missing = "there is no such file";

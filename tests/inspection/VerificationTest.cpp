@@ -91,6 +91,10 @@ public:
     ZoTDescription checkArchive(ZoTReadProgress, void*) override { return ZoTDescription::READ; }
     unsigned getMemberCount(ZoTDescriptionObject) override { return 0; }
     const std::string& getMember(ZoTDescriptionObject, unsigned) override { throw std::out_of_range("member"); }
+    const ZoTFileHeader& readFileHeaderWithProgress(const std::string&, ZoTReadProgress, void*) override
+    {
+        throw std::out_of_range("file");
+    }
 };
 
 constexpr unsigned crc32OfDigits = 0xCBF43926;

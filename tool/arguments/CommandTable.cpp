@@ -35,6 +35,8 @@ constexpr Command table[] = {
      "Tell whether the device can be rebooted automatically"},
     {"check", "ARCHIVE", CHECKS | DOCUMENT, 0, checkArchive, "Tell what is wrong with the archive"},
     {"history", "FILE", DOCUMENT, 0, printHistory, "Print what a file of events tells of each update"},
+    {"inspect", "FILE...", LIBRARY | DOCUMENT, 0, inspectFiles,
+     "Tell kind, version and checksum of update files by their content"},
     {"help", "[COMMAND]", 0, 0, printHelp, "Print what the tool does, or a command's options"},
 };
 

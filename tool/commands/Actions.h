@@ -25,6 +25,10 @@ int checkArchive(const Arguments& arguments, const Streams& streams);
 // skipped is said on `streams.err`. Throws HistoryError where the file cannot be read.
 int printHistory(const Arguments& arguments, const Streams& streams);
 
+// Tells of each file that the operands name what it says of itself: a table, or a document. FAILURE where one cannot be
+// read, which is named on `streams.err`.
+int inspectFiles(const Arguments& arguments, const Streams& streams);
+
 // Help of the command that the operand names, or of the tool. Throws UsageError when there is no such command.
 int printHelp(const Arguments& arguments, const Streams& streams);
 

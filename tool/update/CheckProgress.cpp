@@ -4,8 +4,8 @@
 
 namespace TrellanTool {
 
-CheckProgress::CheckProgress(std::ostream& err, bool isShown, Clock::time_point start)
-    : err(err), isShown(isShown), start(start)
+CheckProgress::CheckProgress(std::ostream& err, bool isShown, Clock::time_point start, const char* doing)
+    : err(err), isShown(isShown), start(start), doing(doing)
 {
 }
 
@@ -22,7 +22,7 @@ void CheckProgress::report(std::uint64_t read, std::uint64_t all, Clock::time_po
     const int percent = all == 0 ? 100 : static_cast<int>(100.0 * static_cast<double>(read) / static_cast<double>(all));
     if (isShown && percent != lastPercent && now - start >= std::chrono::seconds(1)) {
         lastPercent = percent;
-        err << "\rtrellan-update: checking the files: " << percent << " %";
+        err << "\rtrellan-update: " << doing << " the files: " << percent << " %";
         err.flush();
     }
 }

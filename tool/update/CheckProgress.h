@@ -1,4 +1,4 @@
-// Progress of the check before an update, for a person who waits for it.
+// Progress of the reading of files, for a person who waits for it.
 #pragma once
 
 #include <chrono>
@@ -11,8 +11,9 @@ class CheckProgress {
 public:
     using Clock = std::chrono::steady_clock;
 
-    // Shows on `err`, where that `isShown`, a line that is written over, from one second after `start` on.
-    CheckProgress(std::ostream& err, bool isShown, Clock::time_point start);
+    // Shows on `err`, where that `isShown`, a line that is written over, from one second after `start` on: that the
+    // tool is `doing` something with the files.
+    CheckProgress(std::ostream& err, bool isShown, Clock::time_point start, const char* doing = "checking");
 
     // Clears the line.
     ~CheckProgress();
@@ -29,6 +30,7 @@ private:
     std::ostream& err;
     const bool isShown;
     const Clock::time_point start;
+    const char* const doing;
     int lastPercent = -1;
 };
 

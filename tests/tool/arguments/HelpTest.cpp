@@ -21,6 +21,7 @@ Commands:
   reboot-support              Tell whether the device can be rebooted automatically
   check ARCHIVE               Tell what is wrong with the archive
   history FILE                Print what a file of events tells of each update
+  inspect FILE...             Tell kind, version and checksum of update files by their content
   help [COMMAND]              Print what the tool does, or a command's options
 
 Options:
@@ -108,7 +109,7 @@ TEST(Help, AnswersWhateverElseIsOnTheCommandLine)
 TEST(Help, EachCommandHasSome)
 {
     for (const std::string command : {"version", "archive-version", "list", "describe", "installed", "scan", "compare",
-                                      "update", "reboot-support", "check", "history", "help"}) {
+                                      "update", "reboot-support", "check", "history", "inspect", "help"}) {
         const RunResult result = ran({"help", command});
         EXPECT_EQ(result.status, 0) << command;
         EXPECT_TRUE(result.out.starts_with("Usage: trellan-update " + command + " ")) << result.out;
@@ -132,6 +133,7 @@ trellan-update:   update ARCHIVE              Update the target
 trellan-update:   reboot-support              Tell whether the device can be rebooted automatically
 trellan-update:   check ARCHIVE               Tell what is wrong with the archive
 trellan-update:   history FILE                Print what a file of events tells of each update
+trellan-update:   inspect FILE...             Tell kind, version and checksum of update files by their content
 trellan-update:   help [COMMAND]              Print what the tool does, or a command's options
 trellan-update: for example: trellan-update compare /path/of/the/archive
 trellan-update: see trellan-update help COMMAND for its options

@@ -34,6 +34,16 @@ TEST(CheckProgress, IsShownAfterASecondAndClearedAtTheEnd)
               "\r                                             \r");
 }
 
+TEST(CheckProgress, SaysWhatIsDone)
+{
+    const CheckProgress::Clock::time_point start{};
+    std::ostringstream err;
+    CheckProgress(err, true, start, "reading").report(1, 4, start + 1s);
+    EXPECT_EQ(err.str(),
+              "\rtrellan-update: reading the files: 25 %"
+              "\r                                             \r");
+}
+
 TEST(CheckProgress, IsNotShownOfAShortCheckOrElsewhere)
 {
     EXPECT_EQ(shown(true, 499ms), "");
