@@ -6,7 +6,6 @@
 #include <charconv>
 #include <nlohmann/json.hpp>
 #include <set>
-#include <tuple>
 
 #include "tool/Nearest.h"
 
@@ -172,15 +171,6 @@ void addSyntax(std::vector<Finding>& findings, const JsonPlaces::Fault& fault)
     }
     found->place = fault.place;
     found->message += " (" + fault.reason + ")";
-}
-
-void sortByPlace(std::vector<Finding>& findings)
-{
-    const auto order = [](const Finding& found) {
-        return found.place ? std::tuple(0, found.place->line, found.place->column) : std::tuple(1, 0ul, 0ul);
-    };
-    std::stable_sort(findings.begin(), findings.end(),
-                     [&](const Finding& a, const Finding& b) { return order(a) < order(b); });
 }
 
 }  // namespace

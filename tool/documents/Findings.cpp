@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <tuple>
 
 #include "tool/documents/ElementRecords.h"
 
@@ -96,6 +97,7 @@ std::vector<Finding> findingsOf(ZoITrellanInspector& inspector, const std::strin
 {
     std::vector<Finding> findings = findingsOf(inspector);
     findPlaces(findings, description);
+    sortByPlace(findings);
     return findings;
 }
 
@@ -113,6 +115,15 @@ JsonPlaces findPlaces(std::vector<Finding>& findings, const std::string& descrip
         }
     }
     return places;
+}
+
+void sortByPlace(std::vector<Finding>& findings)
+{
+    const auto order = [](const Finding& found) {
+        return found.place ? std::tuple(0, found.place->line, found.place->column) : std::tuple(1, 0ul, 0ul);
+    };
+    std::stable_sort(findings.begin(), findings.end(),
+                     [&](const Finding& a, const Finding& b) { return order(a) < order(b); });
 }
 
 std::size_t countFindings(const std::vector<Finding>& findings, ZoTSeverity severity)

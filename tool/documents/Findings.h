@@ -27,7 +27,7 @@ struct Finding {
 // What the last check of `inspector` has found, without places.
 std::vector<Finding> findingsOf(ZoITrellanInspector& inspector);
 
-// The same with the places in `description`, the text of the description.
+// The same with the places in `description`, the text of the description, and in their order.
 std::vector<Finding> findingsOf(ZoITrellanInspector& inspector, const std::string& description);
 
 // How many of them are of this severity.
@@ -42,6 +42,9 @@ std::string findingText(const Finding& finding, const std::string& descriptionNa
 
 // Notes in each finding where what it means begins in `description`, and returns what else was found out about that.
 JsonPlaces findPlaces(std::vector<Finding>& findings, const std::string& description);
+
+// Puts the findings in the order of their places, those without one behind the others.
+void sortByPlace(std::vector<Finding>& findings);
 
 // The finding with the members "rule", "severity", "file", "board", "pointer", "line", "column" and "message", where it
 // tells them "coveredBy" and "example".

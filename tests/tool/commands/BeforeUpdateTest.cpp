@@ -93,6 +93,23 @@ TEST(BeforeUpdate, AWarningIsSaidAndTheUpdateGoesOn)
     EXPECT_NE(result.err.find("[control-character]\n"), std::string::npos) << result.err;
 }
 
+TEST(BeforeUpdate, WhatTheCheckFindsStandsInTheOrderOfTheDescription)
+{
+    const SimulatedTarget target(device());
+    ordered_json names = contents(5);
+    names["files"][0].erase("name");
+    names["files"][0]["name"] = "a\tb.bin";  // behind the checksum now
+    TestArchive archive(names);
+    archive.addFile("a\tb.bin", "content");
+    const RunResult result = ran({"update", archive.path(), "--json"});
+    EXPECT_EQ(result.status, 6);
+    const ordered_json document = conformingDocument(result.out);
+    ASSERT_EQ(document["findings"].size(), 2);
+    EXPECT_EQ(document["findings"][0]["rule"], "checksum");
+    EXPECT_EQ(document["findings"][1]["rule"], "control-character");
+    EXPECT_LT(result.err.find("[checksum]"), result.err.find("[control-character]")) << result.err;
+}
+
 TEST(DryRun, TellsEachPhaseWithVersionsAndDowngrades)
 {
     const SimulatedTarget target(device());
