@@ -37,6 +37,7 @@ struct Arguments {
     std::optional<double> stallTimeout;     // seconds, above 0, without progress after which an update is given up
     std::optional<Progress> progress;       // as --progress says
     bool strict = false;                    // count a check's warnings as errors
+    std::optional<std::string> outputFile;  // where to write the result, absolute; standard output otherwise
     bool quiet = false;                     // print nothing on standard output
     bool json = false;                      // print a JSON document in place of the library's text
     bool help = false;                      // print the command's help, or the tool's, and do nothing else

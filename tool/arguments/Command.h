@@ -20,6 +20,7 @@ enum Trait : unsigned {
     UPDATES = 1 << 5,   // updates the target
     DOCUMENT = 1 << 6,  // has a JSON document
     CHECKS = 1 << 7,    // checks an archive without the target
+    RESULT = 1 << 8,    // has a result that can be written to a file
 };
 constexpr unsigned EVERYTHING = ~0u;
 

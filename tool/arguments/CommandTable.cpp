@@ -23,7 +23,7 @@ constexpr Command table[] = {
     {"archive-version", "ARCHIVE", OF_ARCHIVE | DOCUMENT, ARCHIVE_VERSION, runInLibrary,
      "Print the version of the archive"},
     {"list", "ARCHIVE", OF_ARCHIVE | DOCUMENT, PRINT_ARCHIVE, runInLibrary, "Print the archive's update files"},
-    {"describe", "ARCHIVE", OF_ARCHIVE, OUTPUT_DESCRIPTION, runInLibrary,
+    {"describe", "ARCHIVE", OF_ARCHIVE | RESULT, OUTPUT_DESCRIPTION, describeArchive,
      "Print the archive description as JSON, missing checksums filled in"},
     {"installed", "", OF_ELEMENTS | DOCUMENT, INSTALLED_VERSIONS, runInLibrary,
      "Print the versions installed on the target"},

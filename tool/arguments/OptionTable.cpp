@@ -122,6 +122,8 @@ constexpr Option table[] = {
     {"--progress", 0, "WHEN", setProgress, UPDATES, 0,
      "Print progress always, never, or (auto) as lines where there is no terminal"},
     {"--strict", 0, nullptr, setFlag<&Arguments::strict>, CHECKS, 0, "Count warnings as errors"},
+    {"--output", 0, "FILE", setPath<&Arguments::outputFile>, RESULT, 0,
+     "Write the result to this file, as a whole, in place of standard output"},
     {"--quiet", 'q', nullptr, setFlag<&Arguments::quiet>, EVERYTHING, 0, "Print nothing on standard output"},
     {"--json", 0, nullptr, setFlag<&Arguments::json>, DOCUMENT, 0,
      "Print a JSON document; the library's own text goes to standard error"},

@@ -10,6 +10,11 @@ struct Streams;
 // `streams.err`.
 int runInLibrary(const Arguments& arguments, const Streams& streams);
 
+// Has the library print the archive's description: on `streams.out`, or into the file that is asked for; the library's
+// other text goes to `streams.err` then, and nothing to `streams.out`. The file is written when the description is
+// whole, so that it may be the one that was read. Throws std::runtime_error where it cannot be written.
+int describeArchive(const Arguments& arguments, const Streams& streams);
+
 // Updates the target, or tells what that would do: the library's text, or a document, as above. Signals, events and the
 // time without progress are minded (tool/update/).
 int updateTarget(const Arguments& arguments, const Streams& streams);
