@@ -71,7 +71,7 @@ Check::Findings findingsOfRefused(const ZoCUpdateArchive& archive, const Descrip
     files.erase(std::remove_if(files.begin(), files.end(), lacksName), files.end());
     Check check(archive, std::move(files));
     checkNames(check);
-    checkContents(check, Depth::used, progress);
+    checkContents(check, Depth::content, progress);
     check.add(ofNumbers.takeFindings());
     return check.takeFindings();
 }

@@ -2,11 +2,13 @@
 #include <algorithm>
 #include <map>
 
+#include "archive/Properties.h"
 #include "inspection/Check.h"
 #include "inspection/FileContent.h"
 #include "inspection/Rules.h"
 
 using namespace ZoNUpdateArchive;
+using ZoNJson::json;
 
 namespace ZoNUpdateInspection {
 namespace {
@@ -46,8 +48,7 @@ void reportProblem(Check& check, const ZoSUpdateFile& file, FileProblem problem)
 // What the entry says is compared: its checksum or, in an archive that is checked as a whole, all of it.
 bool isCompared(const ZoSUpdateFile& file, Depth depth)
 {
-    return depth == Depth::everything ||
-           (file.hasTargetPath ? file.checksumCrc32 != notAvailable : file.statesChecksum);
+    return depth != Depth::used || (file.hasTargetPath ? file.checksumCrc32 != notAvailable : file.statesChecksum);
 }
 
 SharedFiles lookAtFiles(Check& check, Depth depth)
@@ -113,7 +114,9 @@ void compareWithHeader(Check& check, const ZoSUpdateFile& file, const FileHeader
 // The archive cannot be read with an entry whose checksum nobody tells.
 void checkWhetherToldAtAll(Check& check, const ZoSUpdateFile& file, const FileHeader& header)
 {
-    if (file.checksumCrc32 == notAvailable && !mayTellChecksum(header)) {
+    const json& entry = file.jsonEntry;
+    const bool isWrong = entry.contains("checksumCrc32") && !hasUnsigned(entry, "checksumCrc32");
+    if (file.checksumCrc32 == notAvailable && !isWrong && !mayTellChecksum(header)) {
         check.report("structure", Severity::ERROR, {file, ""}, withoutHeading(untoldChecksumMessage(file)));
     }
 }
@@ -125,8 +128,10 @@ void compare(Check& check, const ZoSUpdateFile& file, const FileContent& content
     } else if (!file.hasTargetPath) {
         compareWithHeader(check, file, content.header);
     }
-    if (depth == Depth::everything) {
+    if (depth != Depth::used) {
         checkWhetherToldAtAll(check, file, content.header);
+    }
+    if (depth == Depth::everything) {
         checkHeader(check, file, content.header);
     }
 }
@@ -134,7 +139,7 @@ void compare(Check& check, const ZoSUpdateFile& file, const FileContent& content
 Wanted wantedOf(const SharedFile& shared, Depth depth)
 {
     const auto isOfBoard = [](const ZoSUpdateFile* file) { return !file->hasTargetPath; };
-    const bool header = depth == Depth::everything || std::any_of(shared.users.begin(), shared.users.end(), isOfBoard);
+    const bool header = depth != Depth::used || std::any_of(shared.users.begin(), shared.users.end(), isOfBoard);
     return {header, [&shared](const FileHeader& found) {
                 return std::any_of(shared.users.begin(), shared.users.end(),
                                    [&](const ZoSUpdateFile* file) { return isComparedWithBytes(*file, found); });

@@ -18,8 +18,7 @@ void checkNumber(Check& check, const Place& place, const json& value)
     const auto number = static_cast<unsigned long long>(value);
     if (number > std::numeric_limits<std::uint32_t>::max()) {
         check.report("number-range", Check::Severity::WARNING, place,
-                     "32 bits do not hold " + std::to_string(number) +
-                         ", and it is taken for another number: state 4294967295 at most");
+                     "32 bits do not hold " + std::to_string(number) + ": state 4294967295 at most");
     }
 }
 

@@ -15,12 +15,14 @@ class Check;
 // Is given how many bytes of how many have been read.
 using ReadProgress = std::function<void(std::uint64_t read, std::uint64_t all)>;
 
-// How much of the files is looked at: what an update depends on, or everything that entries and files say.
-enum class Depth { used, everything };
+// How much of the files is looked at: what an update depends on; all that concerns their content; or that and all that
+// their headers say.
+enum class Depth { used, content, everything };
 
-// The update files in the archive's folder: missing-file, not-a-file, empty-file, checksum; with Depth::everything also
-// what checkHeader() finds, and structure for an entry without a checksum that its file does not have either. A file is
-// read once, whatever number of entries names it, and only as far as is needed.
+// The update files in the archive's folder: missing-file, not-a-file, empty-file, checksum; with more than Depth::used
+// also structure, for an entry without a checksum that its file does not tell either; with Depth::everything what
+// checkHeader() finds too, for which the entries have to be accepted ones. A file is read once, whatever number of
+// entries names it, and only as far as is needed.
 void checkContents(Check& check, Depth depth, const ReadProgress& progress);
 
 // An entry against the header of its file: file-version, compatibility.

@@ -1,0 +1,120 @@
+// What `check` finds about names, and about paths on the flash drive.
+#include "tool/documents/CheckedArchive.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class PathFindings : public CheckedArchive {};
+
+}  // namespace
+
+TEST_F(PathFindings, TellTheLaterOfTwoEntriesThatWriteTheSameFile)
+{
+    addFile("a.bin", "123456789");
+    describeEntries(
+        {R"({"name": "a.bin", "sequence": 1, "boardType": "A", "checksumCrc32": 3421780262, "targetPath": "config/a"})",
+         R"({"name": "a.bin", "sequence": 1, "boardType": ["B", "A"], "checksumCrc32": 3421780262, "targetPath": "./config//a"})"});
+    EXPECT_THAT(
+        lines(),
+        ElementsAre(
+            R"(archive.json:3:88: error: files[1] "a.bin": the path "./config//a" is written by files[0] "a.bin" too on boards of type "A": choose another path [path-collision])"));
+    EXPECT_THAT(
+        records(),
+        ElementsAre(
+            R"({"rule":"path-collision","severity":"error","file":1,"board":null,"pointer":"/files/1/targetPath","line":3,"column":88,"message":"the path \"./config//a\" is written by files[0] \"a.bin\" too on boards of type \"A\": choose another path"})"));
+}
+
+TEST_F(PathFindings, TellAnEntryThatWritesTheTemporaryFileOfAnother)
+{
+    addFile("a.bin", "123456789");
+    describeEntries(
+        {R"({"name": "a.bin", "sequence": 1, "boardType": "A", "checksumCrc32": 3421780262, "targetPath": "a"})",
+         R"({"name": "a.bin", "sequence": 1, "boardType": "A", "checksumCrc32": 3421780262, "targetPath": "a.tmp"})"});
+    EXPECT_THAT(
+        lines(),
+        ElementsAre(
+            R"(archive.json:3:81: error: files[1] "a.bin": the path "a.tmp" is that of the temporary file of files[0] "a.bin", which is written to "a" on boards of type "A": choose another path [path-collision])"));
+    EXPECT_THAT(
+        records(),
+        ElementsAre(
+            R"({"rule":"path-collision","severity":"error","file":1,"board":null,"pointer":"/files/1/targetPath","line":3,"column":81,"message":"the path \"a.tmp\" is that of the temporary file of files[0] \"a.bin\", which is written to \"a\" on boards of type \"A\": choose another path"})"));
+}
+
+TEST_F(PathFindings, AreNoneOfPathsThatNoOneBoardGetsBoth)
+{
+    addFile("a.bin", "123456789");
+    describeEntries(
+        {R"({"name": "a.bin", "sequence": 1, "boardType": "A", "checksumCrc32": 3421780262, "targetPath": "a"})",
+         R"({"name": "a.bin", "sequence": 1, "boardType": "B", "checksumCrc32": 3421780262, "targetPath": "a"})",
+         R"({"name": "a.bin", "sequence": 1, "boardType": "A", "checksumCrc32": 3421780262, "targetPath": "a", "boardVariant": "V"})",
+         R"({"name": "a.bin", "sequence": 1, "boardType": "A", "checksumCrc32": 3421780262, "targetPath": "b"})"});
+    EXPECT_THAT(lines(), IsEmpty());
+    EXPECT_THAT(records(), IsEmpty());
+}
+
+TEST_F(PathFindings, TellAPathThatMayLeaveTheDriveOrNamesNoFile)
+{
+    addFile("a.bin", "123456789");
+    describeEntries(
+        {R"({"name": "a.bin", "sequence": 1, "boardType": "A", "checksumCrc32": 3421780262, "targetPath": "../a"})",
+         R"({"name": "a.bin", "sequence": 1, "boardType": "A", "checksumCrc32": 3421780262, "targetPath": "a/"})"});
+    EXPECT_THAT(
+        lines(),
+        ElementsAre(
+            R"(archive.json:2:81: error: files[0] "a.bin": the path "../a" may lead out of the flash drive: state it without ".." [path-escape])",
+            R"(archive.json:3:81: error: files[1] "a.bin": the path "a/" names no file on the flash drive: let it end in the file's name [path-escape])"));
+    EXPECT_THAT(
+        records(),
+        ElementsAre(
+            R"({"rule":"path-escape","severity":"error","file":0,"board":null,"pointer":"/files/0/targetPath","line":2,"column":81,"message":"the path \"../a\" may lead out of the flash drive: state it without \"..\""})",
+            R"({"rule":"path-escape","severity":"error","file":1,"board":null,"pointer":"/files/1/targetPath","line":3,"column":81,"message":"the path \"a/\" names no file on the flash drive: let it end in the file's name"})"));
+}
+
+TEST_F(PathFindings, TellCharactersThatAShellDoesNotTakeLiterally)
+{
+    addFile("a.bin", "123456789");
+    addFile("a;b.bin", "123456789");
+    describeEntries(
+        {R"({"name": "a.bin", "sequence": 1, "boardType": "A", "checksumCrc32": 3421780262, "targetPath": "a b"})",
+         R"({"name": "a;b.bin", "sequence": 1, "boardType": "A", "checksumCrc32": 3421780262, "targetPath": "c"})"});
+    EXPECT_THAT(
+        lines(),
+        ElementsAre(
+            R"(archive.json:2:81: error: files[0] "a.bin": the path of a file for the flash drive must not have a blank: choose another one [shell-character])",
+            R"(archive.json:3:2: error: files[1] "a;b.bin": the name of a file for the flash drive must not have the character ';': choose another one [shell-character])"));
+    EXPECT_THAT(
+        records(),
+        ElementsAre(
+            R"({"rule":"shell-character","severity":"error","file":0,"board":null,"pointer":"/files/0/targetPath","line":2,"column":81,"message":"the path of a file for the flash drive must not have a blank: choose another one"})",
+            R"({"rule":"shell-character","severity":"error","file":1,"board":null,"pointer":"/files/1/name","line":3,"column":2,"message":"the name of a file for the flash drive must not have the character ';': choose another one"})"));
+}
+
+TEST_F(PathFindings, WarnOfControlCharactersOnOneLineEach)
+{
+    addFile("a.bin", "123456789");
+    addFile("a\nb\r.bin", "123456789");
+    describeEntries(
+        {R"({"name": "a\nb\r.bin", "sequence": 1, "boardType": "A", "id": 1, "checksumCrc32": 3421780262})",
+         R"({"name": "a.bin", "sequence": 1, "boardType": "A", "checksumCrc32": 3421780262, "targetPath": "a\u009b"})"});
+    EXPECT_THAT(
+        lines(),
+        ElementsAre(
+            R"(archive.json:2:2: warning: files[0] "a\x0ab\x0d.bin": the name has the control character U+000A: leave it out [control-character])",
+            R"(archive.json:3:81: warning: files[1] "a.bin": the path has the control character U+009B: leave it out [control-character])"));
+    EXPECT_THAT(
+        records(),
+        ElementsAre(
+            R"({"rule":"control-character","severity":"warning","file":0,"board":null,"pointer":"/files/0/name","line":2,"column":2,"message":"the name has the control character U+000A: leave it out"})",
+            R"({"rule":"control-character","severity":"warning","file":1,"board":null,"pointer":"/files/1/targetPath","line":3,"column":81,"message":"the path has the control character U+009B: leave it out"})"));
+}
+
+TEST_F(PathFindings, AreNoneOfPlainNamesAndPaths)
+{
+    addFile("a.bin", "123456789");
+    describeEntries(
+        {R"({"name": "a.bin", "sequence": 1, "boardType": "A", "checksumCrc32": 3421780262, "targetPath": "config/site.cfg"})"});
+    EXPECT_THAT(lines(), IsEmpty());
+    EXPECT_THAT(records(), IsEmpty());
+}
