@@ -39,7 +39,7 @@ std::string errorsIn(const std::string& text)
 
 }  // namespace
 
-LibrarySession::Destination LibrarySession::destination = {nullptr, false, nullptr};
+LibrarySession::Destination LibrarySession::destination = {nullptr, false, nullptr, nullptr};
 
 LibrarySession::LibrarySession(const Arguments& arguments, std::ostream& text)
     : arguments(arguments), before(destination), understood(arguments.options)
@@ -47,7 +47,7 @@ LibrarySession::LibrarySession(const Arguments& arguments, std::ostream& text)
     setEnvironment("TRELLAN_TARGET", arguments.targetFile);
     setEnvironment("TRELLAN_TRACE", arguments.traceFile);
     makeUpdater();
-    destination = {&text, arguments.command->has(UPDATES), nullptr};
+    destination = {&text, arguments.command->has(UPDATES), nullptr, nullptr};
 }
 
 LibrarySession::~LibrarySession()
@@ -67,6 +67,9 @@ void LibrarySession::makeUpdater()
 
 void LibrarySession::print(const std::string& text)
 {
+    if (destination.announce) {
+        destination.announce();
+    }
     if (destination.copy != nullptr) {
         *destination.copy += text;
     }
@@ -82,6 +85,11 @@ void LibrarySession::print(const std::string& text)
 void LibrarySession::redirect(std::ostream& text)
 {
     destination.stream = &text;
+}
+
+void LibrarySession::beforeEachText(std::function<void()> call)
+{
+    destination.announce = std::move(call);
 }
 
 int LibrarySession::apply(std::ostream& err)

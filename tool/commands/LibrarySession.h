@@ -1,6 +1,7 @@
 // An updater for what the command line asks for, and where its text goes.
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <memory>
 #include <string>
@@ -41,12 +42,16 @@ public:
     // From now on the library's text goes to `text`. To be called on the session that was made last.
     void redirect(std::ostream& text);
 
+    // `call` is called before each text of the library from now on, until the session ends.
+    void beforeEachText(std::function<void()> call);
+
 private:
     // Where the library's text goes: its callback takes no argument that could tell.
     struct Destination {
         std::ostream* stream;  // null: nowhere
         bool flushEachLine;
-        std::string* copy;  // or null
+        std::string* copy;               // or null
+        std::function<void()> announce;  // or none
     };
     static Destination destination;
     static void print(const std::string& text);

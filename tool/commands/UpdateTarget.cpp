@@ -136,7 +136,10 @@ private:
             return finish(ENDED_BY_SIGNAL + signal);
         }
         UpdateCourse course(log, watch, printsLines ? &text() : nullptr, arguments.stallTimeout);
+        // From the lock on an update may be held up by whoever reads what is printed.
+        session.beforeEachText([&watch] { watch.endPatience(); });
         const UpdateEnd end = course.run(session.updater(), session.inspector());
+        session.beforeEachText(nullptr);
         return finish(statusOf(end, watch.firstSignal()));
     }
 

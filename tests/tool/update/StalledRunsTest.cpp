@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <sstream>
+#include <thread>
 
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
@@ -11,6 +13,7 @@
 #include "support/TextFile.h"
 #include "tool/CommandLine.h"
 #include "tool/JsonDocument.h"
+#include "tool/Run.h"
 
 using nlohmann::ordered_json;
 using testing::EndsWith;
@@ -93,6 +96,32 @@ TEST_F(StalledRuns, AreToldInTheDocumentTheEventsAndTheHistory)
     EXPECT_THAT(readText(events()), HasSubstr(R"("event":"result","status":8,"result":"stalled")"));
     EXPECT_THAT(ran({"history", events()}).out, EndsWith(" (2.3.4): nothing updated: stalled\n"));
     EXPECT_EQ(conformingDocument(ran({"history", events(), "--json"}).out)["runs"][0]["result"], "stalled");
+}
+
+// Longer than the time without progress, and when the target is locked already.
+TEST_F(StalledRuns, AreNoneWhereTheFirstTextAfterTheLockIsHeldUp)
+{
+    class HoldingUp : public std::stringbuf {
+        std::streamsize xsputn(const char* text, std::streamsize length) override
+        {
+            if (std::string(text, static_cast<std::size_t>(length)).find("No update is required") !=
+                std::string::npos) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+            }
+            return std::stringbuf::xsputn(text, length);
+        }
+    };
+    const SimulatedTarget device(target(
+        {board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}},
+               {updateElement(1, {{"NAME", "UserFirmware"}, {"VERSION", "1.0"}}),
+                updateElement(2, {{"NAME", "UserFpga"}, {"VERSION", "2.0"}, {"CHECKSUM_CRC32", fileChecksum}})})}));
+    HoldingUp holdingUp;
+    std::ostream out(&holdingUp);
+    std::ostringstream err;
+    const std::string archivePath = archive.path();
+    const char* const words[] = {"trellan-update", "update", archivePath.c_str(), "--stall-timeout", "1"};
+    EXPECT_EQ(TrellanTool::run(5, words, out, err), 0) << err.str();  // given up, it would end the process
+    EXPECT_THAT(holdingUp.str(), EndsWith("Update completed successfully!\n"));
 }
 
 TEST_F(StalledRuns, AreThoseAloneThatStayForTheWholeTime)
