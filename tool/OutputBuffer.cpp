@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "tool/update/RawOutput.h"
+
 namespace TrellanTool {
 
 namespace {
@@ -107,14 +109,8 @@ bool OutputBuffer::writeHeld()
 bool OutputBuffer::writeOut(std::string_view text)
 {
     const std::string shown = isTerminal ? withControlCharactersShown(text) : std::string();
-    std::string_view rest = isTerminal ? shown : text;
-    while (!rest.empty() && failure == 0) {
-        const ssize_t written = ::write(descriptor, rest.data(), rest.size());
-        if (written >= 0) {
-            rest.remove_prefix(static_cast<std::size_t>(written));
-        } else if (errno != EINTR) {
-            failure = errno;
-        }
+    if (failure == 0 && !writeRaw(descriptor, isTerminal ? shown : text)) {
+        failure = errno;
     }
     return failure == 0;
 }

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <ostream>
+#include <thread>
 
 #include "support/PseudoTerminal.h"
 #include "support/TempDir.h"
@@ -111,6 +113,32 @@ TEST_F(OutputBuffers, LeavesTheBytesAsTheyAreWhereThereIsNoTerminal)
     OutputBuffer buffer(file.descriptor());
     std::ostream(&buffer) << "\x1b[31m\xc2\x9b" << std::flush;
     EXPECT_EQ(file.content(), "\x1b[31m\xc2\x9b");
+}
+
+TEST_F(OutputBuffers, WaitsForTheReaderOfAPipeThatDoesNotWaitItself)
+{
+    int pipe[2];
+    ASSERT_EQ(::pipe2(pipe, O_CLOEXEC), 0);
+    ASSERT_EQ(::fcntl(pipe[1], F_SETFL, O_NONBLOCK), 0);
+    const std::string text(1'000'000, 'x');  // more than a pipe holds
+    std::string read;
+    std::thread reader([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        char piece[4096];
+        for (ssize_t length = 0; (length = ::read(pipe[0], piece, sizeof piece)) > 0;) {
+            read.append(piece, static_cast<std::size_t>(length));
+        }
+    });
+    {
+        OutputBuffer buffer(pipe[1]);
+        std::ostream stream(&buffer);
+        stream << text << std::flush;
+        EXPECT_TRUE(stream.good());
+    }
+    ::close(pipe[1]);
+    reader.join();
+    ::close(pipe[0]);
+    EXPECT_TRUE(read == text) << read.size();
 }
 
 TEST_F(OutputBuffers, AFailedWriteMakesTheStreamBadForGood)

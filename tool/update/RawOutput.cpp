@@ -1,21 +1,34 @@
 #include "tool/update/RawOutput.h"
 
+#include <poll.h>
 #include <unistd.h>
 
 #include <cerrno>
 
 namespace TrellanTool {
 
-void writeRaw(int descriptor, const std::string& text) noexcept
+namespace {
+
+// Who shares a pipe or a terminal with the tool may have made it one that does not wait for room.
+bool waitForRoom(int descriptor)
 {
-    std::size_t written = 0;
-    while (written < text.size()) {
-        const ssize_t count = ::write(descriptor, text.data() + written, text.size() - written);
-        if (count < 0 && errno != EINTR) {
-            return;  // a terminal or a reader that is gone
+    pollfd room = {descriptor, POLLOUT, 0};
+    return ::poll(&room, 1, -1) > 0 || errno == EINTR;
+}
+
+}  // namespace
+
+bool writeRaw(int descriptor, std::string_view text) noexcept
+{
+    while (!text.empty()) {
+        const ssize_t written = ::write(descriptor, text.data(), text.size());
+        if (written >= 0) {
+            text.remove_prefix(static_cast<std::size_t>(written));
+        } else if (errno != EINTR && !(errno == EAGAIN && waitForRoom(descriptor))) {
+            return false;
         }
-        written += count < 0 ? 0 : static_cast<std::size_t>(count);
     }
+    return true;
 }
 
 }  // namespace TrellanTool

@@ -1,11 +1,12 @@
-// Writing past all buffers, for what is said on another thread or in a signal's handler.
+// Writing past all buffers, also for what is said on another thread or in a signal's handler.
 #pragma once
 
-#include <string>
+#include <string_view>
 
 namespace TrellanTool {
 
-// Writes the text to the file descriptor, as far as it takes it. May be called in a signal's handler.
-void writeRaw(int descriptor, const std::string& text) noexcept;
+// Writes the text to the file descriptor, and waits until it is taken. False, with errno, when not all of it is: a
+// terminal or a reader that is gone, a full medium. May be called in a signal's handler.
+bool writeRaw(int descriptor, std::string_view text) noexcept;
 
 }  // namespace TrellanTool
