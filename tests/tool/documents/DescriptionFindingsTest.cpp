@@ -88,7 +88,7 @@ TEST_F(DescriptionFindings, NameTheByteThatIsNoUtf8)
 
 TEST_F(DescriptionFindings, TellEachThingThatTheReaderRefuses)
 {
-    addFile("a.bin", UpdateFiles::bitstreamFile(78));
+    addFile("a.bin", UpdateFiles::bitstreamFile(78, 88));  // which need not tell its checksum
     describe(R"({
   "info": {"formatVersion": "2.0", "productName": 7, "archiveName": "N", "archiveVersion": "new"},
   "files": [
