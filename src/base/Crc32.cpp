@@ -1,3 +1,4 @@
+// Sixteen bytes are taken in at once, by tables of what a byte comes to with so many zero bytes behind it.
 #include "base/Crc32.h"
 
 #include <array>

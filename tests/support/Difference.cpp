@@ -1,3 +1,4 @@
+// The texts are compared line by line, up to the first difference.
 #include "support/Difference.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The validator passes over keywords that it does not know, so a schema with such a one is refused first.
 #include "support/JsonSchema.h"
 
 #include <algorithm>

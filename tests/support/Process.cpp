@@ -1,3 +1,4 @@
+// Programs print into files, which never fill up as a pipe does, and can be read while the program runs.
 #include "support/Process.h"
 
 #include <fcntl.h>

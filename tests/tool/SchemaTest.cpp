@@ -81,6 +81,23 @@ TEST(Schema, NumbersBeyondTheirRangeAreFound)
     EXPECT_TRUE(names(schema.violations(1.5), "<root>", "'type'"));
 }
 
+TEST(Schema, ADigestThatIsCutShortIsFound)
+{
+    const std::string digest(64, '7');
+    json plan = json::parse(R"({"schemaVersion": 1, "command": "update", "supported": true, "counts": {"noFile": 0,
+        "custom": 0, "upToDate": 0, "excluded": 0, "blocked": 0, "update": 0}, "phases": [], "options": {
+        "description": "", "boardTypes": "", "serialNumbers": "", "elementNames": "", "exclude": [], "force": false,
+        "configuration": false, "disableCustomElements": false, "noCheck": false}, "findings": [], "elements": []})");
+    plan["archive"] = {{"path", "/a"}, {"version", "1.0"}, {"sha256", digest}};
+    plan["digest"] = digest;
+    EXPECT_TRUE(violations(plan).empty());
+    plan["digest"] = digest.substr(1);
+    EXPECT_FALSE(violations(plan).empty());
+    plan["digest"] = digest;
+    plan["archive"]["sha256"] = nullptr;
+    EXPECT_FALSE(violations(plan).empty());
+}
+
 TEST(Schema, AKeywordThatIsNotCheckedIsRefused)
 {
     for (const char* const text :

@@ -29,7 +29,7 @@ std::string waitingForPhase(int signal, bool again)
         return name + ": nothing more is started, and a phase that is running is waited for";
     }
     return name +
-           " again: the running phase is still waited for; an update that waits for the target's lock, or for a phase "
+           ": the running phase is still waited for; an update that waits for the target's lock, or for a phase "
            "that never ends, is ended by --stall-timeout or SIGKILL";
 }
 

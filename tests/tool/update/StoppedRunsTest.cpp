@@ -84,7 +84,7 @@ TEST_F(StoppedRuns, SayAtAFurtherSignalThatTheyWait)
     update.waitForAnswer(tool);
     tool.send(SIGINT);
     const std::string answer =
-        "trellan-update: SIGINT again: the running phase is still waited for; an update that waits for the target's "
+        "trellan-update: SIGINT: the running phase is still waited for; an update that waits for the target's "
         "lock, or for a phase that never ends, is ended by --stall-timeout or SIGKILL\n";
     EXPECT_TRUE(comesTrue([&] { return tool.errorsSoFar().ends_with(answer); }));
     update.release("site.cfg");
