@@ -2,9 +2,12 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <sstream>
+#include <system_error>
+#include <utility>
 
 #include "tool/ExitStatus.h"
 #include "tool/OutputBuffer.h"
@@ -56,6 +59,22 @@ std::string shownOn(int descriptor, const std::string& text)
 LastWords lastWords(const std::string& error, const std::string& document)
 {
     return {shownOn(STDERR_FILENO, "trellan-update: " + error + "\n"), shownOn(STDOUT_FILENO, document)};
+}
+
+// Events are appended, which would spoil what the update reads.
+void checkEventsFile(const Arguments& arguments)
+{
+    const char* const named = ::getenv("TRELLAN_TARGET");
+    const std::pair<const char*, std::string> filesToRead[] = {
+        {"target file", arguments.targetFile.value_or(named == nullptr ? "" : named)},
+        {"archive's description", arguments.options.archivePath + "/" + arguments.options.descriptionFileName},
+        {"plan", arguments.planFile.value_or("")}};
+    for (const auto& [what, path] : filesToRead) {
+        std::error_code error;
+        if (arguments.eventsFile && std::filesystem::equivalent(*arguments.eventsFile, path, error)) {
+            throw UsageError("--events: " + *arguments.eventsFile + " is the " + what);
+        }
+    }
 }
 
 // One run of the command, from reading archive and target to the exit status.
@@ -290,6 +309,7 @@ private:
 
 int updateTarget(const Arguments& arguments, const Streams& streams)
 {
+    checkEventsFile(arguments);
     return TargetUpdate(arguments, streams).run();
 }
 

@@ -55,6 +55,29 @@ TEST_F(EventRuns, NameTheTargetThatTheEnvironmentNames)
     EXPECT_THAT(readText(pathOf("events")), HasSubstr(R"("target":")" + pathOf("target.json") + '"'));
 }
 
+TEST_F(EventRuns, AreRefusedWhereEventsWouldSpoilWhatTheyRead)
+{
+    const std::string device = readText(pathOf("target.json"));
+    const std::string entries = readText(archive.path() + "/archive.json");
+    folder.write("plan.json", "{}");
+    std::filesystem::create_symlink("target.json", folder.path() / "link");
+    for (const auto& [events, what] : {std::pair(pathOf("target.json"), "target file"),
+                                       {pathOf("link"), "target file"},
+                                       {archive.path() + "/archive.json", "archive's description"},
+                                       {pathOf("plan.json"), "plan"}}) {
+        const ProcessResult result =
+            runProcess(TRELLAN_TOOL, {"update", archive.path(), "--events", events, "--plan", "plan.json"},
+                       folder.path(), {"TRELLAN_TARGET=" + pathOf("target.json")});
+        EXPECT_EQ(result.status, 2);
+        EXPECT_EQ(result.output, "");
+        EXPECT_EQ(result.errors, "trellan-update: --events: " + events + " is the " + what +
+                                     "\ntrellan-update: see trellan-update help\n");
+    }
+    EXPECT_EQ(readText(pathOf("target.json")), device);
+    EXPECT_EQ(readText(archive.path() + "/archive.json"), entries);
+    EXPECT_EQ(readText(pathOf("plan.json")), "{}");
+}
+
 TEST_F(EventRuns, GoOnWhereTheMediumIsFull)
 {
     EXPECT_EQ(complaints("/dev/full"),
