@@ -76,7 +76,7 @@ TEST_F(ElementReader, LeavesWhatTheAssignmentAndTheOperationWriteAtItsInitialVal
     EXPECT_EQ(element().updateFileIndex, -1);
     EXPECT_EQ(element().phase, 0u);
     EXPECT_FALSE(element().notRequired);
-    EXPECT_EQ(element().updateState, 0u);
+    EXPECT_EQ(element().updateState, ZoNUpdateInventory::NOTHING_TO_DO);
     EXPECT_EQ(element().statusErrorCount, 0u);
 }
 
