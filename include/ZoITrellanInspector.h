@@ -42,6 +42,16 @@ enum class ZoTState : std::uint32_t {
     RUNNING = 11       // begun, and not known to have ended: the update is at work, or was stopped
 };
 
+// Why an element is to get its file, whatever its state.
+enum class ZoTNeed : std::uint32_t {
+    NONE = 0,           // it need not, or has no file
+    NOT_VALID = 1,      // what is installed is not valid
+    NOT_IN_USE = 2,     // what is installed is not what the target works with
+    NEWER_VERSION = 3,  // the file has a newer version
+    OTHER_VERSION = 4,  // the file has another version, and replaces older and newer ones
+    OTHER_CHECKSUM = 5  // the file has another checksum
+};
+
 // An element of the list that getUpdateElementList gives.
 struct ZoTElement {
     std::uint32_t index;                // position in that list
@@ -55,6 +65,25 @@ struct ZoTElement {
     bool isDowngrade;                   // the file's version and the installed one are known, and the file's is lower
     ZoTState state;
     bool blocksUpdate;  // it has no file, and therefore the archive does not support the target
+    ZoTNeed need;
+};
+
+// An entry of the archive as it relates to an element.
+struct ZoTCandidate {
+    std::uint32_t element;      // index of the element
+    std::int32_t filePosition;  // of the entry's file in the list of getFile
+    std::int32_t board;         // position in "boards" of the object that decides; -1: the entry has none
+    bool isGiven;               // the element was given this file
+    std::int32_t takenBy;  // where it was given another though this one fits: that one's filePosition; otherwise -1
+};
+
+// A criterion that an element does not meet.
+struct ZoTUnmet {
+    std::string
+        criterion;  // boardType, boardVariant, boardId, kind, id, targetPath, hwCompatibilityId, swCompatibilityId
+    std::string expected;  // JSON: a value, or an array of values one of which is to be met, as it stands in the entry,
+                           // or the default of what is left out
+    std::string actual;  // JSON: what the element has
 };
 
 // What an archive entry has to state to fit an element.
@@ -259,6 +288,21 @@ public:
     // one without a header. What it throws passes through.
     virtual const ZoNTrellanInspector::ZoTFileHeader& readFileHeaderWithProgress(
         const std::string& path, ZoNTrellanInspector::ZoTReadProgress progress, void* context) = 0;
+
+    // Holds the element against the archive's entries: against all for its board type or, where there is none, against
+    // the three that it is nearest to. Returns the number of candidates, which are ordered by the number of criteria
+    // that are not met, and then as the archive is.
+    virtual unsigned explainElement(unsigned index) = 0;
+
+    // Holds the entry of the update file at `position` against all elements of the board types that it is for. Returns
+    // their number; the candidates are in the order of the elements.
+    virtual unsigned explainFile(unsigned position) = 0;
+
+    // The candidates of the last explanation, from 0, and the criteria that are not met, all of them. Where the entry
+    // is not for the element's kind, neither "id" nor "targetPath" is named.
+    virtual const ZoNTrellanInspector::ZoTCandidate& getCandidate(unsigned number) = 0;
+    virtual unsigned getUnmetCount(unsigned number) = 0;
+    virtual const ZoNTrellanInspector::ZoTUnmet& getUnmet(unsigned number, unsigned position) = 0;
 };
 
 #endif

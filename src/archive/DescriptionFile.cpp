@@ -95,6 +95,7 @@ bool ZoCUpdateArchive::readInfo(const ZoNJson::json& document, const Description
 bool ZoCUpdateArchive::readFileEntries(const ZoNJson::json& entries)
 {
     files.clear();
+    ++generation;
     maxSequence = 0;
     unsupportedElements = 0;
     const DescriptionRules entryRules = rules();

@@ -83,6 +83,9 @@ public:
     const std::vector<ZoNUpdateArchive::ZoSUpdateFile>& getUpdateFileList() const { return files; }
     std::vector<ZoNUpdateArchive::ZoSUpdateFile>& getUpdateFileList() { return files; }
 
+    // How often the list of entries was begun anew: what refers to it holds as long as this stays.
+    unsigned getGeneration() const { return generation; }
+
     // The archive's folder.
     const std::string& getPath() const { return options->archivePath; }
 
@@ -122,4 +125,5 @@ private:
     std::vector<ZoNUpdateArchive::ZoSUpdateFile> files;
     std::uint32_t maxSequence = 0;
     std::uint32_t unsupportedElements = 0;
+    unsigned generation = 0;
 };

@@ -4,33 +4,38 @@
 
 using ZoNUpdateArchive::UpdateMode;
 using ZoNUpdateArchive::ZoSUpdateFile;
+using ZoNUpdateAssignment::UpdateNeed;
 using ZoNUpdateInventory::ZoSUpdateElement;
-
-namespace {
-
-bool isNeeded(const ZoSUpdateElement& element, const ZoSUpdateFile& file)
-{
-    if (file.mode == UpdateMode::upgrade) {
-        return file.version > element.version;
-    }
-    if (file.version.getAsULong64() != 0 && file.version != element.version) {
-        return true;
-    }
-    return element.isChecksumKnown() && file.checksumCrc32 != element.checksumCrc32;
-}
-
-}  // namespace
 
 bool ZoCUpdateAssignment::isInUse(const ZoSUpdateElement& element) const
 {
     return element.isFileSystemElement || options.configuration || element.active;
 }
 
+UpdateNeed ZoCUpdateAssignment::needOf(const ZoSUpdateElement& element) const
+{
+    const ZoSUpdateFile& file = *fileOf(element);
+    if (!element.valid) {
+        return UpdateNeed::notValid;
+    }
+    if (!isInUse(element)) {
+        return UpdateNeed::notInUse;
+    }
+    if (file.mode == UpdateMode::upgrade) {
+        return file.version > element.version ? UpdateNeed::newerVersion : UpdateNeed::none;
+    }
+    if (file.version.getAsULong64() != 0 && file.version != element.version) {
+        return UpdateNeed::otherVersion;
+    }
+    const bool differs = element.isChecksumKnown() && file.checksumCrc32 != element.checksumCrc32;
+    return differs ? UpdateNeed::otherChecksum : UpdateNeed::none;
+}
+
 void ZoCUpdateAssignment::computeRedundantUpdates()
 {
     for (ZoSUpdateElement& element : updateElements) {
         const ZoSUpdateFile* const file = fileOf(element);
-        if (file == nullptr || !element.valid || !isInUse(element) || isNeeded(element, *file)) {
+        if (file == nullptr || needOf(element) != UpdateNeed::none) {
             continue;
         }
         element.notRequired = true;

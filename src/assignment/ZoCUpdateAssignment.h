@@ -13,8 +13,24 @@
 
 class ZoCTrellanUpdater;
 
+namespace ZoNUpdateAssignment {
+
+// Why an element's content is to be replaced.
+enum class UpdateNeed {
+    none,          // it need not be
+    notValid,      // it is not valid
+    notInUse,      // it is not what the target works with
+    newerVersion,  // the file has a newer version
+    otherVersion,  // the file has another version, and replaces older and newer ones
+    otherChecksum  // the file has another checksum
+};
+
+}  // namespace ZoNUpdateAssignment
+
 class ZoCUpdateAssignment {
 public:
+    using UpdateNeed = ZoNUpdateAssignment::UpdateNeed;
+
     // An element to be put into a phase.
     struct SortElemType {
         ZoNUpdateInventory::ZoSUpdateElement* element;  // not owned
@@ -43,6 +59,9 @@ public:
     // True when what the target lists of an element is what it works with. A file on the flash drive and a
     // configuration are never inactive.
     bool isInUse(const ZoNUpdateInventory::ZoSUpdateElement& element) const;
+
+    // Why what the element has is to be replaced by its file, of which it must have one.
+    UpdateNeed needOf(const ZoNUpdateInventory::ZoSUpdateElement& element) const;
 
     // Marks updates that are not required and disables them; with force those of upgrade files only.
     void computeRedundantUpdates();

@@ -10,6 +10,7 @@
 using namespace ZoNTrellanInspector;
 using namespace ZoNUpdateBase;
 using ZoNUpdateArchive::ZoSUpdateFile;
+using ZoNUpdateAssignment::UpdateNeed;
 using ZoNUpdateInventory::ZoSUpdateElement;
 
 namespace {
@@ -17,6 +18,24 @@ namespace {
 bool isDowngrade(const ZoSUpdateElement& element, const ZoSUpdateFile& file)
 {
     return file.version.getAsULong64() != 0 && element.version.getAsULong64() != 0 && file.version < element.version;
+}
+
+ZoTNeed needOf(UpdateNeed need)
+{
+    switch (need) {
+        case UpdateNeed::notValid:
+            return ZoTNeed::NOT_VALID;
+        case UpdateNeed::notInUse:
+            return ZoTNeed::NOT_IN_USE;
+        case UpdateNeed::newerVersion:
+            return ZoTNeed::NEWER_VERSION;
+        case UpdateNeed::otherVersion:
+            return ZoTNeed::OTHER_VERSION;
+        case UpdateNeed::otherChecksum:
+            return ZoTNeed::OTHER_CHECKSUM;
+        default:
+            return ZoTNeed::NONE;
+    }
 }
 
 ZoTError errorOf(const ZoCErrorListPool& errors, unsigned index)
@@ -72,6 +91,7 @@ const ZoTElement& ZoCTrellanInspector::getElement(unsigned index)
     element.isDowngrade = itsFile != nullptr && isDowngrade(source, *itsFile);
     element.state = ZoNUpdateInspection::stateOf(source, updater);
     element.blocksUpdate = source.blocksUpdate;
+    element.need = itsFile != nullptr ? needOf(updater.getAssignment().needOf(source)) : ZoTNeed::NONE;
     return element;
 }
 

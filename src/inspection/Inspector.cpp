@@ -2,6 +2,7 @@
 #include <memory>
 #include <stdexcept>
 
+#include "inspection/Explanation.h"
 #include "inspection/FileKeys.h"
 #include "inspection/ZoCTrellanInspector.h"
 #include "operation/ZoCUpdateOperation.h"

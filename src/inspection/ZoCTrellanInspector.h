@@ -17,7 +17,8 @@ struct ZoSUpdateElement;
 }
 namespace ZoNUpdateInspection {
 class FileKeys;
-}
+struct Explained;
+}  // namespace ZoNUpdateInspection
 
 class ZoCTrellanInspector : public ZoITrellanInspector {
 public:
@@ -52,8 +53,15 @@ public:
     const ZoNTrellanInspector::ZoTFileHeader& readFileHeaderWithProgress(const std::string& path,
                                                                          ZoNTrellanInspector::ZoTReadProgress progress,
                                                                          void* context) override;
+    unsigned explainElement(unsigned index) override;
+    unsigned explainFile(unsigned position) override;
+    const ZoNTrellanInspector::ZoTCandidate& getCandidate(unsigned number) override;
+    unsigned getUnmetCount(unsigned number) override;
+    const ZoNTrellanInspector::ZoTUnmet& getUnmet(unsigned number, unsigned position) override;
 
 private:
+    void beginExplanation();
+
     // These throw std::out_of_range.
     const ZoNUpdateInventory::ZoSUpdateElement& elementAt(unsigned index) const;
     const ZoNUpdateArchive::ZoSUpdateFile& fileAt(unsigned position) const;
@@ -69,4 +77,7 @@ private:
     std::vector<ZoNTrellanInspector::ZoTVerification> verifications;  // by the element's index
     std::unique_ptr<ZoNUpdateInspection::FileKeys> readKeys;
     ZoNTrellanInspector::ZoTFileKeys fileKeys{};
+    std::unique_ptr<ZoNUpdateInspection::Explained> explained;
+    ZoNTrellanInspector::ZoTCandidate candidate{};
+    ZoNTrellanInspector::ZoTUnmet unmet{};
 };

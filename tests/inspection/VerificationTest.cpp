@@ -89,6 +89,11 @@ public:
     unsigned readFileKeys(unsigned) override { return 0; }
     const ZoTFileKeys& getFileKeys(unsigned) override { throw std::out_of_range("board object"); }
     ZoTDescription checkArchive(ZoTReadProgress, void*) override { return ZoTDescription::READ; }
+    unsigned explainElement(unsigned) override { return 0; }
+    unsigned explainFile(unsigned) override { return 0; }
+    const ZoTCandidate& getCandidate(unsigned) override { throw std::out_of_range("candidate"); }
+    unsigned getUnmetCount(unsigned) override { return 0; }
+    const ZoTUnmet& getUnmet(unsigned, unsigned) override { throw std::out_of_range("criterion"); }
     unsigned getMemberCount(ZoTDescriptionObject) override { return 0; }
     const std::string& getMember(ZoTDescriptionObject, unsigned) override { throw std::out_of_range("member"); }
     const ZoTFileHeader& readFileHeaderWithProgress(const std::string&, ZoTReadProgress, void*) override

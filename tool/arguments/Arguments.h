@@ -36,12 +36,14 @@ struct Arguments {
     std::optional<std::string> eventsFile;  // where to append an update's events, absolute
     std::optional<double> stallTimeout;     // seconds, above 0, without progress after which an update is given up
     std::optional<Progress> progress;       // as --progress says
-    bool strict = false;                    // count a check's warnings as errors
-    std::optional<std::string> outputFile;  // where to write the result, absolute; standard output otherwise
-    bool quiet = false;                     // print nothing on standard output
-    bool json = false;                      // print a JSON document in place of the library's text
-    bool help = false;                      // print the command's help, or the tool's, and do nothing else
-    bool version = false;                   // print the tool's version and do nothing else
+    std::vector<std::uint32_t> explainedElements;  // indices; those to explain
+    std::vector<std::uint32_t> explainedFiles;     // positions in "files" of the description
+    bool strict = false;                           // count a check's warnings as errors
+    std::optional<std::string> outputFile;         // where to write the result, absolute; standard output otherwise
+    bool quiet = false;                            // print nothing on standard output
+    bool json = false;                             // print a JSON document in place of the library's text
+    bool help = false;                             // print the command's help, or the tool's, and do nothing else
+    bool version = false;                          // print the tool's version and do nothing else
 };
 
 // The command line is not understood; what() names the mistake.

@@ -21,6 +21,7 @@ enum Trait : unsigned {
     DOCUMENT = 1 << 6,  // has a JSON document
     CHECKS = 1 << 7,    // checks an archive without the target
     RESULT = 1 << 8,    // has a result that can be written to a file
+    EXPLAINS = 1 << 9,  // explains the matching
 };
 constexpr unsigned EVERYTHING = ~0u;
 

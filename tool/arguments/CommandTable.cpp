@@ -34,6 +34,8 @@ constexpr Command table[] = {
     {"reboot-support", "", OF_TARGET | DOCUMENT, READ_INVENTORY, tellRebootSupport,
      "Tell whether the device can be rebooted automatically"},
     {"check", "ARCHIVE", CHECKS | DOCUMENT, 0, checkArchive, "Tell what is wrong with the archive"},
+    {"explain", "ARCHIVE", OF_BOTH | EXPLAINS | DOCUMENT, COMPARE_VERSIONS, explain,
+     "Tell why elements get the files that they get, and why others do not fit"},
     {"history", "FILE", DOCUMENT, 0, printHistory, "Print what a file of events tells of each update"},
     {"inspect", "FILE...", LIBRARY | DOCUMENT, 0, inspectFiles,
      "Tell kind, version and checksum of update files by their content"},

@@ -26,6 +26,10 @@ int tellRebootSupport(const Arguments& arguments, const Streams& streams);
 // errors or, with --strict, warnings.
 int checkArchive(const Arguments& arguments, const Streams& streams);
 
+// Why elements get the files that they get, and why others do not fit: text, or a document. FAILURE where an element or
+// a file is asked for that there is not.
+int explain(const Arguments& arguments, const Streams& streams);
+
 // What the file of events that the operand names tells of each update: a line for each, or a document. What had to be
 // skipped is said on `streams.err`. Throws HistoryError where the file cannot be read.
 int printHistory(const Arguments& arguments, const Streams& streams);
