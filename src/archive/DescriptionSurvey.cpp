@@ -39,6 +39,7 @@ DescriptionSurvey ZoCUpdateArchive::survey()
         return true;
     });
     files.clear();
+    ++generation;
     ZoNJson::json document;
     std::string message;
     survey.state = readDocument(descriptionPath(), document, message);

@@ -32,6 +32,11 @@ TEST(InspectorLayout, KeepsTheOperationsInTheirSlots)
     EXPECT_EQ(slotOf(&ZoITrellanInspector::getMemberCount), 21);
     EXPECT_EQ(slotOf(&ZoITrellanInspector::getMember), 22);
     EXPECT_EQ(slotOf(&ZoITrellanInspector::readFileHeaderWithProgress), 23);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::explainElement), 24);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::explainFile), 25);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::getCandidate), 26);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::getUnmetCount), 27);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::getUnmet), 28);
 }
 
 TEST(InspectorLayout, KeepsTheMembersOfAnElement)
@@ -47,6 +52,7 @@ TEST(InspectorLayout, KeepsTheMembersOfAnElement)
     EXPECT_EQ(offsetof(ZoTElement, isDowngrade), 116u);
     EXPECT_EQ(offsetof(ZoTElement, state), 120u);
     EXPECT_EQ(offsetof(ZoTElement, blocksUpdate), 124u);
+    EXPECT_EQ(offsetof(ZoTElement, need), 128u);
 }
 
 TEST(InspectorLayout, KeepsTheMembersOfAnElementsKeys)
@@ -142,4 +148,20 @@ TEST(InspectorLayout, KeepsTheMembersOfAVerification)
     EXPECT_EQ(offsetof(ZoTVerification, foundChecksum), 12u);
     EXPECT_EQ(offsetof(ZoTVerification, fileVersion), 16u);
     EXPECT_EQ(offsetof(ZoTVerification, foundVersion), 48u);
+}
+
+TEST(InspectorLayout, KeepsTheMembersOfACandidate)
+{
+    EXPECT_EQ(offsetof(ZoTCandidate, element), 0u);
+    EXPECT_EQ(offsetof(ZoTCandidate, filePosition), 4u);
+    EXPECT_EQ(offsetof(ZoTCandidate, board), 8u);
+    EXPECT_EQ(offsetof(ZoTCandidate, isGiven), 12u);
+    EXPECT_EQ(offsetof(ZoTCandidate, takenBy), 16u);
+}
+
+TEST(InspectorLayout, KeepsTheMembersOfAnUnmetCriterion)
+{
+    EXPECT_EQ(offsetof(ZoTUnmet, criterion), 0u);
+    EXPECT_EQ(offsetof(ZoTUnmet, expected), 32u);
+    EXPECT_EQ(offsetof(ZoTUnmet, actual), 64u);
 }

@@ -20,6 +20,7 @@ Commands:
   update ARCHIVE              Update the target
   reboot-support              Tell whether the device can be rebooted automatically
   check ARCHIVE               Tell what is wrong with the archive
+  explain ARCHIVE             Tell why elements get the files that they get, and why others do not fit
   history FILE                Print what a file of events tells of each update
   inspect FILE...             Tell kind, version and checksum of update files by their content
   help [COMMAND]              Print what the tool does, or a command's options
@@ -109,7 +110,7 @@ TEST(Help, AnswersWhateverElseIsOnTheCommandLine)
 TEST(Help, EachCommandHasSome)
 {
     for (const std::string command : {"version", "archive-version", "list", "describe", "installed", "scan", "compare",
-                                      "update", "reboot-support", "check", "history", "inspect", "help"}) {
+                                      "update", "reboot-support", "check", "explain", "history", "inspect", "help"}) {
         const RunResult result = ran({"help", command});
         EXPECT_EQ(result.status, 0) << command;
         EXPECT_TRUE(result.out.starts_with("Usage: trellan-update " + command + " ")) << result.out;
@@ -132,6 +133,7 @@ trellan-update:   compare ARCHIVE             Print installed and available vers
 trellan-update:   update ARCHIVE              Update the target
 trellan-update:   reboot-support              Tell whether the device can be rebooted automatically
 trellan-update:   check ARCHIVE               Tell what is wrong with the archive
+trellan-update:   explain ARCHIVE             Tell why elements get the files that they get, and why others do not fit
 trellan-update:   history FILE                Print what a file of events tells of each update
 trellan-update:   inspect FILE...             Tell kind, version and checksum of update files by their content
 trellan-update:   help [COMMAND]              Print what the tool does, or a command's options
