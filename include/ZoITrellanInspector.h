@@ -83,7 +83,7 @@ struct ZoTUnmet {
         criterion;  // boardType, boardVariant, boardId, kind, id, targetPath, hwCompatibilityId, swCompatibilityId
     std::string expected;  // JSON: a value, or an array of values one of which is to be met, as it stands in the entry,
                            // or the default of what is left out
-    std::string actual;  // JSON: what the element has
+    std::string actual;    // JSON: what the element has
 };
 
 // What an archive entry has to state to fit an element.
