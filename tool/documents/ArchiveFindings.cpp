@@ -33,7 +33,7 @@ std::optional<std::int32_t> takeNumber(std::string_view& rest, std::string_view 
     }
     const char* const end = rest.data() + rest.size();
     const auto [stop, error] = std::from_chars(rest.data() + prefix.size(), end, number);
-    if (error != std::errc() || (stop != end && *stop != '/')) {
+    if (error != std::errc() || number < 0 || (stop != end && *stop != '/')) {
         return std::nullopt;
     }
     rest.remove_prefix(static_cast<std::size_t>(stop - rest.data()));
@@ -43,8 +43,9 @@ std::optional<std::int32_t> takeNumber(std::string_view& rest, std::string_view 
 // Notes which entry and board object the finding's pointer is about.
 void noteEntry(Finding& finding, const json& document)
 {
+    const bool hasEntries = !document.is_object() || (document.contains("files") && document["files"].is_array());
     std::string_view rest = *finding.pointer;
-    finding.file = takeNumber(rest, "/files/");
+    finding.file = hasEntries ? takeNumber(rest, "/files/") : std::nullopt;
     if (!finding.file) {
         return;
     }
@@ -108,7 +109,7 @@ private:
         for (const auto& [key, value] : object.items()) {
             if (std::find(known.begin(), known.end(), key) == known.end()) {
                 findings.push_back(
-                    finding("unknown-key", ZoTSeverity::WARNING, pointer + "/" + nlohmann::detail::escape(key),
+                    finding("unknown-key", ZoTSeverity::WARNING, pointerToMember(pointer, key),
                             "the format has no \"" + key + "\" here; the nearest is \"" + nearest(key, known) + "\""));
             }
         }

@@ -233,6 +233,12 @@ private:
 
 }  // namespace
 
+std::string pointerToMember(std::string pointer, std::string_view key)
+{
+    appendToken(pointer, key);
+    return pointer;
+}
+
 JsonPlaces findJsonPlaces(std::string_view text, const std::vector<std::string>& pointers)
 {
     Walk walk(text, pointers);

@@ -37,6 +37,9 @@ struct JsonPlaces {
     std::vector<std::optional<TextPlace>> places;
 };
 
+// JSON Pointer to the member `key` of the object to which `pointer` leads.
+std::string pointerToMember(std::string pointer, std::string_view key);
+
 // Reads `text` once and finds the parts that `pointers` (JSON Pointers) name. As strict as the library's own reader: no
 // comments, no trailing commas, valid UTF-8, at most 512 nested levels; a byte-order mark at the beginning is passed
 // over.

@@ -19,7 +19,7 @@ using nlohmann::ordered_json;
 namespace {
 
 // A description without entries, with `more` behind its members.
-std::string description(const std::string& more = "")
+std::string descriptionWith(const std::string& more = "")
 {
     return R"({"info": {"formatVersion": "1.0", "archiveVersion": "2.0", "productName": "P", "archiveName": "N"},)"
            R"( "files": [])" +
@@ -74,7 +74,7 @@ protected:
 
 TEST_F(CheckCommand, EndsWith0WithoutErrorsAndCountsNothing)
 {
-    describe(description());
+    describe(descriptionWith());
     const RunResult result = check();
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.out, "0 errors, 0 warnings, 0 notes\n");
@@ -83,7 +83,7 @@ TEST_F(CheckCommand, EndsWith0WithoutErrorsAndCountsNothing)
 
 TEST_F(CheckCommand, EndsWith1WithAnErrorAndCountsEachKind)
 {
-    describe(description(R"(, "a": 1, "b": 1, "a": 2)"));
+    describe(descriptionWith(R"(, "a": 1, "b": 1, "a": 2)"));
     folder.write("archive/notes.txt", "notes");
     const RunResult result = check();
     EXPECT_EQ(result.status, 1);
@@ -93,7 +93,7 @@ TEST_F(CheckCommand, EndsWith1WithAnErrorAndCountsEachKind)
 
 TEST_F(CheckCommand, CountsWarningsAsErrorsWhereItIsStrict)
 {
-    describe(description(R"(, "a": 1)"));
+    describe(descriptionWith(R"(, "a": 1)"));
     EXPECT_EQ(check().status, 0);
     const RunResult strict = check({"--strict"});
     EXPECT_EQ(strict.status, 1);
@@ -102,7 +102,7 @@ TEST_F(CheckCommand, CountsWarningsAsErrorsWhereItIsStrict)
 
 TEST_F(CheckCommand, CountsNotesAsNothing)
 {
-    describe(description());
+    describe(descriptionWith());
     folder.write("archive/notes.txt", "notes");
     const RunResult strict = check({"--strict"});
     EXPECT_EQ(strict.status, 0);
@@ -111,7 +111,7 @@ TEST_F(CheckCommand, CountsNotesAsNothing)
 
 TEST_F(CheckCommand, PrintsADocument)
 {
-    describe(description(R"(, "a": 1)"));
+    describe(descriptionWith(R"(, "a": 1)"));
     const RunResult result = check({"--json"});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.err, "");
@@ -138,7 +138,7 @@ TEST_F(CheckCommand, PrintsNothingWhereItIsToBeQuiet)
 
 TEST_F(CheckCommand, EndsWith3WhereTheDescriptionCannotBeOpened)
 {
-    describe(description());
+    describe(descriptionWith());
     fs::create_directory(folder.path() / "archive/folder");
     ASSERT_EQ(::mkfifo((folder.path() / "archive/pipe").c_str(), 0666), 0);
     expectNotOpened("absent", "archive.json", "No such file or directory");
@@ -150,14 +150,14 @@ TEST_F(CheckCommand, EndsWith3WhereTheDescriptionCannotBeOpened)
 
 TEST_F(CheckCommand, DoesNotReadADevice)
 {
-    describe(description());
+    describe(descriptionWith());
     fs::create_symlink("/dev/zero", folder.path() / "archive/zero");
     expectNotOpened("archive", "zero", "it is no regular file");
 }
 
 TEST_F(CheckCommand, EndsWith3WhereTheDescriptionCannotBeRead)
 {
-    describe(description());
+    describe(descriptionWith());
     makeUnreadable(folder.path() / "archive", "archive.json");
     fs::permissions(folder.path(), fs::perms::all);
     const Unprivileged unprivileged;
@@ -166,7 +166,7 @@ TEST_F(CheckCommand, EndsWith3WhereTheDescriptionCannotBeRead)
 
 TEST_F(CheckCommand, ReadsAnArchiveAndADescriptionBehindLinks)
 {
-    describe(description(), "real.json");
+    describe(descriptionWith(), "real.json");
     fs::create_symlink("real.json", folder.path() / "archive/archive.json");
     fs::create_directory_symlink("archive", folder.path() / "link");
     const RunResult result = ran({"check", path("link")});
@@ -176,7 +176,7 @@ TEST_F(CheckCommand, ReadsAnArchiveAndADescriptionBehindLinks)
 
 TEST_F(CheckCommand, NamesAnotherDescriptionInItsFindings)
 {
-    describe(description(R"(, "a": 1)"), "new.json");
+    describe(descriptionWith(R"(, "a": 1)"), "new.json");
     EXPECT_EQ(check({"--description", "new.json"}).out,
               "new.json:1:114: warning: the format has no \"a\" here; the nearest is \"info\" [unknown-key]\n"
               "0 errors, 1 warning, 0 notes\n");
@@ -184,11 +184,11 @@ TEST_F(CheckCommand, NamesAnotherDescriptionInItsFindings)
 
 TEST_F(CheckCommand, TakesDescriptionsAsDeepAsTheReaderDoes)
 {
-    describe(description(R"(, "a": )" + repeated("[", 511) + repeated("]", 511)));
+    describe(descriptionWith(R"(, "a": )" + repeated("[", 511) + repeated("]", 511)));
     EXPECT_EQ(check().status, 0);
     EXPECT_EQ(ran({"archive-version", path()}).status, 0);
 
-    describe(description(R"(, "a": )" + repeated("[", 512) + repeated("]", 512)));
+    describe(descriptionWith(R"(, "a": )" + repeated("[", 512) + repeated("]", 512)));
     const RunResult result = check();
     EXPECT_EQ(result.status, 1);
     EXPECT_TRUE(result.out.starts_with("archive.json:1:630: error: ")) << result.out;
@@ -219,7 +219,7 @@ TEST_F(CheckCommand, ShowsATerminalControlCharactersOfNames)
 
 TEST_F(CheckCommand, NeedsNoTarget)
 {
-    describe(description());
+    describe(descriptionWith());
     const RunResult result = check({"--target", path("absent.json")});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.out, "0 errors, 0 warnings, 0 notes\n");

@@ -187,6 +187,17 @@ TEST_F(DescriptionFindings, TellEachMemberThatStandsTwice)
             R"({"rule":"duplicate-key","severity":"error","file":null,"board":null,"pointer":"/info","line":7,"column":3,"message":"the member stands in its object already, and the last one counts: take one away"})"));
 }
 
+TEST_F(DescriptionFindings, AreOfNoEntryWhereThereAreNone)
+{
+    describe(R"({"files": {"0": {"a/b": 1, "a/b": 2}}})");
+    EXPECT_THAT(
+        lines(),
+        ElementsAre(
+            R"(archive.json:1:1: error: The archive description file is corrupt. Property "info" is missing or invalid. [structure])",
+            R"(archive.json:1:2: error: The archive description file is corrupt. Property "files" is missing or invalid. [structure])",
+            R"(archive.json:1:28: error: the member stands in its object already, and the last one counts: take one away [duplicate-key])"));
+}
+
 TEST_F(DescriptionFindings, TellMembersThatTheFormatDoesNotHaveAndTheNearest)
 {
     addFile("a.bin", "123456789");

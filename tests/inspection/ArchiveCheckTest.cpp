@@ -1,0 +1,108 @@
+// The check of a whole archive as a host asks for it: what it returns, and that it leaves the updater as it is.
+#include <stdexcept>
+
+#include "Inspecting.h"
+
+using testing::ElementsAre;
+using testing::UnorderedElementsAre;
+using ZoNTrellanInspector::ZoTDescription;
+using ZoNTrellanInspector::ZoTDescriptionObject;
+
+namespace {
+
+class ArchiveCheck : public Inspecting {
+protected:
+    ZoTDescription checkArchive() { return inspector->checkArchive(nullptr, nullptr); }
+
+    Names rulesFound() const
+    {
+        Names rules;
+        for (unsigned i = 0; i < inspector->getFindingCount(); ++i) {
+            rules.push_back(inspector->getFinding(i).rule);
+        }
+        return rules;
+    }
+
+    Names membersOf(ZoTDescriptionObject object) const
+    {
+        Names names;
+        for (unsigned i = 0; i < inspector->getMemberCount(object); ++i) {
+            names.push_back(inspector->getMember(object, i));
+        }
+        return names;
+    }
+};
+
+}  // namespace
+
+TEST_F(ArchiveCheck, LooksAtEntriesThatNoElementUses)
+{
+    boards = {ioBoard({installed(1)})};
+    entries = {ioEntry("one.bin", 1), ioEntry("nobodys.bin", 7)};
+    missingFiles = {"nobodys.bin"};
+    contents["one.bin"] = "123456789";
+    entries[0]["checksumCrc32"] = 3421780262;
+    ASSERT_EQ(apply(), 0u);
+    EXPECT_EQ(checkArchive(), ZoTDescription::READ);
+    EXPECT_THAT(rulesFound(), ElementsAre("missing-file"));
+    EXPECT_EQ(inspector->getFinding(0).entry, 1);
+}
+
+TEST_F(ArchiveCheck, LeavesWhatTheUpdaterHasReadAsItIs)
+{
+    boards = {ioBoard({installed(1)})};
+    entries = {ioEntry("one.bin", 1)};
+    ASSERT_EQ(apply(), 0u);
+    archive->addFile("archive.json", "{}");
+    EXPECT_EQ(checkArchive(), ZoTDescription::READ);
+    EXPECT_THAT(rulesFound(), ElementsAre("structure", "structure", "unlisted-file"));
+    EXPECT_EQ(inspector->getFileCount(), 1u);
+    EXPECT_EQ(inspector->getFile(0).name, "one.bin");
+    EXPECT_THAT(states(), ElementsAre("update"));
+}
+
+TEST_F(ArchiveCheck, TellsADescriptionThatIsNoJsonFromOneThatIsNotThere)
+{
+    boards = {ioBoard({installed(1)})};
+    ASSERT_EQ(apply(), 0u);
+    archive->addFile("archive.json", "{");
+    EXPECT_EQ(checkArchive(), ZoTDescription::NO_JSON);
+    EXPECT_THAT(rulesFound(), ElementsAre("syntax"));
+    EXPECT_FALSE(inspector->getFinding(0).isInDescription);
+
+    archive.reset();
+    EXPECT_EQ(checkArchive(), ZoTDescription::NOT_OPENED);
+}
+
+TEST_F(ArchiveCheck, TellsItsProgressUpToTheEnd)
+{
+    boards = {ioBoard({installed(1)})};
+    entries = {ioEntry("one.bin", 1)};
+    contents["one.bin"] = "123456789";
+    ASSERT_EQ(apply(), 0u);
+    std::uint64_t last = 0;
+    inspector->checkArchive(
+        [](void* context, std::uint64_t read, std::uint64_t all) {
+            EXPECT_EQ(all, 9u);
+            *static_cast<std::uint64_t*>(context) = read;
+        },
+        &last);
+    EXPECT_EQ(last, 9u);
+}
+
+TEST_F(ArchiveCheck, NamesTheMembersThatTheFormatHas)
+{
+    ASSERT_EQ(apply(ZoNTrellanUpdater::PRINT_ARCHIVE), 0u);
+    EXPECT_THAT(membersOf(ZoTDescriptionObject::WHOLE), ElementsAre("info", "files"));
+    EXPECT_THAT(membersOf(ZoTDescriptionObject::INFO),
+                ElementsAre("formatVersion", "archiveVersion", "productName", "archiveVariant", "archiveName"));
+    EXPECT_THAT(membersOf(ZoTDescriptionObject::BOARD),
+                UnorderedElementsAre("boardType", "boardVariant", "boardId", "id", "targetPath", "hwCompatibilityId",
+                                     "swCompatibilityId"));
+    EXPECT_THAT(membersOf(ZoTDescriptionObject::ENTRY),
+                UnorderedElementsAre("name", "sequence", "boards", "featureLevel", "version", "checksumCrc32", "mode",
+                                     "boardType", "boardVariant", "boardId", "id", "targetPath", "hwCompatibilityId",
+                                     "swCompatibilityId"));
+    EXPECT_THROW(inspector->getMember(ZoTDescriptionObject::WHOLE, 2), std::out_of_range);
+    EXPECT_THROW(inspector->getMemberCount(static_cast<ZoTDescriptionObject>(4)), std::out_of_range);
+}
