@@ -7,7 +7,6 @@
 #include <optional>
 #include <sstream>
 #include <system_error>
-#include <utility>
 
 #include "tool/ExitStatus.h"
 #include "tool/OutputBuffer.h"
@@ -62,18 +61,27 @@ LastWords lastWords(const std::string& error, const std::string& document)
 }
 
 // Events are appended, which would spoil what the update reads.
+void keepEventsOutOf(const std::string& path, const char* what, const Arguments& arguments)
+{
+    std::error_code error;
+    if (arguments.eventsFile && std::filesystem::equivalent(*arguments.eventsFile, path, error)) {
+        throw UsageError("--events: " + *arguments.eventsFile + " is " + what);
+    }
+}
+
 void checkEventsFile(const Arguments& arguments)
 {
     const char* const named = ::getenv("TRELLAN_TARGET");
-    const std::pair<const char*, std::string> filesToRead[] = {
-        {"target file", arguments.targetFile.value_or(named == nullptr ? "" : named)},
-        {"archive's description", arguments.options.archivePath + "/" + arguments.options.descriptionFileName},
-        {"plan", arguments.planFile.value_or("")}};
-    for (const auto& [what, path] : filesToRead) {
-        std::error_code error;
-        if (arguments.eventsFile && std::filesystem::equivalent(*arguments.eventsFile, path, error)) {
-            throw UsageError("--events: " + *arguments.eventsFile + " is the " + what);
-        }
+    keepEventsOutOf(arguments.targetFile.value_or(named == nullptr ? "" : named), "the target file", arguments);
+    keepEventsOutOf(arguments.options.archivePath + "/" + arguments.options.descriptionFileName,
+                    "the archive's description", arguments);
+    keepEventsOutOf(arguments.planFile.value_or(""), "the plan", arguments);
+}
+
+void checkEventsFile(const Arguments& arguments, ZoITrellanInspector& inspector)
+{
+    for (unsigned i = 0; arguments.eventsFile && i < inspector.getFileCount(); ++i) {
+        keepEventsOutOf(inspector.getFile(i).path, "a file of the archive", arguments);
     }
 }
 
@@ -99,6 +107,7 @@ public:
     {
         try {
             const int prepared = preparation.prepare(err.stream());
+            checkEventsFile(arguments, session.inspector());
             if (arguments.dryRun) {
                 endWithoutDocument();
                 return tellDryRun(arguments, preparation, prepared, streams);

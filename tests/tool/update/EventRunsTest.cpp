@@ -78,6 +78,20 @@ TEST_F(EventRuns, AreRefusedWhereEventsWouldSpoilWhatTheyRead)
     EXPECT_EQ(readText(pathOf("plan.json")), "{}");
 }
 
+TEST_F(EventRuns, AreRefusedWhereEventsWouldBecomePartOfAnUpdateFile)
+{
+    const std::string device = readText(pathOf("target.json"));
+    std::filesystem::create_symlink(archive.path() + "/a.bin", folder.path() / "link");
+    for (const std::string& file : {archive.path() + "/a.bin", pathOf("link")}) {
+        const ProcessResult result = runProcess(
+            TRELLAN_TOOL, {"update", archive.path(), "--target", "target.json", "--events", file}, folder.path());
+        EXPECT_EQ(result.status, 2);
+        EXPECT_THAT(result.errors, HasSubstr("trellan-update: --events: " + file + " is a file of the archive\n"));
+    }
+    EXPECT_EQ(readText(archive.path() + "/a.bin"), "content");
+    EXPECT_EQ(readText(pathOf("target.json")), device);
+}
+
 TEST_F(EventRuns, GoOnWhereTheMediumIsFull)
 {
     EXPECT_EQ(complaints("/dev/full"),
