@@ -39,6 +39,8 @@ constexpr Command table[] = {
     {"history", "FILE", DOCUMENT, 0, printHistory, "Print what a file of events tells of each update"},
     {"inspect", "FILE...", LIBRARY | DOCUMENT, 0, inspectFiles,
      "Tell kind, version and checksum of update files by their content"},
+    {"new", "ARCHIVE", OF_ARCHIVE | OF_ELEMENTS, READ_INVENTORY, newArchive,
+     "Begin an archive for the target: a description with an entry for each element"},
     {"help", "[COMMAND]", 0, 0, printHelp, "Print what the tool does, or a command's options"},
 };
 

@@ -38,6 +38,10 @@ int printHistory(const Arguments& arguments, const Streams& streams);
 // read, which is named on `streams.err`.
 int inspectFiles(const Arguments& arguments, const Streams& streams);
 
+// Begins an archive for the target: a folder, where there is none, and a description in it. FAILURE where the
+// description is there already, or nothing can be described. Throws std::runtime_error where it cannot be written.
+int newArchive(const Arguments& arguments, const Streams& streams);
+
 // Help of the command that the operand names, or of the tool. Throws UsageError when there is no such command.
 int printHelp(const Arguments& arguments, const Streams& streams);
 

@@ -23,6 +23,7 @@ Commands:
   explain ARCHIVE             Tell why elements get the files that they get, and why others do not fit
   history FILE                Print what a file of events tells of each update
   inspect FILE...             Tell kind, version and checksum of update files by their content
+  new ARCHIVE                 Begin an archive for the target: a description with an entry for each element
   help [COMMAND]              Print what the tool does, or a command's options
 
 Options:
@@ -109,8 +110,9 @@ TEST(Help, AnswersWhateverElseIsOnTheCommandLine)
 
 TEST(Help, EachCommandHasSome)
 {
-    for (const std::string command : {"version", "archive-version", "list", "describe", "installed", "scan", "compare",
-                                      "update", "reboot-support", "check", "explain", "history", "inspect", "help"}) {
+    for (const std::string command :
+         {"version", "archive-version", "list", "describe", "installed", "scan", "compare", "update", "reboot-support",
+          "check", "explain", "history", "inspect", "new", "help"}) {
         const RunResult result = ran({"help", command});
         EXPECT_EQ(result.status, 0) << command;
         EXPECT_TRUE(result.out.starts_with("Usage: trellan-update " + command + " ")) << result.out;
@@ -136,6 +138,7 @@ trellan-update:   check ARCHIVE               Tell what is wrong with the archiv
 trellan-update:   explain ARCHIVE             Tell why elements get the files that they get, and why others do not fit
 trellan-update:   history FILE                Print what a file of events tells of each update
 trellan-update:   inspect FILE...             Tell kind, version and checksum of update files by their content
+trellan-update:   new ARCHIVE                 Begin an archive for the target: a description with an entry for each element
 trellan-update:   help [COMMAND]              Print what the tool does, or a command's options
 trellan-update: for example: trellan-update compare /path/of/the/archive
 trellan-update: see trellan-update help COMMAND for its options
