@@ -25,7 +25,7 @@ using FileIdentity = std::pair<dev_t, ino64_t>;
 
 struct FileLook {
     FileProblem problem = FileProblem::none;
-    FileIdentity identity;   // of an empty file and one without a problem
+    FileIdentity identity;   // that of no file where there is none
     std::uint64_t size = 0;  // in bytes
 };
 
