@@ -21,7 +21,8 @@ const std::set<std::string> withValue = {"$ref",    "type",        "const",     
                                          "minimum", "maximum",     "minItems",        "maxItems", "minLength",
                                          "pattern", "uniqueItems", "exclusiveMinimum"};
 const std::set<std::string> withSchema = {"items", "additionalProperties", "not", "if", "then", "else"};
-const std::set<std::string> withSchemas = {"$defs", "properties", "patternProperties", "oneOf", "anyOf", "allOf"};
+const std::set<std::string> withSchemas = {"$defs", "definitions", "properties", "patternProperties",
+                                           "oneOf", "anyOf",       "allOf"};
 
 void refuseUncheckedKeywords(const json& schema)
 {
@@ -54,8 +55,9 @@ JsonSchema::~JsonSchema() = default;
 
 std::vector<std::string> JsonSchema::violations(const json& document) const
 {
+    static valijson::Validator validator;  // keeps each pattern that it has compiled, which takes it milliseconds
     valijson::ValidationResults results;
-    valijson::Validator().validate(*root, NlohmannJsonAdapter(document), &results);
+    validator.validate(*root, NlohmannJsonAdapter(document), &results);
     std::vector<std::string> found;
     for (const valijson::ValidationResults::Error& error : results) {
         found.emplace_back();
