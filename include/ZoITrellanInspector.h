@@ -215,6 +215,28 @@ struct ZoTVerification {
     std::string foundVersion;
 };
 
+// An item of a recorded inventory. They stand in the order of the tree: an item is below the last one before it whose
+// level is lower by 1.
+struct ZoTRecordedItem {
+    std::uint32_t level;  // 0: the root item
+    std::string id;       // kind and index, such as "UPDATE_ELEMENT[2]"
+    std::uint32_t parameterCount;
+};
+
+struct ZoTRecordedParameter {
+    std::string address;   // in its item, such as "PRODUCT/BOARD_TYPE"
+    bool isText;           // a text, otherwise a number; a version is a text
+    std::string text;      // empty for a number
+    std::uint32_t number;  // 0 for a text
+};
+
+// What a record leaves out, since it cannot be read.
+struct ZoTOmission {
+    std::string item;       // its address, such as "/ROOT/HCN"
+    std::string parameter;  // its address in the item; empty: the item is left out, with what is below it
+    std::string reason;     // for a person to read
+};
+
 }  // namespace ZoNTrellanInspector
 
 // Looks into an updater. The virtual operations are called through their slots: new ones are appended. They may throw
@@ -303,6 +325,22 @@ public:
     virtual const ZoNTrellanInspector::ZoTCandidate& getCandidate(unsigned number) = 0;
     virtual unsigned getUnmetCount(unsigned number) = 0;
     virtual const ZoNTrellanInspector::ZoTUnmet& getUnmet(unsigned number, unsigned position) = 0;
+
+    // Scans the target for a record of its inventory: all that the library could see of it, whatever the options select
+    // and whatever was read before. Returns false when the scan failed; there is no record then. An earlier record is
+    // forgotten.
+    virtual bool recordInventory() = 0;
+
+    // The errors that the scan for the record has reported; a scan that has not failed may have reported some, too.
+    virtual unsigned getScanErrorCount() = 0;
+    virtual const ZoNTrellanInspector::ZoTError& getScanError(unsigned position) = 0;
+
+    // The record, and what it leaves out. A parameter is found by the positions of its item and in its item.
+    virtual unsigned getRecordedItemCount() = 0;
+    virtual const ZoNTrellanInspector::ZoTRecordedItem& getRecordedItem(unsigned position) = 0;
+    virtual const ZoNTrellanInspector::ZoTRecordedParameter& getRecordedParameter(unsigned item, unsigned position) = 0;
+    virtual unsigned getOmissionCount() = 0;
+    virtual const ZoNTrellanInspector::ZoTOmission& getOmission(unsigned position) = 0;
 };
 
 #endif

@@ -1,14 +1,15 @@
 // What the inspector tells of the target's elements.
 #include <stdexcept>
 
-#include "base/ErrorManager.h"
 #include "base/PlatformText.h"
 #include "inspection/ElementState.h"
+#include "inspection/ErrorRecord.h"
 #include "inspection/ZoCTrellanInspector.h"
 #include "operation/ZoCUpdateOperation.h"
 
 using namespace ZoNTrellanInspector;
 using namespace ZoNUpdateBase;
+using namespace ZoNUpdateInspection;
 using ZoNUpdateArchive::ZoSUpdateFile;
 using ZoNUpdateAssignment::UpdateNeed;
 using ZoNUpdateInventory::ZoSUpdateElement;
@@ -36,21 +37,6 @@ ZoTNeed needOf(UpdateNeed need)
         default:
             return ZoTNeed::NONE;
     }
-}
-
-ZoTError errorOf(const ZoCErrorListPool& errors, unsigned index)
-{
-    ZoTError error{};
-    error.hasCode = true;
-    error.code = errors.getErrorCode(index);
-    error.text = errors.getErrorText(index);
-    error.originNode = errors.getOriginNode(index);
-    error.time = static_cast<double>(errors.getTimeStamp(index)) * errorManager().getTimeStampFactor();
-    error.mainModule = errors.getMainModuleNumber(index);
-    error.subModule = errors.getSubModuleNumber(index);
-    error.function = errors.getFunctionName(index);
-    error.line = errors.getLineNumber(index);
-    return error;
 }
 
 ZoTError errorOf(const std::string& message)
@@ -89,7 +75,7 @@ const ZoTElement& ZoCTrellanInspector::getElement(unsigned index)
     element.filePosition = source.updateFileIndex;
     const ZoSUpdateFile* const itsFile = updater.getAssignment().fileOf(source);
     element.isDowngrade = itsFile != nullptr && isDowngrade(source, *itsFile);
-    element.state = ZoNUpdateInspection::stateOf(source, updater);
+    element.state = stateOf(source, updater);
     element.blocksUpdate = source.blocksUpdate;
     element.need = itsFile != nullptr ? needOf(updater.getAssignment().needOf(source)) : ZoTNeed::NONE;
     return element;

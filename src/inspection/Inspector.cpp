@@ -5,6 +5,7 @@
 #include "inspection/Explanation.h"
 #include "inspection/FileKeys.h"
 #include "inspection/ZoCTrellanInspector.h"
+#include "inventory/InventoryRecord.h"
 #include "operation/ZoCUpdateOperation.h"
 
 ZoITrellanInspector* ZoITrellanInspector::createInstance(ZoITrellanUpdater& updater)

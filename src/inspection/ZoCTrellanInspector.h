@@ -1,7 +1,7 @@
 // ZoCTrellanInspector: the inspector behind the public interface.
 //
 // Keeps nothing but what it hands out: every answer is taken from the updater at the time of the question, or read then
-// from a file.
+// from a file or the target.
 #pragma once
 
 #include <memory>
@@ -14,7 +14,8 @@ struct ZoSUpdateFile;
 }
 namespace ZoNUpdateInventory {
 struct ZoSUpdateElement;
-}
+class InventoryRecord;
+}  // namespace ZoNUpdateInventory
 namespace ZoNUpdateInspection {
 class FileKeys;
 struct Explained;
@@ -58,6 +59,14 @@ public:
     const ZoNTrellanInspector::ZoTCandidate& getCandidate(unsigned number) override;
     unsigned getUnmetCount(unsigned number) override;
     const ZoNTrellanInspector::ZoTUnmet& getUnmet(unsigned number, unsigned position) override;
+    bool recordInventory() override;
+    unsigned getScanErrorCount() override;
+    const ZoNTrellanInspector::ZoTError& getScanError(unsigned position) override;
+    unsigned getRecordedItemCount() override;
+    const ZoNTrellanInspector::ZoTRecordedItem& getRecordedItem(unsigned position) override;
+    const ZoNTrellanInspector::ZoTRecordedParameter& getRecordedParameter(unsigned item, unsigned position) override;
+    unsigned getOmissionCount() override;
+    const ZoNTrellanInspector::ZoTOmission& getOmission(unsigned position) override;
 
 private:
     void beginExplanation();
@@ -65,6 +74,9 @@ private:
     // These throw std::out_of_range.
     const ZoNUpdateInventory::ZoSUpdateElement& elementAt(unsigned index) const;
     const ZoNUpdateArchive::ZoSUpdateFile& fileAt(unsigned position) const;
+
+    // Empty before anything is recorded.
+    const ZoNUpdateInventory::InventoryRecord& recorded() const;
 
     const ZoCTrellanUpdater& updater;
     ZoNTrellanInspector::ZoTElement element{};
@@ -80,4 +92,9 @@ private:
     std::unique_ptr<ZoNUpdateInspection::Explained> explained;
     ZoNTrellanInspector::ZoTCandidate candidate{};
     ZoNTrellanInspector::ZoTUnmet unmet{};
+    std::unique_ptr<ZoNUpdateInventory::InventoryRecord> inventoryRecord;
+    std::vector<ZoNTrellanInspector::ZoTError> scanErrors;
+    ZoNTrellanInspector::ZoTRecordedItem recordedItem{};
+    ZoNTrellanInspector::ZoTRecordedParameter recordedParameter{};
+    ZoNTrellanInspector::ZoTOmission omission{};
 };

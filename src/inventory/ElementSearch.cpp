@@ -1,11 +1,10 @@
 // The search for update elements in the scanned inventory tree.
-#include <algorithm>
-#include <array>
 #include <iterator>
 
 #include "base/PlatformText.h"
 #include "inventory/ElementReader.h"
 #include "inventory/ProductAddresses.h"
+#include "inventory/SearchedKinds.h"
 #include "inventory/SubItems.h"
 #include "inventory/UnitItem.h"
 #include "inventory/ZoCUpdateInventory.h"
@@ -16,26 +15,6 @@ using namespace ZoNInventoryIDs;
 using namespace ZoNUpdateInventory;
 
 namespace {
-
-// The search goes into items of these kinds only.
-bool mayHoldElements(const ZoCInventoryItem& item)
-{
-    static const std::array searchedKinds{ROOT.getCategory(),       HCN.getCategory(),
-                                          CN.getCategory(),         NETC.getCategory(),
-                                          BACKPLANE.getCategory(),  NETWORK.getCategory(),
-                                          IOROUTER.getCategory(),   ION.getCategory(),
-                                          IOMODULE.getCategory(),   PIGGYBACK_MODULE.getCategory(),
-                                          SUB_BOARDS.getCategory(), FBMODULE.getCategory(),
-                                          UPDATE_INFO.getCategory()};
-    const auto kind = item.getID().getCategory();
-    return std::find(searchedKinds.begin(), searchedKinds.end(), kind) != searchedKinds.end();
-}
-
-bool isUpdateElement(const ZoCInventoryItem& item)
-{
-    const ZoCInventoryAddress id = item.getID()[1];
-    return id == UPDATE_ELEMENT || id == FILESYSTEM_ELEMENT;
-}
 
 std::string stringValue(ZoCErrorListPool& errors, const ZoCInventoryItem& item, const ZoCInventoryAddress& address)
 {

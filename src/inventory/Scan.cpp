@@ -1,21 +1,7 @@
 // Reading of the target's inventory.
+#include "inventory/ScannedTree.h"
 #include "inventory/ZoCUpdateInventory.h"
-#include "libZoInventoryManagerAP/ZoCInventoryManager.h"
 #include "updater/ZoCTrellanUpdater.h"
-
-namespace {
-
-struct TreeDeleter {
-    void operator()(ZoCInventoryItem* tree) const noexcept
-    {
-        try {
-            ZoCInventoryManager::getInstance()->deleteInventoryTree(tree);
-        } catch (...) {  // nothing more can be done for the tree, and the host is to live on
-        }
-    }
-};
-
-}  // namespace
 
 ZoCUpdateInventory::ZoCUpdateInventory(const ZoCTrellanUpdater& updater, const ZoNTrellanUpdater::ZoTOptions& options)
     : updater(updater), options(options)
@@ -26,10 +12,8 @@ ZoCUpdateInventory::~ZoCUpdateInventory() = default;
 
 int ZoCUpdateInventory::getInventory(ZoCErrorListPool& errors)
 {
-    ZoCInventoryItem* scanned = nullptr;
-    const int result = ZoCInventoryManager::getInstance()->scan(errors, scanned, true, nullptr);
-    const std::unique_ptr<ZoCInventoryItem, TreeDeleter> tree(scanned);
-    if (result != 0 || !tree) {
+    const ZoNUpdateInventory::ScannedTree tree = ZoNUpdateInventory::scanTarget(errors);
+    if (!tree) {
         return 0;
     }
     searchUpdateElements(errors, tree.get(), nullptr, true);

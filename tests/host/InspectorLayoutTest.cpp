@@ -37,6 +37,14 @@ TEST(InspectorLayout, KeepsTheOperationsInTheirSlots)
     EXPECT_EQ(slotOf(&ZoITrellanInspector::getCandidate), 26);
     EXPECT_EQ(slotOf(&ZoITrellanInspector::getUnmetCount), 27);
     EXPECT_EQ(slotOf(&ZoITrellanInspector::getUnmet), 28);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::recordInventory), 29);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::getScanErrorCount), 30);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::getScanError), 31);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::getRecordedItemCount), 32);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::getRecordedItem), 33);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::getRecordedParameter), 34);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::getOmissionCount), 35);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::getOmission), 36);
 }
 
 TEST(InspectorLayout, KeepsTheMembersOfAnElement)
@@ -164,4 +172,18 @@ TEST(InspectorLayout, KeepsTheMembersOfAnUnmetCriterion)
     EXPECT_EQ(offsetof(ZoTUnmet, criterion), 0u);
     EXPECT_EQ(offsetof(ZoTUnmet, expected), 32u);
     EXPECT_EQ(offsetof(ZoTUnmet, actual), 64u);
+}
+
+TEST(InspectorLayout, KeepsTheMembersOfARecord)
+{
+    EXPECT_EQ(offsetof(ZoTRecordedItem, level), 0u);
+    EXPECT_EQ(offsetof(ZoTRecordedItem, id), 8u);
+    EXPECT_EQ(offsetof(ZoTRecordedItem, parameterCount), 40u);
+    EXPECT_EQ(offsetof(ZoTRecordedParameter, address), 0u);
+    EXPECT_EQ(offsetof(ZoTRecordedParameter, isText), 32u);
+    EXPECT_EQ(offsetof(ZoTRecordedParameter, text), 40u);
+    EXPECT_EQ(offsetof(ZoTRecordedParameter, number), 72u);
+    EXPECT_EQ(offsetof(ZoTOmission, item), 0u);
+    EXPECT_EQ(offsetof(ZoTOmission, parameter), 32u);
+    EXPECT_EQ(offsetof(ZoTOmission, reason), 64u);
 }

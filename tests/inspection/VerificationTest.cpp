@@ -100,6 +100,17 @@ public:
     {
         throw std::out_of_range("file");
     }
+    bool recordInventory() override { return false; }
+    unsigned getScanErrorCount() override { return 0; }
+    const ZoTError& getScanError(unsigned) override { throw std::out_of_range("scan error"); }
+    unsigned getRecordedItemCount() override { return 0; }
+    const ZoTRecordedItem& getRecordedItem(unsigned) override { throw std::out_of_range("item"); }
+    const ZoTRecordedParameter& getRecordedParameter(unsigned, unsigned) override
+    {
+        throw std::out_of_range("parameter");
+    }
+    unsigned getOmissionCount() override { return 0; }
+    const ZoTOmission& getOmission(unsigned) override { throw std::out_of_range("omission"); }
 };
 
 constexpr unsigned crc32OfDigits = 0xCBF43926;

@@ -1,0 +1,91 @@
+// A scan of its own for the record of the target's inventory, and what the record holds.
+#include <stdexcept>
+
+#include "base/ErrorListHandle.h"
+#include "inspection/ErrorRecord.h"
+#include "inspection/ZoCTrellanInspector.h"
+#include "inventory/InventoryRecord.h"
+#include "inventory/ScannedTree.h"
+
+using namespace ZoNTrellanInspector;
+using namespace ZoNUpdateInventory;
+
+namespace {
+
+template <class List>
+const auto& entryAt(const List& list, unsigned position)
+{
+    if (position >= list.size()) {
+        throw std::out_of_range("ZoITrellanInspector: nothing was recorded there");
+    }
+    return list[position];
+}
+
+}  // namespace
+
+bool ZoCTrellanInspector::recordInventory()
+{
+    inventoryRecord.reset();
+    scanErrors.clear();
+    const ZoNUpdateBase::ErrorListHandle errors = ZoNUpdateBase::makeErrorList();
+    const ScannedTree tree = scanTarget(*errors);
+    for (unsigned i = 0; i < errors->getErrorCount(); ++i) {
+        scanErrors.push_back(ZoNUpdateInspection::errorOf(*errors, i));
+    }
+    inventoryRecord = tree ? std::make_unique<InventoryRecord>(*tree) : nullptr;
+    return inventoryRecord != nullptr;
+}
+
+unsigned ZoCTrellanInspector::getScanErrorCount()
+{
+    return static_cast<unsigned>(scanErrors.size());
+}
+
+const ZoTError& ZoCTrellanInspector::getScanError(unsigned position)
+{
+    return entryAt(scanErrors, position);
+}
+
+unsigned ZoCTrellanInspector::getRecordedItemCount()
+{
+    return static_cast<unsigned>(recorded().items().size());
+}
+
+const ZoTRecordedItem& ZoCTrellanInspector::getRecordedItem(unsigned position)
+{
+    const RecordedItem& source = entryAt(recorded().items(), position);
+    recordedItem.level = source.level;
+    recordedItem.id = source.id;
+    recordedItem.parameterCount = static_cast<std::uint32_t>(source.parameters.size());
+    return recordedItem;
+}
+
+const ZoTRecordedParameter& ZoCTrellanInspector::getRecordedParameter(unsigned item, unsigned position)
+{
+    const RecordedParameter& source = entryAt(entryAt(recorded().items(), item).parameters, position);
+    recordedParameter.address = source.address;
+    recordedParameter.isText = source.isText;
+    recordedParameter.text = source.text;
+    recordedParameter.number = source.number;
+    return recordedParameter;
+}
+
+unsigned ZoCTrellanInspector::getOmissionCount()
+{
+    return static_cast<unsigned>(recorded().omissions().size());
+}
+
+const ZoTOmission& ZoCTrellanInspector::getOmission(unsigned position)
+{
+    const RecordOmission& source = entryAt(recorded().omissions(), position);
+    omission.item = source.item;
+    omission.parameter = source.parameter;
+    omission.reason = source.reason;
+    return omission;
+}
+
+const InventoryRecord& ZoCTrellanInspector::recorded() const
+{
+    static const InventoryRecord nothing;
+    return inventoryRecord ? *inventoryRecord : nothing;
+}

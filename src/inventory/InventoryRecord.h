@@ -1,0 +1,55 @@
+// InventoryRecord: what the library can see of the target's inventory, written down.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "libZoErrorHandling/ZoCErrorListPool.h"
+#include "libZoInventoryTree/ZoCInventoryItem.h"
+
+namespace ZoNUpdateInventory {
+
+// A parameter of an item: a text, or else a number. A version is recorded by its text.
+struct RecordedParameter {
+    const char* address;  // such as "PRODUCT/BOARD_TYPE"
+    bool isText;
+    std::string text;
+    std::uint32_t number;
+};
+
+struct RecordedItem {
+    unsigned level;  // 0 for the root item; an item belongs to the last one before it that is a level higher
+    std::string id;  // kind and index, such as "UPDATE_ELEMENT[2]"
+    std::vector<RecordedParameter> parameters;
+};
+
+// What is left out, since it cannot be read.
+struct RecordOmission {
+    std::string item;       // its address
+    std::string parameter;  // its address; empty: the item itself, with what is below it
+    std::string reason;     // what the platform says of it
+};
+
+// The items that the search for elements sees, in the order of the tree, with the parameters that it could ever read of
+// them. No filter is heeded. A tree made of the record is seen as the one recorded.
+class InventoryRecord {
+public:
+    // An empty record.
+    InventoryRecord() = default;
+
+    // Records the tree of this root item.
+    explicit InventoryRecord(const ZoCInventoryItem& root);
+
+    const std::vector<RecordedItem>& items() const { return recorded; }
+    const std::vector<RecordOmission>& omissions() const { return omitted; }
+
+private:
+    void record(const ZoCInventoryItem& item, unsigned level);
+    void recordParameters(const ZoCInventoryItem& item);
+
+    std::vector<RecordedItem> recorded;
+    std::vector<RecordOmission> omitted;
+};
+
+}  // namespace ZoNUpdateInventory
