@@ -36,6 +36,8 @@ constexpr Command table[] = {
     {"check", "ARCHIVE", CHECKS | DOCUMENT, 0, checkArchive, "Tell what is wrong with the archive"},
     {"explain", "ARCHIVE", OF_BOTH | EXPLAINS | DOCUMENT, COMPARE_VERSIONS, explain,
      "Tell why elements get the files that they get, and why others do not fit"},
+    {"record", "", OF_TARGET | RESULT, READ_INVENTORY, recordTarget,
+     "Write the target's inventory as a target file, for a simulated target like it"},
     {"history", "FILE", DOCUMENT, 0, printHistory, "Print what a file of events tells of each update"},
     {"inspect", "FILE...", LIBRARY | DOCUMENT, 0, inspectFiles,
      "Tell kind, version and checksum of update files by their content"},

@@ -30,6 +30,10 @@ int checkArchive(const Arguments& arguments, const Streams& streams);
 // a file is asked for that there is not.
 int explain(const Arguments& arguments, const Streams& streams);
 
+// Writes the target's inventory as a target file, whatever the filters. FAILURE where something is left out, which is
+// named on `streams.err`. Throws std::runtime_error where the file cannot be written.
+int recordTarget(const Arguments& arguments, const Streams& streams);
+
 // What the file of events that the operand names tells of each update: a line for each, or a document. What had to be
 // skipped is said on `streams.err`. Throws HistoryError where the file cannot be read.
 int printHistory(const Arguments& arguments, const Streams& streams);

@@ -21,6 +21,7 @@ Commands:
   reboot-support              Tell whether the device can be rebooted automatically
   check ARCHIVE               Tell what is wrong with the archive
   explain ARCHIVE             Tell why elements get the files that they get, and why others do not fit
+  record                      Write the target's inventory as a target file, for a simulated target like it
   history FILE                Print what a file of events tells of each update
   inspect FILE...             Tell kind, version and checksum of update files by their content
   new ARCHIVE                 Begin an archive for the target: a description with an entry for each element
@@ -112,7 +113,7 @@ TEST(Help, EachCommandHasSome)
 {
     for (const std::string command :
          {"version", "archive-version", "list", "describe", "installed", "scan", "compare", "update", "reboot-support",
-          "check", "explain", "history", "inspect", "new", "help"}) {
+          "check", "explain", "record", "history", "inspect", "new", "help"}) {
         const RunResult result = ran({"help", command});
         EXPECT_EQ(result.status, 0) << command;
         EXPECT_TRUE(result.out.starts_with("Usage: trellan-update " + command + " ")) << result.out;
@@ -136,6 +137,7 @@ trellan-update:   update ARCHIVE              Update the target
 trellan-update:   reboot-support              Tell whether the device can be rebooted automatically
 trellan-update:   check ARCHIVE               Tell what is wrong with the archive
 trellan-update:   explain ARCHIVE             Tell why elements get the files that they get, and why others do not fit
+trellan-update:   record                      Write the target's inventory as a target file, for a simulated target like it
 trellan-update:   history FILE                Print what a file of events tells of each update
 trellan-update:   inspect FILE...             Tell kind, version and checksum of update files by their content
 trellan-update:   new ARCHIVE                 Begin an archive for the target: a description with an entry for each element
