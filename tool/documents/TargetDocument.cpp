@@ -1,4 +1,4 @@
-// The items as they come, one behind the other: what is open is closed when the next one stands higher.
+// What is open is closed when the next item stands higher.
 #include "tool/documents/TargetDocument.h"
 
 #include <nlohmann/json.hpp>
@@ -9,121 +9,114 @@ namespace TrellanTool {
 namespace {
 
 using nlohmann::ordered_json;
-using ZoNTrellanInspector::ZoTRecordedItem;
-using ZoNTrellanInspector::ZoTRecordedParameter;
 
-std::optional<std::string> valueText(const ZoTRecordedParameter& parameter)
+// What a line begins with that stands `deeper` steps within the braces of an item of this level.
+std::string blanks(std::size_t level, unsigned deeper)
 {
-    return parameter.isText ? jsonString(parameter.text) : std::to_string(parameter.number);
+    return std::string(4 * level + std::size_t{2} * (deeper + 1), ' ');
 }
-
-class TargetDocument {
-public:
-    TargetDocument(std::ostream& out, ZoITrellanInspector& inspector) : out(out), inspector(inspector) {}
-
-    std::vector<std::string> write()
-    {
-        out << "{\n  \"tree\": ";
-        const unsigned count = inspector.getRecordedItemCount();
-        for (unsigned i = 0; i < count; ++i) {
-            const unsigned level = begin(i);
-            const unsigned next = i + 1 < count ? inspector.getRecordedItem(i + 1).level : 0;
-            if (next > level) {
-                out << ",\n" << blanks(level, 1) << "\"items\": [\n" << blanks(next, 0);
-            } else {
-                end(level, next);
-            }
-        }
-        out << "\n}\n";
-        return std::move(omissions);
-    }
-
-private:
-    static std::string blanks(unsigned level, unsigned deeper)
-    {
-        return std::string(std::size_t{4} * level + std::size_t{2} * (deeper + 1), ' ');
-    }
-
-    // Writes the item up to its parameters and returns its level.
-    unsigned begin(unsigned position)
-    {
-        const ZoTRecordedItem& item = inspector.getRecordedItem(position);
-        address.resize(item.level);
-        address.push_back(item.id);
-        out << "{\n" << blanks(item.level, 1) << "\"id\": " << ordered_json(item.id).dump();
-        bool any = false;
-        for (unsigned i = 0; i < item.parameterCount; ++i) {
-            any |= parameter(inspector.getRecordedParameter(position, i), item.level, any);
-        }
-        if (any) {
-            out << '\n' << blanks(item.level, 1) << '}';
-        }
-        return item.level;
-    }
-
-    // False where there is nothing to be written.
-    bool parameter(const ZoTRecordedParameter& parameter, unsigned level, bool hasPrevious)
-    {
-        const std::optional<std::string> value = valueText(parameter);
-        if (!value) {
-            omissions.push_back(omissionText(addressText(), parameter.address, "its text is not UTF-8"));
-            return false;
-        }
-        if (hasPrevious) {
-            out << ",\n";
-        } else {
-            out << ",\n" << blanks(level, 1) << "\"parameters\": {\n";
-        }
-        out << blanks(level, 2) << '"' << parameter.address << "\": " << *value;
-        return true;
-    }
-
-    // Closes what is open from the level of the last item up to that of the next one.
-    void end(unsigned level, unsigned next)
-    {
-        out << '\n' << blanks(level, 0) << '}';
-        for (; level > next; --level) {
-            out << '\n' << blanks(level - 1, 1) << "]\n" << blanks(level - 1, 0) << '}';
-        }
-        if (next > 0) {
-            out << ",\n" << blanks(next, 0);
-        }
-    }
-
-    std::string addressText() const
-    {
-        std::string text;
-        for (const std::string& id : address) {
-            text += '/' + id;
-        }
-        return text;
-    }
-
-    std::ostream& out;
-    ZoITrellanInspector& inspector;
-    std::vector<std::string> address;  // the ids from the root item to the one that is being written
-    std::vector<std::string> omissions;
-};
 
 }  // namespace
 
+void TargetDocument::item(unsigned level, const std::string& id)
+{
+    endParameters();
+    if (open.empty()) {
+        out << "{\n  \"tree\": {\n";
+    } else if (level == open.size()) {
+        out << ",\n" << blanks(level - 1, 1) << "\"items\": [\n" << blanks(level, 0) << "{\n";
+    } else {
+        endItems(level);
+        out << ",\n" << blanks(level, 0) << "{\n";
+    }
+    open.resize(level);
+    open.push_back(id);
+    out << blanks(level, 1) << "\"id\": " << ordered_json(id).dump();
+}
+
+bool TargetDocument::text(const std::string& address, const std::string& value)
+{
+    try {
+        parameter(address, ordered_json(value).dump());
+        return true;
+    } catch (const ordered_json::type_error&) {
+        return false;
+    }
+}
+
+void TargetDocument::number(const std::string& address, std::uint32_t value)
+{
+    parameter(address, std::to_string(value));
+}
+
+void TargetDocument::end()
+{
+    endParameters();
+    endItems(0);
+    out << "\n}\n";
+}
+
+std::string TargetDocument::address() const
+{
+    std::string text;
+    for (const std::string& id : open) {
+        text += '/' + id;
+    }
+    return text;
+}
+
+void TargetDocument::parameter(const std::string& address, const std::string& value)
+{
+    const std::size_t level = open.size() - 1;
+    out << ",\n";
+    if (!hasParameters) {
+        out << blanks(level, 1) << "\"parameters\": {\n";
+    }
+    out << blanks(level, 2) << ordered_json(address).dump() << ": " << value;
+    hasParameters = true;
+}
+
+void TargetDocument::endParameters()
+{
+    if (hasParameters) {
+        out << '\n' << blanks(open.size() - 1, 1) << '}';
+    }
+    hasParameters = false;
+}
+
+// Ends the last item and those that it is in, up to one of this level.
+void TargetDocument::endItems(std::size_t level)
+{
+    std::size_t last = open.size() - 1;
+    out << '\n' << blanks(last, 0) << '}';
+    for (; last > level; --last) {
+        out << '\n' << blanks(last - 1, 1) << "]\n" << blanks(last - 1, 0) << '}';
+    }
+}
+
 std::vector<std::string> writeTargetDocument(std::ostream& out, ZoITrellanInspector& inspector)
 {
-    return TargetDocument(out, inspector).write();
+    TargetDocument document(out);
+    std::vector<std::string> omissions;
+    for (unsigned i = 0; i < inspector.getRecordedItemCount(); ++i) {
+        const ZoNTrellanInspector::ZoTRecordedItem& item = inspector.getRecordedItem(i);
+        document.item(item.level, item.id);
+        for (unsigned j = 0; j < item.parameterCount; ++j) {
+            const ZoNTrellanInspector::ZoTRecordedParameter& parameter = inspector.getRecordedParameter(i, j);
+            if (!parameter.isText) {
+                document.number(parameter.address, parameter.number);
+            } else if (!document.text(parameter.address, parameter.text)) {
+                omissions.push_back(omissionText(document.address(), parameter.address, "its text is not UTF-8"));
+            }
+        }
+    }
+    document.end();
+    return omissions;
 }
 
 std::string omissionText(const std::string& item, const std::string& parameter, const std::string& reason)
 {
     return "left out: " + (parameter.empty() ? "" : parameter + " of ") + item + ": " + reason;
-}
-
-std::optional<std::string> jsonString(const std::string& text)
-{
-    try {
-        return ordered_json(text).dump();
-    } catch (const ordered_json::type_error&) {
-        return std::nullopt;
-    }
 }
 
 }  // namespace TrellanTool
