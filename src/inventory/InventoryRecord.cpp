@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <optional>
 
 #include "base/ErrorListHandle.h"
 #include "base/PlatformText.h"
