@@ -78,6 +78,7 @@ std::vector<NewEntry> merged(std::vector<NewEntry> entries, std::size_t list)
     return result;
 }
 
+// A path that no element has.
 std::string pathOfNone(const std::vector<WantedElement>& elements)
 {
     std::set<std::string> paths;
@@ -108,9 +109,10 @@ std::vector<NewEntry> newEntries(const std::vector<WantedElement>& elements)
     };
     std::sort(entries.begin(), entries.end(),
               [&](const NewEntry& left, const NewEntry& right) { return place(left) < place(right); });
+    const std::string path = pathOfNone(elements);
     for (NewEntry& entry : entries) {
         if (takesAnyPath(entry)) {
-            entry.targetPath = pathOfNone(elements);
+            entry.targetPath = path;
         }
     }
     return entries;
