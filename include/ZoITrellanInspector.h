@@ -7,8 +7,9 @@
 //       if (inspector->getElement(i).state == ZoNTrellanInspector::ZoTState::NO_FILE) { ... }
 //   }
 //
-// An inspector looks and changes nothing. It may be asked before apply(), between apply() and run(), in a callback and
-// after run(), and answers by what is known then. It is used on the thread of its updater. Compiles as C++11.
+// An inspector looks and changes nothing, unless it is told to read the target anew. It may be asked before apply(),
+// between apply() and run(), in a callback and after run(), and answers by what is known then. It is used on the thread
+// of its updater. Compiles as C++11.
 //
 // Records are handed out by reference and belong to the inspector: later versions append members, so a host never makes
 // one itself, nor an array of them. A reference holds until the same operation of the same inspector is called again,
@@ -341,6 +342,18 @@ public:
     virtual const ZoNTrellanInspector::ZoTRecordedParameter& getRecordedParameter(unsigned item, unsigned position) = 0;
     virtual unsigned getOmissionCount() = 0;
     virtual const ZoNTrellanInspector::ZoTOmission& getOmission(unsigned position) = 0;
+
+    // Reads the target anew, another one perhaps by now, and gives its elements files of the archive as apply() has
+    // read it, whatever the command; the one operation here that changes the updater. Elements, states, phases and the
+    // updater's lists are then as after apply(), and nothing is excluded. May be repeated. Returns what apply() does:
+    // 0, of an update 2, and 1 when the target cannot be read: its elements are those of before then, without files.
+    // Also 1, and nothing is changed, without an archive that was read, and while apply() or run() is at work. Errors
+    // are kept here and do not go to the master error list.
+    virtual unsigned readTarget() = 0;
+
+    // The errors that the last readTarget() has met with.
+    virtual unsigned getTargetErrorCount() = 0;
+    virtual const ZoNTrellanInspector::ZoTError& getTargetError(unsigned position) = 0;
 };
 
 #endif

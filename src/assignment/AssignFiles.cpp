@@ -65,6 +65,9 @@ void ZoCUpdateAssignment::forgetAssignment()
         element.isUpToDate = false;
         element.blocksUpdate = false;
     }
+    for (ZoSUpdateFile& file : updateFiles) {
+        file.assignedElementCount = 0;
+    }
     numberOfUpdatePhases = 0;
     targetSupported = false;
 }

@@ -46,8 +46,8 @@ public:
     // The whole computation, once, after the archive and the inventory were read.
     void makeAssignment();
 
-    // Takes every element's file away again, before the archive is read anew: none may refer to a file that is gone,
-    // nor be marked as having its content.
+    // Takes every element's file away again, before the archive or the target is read anew: none may refer to a file
+    // that is gone, nor be marked as having its content.
     void forgetAssignment();
 
     // The update file that the element has been given, owned by the archive; null when it has none.

@@ -10,14 +10,14 @@
 
 ZoITrellanInspector* ZoITrellanInspector::createInstance(ZoITrellanUpdater& updater)
 {
-    const auto* const inspected = dynamic_cast<const ZoCTrellanUpdater*>(&updater);
+    auto* const inspected = dynamic_cast<ZoCTrellanUpdater*>(&updater);
     if (inspected == nullptr) {
         throw std::invalid_argument("ZoITrellanInspector: an updater of another make");
     }
     return std::make_unique<ZoCTrellanInspector>(*inspected).release();
 }
 
-ZoCTrellanInspector::ZoCTrellanInspector(const ZoCTrellanUpdater& updater) : updater(updater) {}
+ZoCTrellanInspector::ZoCTrellanInspector(ZoCTrellanUpdater& updater) : updater(updater) {}
 
 ZoCTrellanInspector::~ZoCTrellanInspector() = default;
 

@@ -24,7 +24,7 @@ struct Explained;
 class ZoCTrellanInspector : public ZoITrellanInspector {
 public:
     // `updater` must outlive the inspector.
-    explicit ZoCTrellanInspector(const ZoCTrellanUpdater& updater);
+    explicit ZoCTrellanInspector(ZoCTrellanUpdater& updater);
     ~ZoCTrellanInspector() override;
     ZoCTrellanInspector(const ZoCTrellanInspector&) = delete;
     ZoCTrellanInspector& operator=(const ZoCTrellanInspector&) = delete;
@@ -67,6 +67,9 @@ public:
     const ZoNTrellanInspector::ZoTRecordedParameter& getRecordedParameter(unsigned item, unsigned position) override;
     unsigned getOmissionCount() override;
     const ZoNTrellanInspector::ZoTOmission& getOmission(unsigned position) override;
+    unsigned readTarget() override;
+    unsigned getTargetErrorCount() override;
+    const ZoNTrellanInspector::ZoTError& getTargetError(unsigned position) override;
 
 private:
     void beginExplanation();
@@ -78,7 +81,7 @@ private:
     // Empty before anything is recorded.
     const ZoNUpdateInventory::InventoryRecord& recorded() const;
 
-    const ZoCTrellanUpdater& updater;
+    ZoCTrellanUpdater& updater;
     ZoNTrellanInspector::ZoTElement element{};
     ZoNTrellanInspector::ZoTKeys keys{};
     ZoNTrellanInspector::ZoTError error{};
@@ -97,4 +100,6 @@ private:
     ZoNTrellanInspector::ZoTRecordedItem recordedItem{};
     ZoNTrellanInspector::ZoTRecordedParameter recordedParameter{};
     ZoNTrellanInspector::ZoTOmission omission{};
+    std::vector<ZoNTrellanInspector::ZoTError> targetErrors;
+    ZoNTrellanInspector::ZoTError targetError{};
 };

@@ -74,19 +74,35 @@ unsigned ZoCTrellanUpdater::apply()
     }
     if (needed.archive) {
         assignment->forgetAssignment();
+        isArchiveRead = archive->read(errors);
     }
-    if (needed.archive && !archive->read(errors)) {
+    if (needed.archive && !isArchiveRead) {
         print("ERROR: Failed to read firmware archive.\n");
         return failed;
     }
-    if (needed.inventory && inventory->getInventory(errors) == 0) {
+    return needed.inventory ? readTarget(errors, needed.assignment) : applied;
+}
+
+unsigned ZoCTrellanUpdater::readTargetAgain(ZoCErrorListPool& errors)
+{
+    if (isAtWork || !isArchiveRead) {
+        return failed;
+    }
+    const WorkMark mark(isAtWork);
+    assignment->forgetAssignment();
+    return readTarget(errors, true);
+}
+
+unsigned ZoCTrellanUpdater::readTarget(ZoCErrorListPool& errors, bool withAssignment)
+{
+    if (inventory->getInventory(errors) == 0) {
         print(
             "ERROR: Cannot read target device information.\n"
             "\tPower-cycle the system and retry.\n"
             "\tIf the problem persists, contact Velorant support.\n");
         return failed;
     }
-    if (needed.assignment) {
+    if (withAssignment) {
         assignment->makeAssignment();
     }
     if (options.command == UPDATE && !checkHcnCnSupport()) {

@@ -79,6 +79,11 @@ public:
     // False when the archive does not support the target. All elements are disabled then.
     bool checkHcnCnSupport();
 
+    // What apply() does once it has read the archive: reads the target, errors to `errors`, assigns the files, whatever
+    // the command, and checks the support. Returns what apply() does; also 1 while apply() or run() is at work, and
+    // without an archive that was read.
+    unsigned readTargetAgain(ZoCErrorListPool& errors);
+
     // Why a device in this reboot-support state cannot be rebooted automatically; empty for 0, which is supported, and
     // for every state that has no message.
     static const char* rebootMessage(unsigned state);
@@ -106,11 +111,13 @@ protected:
 private:
     void printError(const ZoCErrorListPool& errors, unsigned index, unsigned indent) const;
     void printErrorDetails(const ZoCErrorListPool& errors, unsigned index) const;
+    unsigned readTarget(ZoCErrorListPool& errors, bool withAssignment);
     bool performCommand(ZoCErrorListPool& errors);
 
     void (*phaseCallBack)(unsigned) = nullptr;
     void (*failureCallBack)(unsigned) = nullptr;
     void (*progressCallBack)(unsigned) = nullptr;
     void (*messageCallBack)(const std::string&) = nullptr;
-    bool isAtWork = false;  // in apply() or run()
+    bool isAtWork = false;       // in apply() or run()
+    bool isArchiveRead = false;  // by the last apply() that was to read it
 };

@@ -45,6 +45,9 @@ TEST(InspectorLayout, KeepsTheOperationsInTheirSlots)
     EXPECT_EQ(slotOf(&ZoITrellanInspector::getRecordedParameter), 34);
     EXPECT_EQ(slotOf(&ZoITrellanInspector::getOmissionCount), 35);
     EXPECT_EQ(slotOf(&ZoITrellanInspector::getOmission), 36);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::readTarget), 37);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::getTargetErrorCount), 38);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::getTargetError), 39);
 }
 
 TEST(InspectorLayout, KeepsTheMembersOfAnElement)

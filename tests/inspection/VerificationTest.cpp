@@ -111,6 +111,9 @@ public:
     }
     unsigned getOmissionCount() override { return 0; }
     const ZoTOmission& getOmission(unsigned) override { throw std::out_of_range("omission"); }
+    unsigned readTarget() override { return 0; }
+    unsigned getTargetErrorCount() override { return 0; }
+    const ZoTError& getTargetError(unsigned) override { throw std::out_of_range("error"); }
 };
 
 constexpr unsigned crc32OfDigits = 0xCBF43926;
