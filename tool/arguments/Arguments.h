@@ -40,6 +40,7 @@ struct Arguments {
     std::vector<std::uint32_t> explainedFiles;     // positions in "files" of the description
     bool strict = false;                           // count a check's warnings as errors
     std::optional<std::string> outputFile;         // where to write the result, absolute; standard output otherwise
+    std::optional<std::string> htmlFile;           // where to write a page for a browser, absolute
     bool quiet = false;                            // print nothing on standard output
     bool json = false;                             // print a JSON document in place of the library's text
     bool help = false;                             // print the command's help, or the tool's, and do nothing else

@@ -22,6 +22,7 @@ enum Trait : unsigned {
     CHECKS = 1 << 7,    // checks an archive without the target
     RESULT = 1 << 8,    // has a result that can be written to a file
     EXPLAINS = 1 << 9,  // explains the matching
+    COVERS = 1 << 12,   // holds an archive against many targets
 };
 constexpr unsigned EVERYTHING = ~0u;
 

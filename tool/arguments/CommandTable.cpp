@@ -38,6 +38,8 @@ constexpr Command table[] = {
      "Tell why elements get the files that they get, and why others do not fit"},
     {"record", "", OF_TARGET | RESULT, READ_INVENTORY, recordTarget,
      "Write the target's inventory as a target file, for a simulated target like it"},
+    {"coverage", "ARCHIVE TARGET...", OF_ARCHIVE | ELEMENTS | COVERS | DOCUMENT, ARCHIVE_VERSION, tellCoverage,
+     "Hold the archive against many targets"},
     {"history", "FILE", DOCUMENT, 0, printHistory, "Print what a file of events tells of each update"},
     {"inspect", "FILE...", LIBRARY | DOCUMENT, 0, inspectFiles,
      "Tell kind, version and checksum of update files by their content"},

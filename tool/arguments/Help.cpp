@@ -95,6 +95,7 @@ std::string commandHelp(const Command& command)
     std::string text =
         "Usage: trellan-update " + withOperands(command) + " [options]\n\n" + command.description + ".\n";
     text += command.has(ARCHIVE | CHECKS) ? "ARCHIVE is the folder of the firmware archive.\n" : "";
+    text += command.has(COVERS) ? "TARGET is a target file, or a folder for the .json files in it.\n" : "";
     text += "\nOptions:\n" + optionRows(command);
     text += command.has(ELEMENTS) ? "\nA LIST holds names separated by commas and/or blanks.\n" : "";
     return text + exitRows(command.traits);

@@ -34,6 +34,10 @@ int explain(const Arguments& arguments, const Streams& streams);
 // named on `streams.err`. Throws std::runtime_error where the file cannot be written.
 int recordTarget(const Arguments& arguments, const Streams& streams);
 
+// What the archive does for the targets that the operands name: text or a document and, where asked for, a page. What
+// cannot be read is named on `streams.err`; FAILURE then.
+int tellCoverage(const Arguments& arguments, const Streams& streams);
+
 // What the file of events that the operand names tells of each update: a line for each, or a document. What had to be
 // skipped is said on `streams.err`. Throws HistoryError where the file cannot be read.
 int printHistory(const Arguments& arguments, const Streams& streams);

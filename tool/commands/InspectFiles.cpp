@@ -22,7 +22,8 @@ namespace {
 class Reading {
 public:
     Reading(ZoITrellanInspector& inspector, const std::vector<std::string>& paths, std::ostream& err)
-        : inspector(inspector), progress(err, ::isatty(STDERR_FILENO) == 1, CheckProgress::Clock::now(), "reading")
+        : inspector(inspector),
+          progress(err, ::isatty(STDERR_FILENO) == 1, CheckProgress::Clock::now(), "reading the files")
     {
         for (const std::string& path : paths) {
             bytesOfAll += sizeOf(path);

@@ -93,4 +93,9 @@ std::string documentText(const ordered_json& content)
     return dumped(content) + "\n";
 }
 
+std::string compactText(const ordered_json& content)
+{
+    return content.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
+}
+
 }  // namespace TrellanTool

@@ -45,4 +45,7 @@ private:
 // The text of a document, as all of them are printed: with a line end, bytes that are not UTF-8 replaced by U+FFFD.
 std::string documentText(const nlohmann::ordered_json& content);
 
+// The same on one line, without blanks and line end.
+std::string compactText(const nlohmann::ordered_json& content);
+
 }  // namespace TrellanTool

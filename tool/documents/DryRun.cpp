@@ -16,10 +16,6 @@ namespace TrellanTool {
 namespace {
 
 using nlohmann::ordered_json;
-using ZoNTrellanInspector::ZoTState;
-
-constexpr ZoTState statesBefore[] = {ZoTState::NO_FILE,  ZoTState::CUSTOM,  ZoTState::UP_TO_DATE,
-                                     ZoTState::EXCLUDED, ZoTState::BLOCKED, ZoTState::UPDATE};
 
 std::string orDash(const std::string& version)
 {

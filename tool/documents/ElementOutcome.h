@@ -1,11 +1,18 @@
 // What became of an element, as documents and events tell it.
 #pragma once
 
+#include <array>
 #include <nlohmann/json_fwd.hpp>
 
 #include "ZoITrellanInspector.h"
 
 namespace TrellanTool {
+
+// The states that an element may have before an update, in the order in which they are counted.
+inline constexpr std::array statesBefore = {
+    ZoNTrellanInspector::ZoTState::NO_FILE,    ZoNTrellanInspector::ZoTState::CUSTOM,
+    ZoNTrellanInspector::ZoTState::UP_TO_DATE, ZoNTrellanInspector::ZoTState::EXCLUDED,
+    ZoNTrellanInspector::ZoTState::BLOCKED,    ZoNTrellanInspector::ZoTState::UPDATE};
 
 // The name of the state, such as "upToDate".
 const char* stateName(ZoNTrellanInspector::ZoTState state);

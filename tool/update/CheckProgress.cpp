@@ -22,7 +22,7 @@ void CheckProgress::report(std::uint64_t read, std::uint64_t all, Clock::time_po
     const int percent = all == 0 ? 100 : static_cast<int>(100.0 * static_cast<double>(read) / static_cast<double>(all));
     if (isShown && percent != lastPercent && now - start >= std::chrono::seconds(1)) {
         lastPercent = percent;
-        err << "\rtrellan-update: " << doing << " the files: " << percent << " %";
+        err << "\rtrellan-update: " << doing << ": " << percent << " %";
         err.flush();
     }
 }

@@ -11,16 +11,16 @@ class CheckProgress {
 public:
     using Clock = std::chrono::steady_clock;
 
-    // Shows on `err`, where that `isShown`, a line that is written over, from one second after `start` on: that the
-    // tool is `doing` something with the files.
-    CheckProgress(std::ostream& err, bool isShown, Clock::time_point start, const char* doing = "checking");
+    // Shows on `err`, where that `isShown`, a line that is written over, from one second after `start` on: what the
+    // tool is `doing`, and the share of it that is done.
+    CheckProgress(std::ostream& err, bool isShown, Clock::time_point start, const char* doing = "checking the files");
 
     // Clears the line.
     ~CheckProgress();
     CheckProgress(const CheckProgress&) = delete;
     CheckProgress& operator=(const CheckProgress&) = delete;
 
-    // At the time `now`, `read` of `all` bytes have been read.
+    // At the time `now`, `read` of `all` bytes, or of whatever is counted, have been read.
     void report(std::uint64_t read, std::uint64_t all, Clock::time_point now);
 
     // The same now, for the inspector: `progress` is a CheckProgress.

@@ -22,6 +22,7 @@ Commands:
   check ARCHIVE               Tell what is wrong with the archive
   explain ARCHIVE             Tell why elements get the files that they get, and why others do not fit
   record                      Write the target's inventory as a target file, for a simulated target like it
+  coverage ARCHIVE TARGET...  Hold the archive against many targets
   history FILE                Print what a file of events tells of each update
   inspect FILE...             Tell kind, version and checksum of update files by their content
   new ARCHIVE                 Begin an archive for the target: a description with an entry for each element
@@ -113,7 +114,7 @@ TEST(Help, EachCommandHasSome)
 {
     for (const std::string command :
          {"version", "archive-version", "list", "describe", "installed", "scan", "compare", "update", "reboot-support",
-          "check", "explain", "record", "history", "inspect", "new", "help"}) {
+          "check", "explain", "record", "coverage", "history", "inspect", "new", "help"}) {
         const RunResult result = ran({"help", command});
         EXPECT_EQ(result.status, 0) << command;
         EXPECT_TRUE(result.out.starts_with("Usage: trellan-update " + command + " ")) << result.out;
@@ -138,6 +139,7 @@ trellan-update:   reboot-support              Tell whether the device can be reb
 trellan-update:   check ARCHIVE               Tell what is wrong with the archive
 trellan-update:   explain ARCHIVE             Tell why elements get the files that they get, and why others do not fit
 trellan-update:   record                      Write the target's inventory as a target file, for a simulated target like it
+trellan-update:   coverage ARCHIVE TARGET...  Hold the archive against many targets
 trellan-update:   history FILE                Print what a file of events tells of each update
 trellan-update:   inspect FILE...             Tell kind, version and checksum of update files by their content
 trellan-update:   new ARCHIVE                 Begin an archive for the target: a description with an entry for each element

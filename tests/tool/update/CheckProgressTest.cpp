@@ -38,7 +38,7 @@ TEST(CheckProgress, SaysWhatIsDone)
 {
     const CheckProgress::Clock::time_point start{};
     std::ostringstream err;
-    CheckProgress(err, true, start, "reading").report(1, 4, start + 1s);
+    CheckProgress(err, true, start, "reading the files").report(1, 4, start + 1s);
     EXPECT_EQ(err.str(),
               "\rtrellan-update: reading the files: 25 %"
               "\r                                             \r");

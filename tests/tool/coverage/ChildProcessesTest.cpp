@@ -1,0 +1,137 @@
+// Work that child processes do, and what their parent is told of it.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <map>
+#include <stdexcept>
+
+#include "tool/coverage/ChildProcesses.h"
+
+using TrellanTool::ChildWork;
+using TrellanTool::workInChildren;
+
+namespace {
+
+struct Told {
+    std::map<unsigned, std::string> results;
+    std::map<unsigned, std::string> reasons;
+};
+
+using Result = std::function<std::optional<std::string>(unsigned, bool)>;
+
+Told toldOf(unsigned count, unsigned atOnce, Result result)
+{
+    Told told;
+    workInChildren(count, atOnce,
+                   {std::move(result), [&](unsigned number, const std::string& text) { told.results[number] = text; },
+                    [&](unsigned number, const std::string& why) { told.reasons[number] = why; }});
+    return told;
+}
+
+// True when this process has no child, not even one that has ended.
+bool hasNoChild()
+{
+    return ::waitpid(-1, nullptr, WNOHANG) < 0 && errno == ECHILD;
+}
+
+using Texts = std::map<unsigned, std::string>;
+
+}  // namespace
+
+TEST(ChildProcesses, GiveAResultForEachNumber)
+{
+    const pid_t parent = ::getpid();
+    const Told told = toldOf(5, 2, [parent](unsigned number, bool) {
+        return std::optional(::getpid() == parent ? "in the parent" : std::string(number, 'x'));
+    });
+    EXPECT_EQ(told.results, (Texts{{0, ""}, {1, "x"}, {2, "xx"}, {3, "xxx"}, {4, "xxxx"}}));
+    EXPECT_TRUE(told.reasons.empty());
+    EXPECT_TRUE(hasNoChild());
+}
+
+TEST(ChildProcesses, AreNoneWhereThereIsNothingToDo)
+{
+    EXPECT_TRUE(toldOf(0, 2, [](unsigned, bool) { return std::optional<std::string>(""); }).results.empty());
+}
+
+TEST(ChildProcesses, GiveResultsOfAnySizeAndOfAnyBytes)
+{
+    const Told told = toldOf(
+        3, 2, [](unsigned number, bool) { return std::optional(std::string(5'000'000, static_cast<char>(number))); });
+    ASSERT_EQ(told.results.size(), 3u);
+    EXPECT_EQ(told.results.at(0), std::string(5'000'000, '\0'));
+    EXPECT_EQ(told.results.at(2), std::string(5'000'000, '\2'));
+}
+
+TEST(ChildProcesses, GoOnWhereOneNumberFails)
+{
+    const Told told = toldOf(4, 2, [](unsigned number, bool) {
+        if (number == 1) {
+            throw std::runtime_error("broken");
+        }
+        return std::optional<std::string>("good");
+    });
+    EXPECT_EQ(told.results, (Texts{{0, "good"}, {2, "good"}, {3, "good"}}));
+    EXPECT_EQ(told.reasons, (Texts{{1, "broken"}}));
+}
+
+TEST(ChildProcesses, TellOfAChildThatIsKilledAndGoOn)
+{
+    const Told told = toldOf(20, 2, [](unsigned number, bool) {
+        if (number == 3) {
+            ::raise(SIGKILL);
+        }
+        if (number == 7) {
+            ::_exit(9);
+        }
+        return std::optional<std::string>("good");
+    });
+    EXPECT_EQ(told.results.size(), 18u);
+    EXPECT_EQ(told.reasons, (Texts{{3, "the process that read it was ended by signal 9 (Killed)"},
+                                   {7, "the process that read it ended with status 9"}}));
+    EXPECT_TRUE(hasNoChild());
+}
+
+TEST(ChildProcesses, EndAlsoWhereEveryChildIsKilled)
+{
+    const Told told = toldOf(6, 2, [](unsigned, bool) -> std::optional<std::string> {
+        ::raise(SIGKILL);
+        return std::nullopt;
+    });
+    EXPECT_EQ(told.reasons.size(), 6u);
+}
+
+TEST(ChildProcesses, TakeTheirOwnSignalsAsTheSystemDoes)
+{
+    std::signal(SIGTERM, [](int) {});
+    const Told told = toldOf(1, 1, [](unsigned, bool) {
+        ::raise(SIGTERM);
+        return std::optional<std::string>("alive");
+    });
+    std::signal(SIGTERM, SIG_DFL);
+    EXPECT_EQ(told.reasons, (Texts{{0, "the process that read it was ended by signal 15 (Terminated)"}}));
+}
+
+TEST(ChildProcesses, DoANumberInAChildOfItsOwnWhereItNeedsOne)
+{
+    const Told told = toldOf(6, 1, [](unsigned number, bool isFirst) -> std::optional<std::string> {
+        if (number % 2 == 1 && !isFirst) {
+            return std::nullopt;
+        }
+        return isFirst ? "first" : "later";
+    });
+    EXPECT_EQ(told.results,
+              (Texts{{0, "first"}, {1, "first"}, {2, "later"}, {3, "first"}, {4, "later"}, {5, "first"}}));
+}
+
+TEST(ChildProcesses, AreGoneAfterAFailureOfTheirParent)
+{
+    const ChildWork work = {[](unsigned, bool) { return std::optional<std::string>("x"); },
+                            [](unsigned, const std::string&) { throw std::runtime_error("full"); },
+                            [](unsigned, const std::string&) {}};
+    EXPECT_THROW(workInChildren(50, 2, work), std::runtime_error);
+    EXPECT_TRUE(hasNoChild());
+}

@@ -1,0 +1,126 @@
+// The tables and lists that tell people what an archive does for many targets.
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <ostream>
+
+#include "tool/documents/CoverageDocument.h"
+
+namespace TrellanTool {
+
+namespace {
+
+using nlohmann::ordered_json;
+using Row = std::vector<std::string>;
+
+std::string counted(std::uint64_t count, const std::string& what)
+{
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+// The rows with their columns below each other; a rule stands under the first.
+void writeTable(std::ostream& out, const std::vector<Row>& rows)
+{
+    std::vector<std::size_t> widths;
+    for (const Row& row : rows) {
+        widths.resize(std::max(widths.size(), row.size()));
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            widths[i] = std::max(widths[i], row[i].size());
+        }
+    }
+    for (std::size_t r = 0; r < rows.size(); ++r) {
+        std::string line;
+        for (std::size_t i = 0; i < rows[r].size(); ++i) {
+            line += i == 0 ? "" : " | ";
+            line += rows[r][i];
+            line.append(i + 1 < rows[r].size() ? widths[i] - rows[r][i].size() : 0, ' ');
+        }
+        out << line << '\n';
+        if (r == 0) {
+            std::size_t width = 3 * (widths.size() - 1);
+            for (const std::size_t column : widths) {
+                width += column;
+            }
+            out << std::string(width, '-') << '\n';
+        }
+    }
+}
+
+void writeTargets(std::ostream& out, const Coverage& coverage)
+{
+    std::vector<Row> rows = {
+        {"Target", "Supported", "Update", "Up to date", "Excluded", "Custom", "Blocked", "Without a file"}};
+    for (const Coverage::Target& target : coverage.targets()) {
+        if (target.error) {
+            rows.push_back({target.name, "cannot be read"});
+            continue;
+        }
+        const auto count = [&](ZoNTrellanInspector::ZoTState state) {
+            const auto* const found = std::find(statesBefore.begin(), statesBefore.end(), state);
+            return std::to_string(target.counts[static_cast<std::size_t>(found - statesBefore.begin())]);
+        };
+        using State = ZoNTrellanInspector::ZoTState;
+        rows.push_back({target.name, target.isSupported ? "yes" : "no", count(State::UPDATE), count(State::UP_TO_DATE),
+                        count(State::EXCLUDED), count(State::CUSTOM), count(State::BLOCKED), count(State::NO_FILE)});
+    }
+    writeTable(out, rows);
+}
+
+void writeFiles(std::ostream& out, const Coverage& coverage)
+{
+    std::vector<Row> rows = {{"Entry", "File", "Elements"}};
+    for (const Coverage::File& file : coverage.files()) {
+        rows.push_back({"files[" + std::to_string(file.entry) + "]", file.name,
+                        file.elements == 0 ? "none" : std::to_string(file.elements)});
+    }
+    writeTable(out, rows);
+}
+
+std::string valueText(const ordered_json& value)
+{
+    return value.is_string() ? value.get<std::string>() : compactText(value);
+}
+
+// Without what most kinds do not differ in: what is left out in an entry.
+std::string keysText(const std::string& keys)
+{
+    const ordered_json values = ordered_json::parse(keys);
+    std::string text = valueText(values["boardType"]);
+    for (const auto& [key, value] : values.items()) {
+        if (key != "boardType" && !value.is_null()) {
+            text += ", " + key + " " + valueText(value);
+        }
+    }
+    return text;
+}
+
+void writeWithoutFile(std::ostream& out, const Coverage& coverage)
+{
+    bool isFirst = true;
+    for (const std::uint32_t number : coverage.orderedKinds()) {
+        const Coverage::Kind& kind = coverage.kinds()[number];
+        if (kind.withoutFile != 0) {
+            out << (isFirst ? "\nWithout a file in the archive:\n" : "") << "    " << keysText(kind.keys) << ": "
+                << counted(kind.withoutFile, "element") << " of " << counted(kind.targetsWithoutFile, "target") << '\n';
+            isFirst = false;
+        }
+    }
+}
+
+}  // namespace
+
+void writeCoverageText(std::ostream& out, const Coverage& coverage)
+{
+    writeTargets(out, coverage);
+    out << '\n';
+    writeFiles(out, coverage);
+    writeWithoutFile(out, coverage);
+    const auto unused = std::count_if(coverage.files().begin(), coverage.files().end(),
+                                      [](const Coverage::File& file) { return file.elements == 0; });
+    const std::size_t read = coverage.readTargets();
+    out << '\n'
+        << counted(coverage.targets().size(), "target") << ": " << coverage.supportedTargets() << " supported, "
+        << read - coverage.supportedTargets() << " not supported, " << coverage.targets().size() - read
+        << " that cannot be read; entries that nothing uses: " << unused << " of " << coverage.files().size() << '\n';
+}
+
+}  // namespace TrellanTool
