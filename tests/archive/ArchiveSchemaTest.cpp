@@ -11,7 +11,7 @@
 #include "support/TextFile.h"
 
 namespace fs = std::filesystem;
-using nlohmann::json;
+using Json = nlohmann::json;
 
 namespace {
 
@@ -26,15 +26,15 @@ constexpr unsigned versions = 4000;
 // No JSON value is dumped as -0: this is what stands for it meanwhile.
 constexpr const char* minusZero = "-0 without quotes";
 
-json schemaDocument()
+Json schemaDocument()
 {
-    return json::parse(readText(TRELLAN_SOURCE_DIR "/docs/archive.schema.json"));
+    return Json::parse(readText(TRELLAN_SOURCE_DIR "/docs/archive.schema.json"));
 }
 
 // What is written is judged by both.
 class Judges {
 public:
-    bool schemaAccepts(const std::string& text) const { return schema.violations(json::parse(text)).empty(); }
+    bool schemaAccepts(const std::string& text) const { return schema.violations(Json::parse(text)).empty(); }
 
     bool readerAccepts(const std::string& text)
     {
@@ -57,7 +57,7 @@ private:
 };
 
 // The places of all values in a document.
-void collectPlaces(const json& value, const json::json_pointer& place, std::vector<json::json_pointer>& places)
+void collectPlaces(const Json& value, const Json::json_pointer& place, std::vector<Json::json_pointer>& places)
 {
     places.push_back(place);
     if (value.is_object()) {
@@ -84,12 +84,12 @@ public:
                 original["files"].erase(0);
             }
         }
-        json description = original;
+        Json description = original;
         for (unsigned count = below(4); count > 0; --count) {
             change(description);
         }
         std::string text = description.dump();
-        const std::string quoted = json(minusZero).dump();
+        const std::string quoted = Json(minusZero).dump();
         for (std::size_t at = text.find(quoted); at != std::string::npos; at = text.find(quoted)) {
             text.replace(at, quoted.size(), "-0");
         }
@@ -111,12 +111,12 @@ public:
 private:
     unsigned below(unsigned limit) { return static_cast<unsigned>(random() % limit); }
 
-    void change(json& description)
+    void change(Json& description)
     {
-        std::vector<json::json_pointer> places;
-        collectPlaces(description, json::json_pointer(), places);
-        const json::json_pointer place = places[below(static_cast<unsigned>(places.size()))];
-        json& value = description[place];
+        std::vector<Json::json_pointer> places;
+        collectPlaces(description, Json::json_pointer(), places);
+        const Json::json_pointer place = places[below(static_cast<unsigned>(places.size()))];
+        Json& value = description[place];
         if (value.is_object() && below(8) != 0) {
             value[name()] = below(2) == 0 ? likely() : any();
         } else if (value.is_array() && below(2) == 0) {
@@ -153,9 +153,9 @@ private:
         return names[below(static_cast<unsigned>(names.size()))];
     }
 
-    json likely()
+    Json likely()
     {
-        static const std::vector<json> values = {
+        static const std::vector<Json> values = {
             0,
             3,
             7,
@@ -166,21 +166,21 @@ private:
             "standard",
             "upgrade",
             nullptr,
-            json::array(),
-            json::parse(R"(["A", "B"])"),
-            json::parse("[1, 2]"),
-            json::parse(R"([null, "v"])"),
-            json::parse(R"([{"boardType": "A", "id": 1}])"),
-            json::parse(R"([{"boardType": ["A"], "targetPath": "x"}, {"boardType": "B"}])"),
-            json::parse(R"({"boardType": "A"})"),
-            json::parse(R"({"name": "n", "sequence": 1, "boardType": "A", "id": 2})"),
-            json::parse(R"({"featureLevel": 3, "name": 1})")};
-        return below(6) == 0 ? json(version()) : values[below(static_cast<unsigned>(values.size()))];
+            Json::array(),
+            Json::parse(R"(["A", "B"])"),
+            Json::parse("[1, 2]"),
+            Json::parse(R"([null, "v"])"),
+            Json::parse(R"([{"boardType": "A", "id": 1}])"),
+            Json::parse(R"([{"boardType": ["A"], "targetPath": "x"}, {"boardType": "B"}])"),
+            Json::parse(R"({"boardType": "A"})"),
+            Json::parse(R"({"name": "n", "sequence": 1, "boardType": "A", "id": 2})"),
+            Json::parse(R"({"featureLevel": 3, "name": 1})")};
+        return below(6) == 0 ? Json(version()) : values[below(static_cast<unsigned>(values.size()))];
     }
 
-    json any()
+    Json any()
     {
-        static const std::vector<json> values = {-1,
+        static const std::vector<Json> values = {-1,
                                                  2.5,
                                                  7.0,
                                                  1e30,
@@ -189,32 +189,32 @@ private:
                                                  false,
                                                  "9",
                                                  "Standard",
-                                                 json::object(),
+                                                 Json::object(),
                                                  minusZero,
-                                                 json::parse(R"([["A"]])"),
-                                                 json::parse(R"(["A", 1])"),
-                                                 json::parse("[1, -1]"),
-                                                 json::parse(R"([1, "2"])"),
-                                                 json::parse("[{}]"),
-                                                 json::parse("[null]"),
-                                                 json::parse("[1.5]"),
+                                                 Json::parse(R"([["A"]])"),
+                                                 Json::parse(R"(["A", 1])"),
+                                                 Json::parse("[1, -1]"),
+                                                 Json::parse(R"([1, "2"])"),
+                                                 Json::parse("[{}]"),
+                                                 Json::parse("[null]"),
+                                                 Json::parse("[1.5]"),
                                                  "2.0",
                                                  "0.0"};
         return values[below(static_cast<unsigned>(values.size()))];
     }
 
     ArchiveGenerator sound;
-    json original;  // what is changed; several times, since making one takes longer than all else
+    Json original;  // what is changed; several times, since making one takes longer than all else
     unsigned madeOfIt = 0;
     std::mt19937 random;
 };
 
 // Whole numbers that are written with a sign, a point or an exponent, or that 64 bits do not hold, are numbers like any
 // other to a schema.
-bool hasNumberThatSchemasDoNotTell(const json& value)
+bool hasNumberThatSchemasDoNotTell(const Json& value)
 {
     if (value.is_structured()) {
-        for (const json& part : value) {
+        for (const Json& part : value) {
             if (hasNumberThatSchemasDoNotTell(part)) {
                 return true;
             }
@@ -227,7 +227,7 @@ bool hasNumberThatSchemasDoNotTell(const json& value)
 bool isBeyondSchemas(const std::string& text)
 {
     return text.find(":-0") != std::string::npos || text.find(",-0") != std::string::npos ||
-           text.find("[-0") != std::string::npos || hasNumberThatSchemasDoNotTell(json::parse(text));
+           text.find("[-0") != std::string::npos || hasNumberThatSchemasDoNotTell(Json::parse(text));
 }
 
 class ArchiveSchema : public testing::TestWithParam<unsigned> {
@@ -293,7 +293,7 @@ TEST_F(ArchiveSchema, AgreesWithTheReaderAboutTheFuzzersCorpus)
          fs::directory_iterator(TRELLAN_SOURCE_DIR "/tests/fuzz/corpus/description")) {
         const std::string text = readText(entry.path());
         const bool endsEarly = text.find('\0') != std::string::npos;  // no JSON, but here the rest is not looked at
-        if (json::accept(text) && !endsEarly) {
+        if (Json::accept(text) && !endsEarly) {
             SCOPED_TRACE(entry.path());
             compare(text);
         }
