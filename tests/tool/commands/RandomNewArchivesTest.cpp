@@ -4,6 +4,7 @@
 #include <random>
 #include <set>
 
+#include "support/JsonSchema.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
 #include "support/TextFile.h"
@@ -128,7 +129,9 @@ protected:
         const RunResult compared = ran({"compare", "--json", archive});
         ASSERT_EQ(compared.status, 0) << compared.err;
         elements = json::parse(compared.out)["elements"];
-        entries = json::parse(readText(archive + "/archive.json"))["files"];
+        const json description = json::parse(readText(archive + "/archive.json"));
+        EXPECT_TRUE(schema.violations(description).empty());
+        entries = description["files"];
         findings = json::parse(ran({"check", "--json", archive}).out)["findings"];
     }
 
@@ -170,6 +173,7 @@ protected:
         }
     }
 
+    const JsonSchema schema{json::parse(readText(TRELLAN_SOURCE_DIR "/docs/archive.schema.json"))};
     json elements;
     json entries;
     json findings;
