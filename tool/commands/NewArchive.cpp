@@ -74,7 +74,9 @@ Wanted wantedElements(const Arguments& arguments, LibrarySession& session, std::
 void writeNewFile(const fs::path& path, const std::string& text)
 {
     std::error_code error;
-    fs::create_directories(path.parent_path(), error);
+    if (fs::create_directories(path.parent_path(), error); error) {
+        failToWrite(path, error.value());
+    }
     std::FILE* const file = std::fopen(path.c_str(), "wbx");
     if (file == nullptr) {
         failToWrite(path, errno);
