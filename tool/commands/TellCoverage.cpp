@@ -78,7 +78,7 @@ public:
         std::cerr.rdbuf(nullptr);  // the platform tells there what is told of each target anyway
         std::error_code unknown;
         const auto file = std::filesystem::weakly_canonical(path, unknown);
-        if (file == last) {
+        if (!isFirst && file == last) {
             return std::nullopt;  // a simulated target goes on in its script
         }
         last = file;
@@ -197,7 +197,7 @@ public:
         for (const NamedTarget& target : targets) {
             names.push_back(target.name);
         }
-        Coverage coverage(names, session.inspector());
+        Coverage coverage(names, session.inspector(), asked.json || asked.htmlFile.has_value());
         readTargets(coverage);
         tell(coverage);
         return coverage.readTargets() == targets.size() ? SUCCESS : FAILURE;

@@ -92,6 +92,9 @@ ChildMessage outcomeOf(const ChildWork& work, unsigned number, bool isFirst)
 {
     try {
         std::optional<std::string> result = work.result(number, isFirst);
+        if (!result && isFirst) {
+            return {ChildMessage::FAILED, number, "there is no result"};
+        }
         return result ? ChildMessage{ChildMessage::DONE, number, *std::move(result)}
                       : ChildMessage{ChildMessage::NEEDS_FIRST, number, ""};
     } catch (const std::exception& error) {

@@ -10,7 +10,7 @@ namespace TrellanTool {
 // What is done in children, and what the caller is told of it; `number` counts from 0.
 struct ChildWork {
     // In a child, one number after the other. `isFirst`: the child has done nothing yet. Nothing: the number needs a
-    // child that has done nothing yet, and will get one; not to be answered to `isFirst`.
+    // child that has done nothing yet, and will get one; where `isFirst`, it has not been done.
     std::function<std::optional<std::string>(unsigned number, bool isFirst)> result;
 
     // The result of a number.

@@ -6,7 +6,8 @@
 
 namespace TrellanTool {
 
-Coverage::Coverage(const std::vector<std::string>& targetNames, ZoITrellanInspector& archive)
+Coverage::Coverage(const std::vector<std::string>& targetNames, ZoITrellanInspector& archive, bool withCells)
+    : withCells(withCells)
 {
     for (const std::string& name : targetNames) {
         allTargets.push_back({name, std::nullopt, false, {}, {}});
@@ -30,7 +31,9 @@ void Coverage::take(std::size_t position, const TargetReport& report)
         Kind& kind = allKinds[number];
         for (std::uint32_t state = 0; state < reported.counts.size(); ++state) {
             if (const std::uint32_t elements = reported.counts[state]; elements != 0) {
-                target.cells.push_back({number, state, elements & 0x1FFFFFFFU});
+                if (withCells) {
+                    target.cells.push_back({number, state, elements & 0x1FFFFFFFU});
+                }
                 target.counts[state] += elements;
                 kind.elements += elements;
             }

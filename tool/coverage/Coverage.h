@@ -46,8 +46,9 @@ public:
         std::uint64_t elements = 0;  // that get it
     };
 
-    // For targets with these names, and the update files that `archive` has read.
-    Coverage(const std::vector<std::string>& targetNames, ZoITrellanInspector& archive);
+    // For targets with these names, and the update files that `archive` has read. Without cells less is kept of each
+    // target: nothing that grows with its kinds.
+    Coverage(const std::vector<std::string>& targetNames, ZoITrellanInspector& archive, bool withCells);
 
     // Takes what is known of the target at this position. Each once; in any order, on which nothing depends but the
     // numbers of kinds.
@@ -68,6 +69,7 @@ public:
 private:
     std::uint32_t numberOf(const std::string& keys);
 
+    const bool withCells;
     std::vector<Target> allTargets;
     std::vector<File> allFiles;
     std::vector<Kind> allKinds;

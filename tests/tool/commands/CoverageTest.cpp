@@ -142,6 +142,16 @@ TEST_F(CoverageCommand, NamesATargetThatCannotBeReadAndGoesOn)
     EXPECT_NE(result.err.find("trellan-update: " + path("none.json") + ": " + second + "\n"), std::string::npos);
 }
 
+TEST_F(CoverageCommand, NamesALinkThatLeadsToItself)
+{
+    std::filesystem::create_symlink("loop.json", folder.path() / "loop.json");
+    const RunResult result = covered({path("loop.json"), path("a.json"), "--json"});
+    EXPECT_EQ(result.status, 1);
+    const ordered_json targets = conformingDocument(result.out)["targets"];
+    EXPECT_NE(targets[0]["error"].get<std::string>().find("Too many levels of symbolic links"), std::string::npos);
+    EXPECT_EQ(targets[1]["counts"]["update"], 2);
+}
+
 TEST_F(CoverageCommand, NeedsAnArchiveThatCanBeRead)
 {
     const RunResult result = ran({"coverage", "/nowhere", path("a.json"), "--json"});

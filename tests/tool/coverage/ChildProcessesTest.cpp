@@ -127,6 +127,13 @@ TEST(ChildProcesses, DoANumberInAChildOfItsOwnWhereItNeedsOne)
               (Texts{{0, "first"}, {1, "first"}, {2, "later"}, {3, "first"}, {4, "later"}, {5, "first"}}));
 }
 
+TEST(ChildProcesses, FailWhereOneOfItsOwnIsAskedForAgain)
+{
+    const Told told = toldOf(2, 2, [](unsigned, bool) { return std::optional<std::string>(); });
+    EXPECT_TRUE(told.results.empty());
+    EXPECT_EQ(told.reasons, (Texts{{0, "there is no result"}, {1, "there is no result"}}));
+}
+
 TEST(ChildProcesses, AreGoneAfterAFailureOfTheirParent)
 {
     const ChildWork work = {[](unsigned, bool) { return std::optional<std::string>("x"); },
