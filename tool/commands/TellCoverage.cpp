@@ -1,20 +1,13 @@
 // The command that holds an archive against many targets. The archive is read here, once; the targets in child
 // processes, which have the archive from this one: the environment names the target, and a flash drive belongs to a
 // process.
-#include <stdlib.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <filesystem>
-#include <iostream>
 #include <map>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <sstream>
-#include <system_error>
 
 #include "tool/ExitStatus.h"
-#include "tool/OutputBuffer.h"
 #include "tool/OutputFile.h"
 #include "tool/Streams.h"
 #include "tool/arguments/Arguments.h"
@@ -22,7 +15,7 @@
 #include "tool/arguments/Path.h"
 #include "tool/commands/Actions.h"
 #include "tool/commands/LibrarySession.h"
-#include "tool/commands/TargetFilters.h"
+#include "tool/commands/TargetReading.h"
 #include "tool/coverage/ChildProcesses.h"
 #include "tool/coverage/Coverage.h"
 #include "tool/coverage/TargetNames.h"
@@ -37,141 +30,12 @@ namespace TrellanTool {
 
 namespace {
 
-// What the command line asks for, for a command of the library.
-Arguments forCommand(const Arguments& asked, const char* name)
-{
-    Arguments arguments = asked;
-    arguments.command = &commandNamed(name);
-    arguments.options.command = arguments.command->code;
-    return arguments;
-}
-
 Arguments forArchiveAlone(const Arguments& asked)
 {
     Arguments arguments = forCommand(asked, "archive-version");
     arguments.excluded.clear();
     return arguments;
 }
-
-// The lines of what the tool has said, without its name and from the first semicolon on: what differs from target to
-// target stands there.
-std::vector<std::string> sayingsIn(const std::string& text)
-{
-    constexpr std::string_view own = "trellan-update: ";
-    std::vector<std::string> sayings;
-    std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);) {
-        line.erase(0, line.starts_with(own) ? own.size() : 0);
-        sayings.push_back(line.substr(0, line.find(';')));
-    }
-    return sayings;
-}
-
-class TargetReading {
-public:
-    TargetReading(const Arguments& asked, LibrarySession& session) : asked(asked), session(session) {}
-
-    // Reads the target file; nothing where this process may be the reason why that is not what it would be in a new
-    // one. For a process that ends with it: its standard error is silenced, and the session's text is lost.
-    std::optional<TargetReport> read(const std::string& path, bool isFirst)
-    {
-        std::cerr.rdbuf(nullptr);  // the platform tells there what is told of each target anyway
-        std::error_code unknown;
-        const auto file = std::filesystem::weakly_canonical(path, unknown);
-        if (!isFirst && file == last) {
-            return std::nullopt;  // a simulated target goes on in its script
-        }
-        last = file;
-        if (::setenv("TRELLAN_TARGET", path.c_str(), 1) != 0) {
-            throw std::system_error(errno, std::generic_category(), "TRELLAN_TARGET");
-        }
-        std::ostringstream text;
-        session.redirect(text);
-        ZoITrellanInspector& inspector = session.inspector();
-        if (inspector.readTarget() == 1) {
-            if (!isFirst) {
-                return std::nullopt;  // the flash drive of an earlier target may hide this one
-            }
-            TargetReport report;
-            report.error = errorsOf(inspector);
-            return report;
-        }
-        TargetFilters filters(asked.options);
-        filters.note(session.updater(), inspector);
-        TargetReport report;
-        if (asked.noCheck || filters.areOff() || filters.areExplained()) {
-            std::vector<std::string> complaints = exclude();
-            report = reportOf(inspector);
-            report.complaints = std::move(complaints);
-        } else {
-            report = readAsDisplayed(path);
-        }
-        noteErrors(report, inspector);
-        noteText(report, text.str());
-        return report;
-    }
-
-private:
-    static std::string errorsOf(ZoITrellanInspector& inspector)
-    {
-        std::string text;
-        for (unsigned i = 0; i < inspector.getTargetErrorCount(); ++i) {
-            text += (text.empty() ? "" : "; ") + inspector.getTargetError(i).text;
-        }
-        return text.empty() ? "its inventory cannot be read" : text;
-    }
-
-    static void noteErrors(TargetReport& report, ZoITrellanInspector& inspector)
-    {
-        for (unsigned i = 0; i < inspector.getTargetErrorCount(); ++i) {
-            report.notes.push_back("ERROR: " + inspector.getTargetError(i).text);
-        }
-    }
-
-    static void noteText(TargetReport& report, const std::string& text)
-    {
-        std::istringstream lines(text);
-        for (std::string line; std::getline(lines, line);) {
-            if (line.starts_with("WARNING: ")) {
-                report.notes.push_back(line);
-            }
-        }
-    }
-
-    std::vector<std::string> exclude()
-    {
-        std::vector<std::string> complaints;
-        for (const std::uint32_t index : asked.excluded) {
-            if (index >= session.inspector().getElementCount()) {
-                complaints.push_back("warning: there is no element " + std::to_string(index) + " to exclude");
-            }
-            session.updater().disableUpdateElement(index);
-        }
-        return complaints;
-    }
-
-    // The filters mean other elements than the library takes them for, or nothing.
-    TargetReport readAsDisplayed(const std::string& path) const
-    {
-        Arguments arguments = forCommand(asked, "compare");
-        arguments.targetFile = path;
-        std::ostringstream text;
-        std::ostringstream said;
-        LibrarySession understanding(arguments, text);
-        TargetReport report;
-        if (understanding.apply(said) == SUCCESS) {
-            report = reportOf(understanding.inspector());
-        } else {
-            report.error = understanding.refusal();
-        }
-        report.complaints = sayingsIn(said.str());
-        return report;
-    }
-
-    const Arguments& asked;
-    LibrarySession& session;
-    std::filesystem::path last;  // the target that was read last
-};
 
 class CoverageRun {
 public:

@@ -171,6 +171,21 @@ TEST_F(CoverageInBrowser, ExplainsACellByMouseAndByKeyboard)
     EXPECT_EQ(told["stops"], 1);
 }
 
+TEST_F(CoverageInBrowser, PrintsOnA4)
+{
+    SKIP_WITHOUT_BROWSER();
+    const std::filesystem::path file = folder.path() / "printed.html";
+    const std::filesystem::path printed = folder.path() / "printed.pdf";
+    writeText(file, page());
+    runProcess(browser,
+               {"--headless", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage",
+                "--user-data-dir=" + (folder.path() / "profile").string(), "--print-to-pdf=" + printed.string(),
+                "file://" + file.string()},
+               folder.path(), {"HOME=" + folder.path().string()});
+    // 297 by 210 millimetres are 841.9 by 595.3 points; the browser rounds.
+    EXPECT_NE(readText(printed).find("/MediaBox [0 0 841.9"), std::string::npos);
+}
+
 TEST_F(CoverageInBrowser, StaysFluentWith500TargetsAnd40Kinds)
 {
     SKIP_WITHOUT_BROWSER();
