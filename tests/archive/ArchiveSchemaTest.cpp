@@ -19,7 +19,7 @@ namespace {
 constexpr unsigned descriptionsPerSeed = 120;
 constexpr unsigned versions = 400;
 #else
-constexpr unsigned descriptionsPerSeed = 950;
+constexpr unsigned descriptionsPerSeed = 1000;
 constexpr unsigned versions = 4000;
 #endif
 
