@@ -24,7 +24,7 @@ constexpr unsigned targetsPerTest =
 #ifdef __SANITIZE_ADDRESS__
     20;
 #else
-    200;
+    170;
 #endif
 
 const ordered_json allTypes{"KR5120", "KR5140", "AI8100", ""};
@@ -45,17 +45,7 @@ ordered_json entryFor(const std::string& name, ordered_json stated)
 // An archive that has something for everything, or else for some only.
 class RecordedArchive {
 public:
-    explicit RecordedArchive(bool complete)
-        : archive(description({
-              entryFor("old",
-                       {{"id", 1}, {"version", "0.9"}, {"mode", "upgrade"}, {"boardId", 0}, {"checksumCrc32", 2}}),
-              entryFor("some", {{"id", {0, 1, 2, 3, 4294967295U}},
-                                {"boardType", complete ? allTypes : ordered_json{"KR5120", "AI8100"}},
-                                {"version", "23.2"},
-                                {"sequence", 2}}),
-              entryFor("file", {{"targetPath", complete ? "*" : "etc/settings"}, {"version", nullptr}}),
-              entryFor("new", {{"targetPath", "new/file"}, {"version", nullptr}}),
-          }))
+    explicit RecordedArchive(bool complete) : archive(description(entries(complete)))
     {
         for (const char* const name : {"old", "some", "file", "new"}) {
             archive.addFile(name, "content");
@@ -65,13 +55,55 @@ public:
     std::string path() const { return archive.path(); }
 
 private:
+    static std::vector<ordered_json> entries(bool complete)
+    {
+        constexpr unsigned crc32OfContent = 4274335913u;
+        std::vector<ordered_json> entries{entryFor(
+            "old",
+            {{"id", 1}, {"version", "0.9"}, {"mode", "upgrade"}, {"boardId", 0}, {"checksumCrc32", crc32OfContent}})};
+        for (const unsigned id : {0u, 1u, 2u, 3u, 4294967295u}) {
+            entries.push_back(entryFor("some", {{"id", id},
+                                                {"boardType", complete ? allTypes : ordered_json{"KR5120", "AI8100"}},
+                                                {"version", "23.2"},
+                                                {"sequence", 2},
+                                                {"checksumCrc32", crc32OfContent}}));
+        }
+        entries.push_back(entryFor("file", {{"targetPath", complete ? "etc/settings" : "etc/others"},
+                                            {"version", nullptr},
+                                            {"checksumCrc32", crc32OfContent}}));
+        entries.push_back(
+            entryFor("new", {{"targetPath", "new/file"}, {"version", nullptr}, {"checksumCrc32", crc32OfContent}}));
+        return entries;
+    }
+
     TestArchive archive;
+};
+
+// How often what is compared has content.
+struct SeenOfRecords {
+    unsigned compared = 0;
+    unsigned explained = 0;
+    unsigned planned = 0;
+    unsigned updates = 0;
+    unsigned withoutFile = 0;
+
+    void note(const std::vector<std::string>& words, const RunResult& result)
+    {
+        if (result.status != 0 || words.back() != "--json") {
+            return;
+        }
+        compared += words.front() == "compare" ? 1 : 0;
+        explained += words.front() == "explain" && result.out.find("\"candidates\"") != std::string::npos ? 1 : 0;
+        planned += words.front() == "update" ? 1 : 0;
+        updates += result.out.find("\"state\": \"update\"") != std::string::npos ? 1 : 0;
+        withoutFile += result.out.find("\"state\": \"noFile\"") != std::string::npos ? 1 : 0;
+    }
 };
 
 class RecordedTargets : public testing::TestWithParam<unsigned> {
 protected:
     // What all commands print of the target as it is now, and how they end.
-    std::string told(const Lines& options) const
+    std::string told(const Lines& options)
     {
         const std::vector<Lines> commands{{"installed"},
                                           {"installed", "--json"},
@@ -85,9 +117,10 @@ protected:
                                           {"reboot-support"}};
         std::ostringstream all;
         for (Lines words : commands) {
-            words.insert(words.end(), options.begin(), options.end());
+            words.insert(words.begin() + 1, options.begin(), options.end());
             ZoCErrorManager::getSingleton()->getMasterErrorList().clear();  // as in a new process
             const RunResult result = ran(words);
+            seen.note(words, result);
             all << words.front() << ' ' << words.back() << " ends with " << result.status << '\n'
                 << result.out << "errors:\n"
                 << result.err << '\n';
@@ -164,11 +197,17 @@ protected:
             ASSERT_EQ(difference(expected, told(options)), "") << made.target.dump(1);
             EXPECT_EQ(ran({"record"}).out, readText(device.path()));
         }
+        EXPECT_GT(seen.compared, targetsPerTest / 2);
+        EXPECT_GT(seen.explained, targetsPerTest / 4);
+        EXPECT_GT(seen.planned, targetsPerTest / 10);
+        EXPECT_GT(seen.updates, targetsPerTest / 4);
+        EXPECT_GT(seen.withoutFile, targetsPerTest / 4);
     }
 
     const RecordedArchive everything{true};
     const RecordedArchive someThings{false};
     const RecordedArchive* archive = nullptr;
+    SeenOfRecords seen;
 };
 
 }  // namespace
