@@ -22,6 +22,7 @@ enum Trait : unsigned {
     CHECKS = 1 << 7,    // checks an archive without the target
     RESULT = 1 << 8,    // has a result that can be written to a file
     EXPLAINS = 1 << 9,  // explains the matching
+    TELLS = 1 << 10,    // may end with whether there is something to update
     COVERS = 1 << 12,   // holds an archive against many targets
 };
 constexpr unsigned EVERYTHING = ~0u;

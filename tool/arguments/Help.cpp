@@ -26,7 +26,7 @@ constexpr ExitMeaning exitMeanings[] = {
     {UPDATES, "  5  the filters select no element; nothing was done\n"},
     {UPDATES, "  6  the check found errors, or a plan does not hold; nothing was done\n"},
     {UPDATES, "  8  no progress for the time of --stall-timeout; the target was unlocked\n"},
-    {FILES, " 10  with --detailed-exit-status, in place of 0: there is something to update\n"},
+    {TELLS, " 10  with --detailed-exit-status, in place of 0: there is something to update\n"},
     {UPDATES, "  129, 130, 143  ended by SIGHUP, SIGINT, SIGTERM; the target was unlocked\n"},
 };
 

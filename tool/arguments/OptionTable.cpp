@@ -113,7 +113,7 @@ constexpr Option table[] = {
      "Update only while this plan, written by --dry-run --json, still holds"},
     {"--verify", 0, nullptr, setFlag<&Arguments::verify>, UPDATES, 0,
      "Scan again after the update, and compare each updated element with its file"},
-    {"--detailed-exit-status", 0, nullptr, setFlag<&Arguments::detailedExitStatus>, FILES, 0,
+    {"--detailed-exit-status", 0, nullptr, setFlag<&Arguments::detailedExitStatus>, TELLS, 0,
      "End with 10 in place of 0 where there is something to update"},
     {"--events", 0, "FILE", setPath<&Arguments::eventsFile>, UPDATES, 0,
      "Append a line of JSON to this file for each event of the update"},

@@ -21,6 +21,14 @@ namespace TrellanTool {
 namespace {
 
 namespace fs = std::filesystem;
+
+// The name of the archive in `folder`; the root folder has none.
+std::string nameOf(const std::string& folder, const std::string& otherwise)
+{
+    const fs::path path = fs::path(folder).lexically_normal();
+    const std::string name = path.has_filename() ? path.filename() : path.parent_path().filename();
+    return name.empty() ? otherwise : name;
+}
 using ZoNTrellanInspector::ZoTElement;
 using ZoNTrellanUpdater::ZoTUpdateElement;
 
@@ -127,8 +135,8 @@ int newArchive(const Arguments& arguments, const Streams& streams)
         return FAILURE;
     }
     const std::vector<NewEntry> entries = newEntries(wanted.elements);
-    const std::string archiveName = fs::path(arguments.options.archivePath).lexically_normal().filename();
-    const auto description = newDescription({archiveName, wanted.productName}, entries, name);
+    const auto description =
+        newDescription({nameOf(arguments.options.archivePath, wanted.productName), wanted.productName}, entries, name);
     writeNewFile(path, description.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
     streams.out << name << ": " << counted(entries.size(), "entry", "entries") << " for "
                 << counted(wanted.elements.size(), "element", "elements")

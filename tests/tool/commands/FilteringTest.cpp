@@ -147,6 +147,7 @@ TEST(DetailedExitStatus, TellsWhetherThereIsSomethingToUpdate)
     EXPECT_EQ(ran({"compare", newer.path()}).status, 0);
     EXPECT_EQ(ran({"compare", newer.path(), "--detailed-exit-status", "--exclude", "0"}).status, 0);
     EXPECT_EQ(ran({"installed", "--detailed-exit-status"}).status, 2);
+    EXPECT_EQ(ran({"explain", newer.path(), "--detailed-exit-status"}).status, 2);
 }
 
 TEST(RefusedTarget, IsNamedWithEachElementThatHasNoFile)

@@ -57,6 +57,16 @@ protected:
 
 }  // namespace
 
+TEST_F(NewCommand, NamesTheArchiveAfterItsFolderHoweverThatIsSpelled)
+{
+    for (const std::string spelling : {"/", "//", "/.", "/./", "/x/.."}) {
+        std::filesystem::remove_all(archive());
+        EXPECT_EQ(ran({"new", archive() + spelling}).status, 0) << spelling;
+        const ordered_json written = ordered_json::parse(readText(archive() + "/archive.json"));
+        EXPECT_EQ(written["info"]["archiveName"], "archive") << spelling;
+    }
+}
+
 TEST_F(NewCommand, WritesADescriptionWithAnEntryForEachElement)
 {
     const RunResult result = run();
