@@ -1,3 +1,4 @@
+// The text is known to be valid, so that each value ends where its brackets or quotation marks close.
 #include "simulation/target/JsonCursor.h"
 
 #include <algorithm>

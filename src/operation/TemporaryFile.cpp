@@ -1,3 +1,4 @@
+// Looks at the temporary file by what stands under its name, and follows no link there.
 #include "operation/TemporaryFile.h"
 
 #include <fcntl.h>
