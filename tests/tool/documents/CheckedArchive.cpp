@@ -39,7 +39,7 @@ CheckedArchive::Texts CheckedArchive::records() const
 
 std::string CheckedArchive::printed(bool asJson) const
 {
-    const std::string archive = (folder.path() / "archive").string();
+    const std::string archive = (folder.path() / archiveName).string();
     const RunResult result = ran(asJson ? Texts{"check", archive, "--json"} : Texts{"check", archive});
     EXPECT_EQ(result.err, "");
     const std::string path = folder.path().string();

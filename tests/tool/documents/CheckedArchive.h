@@ -23,7 +23,7 @@ protected:
     // Adds an update file.
     void addFile(const std::string& name, const std::string& content) const
     {
-        folder.write("archive/" + name, content);
+        folder.write(archiveName + "/" + name, content);
     }
 
     // What the command prints, the line of counts left out. The folder that the archive is in is shown as {folder}.
@@ -32,9 +32,10 @@ protected:
     // The members of the document's "findings", each on one line. The document has to conform to its schema.
     Texts records() const;
 
-    std::filesystem::path file(const std::string& name) const { return folder.path() / "archive" / name; }
+    std::filesystem::path file(const std::string& name) const { return folder.path() / archiveName / name; }
 
     const TempDir folder;
+    std::string archiveName = "archive";  // of the archive's folder in `folder`; to be changed before files are added
 
 private:
     std::string printed(bool asJson) const;

@@ -196,6 +196,22 @@ TEST_F(DescriptionFindings, AreOfNoEntryWhereThereAreNone)
             R"(archive.json:1:1: error: The archive description file is corrupt. Property "info" is missing or invalid. [structure])",
             R"(archive.json:1:2: error: The archive description file is corrupt. Property "files" is missing or invalid. [structure])",
             R"(archive.json:1:28: error: the member stands in its object already, and the last one counts: take one away [duplicate-key])"));
+    EXPECT_THAT(
+        records(),
+        ElementsAre(
+            R"({"rule":"structure","severity":"error","file":null,"board":null,"pointer":"","line":1,"column":1,"message":"The archive description file is corrupt. Property \"info\" is missing or invalid."})",
+            R"({"rule":"structure","severity":"error","file":null,"board":null,"pointer":"/files","line":1,"column":2,"message":"The archive description file is corrupt. Property \"files\" is missing or invalid."})",
+            R"({"rule":"duplicate-key","severity":"error","file":null,"board":null,"pointer":"/files/0/a~1b","line":1,"column":28,"message":"the member stands in its object already, and the last one counts: take one away"})"));
+}
+
+TEST_F(DescriptionFindings, AreNoneOfOneMemberInSeveralObjects)
+{
+    addFile("a.bin", "123456789");
+    describeEntries(
+        {R"({"name": "a.bin", "sequence": 1, "checksumCrc32": 3421780262, "boardId": 1, "id": 1, "boards": [{"boardType": "A", "boardId": 2, "id": 2}, {"boardType": "B", "boardId": 2, "id": 2}]})",
+         R"({"name": "a.bin", "sequence": 1, "checksumCrc32": 3421780262, "boardId": 1, "id": 1, "boardType": "A"})"});
+    EXPECT_THAT(lines(), IsEmpty());
+    EXPECT_THAT(records(), IsEmpty());
 }
 
 TEST_F(DescriptionFindings, TellMembersThatTheFormatDoesNotHaveAndTheNearest)

@@ -1,6 +1,7 @@
 // What `check` finds of the update files: whether they are there, where they are, and what they say of themselves.
 #include <sys/stat.h>
 
+#include "support/Unprivileged.h"
 #include "support/UpdateFiles.h"
 #include "tool/documents/CheckedArchive.h"
 
@@ -89,6 +90,33 @@ TEST_F(FileFindings, TellAnEmptyFileAndNothingElseOfIt)
         records(),
         ElementsAre(
             R"({"rule":"empty-file","severity":"error","file":0,"board":null,"pointer":"/files/0/name","line":2,"column":2,"message":"the file has no content: put the whole update file in its place"})"));
+}
+
+TEST_F(FileFindings, TellAFileThatMustNotBeRead)
+{
+    addFile("a.bin", "123456789");
+    describeEntries({R"({"name": "a.bin", "sequence": 1, "boardType": "A", "id": 1, "checksumCrc32": 1})"});
+    fs::permissions(folder.path(), fs::perms::all);
+    makeUnreadable(folder.path() / "archive", "a.bin");
+    const Unprivileged rights;
+    EXPECT_THAT(
+        lines(),
+        ElementsAre(
+            R"(archive.json:2:2: error: files[0] "a.bin": this is no regular file that can be read: put the update file in its place [not-a-file])"));
+    EXPECT_THAT(
+        records(),
+        ElementsAre(
+            R"({"rule":"not-a-file","severity":"error","file":0,"board":null,"pointer":"/files/0/name","line":2,"column":2,"message":"this is no regular file that can be read: put the update file in its place"})"));
+}
+
+TEST_F(FileFindings, AreNoneOfAFileWithOneByteAndALinkToIt)
+{
+    addFile("a.bin", "1");
+    describeEntries({R"({"name": "a.bin", "sequence": 1, "boardType": "A", "id": 1, "checksumCrc32": 2212294583})",
+                     R"({"name": "link.bin", "sequence": 1, "boardType": "A", "id": 2, "checksumCrc32": 2212294583})"});
+    fs::create_symlink("a.bin", file("link.bin"));
+    EXPECT_THAT(lines(), IsEmpty());
+    EXPECT_THAT(records(), IsEmpty());
 }
 
 TEST_F(FileFindings, TellANameThatLeavesTheFolder)
@@ -218,6 +246,13 @@ TEST_F(FileFindings, TellThatNobodyTellsTheChecksumOfAnEntryThatIsRefusedToo)
             R"(archive.json:2:1: error: files[0] "a.bin": Cannot read checksum from update file a.bin. [structure])",
             R"(archive.json:3:1: error: files[1] "a.bin": File entry 1 is invalid. A mandatory property is missing or invalid. [structure])",
             R"(archive.json:3:46: error: files[1] "a.bin": File entry 1 is invalid. Property "checksumCrc32" has an invalid value. [structure])"));
+    EXPECT_THAT(
+        records(),
+        ElementsAre(
+            R"({"rule":"structure","severity":"error","file":0,"board":null,"pointer":"/files/0","line":2,"column":1,"message":"File entry 0 is invalid. A mandatory property is missing or invalid."})",
+            R"({"rule":"structure","severity":"error","file":0,"board":null,"pointer":"/files/0","line":2,"column":1,"message":"Cannot read checksum from update file a.bin."})",
+            R"({"rule":"structure","severity":"error","file":1,"board":null,"pointer":"/files/1","line":3,"column":1,"message":"File entry 1 is invalid. A mandatory property is missing or invalid."})",
+            R"({"rule":"structure","severity":"error","file":1,"board":null,"pointer":"/files/1/checksumCrc32","line":3,"column":46,"message":"File entry 1 is invalid. Property \"checksumCrc32\" has an invalid value."})"));
 }
 
 TEST_F(FileFindings, AreNoneOfChecksumsThatAgree)
@@ -228,7 +263,8 @@ TEST_F(FileFindings, AreNoneOfChecksumsThatAgree)
         {R"({"name": "a.bin", "sequence": 1, "boardType": "A", "id": 1, "checksumCrc32": 78, "version": null})",
          R"({"name": "b.bin", "sequence": 1, "boardType": "A", "id": 2, "checksumCrc32": 3421780262})",
          R"({"name": "b.bin", "sequence": 1, "boardType": "A", "checksumCrc32": 3421780262, "targetPath": "b"})",
-         R"({"name": "a.bin", "sequence": 1, "boardType": "A", "id": 3})"});
+         R"({"name": "a.bin", "sequence": 1, "boardType": "A", "id": 3})",
+         R"({"name": "a.bin", "sequence": 1, "boardType": "A", "checksumCrc32": 2894145507, "targetPath": "a", "version": null})"});
     EXPECT_THAT(lines(), IsEmpty());
     EXPECT_THAT(records(), IsEmpty());
 }

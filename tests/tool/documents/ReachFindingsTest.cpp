@@ -99,6 +99,17 @@ TEST_F(ReachFindings, AreNoneOfFilesForTheFlashDriveAndEntriesWithAnId)
     EXPECT_THAT(records(), IsEmpty());
 }
 
+TEST_F(ReachFindings, AreNoneOfFilesForTheFlashDriveWhateverTheyFit)
+{
+    addFile("a.bin", "123456789");
+    describeEntries(
+        {R"({"name": "a.bin", "sequence": 1, "boardType": "A", "checksumCrc32": 3421780262, "targetPath": "a"})",
+         R"({"name": "a.bin", "sequence": 1, "boardType": "A", "checksumCrc32": 3421780262, "targetPath": "b"})",
+         R"({"name": "a.bin", "sequence": 1, "boardType": "A", "checksumCrc32": 3421780262, "targetPath": "a", "boardVariant": ""})"});
+    EXPECT_THAT(lines(), IsEmpty());
+    EXPECT_THAT(records(), IsEmpty());
+}
+
 TEST_F(ReachFindings, TellABoardObjectThatNeverDecides)
 {
     addFile("a.bin", "123456789");
@@ -112,6 +123,21 @@ TEST_F(ReachFindings, TellABoardObjectThatNeverDecides)
         records(),
         ElementsAre(
             R"({"rule":"unreachable-board","severity":"warning","file":0,"board":2,"pointer":"/files/0/boards/2","line":2,"column":130,"message":"each of its board types stands in a board object before it, which decides: put both into one, or into two entries"})"));
+}
+
+TEST_F(ReachFindings, TellABoardObjectWithoutABoardType)
+{
+    addFile("a.bin", "123456789");
+    describeEntries(
+        {R"({"name": "a.bin", "sequence": 1, "id": 1, "checksumCrc32": 3421780262, "boards": [{"boardType": "A"}, {"boardType": []}]})"});
+    EXPECT_THAT(
+        lines(),
+        ElementsAre(
+            R"(archive.json:2:103: warning: files[0] boards[1] "a.bin": it names no board type, and never decides: name one, or take it away [unreachable-board])"));
+    EXPECT_THAT(
+        records(),
+        ElementsAre(
+            R"({"rule":"unreachable-board","severity":"warning","file":0,"board":1,"pointer":"/files/0/boards/1","line":2,"column":103,"message":"it names no board type, and never decides: name one, or take it away"})"));
 }
 
 TEST_F(ReachFindings, TellEachTypeOfABoardObjectForWhichItDoesNotDecide)
