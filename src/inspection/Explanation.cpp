@@ -55,11 +55,16 @@ Explanation::Explanation(const std::vector<ZoSUpdateFile>& files) : files(files)
     }
 }
 
-std::vector<Comparison> Explanation::compare(const ZoSUpdateElement& element) const
+std::vector<Comparison> Explanation::compare(const ZoSUpdateElement& element)
 {
     const Decisions* const forType = decisionsFor(element);
     if (forType == nullptr) {
-        return nearest(element);
+        Keys keys = keysOf(element);
+        auto known = nearestByKeys.find(keys);
+        if (known == nearestByKeys.end()) {
+            known = nearestByKeys.emplace(std::move(keys), nearest(element)).first;
+        }
+        return known->second;
     }
     std::vector<Comparison> comparisons;
     for (const Decision& decision : *forType) {
@@ -90,6 +95,17 @@ std::string Explanation::actual(const ZoSUpdateElement& element, MatchCriterion:
 {
     const auto value = matchCriteria[criterion].actual(element);
     return textOf(value ? std::visit(ToJson(), *value) : json());
+}
+
+Explanation::Keys Explanation::keysOf(const ZoSUpdateElement& element)
+{
+    Keys keys;
+    for (std::size_t i = 0; i < matchCriteria.size(); ++i) {
+        if (i != MatchCriterion::boardType) {
+            keys[i] = matchCriteria[i].actual(element);
+        }
+    }
+    return keys;
 }
 
 const Explanation::Decisions* Explanation::decisionsFor(const ZoSUpdateElement& element) const
@@ -139,6 +155,9 @@ std::vector<Comparison> Explanation::nearest(const ZoSUpdateElement& element) co
         found.insert(std::upper_bound(found.begin(), found.end(), best, isNearer), std::move(best));
         if (found.size() > nearestCount) {
             found.pop_back();
+        }
+        if (found.size() == nearestCount && found.back().unmet.size() == 1) {
+            break;  // the board type alone: none behind is nearer
         }
     }
     return found;

@@ -1,8 +1,11 @@
 // Explanation: how elements and the entries of an archive fit one another, criterion by criterion.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <map>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -30,8 +33,9 @@ public:
 
     // The element against all files for its board type, each by the board object that decides. Where there is none:
     // against the three with the fewest unmet criteria, each by the board object with the fewest. In the order of
-    // fewest unmet criteria, then of the files.
-    std::vector<Comparison> compare(const ZoNUpdateInventory::ZoSUpdateElement& element) const;
+    // fewest unmet criteria, then of the files. Elements with the same keys, the board type aside, are held against all
+    // files only once.
+    std::vector<Comparison> compare(const ZoNUpdateInventory::ZoSUpdateElement& element);
 
     // The element against one file, which must be for its board type.
     Comparison compare(const ZoNUpdateInventory::ZoSUpdateElement& element, std::size_t file) const;
@@ -54,6 +58,11 @@ private:
     };
     using Decisions = std::vector<Decision>;
 
+    // What an element has by each criterion, without the board type.
+    using Keys = std::array<std::optional<ZoNUpdateAssignment::MatchValue>, ZoNUpdateAssignment::MatchCriterion::count>;
+
+    static Keys keysOf(const ZoNUpdateInventory::ZoSUpdateElement& element);
+
     const Decisions* decisionsFor(const ZoNUpdateInventory::ZoSUpdateElement& element) const;
     const Decision* decisionOf(const ZoNUpdateInventory::ZoSUpdateElement& element, std::size_t file) const;
     Comparison hold(const Decision& decision, const ZoNUpdateInventory::ZoSUpdateElement& element) const;
@@ -61,8 +70,9 @@ private:
 
     const std::vector<ZoNUpdateArchive::ZoSUpdateFile> files;
     const ZoNJson::json pathOtherwise;
-    std::unordered_map<std::string, Decisions> decisions;  // by board type, in the order of the files
-    Decisions objects;                                     // all board objects
+    std::unordered_map<std::string, Decisions> decisions;   // by board type, in the order of the files
+    Decisions objects;                                      // all board objects
+    std::map<Keys, std::vector<Comparison>> nearestByKeys;  // of board types that no file is for
 };
 
 // An explanation of which one part is told.
@@ -77,7 +87,7 @@ struct Explained {
         Comparison comparison;
     };
 
-    const Explanation explanation;
+    Explanation explanation;
     const unsigned generation;  // of the archive that the files are of
     std::vector<Candidate> candidates;
 };

@@ -49,6 +49,13 @@ bool isOrdered(const std::vector<Comparison>& comparisons)
     });
 }
 
+bool areSame(const std::vector<Comparison>& some, const std::vector<Comparison>& others)
+{
+    return std::ranges::equal(some, others, [](const Comparison& a, const Comparison& b) {
+        return a.file == b.file && a.board == b.board && a.unmet == b.unmet;
+    });
+}
+
 bool isNamed(const Comparison& comparison, MatchCriterion::Index criterion)
 {
     return std::find(comparison.unmet.begin(), comparison.unmet.end(), criterion) != comparison.unmet.end();
@@ -62,14 +69,15 @@ struct Seen {
 
 class RandomExplanation : public testing::TestWithParam<unsigned> {
 protected:
-    void holdAgainstTheAssignment(const Element& element, const std::vector<File>& files,
-                                  const Explanation& explanation, std::optional<std::uint32_t> given)
+    void holdAgainstTheAssignment(const Element& element, const std::vector<File>& files, Explanation& explanation,
+                                  std::optional<std::uint32_t> given)
     {
         const std::vector<Comparison> candidates = explanation.compare(element);
         EXPECT_TRUE(isOrdered(candidates));
         if (candidates.empty() || isNamed(candidates.front(), MatchCriterion::boardType)) {
             EXPECT_EQ(given, std::nullopt);
             EXPECT_EQ(candidates.size(), 3u);
+            EXPECT_TRUE(areSame(candidates, Explanation(files).compare(element)));
             ++seen.withoutType;
             return;
         }
@@ -110,7 +118,7 @@ TEST_P(RandomExplanation, NamesNoUnmetCriterionExactlyWhereTheFileFits)
         const std::vector<File> files = someFiles(random);
         ZoCUpdateInventory::ElementList elements;
         fillTarget(elements, random);
-        const Explanation explanation(files);
+        Explanation explanation(files);
         const auto given = firstFits(elements, files);
         std::size_t j = 0;
         for (const Element& element : elements) {

@@ -7,10 +7,10 @@
 #include <fstream>
 #include <new>
 
-#include "Allocations.h"
 #include "AnotherProcess.h"
 #include "Device.h"
 #include "ElementDevice.h"
+#include "allocations/Allocations.h"
 #include "simulation/base/Clock.h"
 #include "simulation/base/Resources.h"
 #include "support/SimulatedTarget.h"

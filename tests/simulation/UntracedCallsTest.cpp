@@ -3,9 +3,9 @@
 
 #include <cstdlib>
 
-#include "Allocations.h"
 #include "Device.h"
 #include "ElementDevice.h"
+#include "allocations/Allocations.h"
 #include "libZoRtosAbstraction/ZoNRtosAbstraction.h"
 #include "simulation/base/Clock.h"
 

@@ -7,6 +7,7 @@
 namespace {
 
 std::atomic<std::size_t> allocations = 0;
+std::atomic<std::size_t> bytes = 0;
 std::atomic<std::size_t> failingAllocation = 0;  // counted as above; 0: none
 
 }  // namespace
@@ -14,6 +15,11 @@ std::atomic<std::size_t> failingAllocation = 0;  // counted as above; 0: none
 std::size_t allocationCount()
 {
     return allocations;
+}
+
+std::size_t allocatedBytes()
+{
+    return bytes;
 }
 
 void failAllocation(std::size_t number)
@@ -24,6 +30,7 @@ void failAllocation(std::size_t number)
 // These take the place of the standard library's for the whole test program.
 void* operator new(std::size_t size)
 {
+    bytes += size;
     if (++allocations == failingAllocation) {
         throw std::bad_alloc();
     }
