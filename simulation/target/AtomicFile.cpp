@@ -2,7 +2,6 @@
 #include "simulation/target/AtomicFile.h"
 
 #include <fcntl.h>
-#include <stdlib.h>
 #include <sys/stat.h>
 
 #include <cstdio>
@@ -10,19 +9,32 @@
 
 #include "simulation/base/FileDescriptor.h"
 #include "simulation/target/SystemFault.h"
+#include "simulation/target/TemporaryEnding.h"
 
 namespace TrellanSimulation {
 
 namespace {
 
+// A new file beside `path`, whose name becomes `name`. Not open when there can be none; errno says why.
+FileDescriptor createBeside(const std::filesystem::path& path, std::string& name)
+{
+    for (;;) {
+        name = path.string() + '.' + drawTemporaryEnding();
+        FileDescriptor file(::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+        if (file.isOpen() || errno != EEXIST) {
+            return file;
+        }
+    }
+}
+
 // A file beside `path` that is removed again unless it took the place of `path`.
 class TemporaryFile {
 public:
-    explicit TemporaryFile(const std::filesystem::path& path)
-        : target(path),
-          name(path.string() + ".XXXXXX"),
-          file(checkSystem(::mkostemp(name.data(), O_CLOEXEC), operation("create")))
+    explicit TemporaryFile(const std::filesystem::path& path) : target(path), file(createBeside(path, name))
     {
+        if (!file.isOpen()) {
+            throwSystemFault(operation("create"));
+        }
     }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
@@ -91,6 +103,21 @@ void replaceFile(const std::filesystem::path& path, std::string_view content)
     file.replaceTarget();
     if (::fsync(folder.get()) != 0 && errno != EINVAL) {  // some file systems sync no folders by themselves
         throwSystemFault("sync " + path.parent_path().string());
+    }
+}
+
+void removeLeftOvers(const std::filesystem::path& path)
+{
+    const std::string start = path.filename().string() + '.';
+    std::error_code fault;
+    for (std::filesystem::directory_iterator entry(path.parent_path(), fault), end; !fault && entry != end;
+         entry.increment(fault)) {
+        const std::string name = entry->path().filename().string();
+        std::error_code unknown;
+        if (name.starts_with(start) && isTemporaryEnding(std::string_view(name).substr(start.size())) &&
+            entry->symlink_status(unknown).type() == std::filesystem::file_type::regular) {
+            ::unlink(entry->path().c_str());
+        }
     }
 }
 

@@ -7,6 +7,7 @@
 #include "simulation/base/StandardError.h"
 #include "simulation/libZoInventoryTree/AddressText.h"
 #include "simulation/libZoInventoryTree/PlatformErrors.h"
+#include "simulation/target/AtomicFile.h"
 
 namespace TrellanSimulation {
 
@@ -75,6 +76,7 @@ unsigned Target::lock(ZoCErrorListPool& errors)
             addPlatformError(errors, PlatformError::targetLocked, {});
             return 0;
         }
+        removeLeftOvers(path);
         session = std::make_unique<UpdateSession>(path, takeLockedFile(), std::move(targetLock), lastHandle + 1);
         useClock(session->file().clock());
         script = session->file().script();

@@ -91,6 +91,16 @@ TEST_F(Dev, ApproveSucceedsWhenBothDo)
     EXPECT_EQ(dev("approve").status, 1);
 }
 
+TEST_F(Dev, KilledTakesEverySystemCallAnd500MomentsAndFailsWhereATestDoes)
+{
+    script("build/release/bin/test_killed", "echo $TRELLAN_KILL_EVERY $TRELLAN_KILL_MOMENTS");
+    const ProcessResult passed = dev("killed");
+    EXPECT_EQ(passed.output, "1 500\n1 500\n1 500\n");
+    EXPECT_EQ(passed.status, 0);
+    script("build/release/bin/test_killed", "case $* in *Moment*) exit 1 ;; esac");
+    EXPECT_EQ(dev("killed").status, 1);
+}
+
 TEST_F(Dev, BuildLeavesNothingBesideTheBuildFolder)
 {
     script("tools/cmake", "kill -KILL $PPID");
