@@ -156,7 +156,8 @@ void checkContents(Check& check, Depth depth, const ReadProgress& progress)
         all += shared.size;
     }
     std::uint64_t finished = 0;
-    for (const auto& [identity, shared] : sharedFiles) {
+    for (const auto& entry : sharedFiles) {
+        const auto& shared = entry.second;
         std::uint64_t read = 0;
         const auto content = readContent(shared.path, wantedOf(shared, depth), [&](std::uint64_t bytes) {
             read = std::min(read + bytes, shared.size);  // the file may grow meanwhile
