@@ -38,6 +38,18 @@ protected:
         script("tools/apt-get", "echo apt-get $* | sed 's/ -[^ ]*//g' >>calls");
     }
 
+    // Clang's fuzzer, and two of the project's that print how they were called.
+    void giveFuzzers() const
+    {
+        script("tools/clang++", "echo resources");
+        folder.write("resources/lib/linux/libclang_rt.fuzzer-x86_64.a", "");
+        for (const auto& [name, program] : {std::pair("plan", "fuzz_plan"), {"whole-run", "fuzz_whole_run"}}) {
+            const std::string finds = std::string("build/fuzz/finds/") + name;
+            folder.write(std::string("tests/fuzz/corpus/") + name + "/seed", "");
+            script(std::string("build/fuzz/bin/") + program, "test -d " + finds + " && test -d $TMPDIR && echo \"$*\"");
+        }
+    }
+
     std::string calls() const { return readText(folder.path() / "calls"); }
 
     ProcessResult dev(const std::string& command) const
@@ -225,12 +237,36 @@ TEST_F(Dev, FuzzSaysWhatToInstallWithoutClang)
 
 TEST_F(Dev, FuzzKeepsWhatItFindsOutOfTheCommittedCorpus)
 {
-    script("tools/clang++", "echo resources");
-    folder.write("resources/lib/linux/libclang_rt.fuzzer-x86_64.a", "");
-    script("build/fuzz/bin/fuzz_description", "test -d build/fuzz/finds && echo \"$*\"");
-    const std::string folders = " -artifact_prefix=build/fuzz/ build/fuzz/finds tests/fuzz/corpus/description\n";
-    EXPECT_EQ(dev("fuzz").output, "-max_total_time=60" + folders);
-    EXPECT_EQ(dev("fuzz 5").output, "-max_total_time=5" + folders);
+    giveFuzzers();
+    const auto run = [](const std::string& name, const std::string& seconds) {
+        return "-max_total_time=" + seconds +
+               " -max_len=4096 -timeout=60 -print_final_stats=1 -artifact_prefix=build/fuzz/" + name +
+               "- build/fuzz/finds/" + name + " tests/fuzz/corpus/" + name + "\n";
+    };
+    EXPECT_EQ(dev("fuzz").output, run("plan", "60") + run("whole-run", "60"));
+    EXPECT_EQ(dev("fuzz 5").output, run("plan", "5") + run("whole-run", "5"));
+    EXPECT_EQ(dev("fuzz whole-run").output, run("whole-run", "60"));
+    EXPECT_EQ(dev("fuzz plan 7").output, run("plan", "7"));
+}
+
+TEST_F(Dev, FuzzGoesOnBehindAFindAndFailsAtTheEnd)
+{
+    giveFuzzers();
+    script("build/fuzz/bin/fuzz_plan", "echo found; exit 77");
+    script("build/fuzz/bin/fuzz_whole_run", "echo ran");
+    const ProcessResult result = dev("fuzz 1");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "found\nran\n");
+}
+
+TEST_F(Dev, FuzzNamesTheFuzzersThatThereAre)
+{
+    giveFuzzers();
+    const ProcessResult unknown = dev("fuzz plans");
+    EXPECT_EQ(unknown.status, 2);
+    EXPECT_EQ(unknown.errors, "./dev: there is no fuzzer 'plans', but plan whole-run\nSee ./dev help.\n");
+    EXPECT_EQ(dev("fuzz plan soon").errors, "./dev: 'soon' is no number of seconds\nSee ./dev help.\n");
+    EXPECT_EQ(dev("fuzz 5 plan").status, 2);
 }
 
 TEST_F(Dev, HelpTellsWhatApproveRewritesAndWhereTheDemosOptionsGo)
