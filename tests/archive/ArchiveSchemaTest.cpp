@@ -7,6 +7,7 @@
 
 #include "ArchiveGenerator.h"
 #include "ArchiveReader.h"
+#include "support/BuildTree.h"
 #include "support/JsonSchema.h"
 #include "support/TextFile.h"
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "documents/Transcripts.h"
+#include "support/BuildTree.h"
 #include "support/Namespaces.h"
 #include "support/TextFile.h"
 

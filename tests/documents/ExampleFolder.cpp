@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "support/BuildTree.h"
 #include "support/FileTree.h"
 #include "support/TextFile.h"
 

@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "documents/ExampleFolder.h"
+#include "support/BuildTree.h"
 #include "support/Namespaces.h"
 #include "support/Process.h"
 #include "support/TextFile.h"

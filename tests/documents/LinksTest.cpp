@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "support/BuildTree.h"
 #include "support/TextFile.h"
 
 namespace fs = std::filesystem;

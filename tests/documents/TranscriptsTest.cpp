@@ -7,6 +7,7 @@
 
 #include "documents/Transcripts.h"
 #include "support/Approving.h"
+#include "support/BuildTree.h"
 #include "support/Difference.h"
 #include "support/Namespaces.h"
 #include "support/TextFile.h"

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "documents/Transcripts.h"
+#include "support/BuildTree.h"
 #include "support/FileTree.h"
 #include "support/Namespaces.h"
 #include "support/TextFile.h"

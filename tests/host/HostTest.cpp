@@ -8,6 +8,7 @@
 
 #include "Hosting.h"
 #include "simulation/base/Resources.h"
+#include "support/BuildTree.h"
 #include "support/MessageCapture.h"
 
 using nlohmann::ordered_json;

@@ -4,6 +4,8 @@
 
 #include <stdexcept>
 
+#include "support/BuildTree.h"
+
 using nlohmann::ordered_json;
 using namespace ZoNTrellanUpdater;
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "support/BuildTree.h"
 #include "support/Process.h"
 #include "support/TargetBuilder.h"
 #include "support/TextFile.h"

@@ -14,6 +14,7 @@
 
 #include "Device.h"
 #include "TracedRun.h"
+#include "support/BuildTree.h"
 #include "support/Namespaces.h"
 #include "support/Process.h"
 

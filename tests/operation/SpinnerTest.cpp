@@ -4,6 +4,7 @@
 #include <regex>
 
 #include "operation/OperationFixture.h"
+#include "support/BuildTree.h"
 
 using ::testing::ElementsAre;
 

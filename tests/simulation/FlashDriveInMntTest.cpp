@@ -7,6 +7,7 @@
 #include "Device.h"
 #include "FlashTarget.h"
 #include "OwnMnt.h"
+#include "support/BuildTree.h"
 #include "support/Process.h"
 
 namespace fs = std::filesystem;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "support/BuildTree.h"
 #include "support/Namespaces.h"
 #include "support/Process.h"
 #include "support/TempDir.h"

@@ -5,6 +5,7 @@
 #include <array>
 #include <nlohmann/json.hpp>
 
+#include "support/BuildTree.h"
 #include "support/FileTree.h"
 #include "support/Namespaces.h"
 #include "support/Process.h"

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "support/BuildTree.h"
 #include "support/JsonSchema.h"
 #include "support/TextFile.h"
 

@@ -2,6 +2,7 @@
 // way.
 #include <gtest/gtest.h>
 
+#include "support/BuildTree.h"
 #include "support/JsonSchema.h"
 #include "support/Process.h"
 #include "support/PseudoTerminal.h"

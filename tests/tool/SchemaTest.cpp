@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "support/BuildTree.h"
 #include "support/JsonSchema.h"
 #include "support/TextFile.h"
 

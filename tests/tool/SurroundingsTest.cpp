@@ -6,6 +6,7 @@
 #include <set>
 #include <sstream>
 
+#include "support/BuildTree.h"
 #include "support/Namespaces.h"
 #include "support/Process.h"
 #include "support/PseudoTerminal.h"

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "support/BuildTree.h"
 #include "support/Process.h"
 #include "support/PseudoTerminal.h"
 #include "support/TempDir.h"

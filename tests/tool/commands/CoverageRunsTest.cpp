@@ -4,6 +4,7 @@
 #include <csignal>
 #include <filesystem>
 
+#include "support/BuildTree.h"
 #include "support/ComesTrue.h"
 #include "support/Process.h"
 #include "support/TargetBuilder.h"

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 
+#include "support/BuildTree.h"
 #include "support/Process.h"
 #include "support/TestArchive.h"
 #include "support/TextFile.h"

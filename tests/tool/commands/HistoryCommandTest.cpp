@@ -1,6 +1,7 @@
 // The command that shows a file of events.
 #include <gtest/gtest.h>
 
+#include "support/BuildTree.h"
 #include "support/JsonSchema.h"
 #include "support/TempDir.h"
 #include "support/TextFile.h"

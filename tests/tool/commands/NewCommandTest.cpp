@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "support/BuildTree.h"
 #include "support/Process.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"

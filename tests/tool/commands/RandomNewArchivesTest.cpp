@@ -4,6 +4,7 @@
 #include <random>
 #include <set>
 
+#include "support/BuildTree.h"
 #include "support/JsonSchema.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"

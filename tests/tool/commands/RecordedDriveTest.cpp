@@ -1,6 +1,7 @@
 // Records that the tool's process makes: of a target with a flash drive, and onto its own standard output.
 #include <gtest/gtest.h>
 
+#include "support/BuildTree.h"
 #include "support/Namespaces.h"
 #include "support/Process.h"
 #include "support/TargetBuilder.h"

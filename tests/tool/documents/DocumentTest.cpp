@@ -1,6 +1,7 @@
 // The JSON documents: their members and values, and that they conform to the schema that describes them.
 #include <gtest/gtest.h>
 
+#include "support/BuildTree.h"
 #include "support/JsonSchema.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "support/BuildTree.h"
 #include "support/Namespaces.h"
 #include "support/Process.h"
 #include "support/TargetBuilder.h"

@@ -7,6 +7,7 @@
 
 #include <sstream>
 
+#include "support/BuildTree.h"
 #include "support/ComesTrue.h"
 #include "support/TargetBuilder.h"
 #include "support/TestArchive.h"

@@ -12,6 +12,7 @@
 #include <memory>
 #include <thread>
 
+#include "support/BuildTree.h"
 #include "support/ComesTrue.h"
 #include "support/Namespaces.h"
 #include "support/PseudoTerminal.h"
