@@ -15,10 +15,12 @@
 
 #include <concepts>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
-#include <memory>
+#include <functional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace ZoNJson {
 
@@ -45,11 +47,11 @@ public:
 
     json(bool value) noexcept;
     json(int value) noexcept;  // a signed number
-    json(long value) noexcept;
-    json(long long value) noexcept;
+    json(long value);
+    json(long long value);
     json(unsigned int value) noexcept;  // an unsigned number
-    json(unsigned long value) noexcept;
-    json(unsigned long long value) noexcept;
+    json(unsigned long value);
+    json(unsigned long long value);
     json(const char* value);  // must not be null
     json(const std::string& value);
 
@@ -121,27 +123,20 @@ public:
     const_iterator begin() const noexcept;
     const_iterator end() const noexcept;
 
+    // Calls `visit` with the key and the value of each member of an object, in the order of the keys; does nothing for
+    // any other value. The key is good during the call only.
+    using MemberVisitor = std::function<void(std::string_view key, const json& value)>;
+    void visitMembers(const MemberVisitor& visit) const;
+
     // The value as text. `indent` blanks (or `indentChar`) for each level and one member or element on a line; with a
     // negative indent all on one line. With `ensureAscii` characters beyond ASCII are written as \u escapes.
     std::string dump(int indent = -1, char indentChar = ' ', bool ensureAscii = false,
                      error_handler onInvalidUtf8 = strict) const;
 
 private:
-    friend struct Access;  // the parser and the printer
+    friend struct Access;  // for the files that implement this
 
-    enum class Kind : unsigned char { invalid, null, boolean, integer, unsignedInteger, real, string, array, object };
-
-    union Scalar {
-        bool boolean;
-        long long integer;
-        unsigned long long unsignedInteger;
-        double real;
-    };
-
-    Kind kind = Kind::null;
-    bool handedOut = false;  // a reference to a part was handed out: the node is not shared
-    Scalar scalar{};
-    std::shared_ptr<void> node;  // a string's, array's or object's content, shared between copies
+    std::uint64_t bits = 0;  // what it is, and the value itself or where it is; 0 is null
 };
 
 class const_iterator {

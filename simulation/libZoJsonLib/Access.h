@@ -1,80 +1,83 @@
 // What a json value is made of, for the files that implement it.
+//
+// What is parsed or made of a scalar is kept in compact nodes, which never change. An object or array that is made to
+// be changed, or of which a part was handed out for it, has a node of its own kind.
 #pragma once
 
 #include <map>
-#include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "libZoJsonLib/ZoNJson.h"
+#include "simulation/json/JsonArena.h"
+#include "simulation/json/JsonNodes.h"
 
 namespace ZoNJson {
 
-// The contents of a value's node, by its kind.
-using Text = std::string;
 using Elements = std::vector<json>;
 using Members = std::map<std::string, json, std::less<>>;
 
+// The node of an object or array that may be changed.
+template <typename Content>
+struct OwnNode {
+    std::size_t references = 1;
+    bool handedOut = false;  // a reference to a part was handed out: the node belongs to one value
+    Content content;
+};
+
+using OwnArray = OwnNode<Elements>;
+using OwnObject = OwnNode<Members>;
+
 struct Access {
-    using Kind = json::Kind;
-    using Scalar = json::Scalar;
+    using Bits = TrellanSimulation::JsonBits;
+    using Tag = TrellanSimulation::JsonTag;
 
-    static Kind kind(const json& value) { return value.kind; }
-    static const Scalar& scalar(const json& value) { return value.scalar; }
+    static_assert(sizeof(json) == sizeof(Bits), "the elements of a node are values");
 
-    // The content of a value that has a node of the type Content.
-    template <typename Content>
-    static Content& content(const json& value)
-    {
-        return *static_cast<Content*>(value.node.get());
-    }
+    static const Bits& bits(const json& value) { return value.bits; }
+    static Tag tag(const json& value) { return TrellanSimulation::tagOf(value.bits); }
 
-    // A value of `kind`; its scalar, or its content, is given.
-    static json make(Kind kind, Scalar scalar = {})
+    // The value that takes over the reference of `bits`.
+    static json adopt(Bits bits)
     {
         json value;
-        value.kind = kind;
-        value.scalar = scalar;
+        value.bits = bits;
         return value;
     }
 
+    // The value that is a part of a node which does not change.
+    static const json& part(const Bits& bits) { return reinterpret_cast<const json&>(bits); }
+
+    // The node of a value that may be changed.
     template <typename Content>
-    static json makeNode(Kind kind, Content content)
+    static OwnNode<Content>& own(Bits bits)
     {
-        json value = make(kind);
-        value.node = std::make_shared<Content>(std::move(content));
-        return value;
+        return *reinterpret_cast<OwnNode<Content>*>(bits & ~Bits{0xF});
+    }
+    template <typename Content>
+    static OwnNode<Content>& own(const json& value)
+    {
+        return own<Content>(value.bits);
     }
 
-    // The node for a copy of `value`: the same one, or, when a reference to a part of it was handed out, one of its own
-    // with copies of its children.
-    static std::shared_ptr<void> nodeForCopy(const json& value)
-    {
-        if (!value.handedOut) {
-            return value.node;
-        }
-        return value.is_array() ? copyOf<Elements>(value) : copyOf<Members>(value);
-    }
+    // A new node with this content.
+    static Bits makeOwn(Elements content);
+    static Bits makeOwn(Members content);
 
-    // The content of `value`, to hand out a part of it for changes: a node that other values share is copied before,
-    // its children stay shared.
-    template <typename Content>
-    static Content& contentToHandOut(json& value)
-    {
-        if (value.node.use_count() > 1) {
-            value.node = copyOf<Content>(value);
-        }
-        value.handedOut = true;
-        return content<Content>(value);
-    }
+    // A reference more to the value's node, or the bits of a copy where a part of it was handed out.
+    static Bits copy(Bits bits);
+
+    // Takes a reference back.
+    static void release(Bits bits);
+
+    // The content of an array or object, to hand out a part of it for changes: what other values share is copied
+    // before, its children stay shared.
+    static Elements& elementsToHandOut(json& array);
+    static Members& membersToHandOut(json& object);
 
 private:
     template <typename Content>
-    static std::shared_ptr<void> copyOf(const json& value)
-    {
-        return std::make_shared<Content>(content<Content>(value));
-    }
+    static Content& contentToHandOut(json& value);
 };
 
 }  // namespace ZoNJson

@@ -7,57 +7,43 @@
 
 namespace ZoNJson {
 
+using namespace TrellanSimulation;
+
 json::json() noexcept = default;
 
 json::json(std::nullptr_t) noexcept {}
 
-json::json(bool value) noexcept : kind(Kind::boolean)
-{
-    scalar.boolean = value;
-}
+json::json(bool value) noexcept : bits(bitsOf(JsonTag::boolean, value ? 1 : 0)) {}
 
-json::json(int value) noexcept : json(static_cast<long long>(value)) {}
+json::json(int value) noexcept : bits(makeInteger(value)) {}
 
-json::json(long value) noexcept : json(static_cast<long long>(value)) {}
+json::json(long value) : bits(makeInteger(value)) {}
 
-json::json(long long value) noexcept : kind(Kind::integer)
-{
-    scalar.integer = value;
-}
+json::json(long long value) : bits(makeInteger(value)) {}
 
-json::json(unsigned int value) noexcept : json(static_cast<unsigned long long>(value)) {}
+json::json(unsigned int value) noexcept : bits(makeUnsignedInteger(value)) {}
 
-json::json(unsigned long value) noexcept : json(static_cast<unsigned long long>(value)) {}
+json::json(unsigned long value) : bits(makeUnsignedInteger(value)) {}
 
-json::json(unsigned long long value) noexcept : kind(Kind::unsignedInteger)
-{
-    scalar.unsignedInteger = value;
-}
+json::json(unsigned long long value) : bits(makeUnsignedInteger(value)) {}
 
-json::json(const char* value) : json(std::string(value)) {}
+json::json(const char* value) : bits(makeText(value)) {}
 
-json::json(const std::string& value) : json(Access::makeNode(Kind::string, value)) {}
+json::json(const std::string& value) : bits(makeText(value)) {}
 
 json json::object()
 {
-    return Access::makeNode(Kind::object, Members{});
+    return Access::adopt(bitsOf(JsonTag::object));
 }
 
 json json::array()
 {
-    return Access::makeNode(Kind::array, Elements{});
+    return Access::adopt(bitsOf(JsonTag::array));
 }
 
-json::json(const json& other) : kind(other.kind), scalar(other.scalar), node(Access::nodeForCopy(other)) {}
+json::json(const json& other) : bits(Access::copy(other.bits)) {}
 
-// A value that was moved from is null, since it has no node any more.
-json::json(json&& other) noexcept
-    : kind(std::exchange(other.kind, Kind::null)),
-      handedOut(std::exchange(other.handedOut, false)),
-      scalar(other.scalar),
-      node(std::move(other.node))
-{
-}
+json::json(json&& other) noexcept : bits(std::exchange(other.bits, 0)) {}
 
 // By way of a temporary, also when moving: `other` may be this value, a part of it, or (when copying) the whole.
 json& json::operator=(const json& other)
@@ -68,53 +54,53 @@ json& json::operator=(const json& other)
 json& json::operator=(json&& other) noexcept
 {
     json moved(std::move(other));
-    kind = moved.kind;
-    handedOut = moved.handedOut;
-    scalar = moved.scalar;
-    node.swap(moved.node);
+    std::swap(bits, moved.bits);
     return *this;
 }
 
-json::~json() = default;
+json::~json()
+{
+    Access::release(bits);
+}
 
 bool json::is_invalid() const noexcept
 {
-    return kind == Kind::invalid;
+    return tagOf(bits) == JsonTag::invalid;
 }
 
 bool json::is_null() const noexcept
 {
-    return kind == Kind::null;
+    return tagOf(bits) == JsonTag::null;
 }
 
 bool json::is_boolean() const noexcept
 {
-    return kind == Kind::boolean;
+    return tagOf(bits) == JsonTag::boolean;
 }
 
 bool json::is_string() const noexcept
 {
-    return kind == Kind::string;
+    return isText(bits);
 }
 
 bool json::is_array() const noexcept
 {
-    return kind == Kind::array;
+    return tagOf(bits) == JsonTag::array || tagOf(bits) == JsonTag::ownArray;
 }
 
 bool json::is_object() const noexcept
 {
-    return kind == Kind::object;
+    return tagOf(bits) == JsonTag::object || tagOf(bits) == JsonTag::ownObject;
 }
 
 bool json::is_number() const noexcept
 {
-    return kind == Kind::integer || kind == Kind::unsignedInteger || kind == Kind::real;
+    return isInteger(bits) || isUnsignedInteger(bits) || isReal(bits);
 }
 
 bool json::is_number_unsigned() const noexcept
 {
-    return kind == Kind::unsignedInteger;
+    return isUnsignedInteger(bits);
 }
 
 }  // namespace ZoNJson

@@ -6,6 +6,8 @@
 
 namespace ZoNJson {
 
+using namespace TrellanSimulation;
+
 namespace {
 
 const json& nullValue()
@@ -21,13 +23,45 @@ void require(bool condition, const char* message)
     }
 }
 
-template <typename Key>
-const json& memberOf(const json& object, const Key& key)
+// The member `key` of an object; null when it has none.
+const json* find(const json& object, std::string_view key)
+{
+    if (Access::tag(object) == JsonTag::ownObject) {
+        const Members& members = Access::own<Members>(object).content;
+        const auto found = members.find(key);
+        return found == members.end() ? nullptr : &found->second;
+    }
+    const JsonBits* member = findMember(Access::bits(object), key, true);
+    return member == nullptr ? nullptr : &Access::part(*member);
+}
+
+const json& memberOf(const json& object, std::string_view key)
 {
     require(object.is_object(), "a JSON value with members must be an object");
-    const auto& members = Access::content<Members>(object);
-    const auto found = members.find(key);
-    return found == members.end() ? nullValue() : found->second;
+    const json* member = find(object, key);
+    return member == nullptr ? nullValue() : *member;
+}
+
+// The elements of an array; none of any other value.
+struct Range {
+    const json* first = nullptr;
+    std::size_t count = 0;
+};
+
+Range elementsOf(const json& value)
+{
+    switch (Access::tag(value)) {
+        case JsonTag::ownArray: {
+            const Elements& elements = Access::own<Elements>(value).content;
+            return {elements.data(), elements.size()};
+        }
+        case JsonTag::array: {
+            const JsonValues values = valuesOf(Access::bits(value));
+            return values.count == 0 ? Range{} : Range{&Access::part(*values.first), values.count};
+        }
+        default:
+            return {};
+    }
 }
 
 // The number, or the largest that the type can hold.
@@ -41,18 +75,19 @@ Number atMost(unsigned long long number)
 
 std::size_t json::size() const noexcept
 {
-    if (is_array()) {
-        return Access::content<Elements>(*this).size();
+    switch (tagOf(bits)) {
+        case JsonTag::ownObject:
+            return Access::own<Members>(*this).content.size();
+        case JsonTag::object:
+            return valuesOf(bits).count / 2;
+        default:
+            return elementsOf(*this).count;
     }
-    if (is_object()) {
-        return Access::content<Members>(*this).size();
-    }
-    return 0;
 }
 
 bool json::contains(const std::string& key) const
 {
-    return is_object() && Access::content<Members>(*this).count(key) != 0;
+    return is_object() && find(*this, key) != nullptr;
 }
 
 const json& json::operator[](const char* key) const
@@ -76,13 +111,17 @@ json& json::operator[](const std::string& key)
         *this = object();
     }
     require(is_object(), "a JSON value that gets a member must be an object");
-    return Access::contentToHandOut<Members>(*this)[key];
+    return Access::membersToHandOut(*this)[key];
 }
 
 const json& json::operator[](std::size_t index) const
 {
     require(is_array(), "a JSON value with elements must be an array");
-    return Access::content<Elements>(*this).at(index);
+    const Range elements = elementsOf(*this);
+    if (index >= elements.count) {
+        throw std::out_of_range("the JSON array has no such element");
+    }
+    return elements.first[index];
 }
 
 json& json::operator[](std::size_t index)
@@ -94,7 +133,7 @@ json& json::operator[](std::size_t index)
     if (index >= Elements().max_size()) {
         throw std::out_of_range("no JSON array can have so many elements");
     }
-    auto& elements = Access::contentToHandOut<Elements>(*this);
+    auto& elements = Access::elementsToHandOut(*this);
     if (index >= elements.size()) {
         elements.resize(index + 1);
     }
@@ -104,13 +143,13 @@ json& json::operator[](std::size_t index)
 json::operator std::string() const
 {
     require(is_string(), "the JSON value is not a string");
-    return Access::content<Text>(*this);
+    return std::string(textOf(bits));
 }
 
 json::operator unsigned long long() const
 {
     require(is_number_unsigned(), "the JSON value is not an unsigned number");
-    return scalar.unsignedInteger;
+    return unsignedIntegerOf(bits);
 }
 
 json::operator unsigned long() const
@@ -125,16 +164,27 @@ json::operator unsigned int() const
 
 const_iterator json::begin() const noexcept
 {
-    return const_iterator(is_array() ? Access::content<Elements>(*this).data() : nullptr);
+    return const_iterator(elementsOf(*this).first);
 }
 
 const_iterator json::end() const noexcept
 {
-    if (!is_array()) {
-        return const_iterator(nullptr);
+    const Range elements = elementsOf(*this);
+    return const_iterator(elements.first + elements.count);
+}
+
+void json::visitMembers(const MemberVisitor& visit) const
+{
+    if (tagOf(bits) == JsonTag::ownObject) {
+        for (const auto& [key, member] : Access::own<Members>(*this).content) {
+            visit(key, member);
+        }
+    } else if (tagOf(bits) == JsonTag::object) {
+        const JsonValues values = valuesOf(bits);
+        for (std::size_t i = 0; i < values.count; i += 2) {
+            visit(textOf(values.first[i]), Access::part(values.first[i + 1]));
+        }
     }
-    const auto& elements = Access::content<Elements>(*this);
-    return const_iterator(elements.data() + elements.size());
 }
 
 }  // namespace ZoNJson

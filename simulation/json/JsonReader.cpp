@@ -1,0 +1,264 @@
+// Two parsers: a fast one, and one that decides where the fast one gives up a number which the format allows (0e400)
+// and that has words for what is wrong.
+#include "simulation/json/JsonReader.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <new>
+#include <nlohmann/json.hpp>
+
+#ifdef __SSE2__
+#define RAPIDJSON_SSE2
+#endif
+#include <rapidjson/reader.h>
+
+namespace TrellanSimulation {
+
+namespace {
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+constexpr std::size_t readAhead = 16;  // bytes that the fast parser may look at behind the text
+
+// The parser's own allocator does not notice that there is no memory.
+class ParserMemory {
+public:
+    static constexpr bool kNeedFree = true;
+
+    static void* Malloc(std::size_t size) { return size == 0 ? nullptr : ::operator new(size); }
+
+    static void* Realloc(void* block, std::size_t size, std::size_t newSize)
+    {
+        void* moved = Malloc(newSize);
+        if (moved != nullptr && block != nullptr) {
+            std::memcpy(moved, block, std::min(size, newSize));
+        }
+        Free(block);
+        return moved;
+    }
+
+    static void Free(void* block) { ::operator delete(block); }
+};
+
+using FastParser = rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, ParserMemory>;
+
+// Passes events on, and counts the levels. Each handler says whether to go on.
+class Levels {
+public:
+    Levels(JsonEvents& events, std::size_t maxDepth) : events(events), maxDepth(maxDepth) {}
+
+    bool isTooDeep() const { return tooDeep; }
+
+protected:
+    bool open(bool object)
+    {
+        if (depth == maxDepth) {
+            tooDeep = true;
+            return false;
+        }
+        ++depth;
+        object ? events.openObject() : events.openArray();
+        return true;
+    }
+
+    bool close(bool object)
+    {
+        --depth;
+        object ? events.closeObject() : events.closeArray();
+        return true;
+    }
+
+    template <class... Parameters, class... Arguments>
+    bool pass(void (JsonEvents::*event)(Parameters...), const Arguments&... arguments)
+    {
+        (events.*event)(arguments...);
+        return true;
+    }
+
+private:
+    JsonEvents& events;
+    const std::size_t maxDepth;
+    std::size_t depth = 0;
+    bool tooDeep = false;
+};
+
+// In text without invalid UTF-8, only an escape can bring a surrogate into a string; the parser lets the second half of
+// a pair stand alone.
+bool holdsSurrogate(std::string_view text)
+{
+    for (auto at = text.find('\xED'); at != std::string_view::npos; at = text.find('\xED', at + 1)) {
+        if (static_cast<unsigned char>(text[at + 1]) >= 0xA0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+class FastEvents : public Levels {
+public:
+    using Ch = char;
+    using Length = rapidjson::SizeType;
+
+    FastEvents(JsonEvents& events, std::size_t maxDepth, const std::string& text, const rapidjson::StringStream& stream)
+        : Levels(events, maxDepth),
+          stream(stream),
+          end(text.data() + text.size()),
+          hasEscapes(text.find('\\') != std::string::npos)
+    {
+    }
+
+    bool Null() { return pass(&JsonEvents::null); }
+    bool Bool(bool value) { return pass(&JsonEvents::boolean, value); }
+    bool Int(int value) { return pass(&JsonEvents::integer, value); }
+    bool Uint(unsigned value) { return pass(&JsonEvents::unsignedInteger, value); }
+    bool Int64(std::int64_t value) { return pass(&JsonEvents::integer, value); }
+    bool Uint64(std::uint64_t value) { return pass(&JsonEvents::unsignedInteger, value); }
+    bool RawNumber(const char*, Length, bool) { return false; }
+
+    // The parser's own value may be off in the last digit. Its stream still stands where the number begins.
+    bool Double(double roughly)
+    {
+        double value = 0;
+        if (std::from_chars(stream.src_, end, value).ec == std::errc::result_out_of_range) {
+            if (std::abs(roughly) > 1) {
+                return false;
+            }
+            value = std::copysign(0.0, roughly);
+        }
+        return pass(&JsonEvents::real, value);
+    }
+
+    bool String(const char* text, Length length, bool) { return passText(&JsonEvents::text, {text, length}); }
+
+    bool Key(const char* text, Length length, bool) { return passText(&JsonEvents::key, {text, length}); }
+
+    bool StartObject() { return open(true); }
+    bool EndObject(Length) { return close(true); }
+    bool StartArray() { return open(false); }
+    bool EndArray(Length) { return close(false); }
+
+private:
+    bool passText(void (JsonEvents::*event)(std::string_view), std::string_view text)
+    {
+        return !(hasEscapes && holdsSurrogate(text)) && pass(event, text);
+    }
+
+    const rapidjson::StringStream& stream;
+    const char* const end;
+    const bool hasEscapes;
+};
+
+using SlowParser = nlohmann::json;
+
+class SlowEvents final : public nlohmann::json_sax<SlowParser>, public Levels {
+public:
+    using Levels::Levels;
+
+    bool null() override { return pass(&JsonEvents::null); }
+    bool boolean(bool value) override { return pass(&JsonEvents::boolean, value); }
+    bool number_integer(number_integer_t value) override { return pass(&JsonEvents::integer, value); }
+    bool number_unsigned(number_unsigned_t value) override { return pass(&JsonEvents::unsignedInteger, value); }
+    bool number_float(number_float_t value, const string_t&) override { return pass(&JsonEvents::real, value); }
+    bool string(string_t& value) override { return pass(&JsonEvents::text, value); }
+    bool binary(binary_t&) override { return false; }
+    bool start_object(std::size_t) override { return open(true); }
+    bool key(string_t& name) override { return pass(&JsonEvents::key, name); }
+    bool end_object() override { return close(true); }
+    bool start_array(std::size_t) override { return open(false); }
+    bool end_array() override { return close(false); }
+    bool parse_error(std::size_t, const std::string&, const SlowParser::exception&) override { return false; }
+};
+
+JsonVerdict verdict(bool valid, const Levels& levels)
+{
+    return valid ? JsonVerdict::valid : levels.isTooDeep() ? JsonVerdict::tooDeep : JsonVerdict::invalid;
+}
+
+JsonVerdict readSlowly(const std::string& text, JsonEvents& events, std::size_t maxDepth)
+{
+    events.begin();
+    SlowEvents taker(events, maxDepth);
+    return verdict(SlowParser::sax_parse(text, &taker), taker);
+}
+
+struct Nowhere {
+    void Put(char) {}
+};
+
+// Whether the text is valid UTF-8; most of it is ASCII, which is looked at eight bytes at a time.
+bool isUtf8(const std::string& text)
+{
+    constexpr std::uint64_t beyondAscii = 0x8080808080808080;
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    Nowhere nowhere;
+    while (at < end) {
+        std::uint64_t eight = 0;
+        std::memcpy(&eight, at, std::min<std::size_t>(sizeof eight, static_cast<std::size_t>(end - at)));
+        if ((eight & beyondAscii) == 0) {
+            at += sizeof eight;
+            continue;
+        }
+        rapidjson::StringStream stream(at);
+        if (!rapidjson::UTF8<>::Validate(stream, nowhere)) {
+            return false;
+        }
+        at += stream.Tell();
+    }
+    return true;
+}
+
+class NoEvents final : public nlohmann::json_sax<SlowParser> {
+public:
+    bool null() override { return true; }
+    bool boolean(bool) override { return true; }
+    bool number_integer(number_integer_t) override { return true; }
+    bool number_unsigned(number_unsigned_t) override { return true; }
+    bool number_float(number_float_t, const string_t&) override { return true; }
+    bool string(string_t&) override { return true; }
+    bool binary(binary_t&) override { return true; }
+    bool start_object(std::size_t) override { return true; }
+    bool key(string_t&) override { return true; }
+    bool end_object() override { return true; }
+    bool start_array(std::size_t) override { return true; }
+    bool end_array() override { return true; }
+
+    bool parse_error(std::size_t, const std::string&, const SlowParser::exception& exception) override
+    {
+        reason = exception.what();
+        return false;
+    }
+
+    std::string reason;
+};
+
+}  // namespace
+
+JsonVerdict readJson(std::string& text, JsonEvents& events, std::size_t maxDepth)
+{
+    if (text.find('\0') != std::string::npos || !isUtf8(text)) {
+        return JsonVerdict::invalid;
+    }
+    text.reserve(text.size() + readAhead);
+    rapidjson::StringStream stream(text.c_str() + (text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0));
+    events.begin();
+    FastEvents taker(events, maxDepth, text, stream);
+    ParserMemory memory;
+    FastParser parser(&memory);
+    const auto result = parser.Parse<rapidjson::kParseDefaultFlags>(stream, taker);
+    if (result.Code() == rapidjson::kParseErrorNumberTooBig) {
+        return readSlowly(text, events, maxDepth);
+    }
+    return verdict(!result.IsError(), taker);
+}
+
+std::string reasonWhyNoJson(const std::string& text)
+{
+    NoEvents events;
+    SlowParser::sax_parse(text, &events);
+    const auto mark = events.reason.find("] ");  // behind the parser's own number for the fault
+    return mark == std::string::npos ? events.reason : events.reason.substr(mark + 2);
+}
+
+}  // namespace TrellanSimulation
