@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "archive/DescriptionRules.h"
+#include "archive/ObjectMembers.h"
 #include "archive/Properties.h"
 #include "archive/ZoCUpdateArchive.h"
 #include "base/BinaryFile.h"
@@ -100,7 +101,8 @@ bool ZoCUpdateArchive::readFileEntries(const ZoNJson::json& entries)
     unsupportedElements = 0;
     const DescriptionRules entryRules = rules();
     std::uint32_t number = 0;
-    for (const ZoNJson::json& entry : entries) {
+    files.reserve(entries.size());
+    for (const ObjectMembers entry : entries) {
         switch (entryRules.checkEntry(entry, number)) {
             case EntryVerdict::accepted:
                 addFile(entry, number);
@@ -117,31 +119,31 @@ bool ZoCUpdateArchive::readFileEntries(const ZoNJson::json& entries)
     return true;
 }
 
-void ZoCUpdateArchive::addFile(const ZoNJson::json& entry, std::uint32_t number)
+void ZoCUpdateArchive::addFile(const ObjectMembers& entry, std::uint32_t number)
 {
     files.push_back(makeUpdateFile(entry));
     files.back().entry = number;
     maxSequence = std::max(maxSequence, files.back().sequence);
 }
 
-ZoSUpdateFile ZoCUpdateArchive::makeUpdateFile(const ZoNJson::json& entry) const
+ZoSUpdateFile ZoCUpdateArchive::makeUpdateFile(const ObjectMembers& entry) const
 {
     ZoSUpdateFile file;
-    file.name = toString(entry["name"]);
-    file.sequence = static_cast<unsigned>(entry["sequence"]);
+    file.name = toString(entry[Property::name]);
+    file.sequence = static_cast<unsigned>(entry[Property::sequence]);
     file.hasTargetPath = statesTargetPath(entry);
-    if (!entry.contains("version")) {
+    if (!entry.has(Property::version)) {
         file.version = archiveVersion;
-    } else if (!entry["version"].is_null()) {
-        file.version = toVersion(entry["version"]);
+    } else if (!entry[Property::version].is_null()) {
+        file.version = toVersion(entry[Property::version]);
     }
-    if (entry.contains("checksumCrc32")) {
-        file.checksumCrc32 = static_cast<unsigned>(entry["checksumCrc32"]);
+    if (entry.has(Property::checksumCrc32)) {
+        file.checksumCrc32 = static_cast<unsigned>(entry[Property::checksumCrc32]);
     }
     file.statesChecksum = file.checksumCrc32 != notAvailable;
-    if (entry.contains("mode") && std::string(entry["mode"]) == "upgrade") {
+    if (entry.has(Property::mode) && std::string(entry[Property::mode]) == "upgrade") {
         file.mode = UpdateMode::upgrade;
     }
-    file.jsonEntry = entry;
+    file.jsonEntry = entry.object();
     return file;
 }

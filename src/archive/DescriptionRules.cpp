@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
-#include <string_view>
 
+#include "archive/ObjectMembers.h"
 #include "archive/Properties.h"
 
 namespace ZoNUpdateArchive {
@@ -19,7 +19,7 @@ constexpr std::uint8_t supportedFormat = 1;                     // first number 
 constexpr unsigned long long firstUnsupportedFeatureLevel = 3;  // entries from this level on need a newer library
 
 struct PropertyType {
-    const char* name;
+    Property property;
     Test accepted[3];  // the accepted types; unused places are null
 };
 
@@ -30,29 +30,32 @@ constexpr Test null = &json::is_null;
 
 // In the order of the checks: of several properties with a wrong type, the first one is named.
 constexpr PropertyType propertyTypes[] = {
-    {"mode", {string}},
-    {"checksumCrc32", {unsignedInteger}},
-    {"version", {string, null}},
-    {"swCompatibilityId", {unsignedInteger, array}},
-    {"hwCompatibilityId", {unsignedInteger, array}},
-    {"targetPath", {string}},
-    {"id", {unsignedInteger}},
-    {"boardId", {unsignedInteger, array}},
-    {"boardVariant", {null, string, array}},
-    {"boardType", {string, array}},
+    {Property::mode, {string}},
+    {Property::checksumCrc32, {unsignedInteger}},
+    {Property::version, {string, null}},
+    {Property::swCompatibilityId, {unsignedInteger, array}},
+    {Property::hwCompatibilityId, {unsignedInteger, array}},
+    {Property::targetPath, {string}},
+    {Property::id, {unsignedInteger}},
+    {Property::boardId, {unsignedInteger, array}},
+    {Property::boardVariant, {null, string, array}},
+    {Property::boardType, {string, array}},
 };
 
 // What the elements of array properties may be, in the order of the checks: the first bad property is named.
 constexpr PropertyType elementTypes[] = {
-    {"boardType", {string}},
-    {"boardVariant", {string, null}},
-    {"boardId", {unsignedInteger}},
-    {"hwCompatibilityId", {unsignedInteger}},
-    {"swCompatibilityId", {unsignedInteger}},
+    {Property::boardType, {string}},
+    {Property::boardVariant, {string, null}},
+    {Property::boardId, {unsignedInteger}},
+    {Property::hwCompatibilityId, {unsignedInteger}},
+    {Property::swCompatibilityId, {unsignedInteger}},
 };
 
 // What belongs to the file, not to one of its boards.
-constexpr const char* fileProperties[] = {"version", "checksumCrc32", "mode"};
+constexpr Property fileProperties[] = {Property::version, Property::checksumCrc32, Property::mode};
+
+// From here on properties belong to boards.
+constexpr Property firstOfBoard = Property::swCompatibilityId;
 
 bool isAccepted(const json& value, const PropertyType& type)
 {
@@ -111,16 +114,9 @@ std::vector<const char*> membersOf(DescriptionObject object)
             break;
     }
     std::vector<const char*> members;
-    if (object == DescriptionObject::entry) {
-        members = {"name", "sequence", "boards", "featureLevel"};
-        members.insert(members.end(), std::begin(fileProperties), std::end(fileProperties));
-    }
-    for (const PropertyType& type : propertyTypes) {
-        const bool isOfFile = std::any_of(std::begin(fileProperties), std::end(fileProperties),
-                                          [&](const std::string_view property) { return property == type.name; });
-        if (!isOfFile) {
-            members.push_back(type.name);
-        }
+    const auto first = object == DescriptionObject::entry ? Property::name : firstOfBoard;
+    for (auto property = static_cast<std::size_t>(first); property < propertyCount; ++property) {
+        members.push_back(nameOf(static_cast<Property>(property)));
     }
     return members;
 }
@@ -164,13 +160,13 @@ public:
         wantsMore = taker({entry, board, pointer, message});
     }
 
-    void fault(const PropertyMessage& message, const char* property, const std::string& place = {})
+    void fault(const PropertyMessage& message, Property property, const std::string& place = {})
     {
-        const std::string pointer = pointerTo(property) + place;
+        const std::string pointer = pointerTo(nameOf(property)) + place;
         if (isOfBoard()) {
-            fault(pointer, message.ofBoard, number(), property, boardNumber());
+            fault(pointer, message.ofBoard, number(), nameOf(property), boardNumber());
         } else {
-            fault(pointer, message.ofEntry, number(), property);
+            fault(pointer, message.ofEntry, number(), nameOf(property));
         }
     }
 
@@ -257,10 +253,10 @@ bool DescriptionRules::checkFiles(const json& document) const
 
 // Where an entry and its boards say "id" and "targetPath".
 struct DescriptionRules::Targets {
-    void note(const json& object)
+    void note(const ObjectMembers& object)
     {
-        const bool id = object.contains("id");
-        const bool targetPath = object.contains("targetPath");
+        const bool id = object.has(Property::id);
+        const bool targetPath = object.has(Property::targetPath);
         hasId |= id;
         hasTargetPath |= targetPath;
         everyOneHasTarget &= id || targetPath;
@@ -271,17 +267,17 @@ struct DescriptionRules::Targets {
     bool everyOneHasTarget = true;
 };
 
-EntryVerdict DescriptionRules::checkEntry(const json& entry, std::uint32_t number) const
+EntryVerdict DescriptionRules::checkEntry(const ObjectMembers& entry, std::uint32_t number) const
 {
     Report report(taker, static_cast<std::int32_t>(number));
-    if (!entry.is_object()) {
+    if (!entry.object().is_object()) {
         report.fault(report.pointerTo(), "ERROR: File entry %u is invalid.\n", number);
         return EntryVerdict::refused;
     }
-    if (entry.contains("featureLevel")) {
-        const json& featureLevel = entry["featureLevel"];
+    if (entry.has(Property::featureLevel)) {
+        const json& featureLevel = entry[Property::featureLevel];
         if (!featureLevel.is_number_unsigned()) {
-            report.fault(wrongValue, "featureLevel");
+            report.fault(wrongValue, Property::featureLevel);
         } else if (static_cast<unsigned long long>(featureLevel) >= firstUnsupportedFeatureLevel) {
             return EntryVerdict::passedOver;
         }
@@ -298,7 +294,7 @@ EntryVerdict DescriptionRules::checkEntry(const json& entry, std::uint32_t numbe
     return report.isClean() ? EntryVerdict::accepted : EntryVerdict::refused;
 }
 
-void DescriptionRules::checkMandatoryProperties(const json& entry, Report& report)
+void DescriptionRules::checkMandatoryProperties(const ObjectMembers& entry, Report& report)
 {
     bool isMissing = false;
     const auto fault = [&](const std::string& property) {
@@ -308,20 +304,20 @@ void DescriptionRules::checkMandatoryProperties(const json& entry, Report& repor
                          report.number());
         }
     };
-    const auto require = [&](const char* key, bool isSound) {
-        if (!entry.contains(key)) {
+    const auto require = [&](Property property, bool isSound) {
+        if (!entry.has(property)) {
             isMissing = true;
         } else if (!isSound) {
-            fault(key);
+            fault(nameOf(property));
         }
     };
-    require("name", hasString(entry, "name"));
-    require("sequence", hasUnsigned(entry, "sequence"));
-    const bool hasBoards = entry.contains("boards");
-    if (hasBoards) {
-        require("boards", entry["boards"].is_array() && entry["boards"].size() != 0 && !entry.contains("boardType"));
+    require(Property::name, entry.hasString(Property::name));
+    require(Property::sequence, entry.hasUnsigned(Property::sequence));
+    if (entry.has(Property::boards)) {
+        const json& boards = entry[Property::boards];
+        require(Property::boards, boards.is_array() && boards.size() != 0 && !entry.has(Property::boardType));
     } else {
-        require("boardType", true);
+        require(Property::boardType, true);
     }
     if (isMissing) {
         fault("");
@@ -335,35 +331,35 @@ bool DescriptionRules::checkOptionalProperties(const json& object, std::uint32_t
     return report.isClean();
 }
 
-void DescriptionRules::checkProperties(const json& object, Report& report)
+void DescriptionRules::checkProperties(const ObjectMembers& object, Report& report)
 {
     for (const PropertyType& type : propertyTypes) {
-        if (report.goesOn() && object.contains(type.name) && !isAccepted(object[type.name], type)) {
-            report.fault(wrongType, type.name);
+        if (report.goesOn() && object.has(type.property) && !isAccepted(object[type.property], type)) {
+            report.fault(wrongType, type.property);
         }
     }
     for (const PropertyType& type : elementTypes) {
-        if (report.goesOn() && object.contains(type.name)) {
-            if (const int position = badElement(object[type.name], type); position >= 0) {
-                report.fault(wrongElement, type.name, "/" + std::to_string(position));
+        if (report.goesOn() && object.has(type.property)) {
+            if (const int position = badElement(object[type.property], type); position >= 0) {
+                report.fault(wrongElement, type.property, "/" + std::to_string(position));
             }
         }
     }
-    if (report.goesOn() && hasString(object, "version") && !isVersion(object["version"])) {
-        report.fault(wrongValue, "version");
+    if (report.goesOn() && object.hasString(Property::version) && !isVersion(object[Property::version])) {
+        report.fault(wrongValue, Property::version);
     }
-    if (report.goesOn() && hasString(object, "mode")) {
-        const std::string mode(object["mode"]);
+    if (report.goesOn() && object.hasString(Property::mode)) {
+        const std::string mode(object[Property::mode]);
         if (mode != "standard" && mode != "upgrade") {
-            report.fault(wrongValue, "mode");
+            report.fault(wrongValue, Property::mode);
         }
     }
     if (!report.isOfBoard()) {
         return;
     }
-    for (const char* const property : fileProperties) {
-        if (report.goesOn() && object.contains(property)) {
-            report.fault(report.pointerTo(property),
+    for (const Property property : fileProperties) {
+        if (report.goesOn() && object.has(property)) {
+            report.fault(report.pointerTo(nameOf(property)),
                          "ERROR: File entry %u is invalid. \"boards\" element %u is invalid. Properties \"version\", "
                          "\"checksumCrc32\" and \"mode\" must not be specified inside a \"boards\" element.\n",
                          report.number(), report.boardNumber());
@@ -371,16 +367,18 @@ void DescriptionRules::checkProperties(const json& object, Report& report)
     }
 }
 
-void DescriptionRules::checkBoards(const json& entry, Report& report) const
+void DescriptionRules::checkBoards(const ObjectMembers& entry, Report& report) const
 {
+    static const json noBoards;
     Targets ofEntry;
     ofEntry.note(entry);
     Targets all = ofEntry;
-    all.everyOneHasTarget = entry["boards"].size() != 0;
+    const json& boards = entry.has(Property::boards) ? entry[Property::boards] : noBoards;
+    all.everyOneHasTarget = boards.size() != 0;
     std::int32_t index = 0;
-    for (const json& board : entry["boards"]) {
+    for (const ObjectMembers board : boards) {
         Report ofBoard(taker, static_cast<std::int32_t>(report.number()), index++);
-        if (!board.is_object() || !board.contains("boardType")) {
+        if (!board.has(Property::boardType)) {
             ofBoard.fault(ofBoard.pointerTo(), "ERROR: File entry %u is invalid. \"boards\"-entry %u is invalid.\n",
                           report.number(), ofBoard.boardNumber());
         } else {

@@ -11,6 +11,8 @@
 
 namespace ZoNUpdateArchive {
 
+class ObjectMembers;
+
 // Something that breaks a rule.
 struct DescriptionFault {
     std::int32_t entry;   // number of the file entry; -1: of none
@@ -59,7 +61,7 @@ public:
     bool checkInfo(const ZoNJson::json& document, const InfoReader& read) const;
     bool checkFiles(const ZoNJson::json& document) const;
 
-    EntryVerdict checkEntry(const ZoNJson::json& entry, std::uint32_t number) const;
+    EntryVerdict checkEntry(const ObjectMembers& entry, std::uint32_t number) const;
 
     // Checks the types and values of the optional properties of `object`: file entry number `entry` itself (`board` -1)
     // or the element `board` of its "boards". False when a fault was found.
@@ -69,9 +71,9 @@ private:
     struct Targets;
     class Report;
 
-    static void checkMandatoryProperties(const ZoNJson::json& entry, Report& report);
-    static void checkProperties(const ZoNJson::json& object, Report& report);
-    void checkBoards(const ZoNJson::json& entry, Report& report) const;
+    static void checkMandatoryProperties(const ObjectMembers& entry, Report& report);
+    static void checkProperties(const ObjectMembers& object, Report& report);
+    void checkBoards(const ObjectMembers& entry, Report& report) const;
 
     Taker taker;
 };

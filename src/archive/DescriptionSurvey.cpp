@@ -1,5 +1,6 @@
 // Reading of the archive description file by those who want to know all that is wrong with it.
 #include "archive/DescriptionRules.h"
+#include "archive/ObjectMembers.h"
 #include "archive/Properties.h"
 #include "archive/ZoCUpdateArchive.h"
 
@@ -7,23 +8,23 @@ using namespace ZoNUpdateArchive;
 
 namespace {
 
-ZoSUpdateFile nameOnly(const ZoNJson::json& entry, std::uint32_t number)
+ZoSUpdateFile nameOnly(const ObjectMembers& entry, std::uint32_t number)
 {
     ZoSUpdateFile file;
     file.entry = number;
-    file.jsonEntry = entry;
-    if (hasString(entry, "name")) {
-        file.name = toString(entry["name"]);
+    file.jsonEntry = entry.object();
+    if (entry.hasString(Property::name)) {
+        file.name = toString(entry[Property::name]);
     }
     return file;
 }
 
-ZoSUpdateFile asFarAsSound(const ZoNJson::json& entry, std::uint32_t number)
+ZoSUpdateFile asFarAsSound(const ObjectMembers& entry, std::uint32_t number)
 {
     ZoSUpdateFile file = nameOnly(entry, number);
-    file.hasTargetPath = entry.is_object() && statesTargetPath(entry);
-    if (hasUnsigned(entry, "checksumCrc32")) {
-        file.checksumCrc32 = static_cast<unsigned>(entry["checksumCrc32"]);
+    file.hasTargetPath = statesTargetPath(entry);
+    if (entry.hasUnsigned(Property::checksumCrc32)) {
+        file.checksumCrc32 = static_cast<unsigned>(entry[Property::checksumCrc32]);
     }
     file.statesChecksum = file.checksumCrc32 != notAvailable;
     return file;
@@ -52,7 +53,7 @@ DescriptionSurvey ZoCUpdateArchive::survey()
         return survey;
     }
     std::uint32_t number = 0;
-    for (const ZoNJson::json& entry : document["files"]) {
+    for (const ObjectMembers entry : document["files"]) {
         switch (surveyRules.checkEntry(entry, number)) {
             case EntryVerdict::accepted:
                 addFile(entry, number);

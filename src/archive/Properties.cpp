@@ -1,5 +1,6 @@
 #include "archive/Properties.h"
 
+#include "archive/ObjectMembers.h"
 #include "base/PlatformText.h"
 #include "updater/ZoCTrellanUpdater.h"
 
@@ -28,11 +29,13 @@ bool hasUnsigned(const ZoNJson::json& object, const char* key)
     return object.contains(key) && object[key].is_number_unsigned();
 }
 
-bool statesTargetPath(const ZoNJson::json& entry)
+bool statesTargetPath(const ObjectMembers& entry)
 {
-    bool stated = entry.contains("targetPath");
-    for (const ZoNJson::json& board : entry["boards"]) {  // an entry without has an empty range
-        stated = stated || board.contains("targetPath");
+    bool stated = entry.has(Property::targetPath);
+    if (entry.has(Property::boards)) {
+        for (const ZoNJson::json& board : entry[Property::boards]) {
+            stated = stated || board.contains("targetPath");
+        }
     }
     return stated;
 }

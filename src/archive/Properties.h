@@ -9,6 +9,8 @@
 
 namespace ZoNUpdateArchive {
 
+class ObjectMembers;
+
 // A string property.
 ZoCString toString(const ZoNJson::json& text);
 
@@ -22,6 +24,6 @@ bool hasString(const ZoNJson::json& object, const char* key);
 bool hasUnsigned(const ZoNJson::json& object, const char* key);
 
 // True when the file entry, or one of its board objects, is for a file on the flash drive.
-bool statesTargetPath(const ZoNJson::json& entry);
+bool statesTargetPath(const ObjectMembers& entry);
 
 }  // namespace ZoNUpdateArchive

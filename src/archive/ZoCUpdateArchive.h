@@ -16,6 +16,7 @@ class ZoCTrellanUpdater;
 
 namespace ZoNUpdateArchive {
 class DescriptionRules;
+class ObjectMembers;
 struct DescriptionSurvey;
 enum class DescriptionState;
 }  // namespace ZoNUpdateArchive
@@ -109,8 +110,8 @@ private:
     ZoNUpdateArchive::DescriptionRules rules() const;
     bool readInfo(const ZoNJson::json& document, const ZoNUpdateArchive::DescriptionRules& infoRules);
     bool readFileEntries(const ZoNJson::json& entries);
-    void addFile(const ZoNJson::json& entry, std::uint32_t number);
-    ZoNUpdateArchive::ZoSUpdateFile makeUpdateFile(const ZoNJson::json& entry) const;
+    void addFile(const ZoNUpdateArchive::ObjectMembers& entry, std::uint32_t number);
+    ZoNUpdateArchive::ZoSUpdateFile makeUpdateFile(const ZoNUpdateArchive::ObjectMembers& entry) const;
 
     // Prints the message and returns false.
     bool fail(const char* format, ...) const __attribute__((format(printf, 2, 3)));

@@ -3,6 +3,7 @@
 
 #include "archive/ArchiveReader.h"
 #include "archive/DescriptionRules.h"
+#include "archive/ObjectMembers.h"
 
 namespace {
 
