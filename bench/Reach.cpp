@@ -90,6 +90,30 @@ void reachOfListsInALargeWorld(benchmark::State& state)
     tell(state, listsOutOf(200));
 }
 
+// All entries share a value of each property, which the first of them takes, and have one of their own.
+void reachOfASharedValueOfEachProperty(benchmark::State& state)
+{
+    tell(state, [](unsigned i) {
+        nlohmann::json made = entry("T", 1);
+        for (const char* const key : {"boardId", "hwCompatibilityId", "swCompatibilityId"}) {
+            made[key] = {0, i + 1};
+        }
+        return made;
+    });
+}
+
+// All entries share a board id; of the versions of hardware each has one that the entry before it has too.
+void reachOfASharedBoardId(benchmark::State& state)
+{
+    tell(state, [](unsigned i) {
+        nlohmann::json made = entry("T", 1);
+        made["boardId"] = 5;
+        made["hwCompatibilityId"] = {i, i + 1};
+        made["swCompatibilityId"] = {i % 100, 100};
+        return made;
+    });
+}
+
 // One entry for many board types and ids, after another one.
 void reachOfManyTypesAndIds(benchmark::State& state)
 {
@@ -114,4 +138,6 @@ BENCHMARK(reachOfOneKind)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond
 BENCHMARK(reachOfEqualEntries)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(reachOfListsInASmallWorld)->Arg(200)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(reachOfListsInALargeWorld)->Arg(200)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(reachOfASharedValueOfEachProperty)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(reachOfASharedBoardId)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(reachOfManyTypesAndIds)->Arg(2)->Arg(30)->Unit(benchmark::kMillisecond);

@@ -6,15 +6,14 @@
 #include <algorithm>
 #include <bit>
 #include <map>
-
-#include "inspection/SortedLists.h"
+#include <utility>
 
 namespace ZoNUpdateInspection {
 namespace {
 
-using Word = std::uint64_t;
-using Mask = std::vector<Word>;  // one bit for each candidate
-constexpr std::size_t wordBits = 64;
+using Mask = std::vector<std::uint64_t>;  // bits of the candidates' words
+using Word = Mask::value_type;
+constexpr std::size_t wordBits = PositionWord::size;
 
 void setBit(Mask& mask, std::size_t position)
 {
@@ -53,22 +52,17 @@ void cutBehind(Mask& mask, std::size_t last)
     std::fill(mask.begin() + static_cast<std::ptrdiff_t>(last / wordBits) + 1, mask.end(), Word(0));
 }
 
-bool holds(const std::vector<std::uint32_t>& side, std::uint32_t number)
-{
-    return std::binary_search(side.begin(), side.end(), number);
-}
-
 }  // namespace
 
 class Takers::Walk {
 public:
-    // `candidates` are positions of boxes, ascending.
-    Walk(const Takers& row, const Box& box, const std::vector<std::uint32_t>& candidates)
+    // `candidates` are those that have something in common with the box.
+    Walk(const Takers& row, const Box& box, const SparsePositions& candidates)
         : candidates(candidates), found(words()), full(boxSides)
     {
-        Mask all = words();
-        for (std::size_t i = 0; i < candidates.size(); ++i) {
-            setBit(all, i);
+        Mask all;
+        for (const PositionWord& part : candidates) {
+            all.push_back(part.bits);
         }
         remaining.fill(words());
         remaining[0] = all;
@@ -84,9 +78,9 @@ public:
             cutBehind(remaining[0], *wholeTaker);  // what is behind it gets nothing
         }
         descend(0);
-        for (std::size_t i = 0; i < candidates.size(); ++i) {
-            if (hasBit(found, i)) {
-                content.takers.push_back(candidates[i]);
+        for (std::size_t i = 0; i < found.size(); ++i) {
+            for (Word rest = found[i]; rest != 0; rest &= rest - 1) {
+                content.takers.push_back(positionOf(i * wordBits + static_cast<std::size_t>(std::countr_zero(rest))));
             }
         }
         return std::move(content);
@@ -99,7 +93,13 @@ private:
         Mask holders;
     };
 
-    Mask words() const { return Mask((candidates.size() + wordBits - 1) / wordBits); }
+    Mask words() const { return Mask(candidates.size()); }
+
+    // In the row, of a bit.
+    std::uint32_t positionOf(std::size_t bit) const
+    {
+        return candidates[bit / wordBits].number * PositionWord::size + static_cast<std::uint32_t>(bit % wordBits);
+    }
 
     void addSide(const Takers& row, const Box& box, std::size_t side)
     {
@@ -116,7 +116,7 @@ private:
         }
     }
 
-    // The candidates that hold `number`: from the shorter of the two lists.
+    // The candidates that hold `number`.
     Mask holdersOf(const Takers& row, std::size_t side, std::uint32_t number) const
     {
         Mask mask = words();
@@ -124,20 +124,7 @@ private:
         if (found == row.holders[side].end()) {
             return mask;
         }
-        if (found->second.size() < candidates.size()) {
-            for (const std::uint32_t holder : found->second) {
-                const auto place = std::lower_bound(candidates.begin(), candidates.end(), holder);
-                if (place != candidates.end() && *place == holder) {
-                    setBit(mask, static_cast<std::size_t>(place - candidates.begin()));
-                }
-            }
-        } else {
-            for (std::size_t i = 0; i < candidates.size(); ++i) {
-                if (holds((*row.boxes[candidates[i]])[side], number)) {
-                    setBit(mask, i);
-                }
-            }
-        }
+        forCommonWords(candidates, found->second, [&](std::size_t i, Word bits) { mask[i] = bits; });
         return mask;
     }
 
@@ -167,16 +154,17 @@ private:
             return;
         }
         setBit(found, candidate);
-        if (content.taken && content.taken->taker < candidates[candidate]) {
+        const std::uint32_t position = positionOf(candidate);
+        if (content.taken && content.taken->taker < position) {
             return;
         }
-        content.taken = {candidates[candidate], chosen};
+        content.taken = {position, chosen};
         for (std::size_t side = chosenSides; side < boxSides; ++side) {
             content.taken->numbers[side] = branches[side].front().number;
         }
     }
 
-    const std::vector<std::uint32_t>& candidates;
+    const SparsePositions& candidates;
     Mask found;              // those that take something
     std::vector<Mask> full;  // by side: those that hold all of it and of those behind it
     std::array<std::vector<Branch>, boxSides> branches;
@@ -190,7 +178,7 @@ BoxContent Takers::add(const Box& box)
     BoxContent content;
     const bool isEmpty = std::any_of(box.begin(), box.end(), [](const auto& side) { return side.empty(); });
     if (!isEmpty) {
-        const std::vector<std::uint32_t> candidates = candidatesFor(box);
+        const SparsePositions candidates = candidatesFor(box);
         if (candidates.empty()) {
             content.leavesSome = true;
         } else {
@@ -200,44 +188,65 @@ BoxContent Takers::add(const Box& box)
     // What has nothing left for itself takes nothing from those behind it either.
     for (std::size_t side = 0; content.leavesSome && side < boxSides; ++side) {
         for (const std::uint32_t number : box[side]) {
-            holders[side][number].push_back(static_cast<std::uint32_t>(boxes.size()));
+            append(holders[side][number], count);
         }
     }
-    boxes.push_back(&box);
+    ++count;
     return content;
 }
 
-// Those that have something in common with the box: looked for among the holders of the side that the fewest hold.
-std::vector<std::uint32_t> Takers::candidatesFor(const Box& box) const
+// Those that have something in common with the box: those that hold a number of the side that the fewest hold, and of
+// each other side.
+SparsePositions Takers::candidatesFor(const Box& box)
 {
-    std::vector<const std::vector<std::uint32_t>*> fewest;
-    std::optional<std::size_t> fewestCount;
+    std::array<std::vector<const SparsePositions*>, boxSides> sets;
+    std::array<std::size_t, boxSides> sizes{};
     for (std::size_t side = 0; side < boxSides; ++side) {
-        std::vector<const std::vector<std::uint32_t>*> lists;
-        std::size_t count = 0;
         for (const std::uint32_t number : box[side]) {
             if (const auto found = holders[side].find(number); found != holders[side].end()) {
-                lists.push_back(&found->second);
-                count += found->second.size();
+                sets[side].push_back(&found->second);
+                sizes[side] += found->second.size();
             }
         }
-        if (!fewestCount || count < *fewestCount) {
-            fewestCount = count;
-            fewest = std::move(lists);
+    }
+    const auto fewest = static_cast<std::size_t>(std::min_element(sizes.begin(), sizes.end()) - sizes.begin());
+    SparsePositions candidates = unite(sets[fewest]);
+    for (std::size_t side = 0; side < boxSides; ++side) {
+        if (side != fewest) {
+            Mask kept(candidates.size());
+            for (const SparsePositions* const set : sets[side]) {
+                forCommonWords(candidates, *set, [&](std::size_t i, Word bits) { kept[i] |= bits; });
+            }
+            for (std::size_t i = 0; i < kept.size(); ++i) {
+                candidates[i].bits = kept[i];
+            }
+            std::erase_if(candidates, [](const PositionWord& word) { return word.bits == 0; });
         }
     }
-    std::vector<std::uint32_t> candidates;
-    for (const auto* const list : fewest) {
-        candidates.insert(candidates.end(), list->begin(), list->end());
-    }
-    if (fewest.size() > 1) {
-        std::sort(candidates.begin(), candidates.end());
-        candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
-    }
-    std::erase_if(candidates, [&](std::uint32_t candidate) {
-        return !std::equal(box.begin(), box.end(), boxes[candidate]->begin(), intersect<std::uint32_t>);
-    });
     return candidates;
+}
+
+SparsePositions Takers::unite(const std::vector<const SparsePositions*>& sets)
+{
+    if (sets.size() == 1) {
+        return *sets.front();
+    }
+    united.resize(count / wordBits + 1);
+    std::vector<std::uint32_t> numbers;
+    for (const SparsePositions* const set : sets) {
+        for (const PositionWord& word : *set) {
+            if (united[word.number] == 0) {
+                numbers.push_back(word.number);
+            }
+            united[word.number] |= word.bits;
+        }
+    }
+    std::sort(numbers.begin(), numbers.end());
+    SparsePositions all;
+    for (const std::uint32_t number : numbers) {
+        all.push_back({number, std::exchange(united[number], Word(0))});
+    }
+    return all;
 }
 
 }  // namespace ZoNUpdateInspection

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "assignment/MatchCriteria.h"
+#include "inspection/SparsePositions.h"
 
 namespace ZoNUpdateInspection {
 
@@ -34,18 +35,20 @@ struct BoxContent {
 // A row of boxes to which one after the other is added.
 class Takers {
 public:
-    // Adds `box`, which must outlive the row, and tells who has its content. What is in several boxes is the first
-    // one's. Exact; takes a time that grows with the boxes before it that have something in common with it and, where
-    // these differ in each number of its sides, with the product of the sides.
+    // Adds a box and tells who has its content. What is in several boxes is the first one's. Exact; takes a time that
+    // grows with a 64th of the boxes before it that have a number in common with it and, where these differ in each
+    // number of its sides, with the product of the sides.
     BoxContent add(const Box& box);
 
 private:
     class Walk;
 
-    std::vector<std::uint32_t> candidatesFor(const Box& box) const;
+    SparsePositions candidatesFor(const Box& box);
+    SparsePositions unite(const std::vector<const SparsePositions*>& sets);
 
-    std::vector<const Box*> boxes;
-    std::array<std::unordered_map<std::uint32_t, std::vector<std::uint32_t>>, boxSides> holders;  // by number
+    std::uint32_t count = 0;                                                           // of boxes
+    std::array<std::unordered_map<std::uint32_t, SparsePositions>, boxSides> holders;  // by number
+    std::vector<std::uint64_t> united;                                                 // all 0 while nothing is united
 };
 
 }  // namespace ZoNUpdateInspection

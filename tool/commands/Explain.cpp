@@ -21,7 +21,13 @@ namespace {
 struct Questions {
     std::vector<unsigned> elements;
     std::vector<unsigned> files;
-    bool areAllAnswered = true;  // false: something was asked for that there is not
+    std::string missing;  // what was asked for that there is not, in lines
+
+    void miss(const std::string& line, std::ostream& err)
+    {
+        say(err, line);
+        missing += (missing.empty() ? "" : "\n") + line;
+    }
 };
 
 void askForElements(Questions& questions, const Arguments& arguments, unsigned count, std::ostream& err)
@@ -35,9 +41,9 @@ void askForElements(Questions& questions, const Arguments& arguments, unsigned c
         if (index < count) {
             questions.elements.push_back(index);
         } else {
-            say(err, "there is no element " + std::to_string(index) +
-                         (count == 0 ? "; there is none" : "; there are 0 to " + std::to_string(count - 1)));
-            questions.areAllAnswered = false;
+            questions.miss("there is no element " + std::to_string(index) +
+                               (count == 0 ? "; there is none" : "; there are 0 to " + std::to_string(count - 1)),
+                           err);
         }
     }
 }
@@ -52,8 +58,8 @@ void askForFiles(Questions& questions, const Arguments& arguments, ZoITrellanIns
         if (position < inspector.getFileCount()) {
             questions.files.push_back(position);
         } else {
-            say(err, "the archive has no entry files[" + std::to_string(entry) + "] that this library reads");
-            questions.areAllAnswered = false;
+            questions.miss("the archive has no entry files[" + std::to_string(entry) + "] that this library reads",
+                           err);
         }
     }
 }
@@ -62,7 +68,10 @@ void writeDocument(std::ostream& out, const Arguments& arguments, const Question
                    Explanations& explanations)
 {
     DocumentWriter writer(out, arguments.command->name);
-    if (!questions.elements.empty() || questions.files.empty()) {
+    if (const DocumentError error = {FAILURE, questions.missing}; !error.message.empty()) {
+        writer.error(&error);
+    }
+    if (!arguments.explainedElements.empty() || arguments.explainedFiles.empty()) {
         writer.list("elements", static_cast<unsigned>(questions.elements.size()),
                     [&](unsigned i) { return explanations.element(questions.elements[i]); });
     }
@@ -98,7 +107,7 @@ int explain(const Arguments& arguments, const Streams& streams)
             explanations.printFile(streams.out, position);
         }
     }
-    return questions.areAllAnswered ? SUCCESS : FAILURE;
+    return questions.missing.empty() ? SUCCESS : FAILURE;
 }
 
 }  // namespace TrellanTool

@@ -195,6 +195,9 @@ std::string Explanations::needText(unsigned index, const ZoTElement& element)
 {
     const ZoTFile file = inspector.getFile(static_cast<unsigned>(element.filePosition));
     const std::string name = nameOf(inspector, element.filePosition);
+    if (!element.isListed) {
+        return "nothing is installed yet; " + name + " has " + versionText(file.version);
+    }
     const std::string installed = versionText(records.listed(index).installedVersion) + " is installed";
     switch (element.need) {
         case ZoTNeed::NOT_VALID:

@@ -204,6 +204,105 @@ TEST(Explain, EndsWith1WhereThereIsNoSuchElementOrEntry)
     EXPECT_EQ(entry.out, "");
 }
 
+TEST(Explain, NamesInTheDocumentWhatThereIsNotBesideWhatThereIs)
+{
+    const RunResult entry = told({"--file", "99", "--json"});
+    EXPECT_EQ(entry.status, 1);
+    EXPECT_NE(entry.err.find("trellan-update: the archive has no entry files[99] that this library reads\n"),
+              std::string::npos);
+    EXPECT_EQ(conformingDocument(entry.out), ordered_json::parse(R"({
+        "schemaVersion": 1, "command": "explain",
+        "error": {"status": 1, "message": "the archive has no entry files[99] that this library reads"},
+        "files": []})"));
+
+    const RunResult element = told({"--element", "7", "--json"});
+    EXPECT_EQ(element.status, 1);
+    EXPECT_EQ(conformingDocument(element.out), ordered_json::parse(R"({
+        "schemaVersion": 1, "command": "explain",
+        "error": {"status": 1, "message": "there is no element 7; there are 0 to 4"},
+        "elements": []})"));
+
+    const RunResult several = told({"--element", "7", "--element", "0", "--file", "99", "--file", "0", "--json"});
+    EXPECT_EQ(several.status, 1);
+    const ordered_json document = conformingDocument(several.out);
+    EXPECT_EQ(document["error"]["message"],
+              "there is no element 7; there are 0 to 4\n"
+              "the archive has no entry files[99] that this library reads");
+    EXPECT_EQ(document["elements"].size(), 1u);
+    EXPECT_EQ(document["files"].size(), 1u);
+}
+
+TEST(Explain, SaysThatAnEntryIsForNoBoardThatThereIs)
+{
+    const SimulatedTarget simulated(rack());
+    const TestArchive archive(description({fileEntry("a.bin"), fileEntry("b.bin", {{"boardType", "OTHER"}})}));
+    const RunResult text = ran({"explain", archive.path(), "--file", "1"});
+    EXPECT_EQ(text.status, 0);
+    EXPECT_EQ(text.out, "files[1] \"b.bin\"\n    no element is on a board of a type that it is for\n");
+    const RunResult document = ran({"explain", archive.path(), "--file", "1", "--json"});
+    EXPECT_EQ(conformingDocument(document.out)["files"],
+              ordered_json::parse(R"([{"file": 1, "name": "b.bin", "elements": []}])"));
+}
+
+TEST(Explain, SaysThatTheArchiveHasNoEntry)
+{
+    const SimulatedTarget simulated(
+        target({board("IOMODULE", {{"PRODUCT/BOARD_TYPE", "IO7"}}, {updateElement(1, {{"NAME", "IoFirmware"}})})}));
+    const TestArchive archive(description({}));
+    const RunResult text = ran({"explain", archive.path()});
+    EXPECT_EQ(text.status, 0);
+    EXPECT_EQ(text.out,
+              "Element 0: IO7, IoFirmware\n"
+              "    boardType \"IO7\", boardVariant null, boardId 0, hwCompatibilityId 0, swCompatibilityId 0, id 1\n"
+              "    noFile: the archive has no entry\n");
+    const ordered_json element = conformingDocument(ran({"explain", archive.path(), "--json"}).out)["elements"][0];
+    EXPECT_EQ(element["state"], "noFile");
+    EXPECT_EQ(element["reason"], "the archive has no entry");
+    EXPECT_EQ(element["candidates"], ordered_json::array());
+}
+
+TEST(Explain, SaysOfAFileThatTheFlashDriveDoesNotHaveThatNothingIsInstalledYet)
+{
+    const RunResult text = told({"--element", "4"});
+    EXPECT_EQ(text.out.find("what is installed"), std::string::npos) << text.out;
+    EXPECT_EQ(explained()["elements"][4]["reason"],
+              "nothing is installed yet; files[3] \"site.cfg\" has version 2.3.4");
+}
+
+TEST(Explain, SaysOfACustomElementThatItIsLeftOut)
+{
+    const SimulatedTarget simulated(target(
+        {board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}}, {updateElement(1, {{"NAME", "Own"}, {"CUSTOM", 1}})})}));
+    const TestArchive archive(description({fileEntry("own.bin")}));
+    const RunResult text = ran({"explain", archive.path(), "--disable-custom-elements"});
+    EXPECT_NE(text.out.find("\n    custom: custom elements are left out\n"), std::string::npos) << text.out;
+    const ordered_json document =
+        conformingDocument(ran({"explain", archive.path(), "--disable-custom-elements", "--json"}).out);
+    EXPECT_EQ(document["elements"][0]["state"], "custom");
+    EXPECT_EQ(document["elements"][0]["reason"], "custom elements are left out");
+}
+
+TEST(Explain, SaysOfABlockedElementWhyAndWhatItWouldNeedOtherwise)
+{
+    const SimulatedTarget simulated(target({board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}},
+                                                  {updateElement(1, {{"NAME", "UserFirmware"}, {"VERSION", "1.0"}}),
+                                                   updateElement(9, {{"NAME", "UserFpga"}, {"VERSION", "1.0"}})})}));
+    const TestArchive archive(description({fileEntry("hcn.bin", {{"version", "2.0"}})}));
+    const RunResult text = ran({"explain", archive.path(), "--element", "0"});
+    EXPECT_EQ(text.status, 0);
+    EXPECT_NE(text.out.find("\n    blocked: the archive does not support the target, since elements of the processing "
+                            "nodes have no file; otherwise: version 1.0 is installed, and files[0] \"hcn.bin\" has "
+                            "version 2.0\n"),
+              std::string::npos)
+        << text.out;
+    const ordered_json document = conformingDocument(ran({"explain", archive.path(), "--json"}).out);
+    EXPECT_EQ(document["elements"][0]["state"], "blocked");
+    EXPECT_EQ(document["elements"][0]["reason"],
+              "the archive does not support the target, since elements of the processing nodes have no file; "
+              "otherwise: version 1.0 is installed, and files[0] \"hcn.bin\" has version 2.0");
+    EXPECT_EQ(document["elements"][1]["state"], "noFile");
+}
+
 TEST(Explain, CountsEntriesThatArePassedOverAsTheDescriptionDoes)
 {
     const SimulatedTarget simulated(rack());
