@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
+#include <fstream>
 #include <system_error>
 #include <utility>
 
@@ -112,6 +114,16 @@ pid_t start(const std::filesystem::path& program, std::vector<std::string> comma
     return process;
 }
 
+// Of the process that /proc tells of in this folder; 0 where it is gone.
+pid_t parentOf(const std::filesystem::path& folder)
+{
+    std::ifstream file(folder / "stat");
+    std::string line;
+    std::getline(file, line);
+    const std::size_t behindName = line.rfind(") ");
+    return behindName == std::string::npos ? 0 : std::atoi(line.c_str() + behindName + 4);
+}
+
 int waitFor(pid_t process)
 {
     int status = 0;
@@ -147,6 +159,18 @@ void RunningProcess::send(int signal) const
 void RunningProcess::sendToGroup(int signal) const
 {
     ::kill(-process, signal);
+}
+
+std::vector<pid_t> RunningProcess::children() const
+{
+    std::vector<pid_t> found;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+        if (const pid_t other = std::atoi(entry.path().filename().c_str());
+            other != 0 && parentOf(entry.path()) == process) {
+            found.push_back(other);
+        }
+    }
+    return found;
 }
 
 std::string RunningProcess::errorsSoFar() const

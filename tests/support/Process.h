@@ -32,6 +32,9 @@ public:
     void send(int signal) const;
     void sendToGroup(int signal) const;
 
+    // The processes that it has started and that have not been waited for yet.
+    std::vector<pid_t> children() const;
+
     // What it has printed on standard error up to now.
     std::string errorsSoFar() const;
 

@@ -129,7 +129,7 @@ std::string endOf(int status)
 
 class Children {
 public:
-    Children(unsigned count, const ChildWork& work) : work(work), numbers(count) {}
+    Children(unsigned count, const ChildWork& work) : work(work), numbers(count), isTold(count) {}
 
     ~Children()
     {
@@ -153,8 +153,8 @@ public:
         if (::pipe2(ends, O_CLOEXEC) != 0) {
             return false;
         }
-        Child child = {0, ends[0], {}, {}};
         const std::optional<unsigned> only = waiting.empty() ? std::nullopt : std::optional(waiting.back());
+        Child child = {0, ends[0], {}, only};
         children.reserve(children.size() + 1);
         const pid_t parent = ::getpid();
         const BlockedSignals blocked;
@@ -201,12 +201,22 @@ public:
         }
     }
 
+    // Once there is no child any more: a number that one had taken, and was killed before it could say so, is left.
+    void concludeUntold()
+    {
+        for (unsigned number = 0; number < isTold.size(); ++number) {
+            if (!isTold[number]) {
+                tellUndone(number, lastEnd);
+            }
+        }
+    }
+
 private:
     struct Child {
         pid_t process;
         int pipe;
         ChildMessages messages;
-        std::optional<unsigned> begun;  // the number that it is at
+        std::optional<unsigned> begun;  // the number that it is at, or was made for
     };
 
     // False at the end of what it writes.
@@ -230,15 +240,22 @@ private:
             case ChildMessage::BEGUN:
                 break;
             case ChildMessage::DONE:
+                isTold.at(message.number) = true;
                 work.done(message.number, message.text);
                 break;
             case ChildMessage::FAILED:
-                work.hasNotBeenDone(message.number, message.text);
+                tellUndone(message.number, message.text);
                 break;
             case ChildMessage::NEEDS_FIRST:
                 waiting.push_back(message.number);
                 break;
         }
+    }
+
+    void tellUndone(unsigned number, const std::string& why)
+    {
+        isTold.at(number) = true;
+        work.hasNotBeenDone(number, why);
     }
 
     // Its wait status, once it has ended.
@@ -257,13 +274,16 @@ private:
         if (WIFEXITED(status) && WEXITSTATUS(status) == 0) {
             return;
         }
+        lastEnd = endOf(status);
         if (const std::optional<unsigned> number = child.begun ? child.begun : numbers.take()) {
-            work.hasNotBeenDone(*number, endOf(status));
+            tellUndone(*number, lastEnd);
         }
     }
 
     const ChildWork& work;
     SharedNumbers numbers;
+    std::vector<bool> isTold;       // whether it is known of a number what has become of it
+    std::string lastEnd;            // of the child that was the last to end early
     std::vector<unsigned> waiting;  // numbers that need a child that has done nothing yet
     std::vector<Child> children;
     std::vector<char> piece = std::vector<char>(1 << 16);
@@ -294,6 +314,7 @@ void workInChildren(unsigned count, unsigned atOnce, const ChildWork& work)
         }
         children.listen();
     }
+    children.concludeUntold();
 }
 
 }  // namespace TrellanTool

@@ -24,10 +24,10 @@ struct ChildWork {
 unsigned usableProcessors();
 
 // Has the work done for each number below `count` by `atOnce` children at a time, each a copy of this process as it is.
-// What is to be told is told as it comes. A child that is killed, or ends before its work is done, has not done the
-// number that it was at; the others go on. A child takes SIGHUP, SIGINT and SIGTERM as the system does, unless they are
-// ignored, and does not outlive this process. Afterwards there is no child left, also when this throws:
-// std::system_error where no child can be started, and what `done` throws.
+// What is to be told is told as it comes, of each number once. A child that is killed, or ends before its work is done,
+// has not done the number that it was at; the others go on. A child takes SIGHUP, SIGINT and SIGTERM as the system
+// does, unless they are ignored, and does not outlive this process. Afterwards there is no child left, also when this
+// throws: std::system_error where no child can be started, and what `done` throws.
 //
 // To be called while the process has one thread.
 void workInChildren(unsigned count, unsigned atOnce, const ChildWork& work);

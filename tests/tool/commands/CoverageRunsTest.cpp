@@ -3,6 +3,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <vector>
 
 #include "support/BuildTree.h"
 #include "support/ComesTrue.h"
@@ -38,17 +39,42 @@ protected:
         return {"coverage", archive.path(), folder.path().string(), "--json", "--trace", trace().string()};
     }
 
+    // Of so few of the targets that it can be waited for.
+    std::vector<std::string> fewWords() const
+    {
+        std::vector<std::string> words = {"coverage", archive.path(), "--json"};
+        for (unsigned i = 0; i < 50; ++i) {
+            words.push_back((folder.path() / (std::to_string(i) + ".json")).string());
+        }
+        return words;
+    }
+
     std::filesystem::path trace() const { return folder.path() / "trace"; }
+
+    // Returns while it reads the targets.
+    void waitUntilItReads() const
+    {
+        const bool reads = comesTrue([this] {
+            return std::filesystem::exists(trace()) && readText(trace()).find("\"scan\"") != std::string::npos;
+        });
+        EXPECT_TRUE(reads);
+    }
 
     // Runs the command, and sends it the signal while it reads the targets.
     ProcessResult interrupted(int signal, bool withItsChildren) const
     {
         RunningProcess process(TRELLAN_TOOL, words(), folder.path());
-        const bool reads = comesTrue([this] {
-            return std::filesystem::exists(trace()) && readText(trace()).find("\"scan\"") != std::string::npos;
-        });
-        EXPECT_TRUE(reads);
+        waitUntilItReads();
         withItsChildren ? process.sendToGroup(signal) : process.send(signal);
+        return process.wait();
+    }
+
+    // The same with few targets, of one of its children.
+    ProcessResult childInterrupted(int signal) const
+    {
+        RunningProcess process(TRELLAN_TOOL, fewWords(), folder.path());
+        EXPECT_TRUE(comesTrue([&] { return !process.children().empty(); }));
+        EXPECT_EQ(::kill(process.children().at(0), signal), 0);
         return process.wait();
     }
 
@@ -74,4 +100,64 @@ TEST_F(CoverageRuns, EndOnceOnlyWhereTheSignalComesToTheirChildrenToo)
     EXPECT_EQ(result.status, 130);
     EXPECT_EQ(result.errors, "trellan-update: ended by SIGINT while the targets were read\n");
     EXPECT_EQ(conformingDocument(result.output)["error"]["status"], 130);
+}
+
+TEST_F(CoverageRuns, EndAsOtherProgramsDoByEachOfTheSignals)
+{
+    for (const bool withItsChildren : {false, true}) {
+        EXPECT_EQ(interrupted(SIGHUP, withItsChildren).status, 129);
+        std::filesystem::remove(trace());
+        EXPECT_EQ(interrupted(withItsChildren ? SIGTERM : SIGINT, withItsChildren).status, withItsChildren ? 143 : 130);
+        std::filesystem::remove(trace());
+    }
+}
+
+TEST_F(CoverageRuns, GoOnWhereAChildIsKilledAndNameTheTargetThatItHad)
+{
+    const struct {
+        int signal;
+        const char* reason;
+    } ends[] = {{SIGKILL, "the process that read it was ended by signal 9 (Killed)"},
+                {SIGTERM, "the process that read it was ended by signal 15 (Terminated)"}};
+    for (const auto& [signal, reason] : ends) {
+        const ProcessResult result = childInterrupted(signal);
+        EXPECT_EQ(result.status, 1);
+        const ordered_json targets = conformingDocument(result.output)["targets"];
+        ASSERT_EQ(targets.size(), 50u);
+        std::string unread;
+        for (const ordered_json& target : targets) {
+            if (target["error"].is_null()) {
+                EXPECT_EQ(target["counts"]["noFile"], 2000) << target["target"];
+            } else {
+                EXPECT_EQ(target["error"], reason);
+                unread += target["target"].get<std::string>() + ": " + reason + "\n";
+            }
+        }
+        EXPECT_EQ(result.errors, "trellan-update: " + unread) << "one target alone";
+    }
+}
+
+TEST_F(CoverageRuns, EndBySignalsAlsoWhereAChildHangs)
+{
+    RunningProcess process(TRELLAN_TOOL, words(), folder.path());
+    waitUntilItReads();
+    for (const pid_t child : process.children()) {
+        EXPECT_EQ(::kill(child, SIGSTOP), 0);
+    }
+    process.send(SIGTERM);
+    EXPECT_EQ(process.wait().status, 143);
+}
+
+TEST_F(CoverageRuns, GoOnWhereAHangupIsIgnored)
+{
+    std::vector<std::string> shell = {"-c", "trap '' HUP; exec \"$@\"", "sh", TRELLAN_TOOL};
+    const std::vector<std::string> command = fewWords();
+    shell.insert(shell.end(), command.begin(), command.end());
+    RunningProcess process("/bin/sh", shell, folder.path());
+    EXPECT_TRUE(comesTrue([&] { return !process.children().empty(); }));
+    process.sendToGroup(SIGHUP);
+    const ProcessResult result = process.wait();
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(conformingDocument(result.output)["targets"][49]["counts"]["noFile"], 2000);
 }

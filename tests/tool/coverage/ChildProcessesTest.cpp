@@ -1,13 +1,18 @@
 // Work that child processes do, and what their parent is told of it.
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <map>
 #include <stdexcept>
+#include <thread>
 
+#include "support/ComesTrue.h"
 #include "tool/coverage/ChildProcesses.h"
 
 using TrellanTool::ChildWork;
@@ -38,6 +43,30 @@ bool hasNoChild()
 }
 
 using Texts = std::map<unsigned, std::string>;
+
+// What children and their parent tell one another past their pipes.
+struct Meeting {
+    std::atomic<pid_t> child{0};
+    std::atomic<bool> mayFinish{false};
+    std::atomic<bool> isOver{false};
+};
+
+class SharedMeeting {
+public:
+    SharedMeeting()
+        : meeting(new (::mmap(nullptr, sizeof(Meeting), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0))
+                      Meeting)
+    {
+    }
+    ~SharedMeeting() { ::munmap(meeting, sizeof(Meeting)); }
+    SharedMeeting(const SharedMeeting&) = delete;
+    SharedMeeting& operator=(const SharedMeeting&) = delete;
+
+    Meeting* operator->() const { return meeting; }
+
+private:
+    Meeting* const meeting;
+};
 
 }  // namespace
 
@@ -104,6 +133,61 @@ TEST(ChildProcesses, EndAlsoWhereEveryChildIsKilled)
     EXPECT_EQ(told.reasons.size(), 6u);
 }
 
+// The first child fills its pipe to the last byte while nobody reads it, so that it cannot say any more which number it
+// has taken next.
+TEST(ChildProcesses, TellOfANumberThatAChildHadTakenButNotSaidSoWhenItWasKilled)
+{
+    constexpr std::size_t pipeSize = 65536;
+    constexpr std::size_t header = 12;
+    constexpr std::chrono::milliseconds aWhile(150);
+    const SharedMeeting meeting;
+    Told told;
+    const auto result = [&](unsigned number, bool) {
+        if (number == 0) {
+            meeting->child = ::getpid();
+            EXPECT_TRUE(comesTrue([&] { return meeting->mayFinish.load(); }));
+            return std::optional(std::string(pipeSize - header, 'x'));
+        }
+        if (number == 1) {
+            EXPECT_TRUE(comesTrue([&] { return meeting->child.load() != 0; }));
+            std::this_thread::sleep_for(aWhile);  // the parent hears of number 0
+        }
+        if (number == 2) {
+            EXPECT_TRUE(comesTrue([&] { return meeting->isOver.load(); }));
+        }
+        return std::optional<std::string>("short");
+    };
+    const auto done = [&](unsigned number, const std::string& text) {
+        told.results[number] = text.substr(0, 5);
+        if (number == 1) {
+            std::this_thread::sleep_for(aWhile);  // the other child takes number 2
+            meeting->mayFinish = true;
+            std::this_thread::sleep_for(aWhile);  // this one takes number 3
+            ::kill(meeting->child, SIGKILL);
+            std::this_thread::sleep_for(aWhile);  // and says nothing any more
+            meeting->isOver = true;
+        }
+    };
+    workInChildren(4, 2, {result, done, [&](unsigned number, const std::string& why) { told.reasons[number] = why; }});
+    EXPECT_EQ(told.results, (Texts{{0, "xxxxx"}, {1, "short"}, {2, "short"}}));
+    EXPECT_EQ(told.reasons, (Texts{{3, "the process that read it was ended by signal 9 (Killed)"}}));
+}
+
+TEST(ChildProcesses, TellOfANumberWhoseOwnChildIsKilled)
+{
+    const Told told = toldOf(3, 1, [&](unsigned number, bool isFirst) -> std::optional<std::string> {
+        if (number == 1 && !isFirst) {
+            return std::nullopt;
+        }
+        if (number == 1) {
+            ::raise(SIGKILL);
+        }
+        return "good";
+    });
+    EXPECT_EQ(told.results, (Texts{{0, "good"}, {2, "good"}}));
+    EXPECT_EQ(told.reasons, (Texts{{1, "the process that read it was ended by signal 9 (Killed)"}}));
+}
+
 TEST(ChildProcesses, TakeTheirOwnSignalsAsTheSystemDoes)
 {
     std::signal(SIGTERM, [](int) {});
@@ -113,6 +197,17 @@ TEST(ChildProcesses, TakeTheirOwnSignalsAsTheSystemDoes)
     });
     std::signal(SIGTERM, SIG_DFL);
     EXPECT_EQ(told.reasons, (Texts{{0, "the process that read it was ended by signal 15 (Terminated)"}}));
+}
+
+TEST(ChildProcesses, GoOnIgnoringSignalsThatAreIgnored)
+{
+    std::signal(SIGHUP, SIG_IGN);
+    const Told told = toldOf(1, 1, [](unsigned, bool) {
+        ::raise(SIGHUP);
+        return std::optional<std::string>("alive");
+    });
+    std::signal(SIGHUP, SIG_DFL);
+    EXPECT_EQ(told.results, (Texts{{0, "alive"}}));
 }
 
 TEST(ChildProcesses, DoANumberInAChildOfItsOwnWhereItNeedsOne)
