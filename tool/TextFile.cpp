@@ -1,32 +1,81 @@
+// The text gets the file's size at once: growing with what is read, it would need twice the memory in between.
 #include "tool/TextFile.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
 #include <cerrno>
-#include <cstdio>
-#include <memory>
-#include <vector>
+#include <new>
+#include <stdexcept>
+
+#include "tool/Descriptor.h"
 
 namespace TrellanTool {
 
-std::optional<std::string> readWholeFile(const std::string& path)
+namespace {
+
+// How many bytes were read: fewer than there is room for at the end alone. Negative where that fails.
+ssize_t readInto(int file, char* room, std::size_t length)
 {
-    struct Close {
-        void operator()(std::FILE* file) const { std::fclose(file); }
-    };
-    const std::unique_ptr<std::FILE, Close> file(std::fopen(path.c_str(), "rb"));
-    if (!file) {
+    std::size_t done = 0;
+    while (done < length) {
+        const ssize_t count = ::read(file, room + done, length - done);
+        if (count == 0) {
+            break;
+        }
+        if (count > 0) {
+            done += static_cast<std::size_t>(count);
+        } else if (errno != EINTR) {
+            return -1;
+        }
+    }
+    return static_cast<ssize_t>(done);
+}
+
+// A file that has grown, or that tells no size, is read on piece by piece.
+std::optional<std::string> readAll(int file)
+{
+    constexpr std::size_t piece = 1 << 16;
+    struct stat status = {};
+    if (::fstat(file, &status) != 0) {
         return std::nullopt;
     }
     std::string text;
-    std::vector<char> piece(1 << 16);
-    while (const std::size_t length = std::fread(piece.data(), 1, piece.size(), file.get())) {
-        text.append(piece.data(), length);
+    std::size_t length = 0;
+    for (std::size_t more = static_cast<std::size_t>(std::max<off_t>(status.st_size, 0)) + 1;; more = piece) {
+        text.resize(length + more);
+        const ssize_t count = readInto(file, text.data() + length, more);
+        if (count < 0) {
+            return std::nullopt;
+        }
+        length += static_cast<std::size_t>(count);
+        if (static_cast<std::size_t>(count) < more) {
+            text.resize(length);
+            return text;
+        }
     }
-    if (std::ferror(file.get()) != 0) {
-        const int error = errno;
-        errno = error;
+}
+
+}  // namespace
+
+std::optional<std::string> readWholeFile(const std::string& path)
+{
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC));
+    if (!file.isOpen()) {
         return std::nullopt;
     }
-    return text;
+    int error = ENOMEM;
+    try {
+        if (std::optional<std::string> text = readAll(file.get())) {
+            return text;
+        }
+        error = errno;
+    } catch (const std::bad_alloc&) {
+    } catch (const std::length_error&) {
+    }
+    errno = error;
+    return std::nullopt;
 }
 
 }  // namespace TrellanTool

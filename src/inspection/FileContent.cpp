@@ -32,6 +32,12 @@ FileProblem problemOf(const std::string& path, const struct stat64& found)
     return found.st_size == 0 ? FileProblem::empty : FileProblem::none;
 }
 
+std::uint64_t lengthOf(std::FILE* file)
+{
+    struct stat64 found;
+    return fstat64(fileno(file), &found) == 0 ? static_cast<std::uint64_t>(found.st_size) : 0;
+}
+
 }  // namespace
 
 FileLook lookAt(const std::string& path)
@@ -58,13 +64,16 @@ std::optional<FileContent> readContent(const std::string& path, const Wanted& wa
     }
     // Not filled with zeros: for small files that would take longer than all else.
     const auto chunk = std::make_unique_for_overwrite<unsigned char[]>(chunkSize);
+    std::uint64_t left = lengthOf(file.get());
     const auto readChunk = [&]() -> std::size_t {
-        return std::feof(file.get()) == 0 ? std::fread(chunk.get(), 1, chunkSize, file.get()) : 0;
+        const std::size_t count = std::fread(chunk.get(), 1, std::min<std::uint64_t>(left, chunkSize), file.get());
+        left = count == 0 ? 0 : left - count;
+        return count;
     };
 
     FileContent content;
     std::size_t count = readChunk();
-    if (wanted.header) {
+    if (wanted.header && count != 0) {
         const auto* const begin = reinterpret_cast<const char*>(chunk.get());
         content.header =
             ZoNUpdateArchive::readHeader(path, std::string(begin, std::min(count, ZoNUpdateArchive::headerLength)));

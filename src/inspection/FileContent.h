@@ -47,7 +47,8 @@ struct Wanted {
 // Is given the number of bytes that were read since it was called last.
 using OnRead = std::function<void(std::uint64_t bytes)>;
 
-// Reads the file at `path` once, and no more of it than is needed. Nothing when it cannot be opened or read.
+// Reads the file at `path` once, and no more of it than is needed, nor than it is long: what the system makes up as it
+// is read, as in /proc, is taken for empty. Nothing when it cannot be opened or read.
 std::optional<FileContent> readContent(const std::string& path, const Wanted& wanted, const OnRead& onRead);
 
 // True when a file's header states this range of compatibility ids. One from 0 to 0 counts as none.

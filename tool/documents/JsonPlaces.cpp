@@ -108,6 +108,7 @@ public:
     struct Fault {
         std::size_t offset;
         std::string reason;
+        bool isEnd = false;  // the text ends too early
     };
 
     Walk(std::string_view text, const std::vector<std::string>& wanted) : text(text)
@@ -160,7 +161,7 @@ public:
         if (reason.find("unexpected") != std::string::npos || reason.find("overflow") != std::string::npos) {
             offset = std::min(offset, tokenBegin());
         }
-        fault = Fault{offset, std::move(reason)};
+        fault = Fault{offset, std::move(reason), position > text.size()};
         return false;
     }
 
@@ -209,7 +210,7 @@ private:
     {
         beginValue(count - 1);
         if (containers.size() == maxDepth) {
-            fault = Fault{count - 1, "more than 512 nested levels"};
+            fault = Fault{count - 1, "more than 512 nested levels", false};
             return false;
         }
         containers.push_back({isObject, pointer.size(), 0, {}});
@@ -239,13 +240,19 @@ std::string pointerToMember(std::string pointer, std::string_view key)
     return pointer;
 }
 
-JsonPlaces findJsonPlaces(std::string_view text, const std::vector<std::string>& pointers)
+// The parser takes a NUL for the end of the text; the text is read up to it.
+JsonPlaces findJsonPlaces(std::string_view whole, const std::vector<std::string>& pointers)
 {
+    const std::size_t nul = whole.find('\0');
+    const std::string_view text = whole.substr(0, nul);
     Walk walk(text, pointers);
     const CountingIterator begin(text.data(), &walk.count);
     const CountingIterator end(text.data() + text.size(), &walk.count);
     Json::sax_parse(begin, end, &walk, Json::input_format_t::json, true);
 
+    if (nul != std::string_view::npos && (!walk.fault || walk.fault->isEnd)) {
+        walk.fault = {nul, "a NUL character", false};
+    }
     const LineIndex lines(text);
     JsonPlaces result;
     if (walk.fault) {

@@ -41,8 +41,8 @@ struct JsonPlaces {
 std::string pointerToMember(std::string pointer, std::string_view key);
 
 // Reads `text` once and finds the parts that `pointers` (JSON Pointers) name. As strict as the library's own reader: no
-// comments, no trailing commas, valid UTF-8, at most 512 nested levels; a byte-order mark at the beginning is passed
-// over.
+// comments, no trailing commas, valid UTF-8, at most 512 nested levels, no NUL anywhere; a byte-order mark at the
+// beginning is passed over.
 JsonPlaces findJsonPlaces(std::string_view text, const std::vector<std::string>& pointers);
 
 }  // namespace TrellanTool

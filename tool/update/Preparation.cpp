@@ -3,6 +3,10 @@
 
 #include <unistd.h>
 
+#include <cerrno>
+#include <stdexcept>
+#include <system_error>
+
 #include "tool/ExitStatus.h"
 #include "tool/Streams.h"
 #include "tool/TextFile.h"
@@ -29,8 +33,13 @@ int Preparation::prepare(std::ostream& err)
     if (applied == NOT_READ) {
         return applied;
     }
-    description =
-        readWholeFile(arguments.options.archivePath + "/" + arguments.options.descriptionFileName).value_or("");
+    const std::string path = arguments.options.archivePath + "/" + arguments.options.descriptionFileName;
+    std::optional<std::string> text = readWholeFile(path);
+    if (!text) {
+        throw std::runtime_error("cannot open the archive description " + path + ": " +
+                                 std::generic_category().message(errno));
+    }
+    description = *std::move(text);
     if (applied != SUCCESS) {
         return applied;
     }

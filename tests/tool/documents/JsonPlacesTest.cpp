@@ -50,6 +50,22 @@ TEST(JsonPlaces, AnElementOfAnArrayAndTheDocumentBeginWithTheirValues)
     EXPECT_EQ(placeOf(description, "/files/1"), "4:2");
 }
 
+TEST(JsonPlaces, ANulIsAFaultWhereItStands)
+{
+    EXPECT_EQ(faultOf("{}\n \0"s), "2:2 a NUL character");
+    EXPECT_EQ(faultOf("\0{}"s), "1:1 a NUL character");
+    EXPECT_EQ(faultOf("{\"a\":\n {\0}}"s), "2:3 a NUL character");
+    EXPECT_EQ(faultOf("{\"a\": \"b\0\"}"s), "1:9 a NUL character");
+    EXPECT_EQ(faultOf("{\"a\": tru\0e}"s), "1:10 a NUL character");
+    EXPECT_EQ(faultOf("[12\0]"s), "1:4 a NUL character");
+}
+
+TEST(JsonPlaces, WhatIsWrongBeforeANulIsTheFault)
+{
+    EXPECT_EQ(faultOf("{\n x: 1}\0"s), faultOf("{\n x: 1}"));
+    EXPECT_EQ(faultOf("{\"a\": x\0"s).substr(0, 4), "1:7 ");
+}
+
 TEST(JsonPlaces, KeysAreEscapedInPointers)
 {
     EXPECT_EQ(placeOf(description, "/files/1/x~1y"), "4:3");

@@ -1,0 +1,70 @@
+// Files that are read whole.
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <cerrno>
+#include <filesystem>
+
+#include "support/BuildTree.h"
+#include "support/Process.h"
+#include "support/TempDir.h"
+#include "tool/TextFile.h"
+
+using TrellanTool::readWholeFile;
+
+namespace {
+
+class TextFiles : public testing::Test {
+protected:
+    const TempDir folder;
+};
+
+}  // namespace
+
+TEST_F(TextFiles, AreReadWhole)
+{
+    const std::string text = std::string("a\0b\n", 4) + std::string(300'000, 'x');
+    EXPECT_EQ(readWholeFile(folder.write("file", text).string()), text);
+    EXPECT_EQ(readWholeFile(folder.write("empty", "").string()), "");
+}
+
+TEST_F(TextFiles, AreReadAlsoWhereTheyTellNoSize)
+{
+    const auto text = readWholeFile("/proc/self/status");
+    ASSERT_TRUE(text);
+    EXPECT_TRUE(text->starts_with("Name:")) << *text;
+    EXPECT_TRUE(text->ends_with('\n')) << *text;
+}
+
+TEST_F(TextFiles, TellWhyTheyCannotBeRead)
+{
+    EXPECT_EQ(readWholeFile((folder.path() / "none").string()), std::nullopt);
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_EQ(readWholeFile(folder.path().string()), std::nullopt);
+    EXPECT_EQ(errno, EISDIR);
+}
+
+TEST_F(TextFiles, TakeNoMoreMemoryThanTheyAreLong)
+{
+    std::filesystem::resize_file(folder.write("large", ""), 256 << 20);
+    struct rusage before = {}, after = {};
+    ::getrusage(RUSAGE_SELF, &before);
+    const auto text = readWholeFile((folder.path() / "large").string());
+    ::getrusage(RUSAGE_SELF, &after);
+    ASSERT_TRUE(text);
+    EXPECT_EQ(text->size(), 256u << 20);
+    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 400 << 10) << "KB";
+}
+
+TEST_F(TextFiles, AreNamedWhereMemoryDoesNotSuffice)
+{
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the sanitizer ends a process that asks for so much";
+#endif
+    std::filesystem::create_directory(folder.path() / "archive");
+    std::filesystem::resize_file(folder.write("archive/archive.json", ""), std::uintmax_t{1} << 40);
+    const ProcessResult result = runProcess(TRELLAN_TOOL, {"check", "archive"}, folder.path());
+    EXPECT_EQ(result.status, 3);
+    EXPECT_EQ(result.errors, "trellan-update: cannot open the archive description " +
+                                 (folder.path() / "archive/archive.json").string() + ": Cannot allocate memory\n");
+}
