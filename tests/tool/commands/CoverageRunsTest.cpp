@@ -23,15 +23,19 @@ class CoverageRuns : public testing::Test {
 protected:
     CoverageRuns()
     {
-        std::vector<ordered_json> elements;
-        for (unsigned i = 1; i <= 2000; ++i) {
-            elements.push_back(updateElement(i, {{"NAME", "E"}, {"VERSION", "1.0"}}));
-        }
-        writeText(folder.path() / "0.json",
-                  target({board("IOMODULE", {{"PRODUCT/BOARD_TYPE", "IO7"}}, elements)}).dump());
+        writeText(folder.path() / "0.json", targetWith(2000).dump());
         for (unsigned i = 1; i < 400; ++i) {
             std::filesystem::create_hard_link(folder.path() / "0.json", folder.path() / (std::to_string(i) + ".json"));
         }
+    }
+
+    static ordered_json targetWith(unsigned count)
+    {
+        std::vector<ordered_json> elements;
+        for (unsigned i = 1; i <= count; ++i) {
+            elements.push_back(updateElement(i, {{"NAME", "E"}, {"VERSION", "1.0"}}));
+        }
+        return target({board("IOMODULE", {{"PRODUCT/BOARD_TYPE", "IO7"}}, elements)});
     }
 
     std::vector<std::string> words() const
@@ -39,12 +43,14 @@ protected:
         return {"coverage", archive.path(), folder.path().string(), "--json", "--trace", trace().string()};
     }
 
-    // Of so few of the targets that it can be waited for.
-    std::vector<std::string> fewWords() const
+    // With so few elements that the end can be waited for.
+    std::vector<std::string> shortWords() const
     {
         std::vector<std::string> words = {"coverage", archive.path(), "--json"};
         for (unsigned i = 0; i < 50; ++i) {
-            words.push_back((folder.path() / (std::to_string(i) + ".json")).string());
+            const std::filesystem::path file = few.path() / (std::to_string(i) + ".json");
+            writeText(file, targetWith(200).dump());
+            words.push_back(file.string());
         }
         return words;
     }
@@ -69,10 +75,10 @@ protected:
         return process.wait();
     }
 
-    // The same with few targets, of one of its children.
+    // The same with few elements, of one of its children.
     ProcessResult childInterrupted(int signal) const
     {
-        RunningProcess process(TRELLAN_TOOL, fewWords(), folder.path());
+        RunningProcess process(TRELLAN_TOOL, shortWords(), folder.path());
         EXPECT_TRUE(comesTrue([&] { return !process.children().empty(); }));
         EXPECT_EQ(::kill(process.children().at(0), signal), 0);
         return process.wait();
@@ -80,6 +86,7 @@ protected:
 
     const TestArchive archive = TestArchive(description({}));
     const TempDir folder;
+    const TempDir few;
 };
 
 }  // namespace
@@ -127,7 +134,7 @@ TEST_F(CoverageRuns, GoOnWhereAChildIsKilledAndNameTheTargetThatItHad)
         std::string unread;
         for (const ordered_json& target : targets) {
             if (target["error"].is_null()) {
-                EXPECT_EQ(target["counts"]["noFile"], 2000) << target["target"];
+                EXPECT_EQ(target["counts"]["noFile"], 200) << target["target"];
             } else {
                 EXPECT_EQ(target["error"], reason);
                 unread += target["target"].get<std::string>() + ": " + reason + "\n";
@@ -151,7 +158,7 @@ TEST_F(CoverageRuns, EndBySignalsAlsoWhereAChildHangs)
 TEST_F(CoverageRuns, GoOnWhereAHangupIsIgnored)
 {
     std::vector<std::string> shell = {"-c", "trap '' HUP; exec \"$@\"", "sh", TRELLAN_TOOL};
-    const std::vector<std::string> command = fewWords();
+    const std::vector<std::string> command = shortWords();
     shell.insert(shell.end(), command.begin(), command.end());
     RunningProcess process("/bin/sh", shell, folder.path());
     EXPECT_TRUE(comesTrue([&] { return !process.children().empty(); }));
@@ -159,5 +166,5 @@ TEST_F(CoverageRuns, GoOnWhereAHangupIsIgnored)
     const ProcessResult result = process.wait();
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.errors, "");
-    EXPECT_EQ(conformingDocument(result.output)["targets"][49]["counts"]["noFile"], 2000);
+    EXPECT_EQ(conformingDocument(result.output)["targets"][49]["counts"]["noFile"], 200);
 }
