@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
 #include <ostream>
 
 #include "tool/ExitStatus.h"
@@ -10,6 +11,7 @@
 #include "tool/arguments/Arguments.h"
 #include "tool/arguments/Command.h"
 #include "tool/arguments/Help.h"
+#include "tool/commands/WrittenFiles.h"
 
 namespace TrellanTool {
 
@@ -28,6 +30,7 @@ int carryOut(const Arguments& arguments, const Streams& streams)
     for (const std::string& note : arguments.notes) {
         say(streams.err, note);
     }
+    keepFromWriting(arguments);
     std::ostream nowhere(nullptr);
     return arguments.command->action(arguments, {arguments.quiet ? nowhere : streams.out, streams.err});
 }
@@ -40,6 +43,9 @@ int runWords(const std::vector<std::string>& words, const Streams& streams)
         say(streams.err,
             words.empty() ? commandsAndExample() : error.what() + std::string("\nsee trellan-update help"));
         return WRONG_USAGE;
+    } catch (const std::bad_alloc&) {
+        say(streams.err, "there is not enough memory for this");
+        return FAILURE;
     } catch (const std::exception& error) {
         say(streams.err, error.what());
         return FAILURE;

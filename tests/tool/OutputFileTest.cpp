@@ -3,8 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
+#include <functional>
 #include <ostream>
 #include <stdexcept>
 #include <thread>
@@ -19,6 +22,7 @@
 using testing::EndsWith;
 using testing::StartsWith;
 using TrellanTool::Descriptor;
+using TrellanTool::writeNewFile;
 using TrellanTool::writeOutputFile;
 
 namespace fs = std::filesystem;
@@ -37,8 +41,13 @@ protected:
     // What writing says that fails.
     static std::string fault(const std::string& path, const std::string& text)
     {
+        return faultOf([&] { write(path, text); });
+    }
+
+    static std::string faultOf(const std::function<void()>& writing)
+    {
         try {
-            write(path, text);
+            writing();
         } catch (const std::runtime_error& error) {
             return error.what();
         }
@@ -169,12 +178,87 @@ TEST_F(OutputFiles, AreRefusedInFoldersThatAreNotThereAndAsFolders)
 TEST_F(OutputFiles, ThatArePipesAreWrittenTo)
 {
     ASSERT_EQ(::mkfifo(pathOf("pipe").c_str(), 0600), 0);
+    const Descriptor reader(::open(pathOf("pipe").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    write(pathOf("pipe"), "through the pipe");
+    char got[100] = {};
+    EXPECT_EQ(::read(reader.get(), got, sizeof got), 16);
+    EXPECT_STREQ(got, "through the pipe");
+    EXPECT_TRUE(fs::is_fifo(pathOf("pipe")));
+}
+
+TEST_F(OutputFiles, ThatArePipesWaitForASlowReader)
+{
+    ASSERT_EQ(::mkfifo(pathOf("pipe").c_str(), 0600), 0);
+    const Descriptor early(::open(pathOf("pipe").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    const std::string text(300'000, 'p');
     std::string got;
     std::thread reader([&] { got = readText(pathOf("pipe")); });
-    write(pathOf("pipe"), "through the pipe");
+    write(pathOf("pipe"), text);
     reader.join();
-    EXPECT_EQ(got, "through the pipe");
-    EXPECT_TRUE(fs::is_fifo(pathOf("pipe")));
+    EXPECT_EQ(got, text);
+}
+
+TEST_F(OutputFiles, ThatArePipesWithoutAReaderAreNotWaitedFor)
+{
+    ASSERT_EQ(::mkfifo(pathOf("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(fault(pathOf("pipe"), "new"), pathOf("pipe") + " cannot be written: nobody reads it");
+}
+
+TEST_F(OutputFiles, LeaveNothingBehindWhereTheProcessIsKilled)
+{
+    folder.write("file", "old");
+    for (const char* const name : {"file", "new"}) {
+        const pid_t writer = ::fork();
+        if (writer == 0) {
+            writeOutputFile(pathOf(name), [](std::ostream& out) {
+                out << std::string(200'000, 'n') << std::flush;
+                ::raise(SIGKILL);
+            });
+            ::_exit(0);
+        }
+        int status = 0;
+        ASSERT_EQ(::waitpid(writer, &status, 0), writer);
+        EXPECT_TRUE(WIFSIGNALED(status));
+    }
+    EXPECT_EQ(readText(pathOf("file")), "old");
+    EXPECT_EQ(entries(), 1u);
+}
+
+TEST_F(OutputFiles, LeaveTheirOtherHardLinksTheOldContent)
+{
+    folder.write("file", "old");
+    fs::create_hard_link(pathOf("file"), pathOf("other"));
+    write(pathOf("file"), "new");
+    EXPECT_EQ(readText(pathOf("file")), "new");
+    EXPECT_EQ(readText(pathOf("other")), "old");
+}
+
+TEST_F(OutputFiles, AreMadeWithTheirFoldersWhereTheyAreToBeNew)
+{
+    writeNewFile(pathOf("a/b/file"), [](std::ostream& out) { out << "content"; });
+    EXPECT_EQ(readText(pathOf("a/b/file")), "content");
+    EXPECT_EQ(std::distance(fs::directory_iterator(pathOf("a/b")), fs::directory_iterator()), 1);
+}
+
+TEST_F(OutputFiles, AreNotTouchedWhereTheyAreToBeNew)
+{
+    folder.write("file", "old");
+    fs::create_symlink("nothing", pathOf("link"));
+    for (const char* const name : {"file", "link"}) {
+        EXPECT_EQ(faultOf([&] { writeNewFile(pathOf(name), [](std::ostream& out) { out << "new"; }); }),
+                  pathOf(name) + " cannot be written: File exists");
+    }
+    EXPECT_EQ(readText(pathOf("file")), "old");
+    EXPECT_EQ(entries(), 2u);
+}
+
+TEST_F(OutputFiles, LeaveNoFolderBehindWhereTheyCannotBeMade)
+{
+    const FileSizeLimit limit(100'000);
+    EXPECT_EQ(
+        faultOf([&] { writeNewFile(pathOf("a/b/file"), [](std::ostream& out) { out << std::string(300'000, 'n'); }); }),
+        pathOf("a/b/file") + " cannot be written: File too large");
+    EXPECT_EQ(entries(), 0u);
 }
 
 TEST_F(OutputFiles, ThatAreDevicesAreWrittenTo)

@@ -27,7 +27,7 @@ constexpr ExitMeaning exitMeanings[] = {
     {UPDATES, "  6  the check found errors, or a plan does not hold; nothing was done\n"},
     {UPDATES, "  8  no progress for the time of --stall-timeout; the target was unlocked\n"},
     {TELLS, " 10  with --detailed-exit-status, in place of 0: there is something to update\n"},
-    {UPDATES, "  129, 130, 143  ended by SIGHUP, SIGINT, SIGTERM; the target was unlocked\n"},
+    {UPDATES | COVERS, "  129, 130, 143  ended by SIGHUP, SIGINT, SIGTERM; no target stays locked\n"},
 };
 
 std::string row(std::string_view name, std::string_view description)

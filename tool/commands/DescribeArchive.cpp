@@ -8,6 +8,7 @@
 #include "tool/arguments/Arguments.h"
 #include "tool/commands/Actions.h"
 #include "tool/commands/LibrarySession.h"
+#include "tool/commands/WrittenFiles.h"
 
 namespace TrellanTool {
 
@@ -20,6 +21,7 @@ int describeArchive(const Arguments& arguments, const Streams& streams)
     if (const int status = session.apply(streams.err); status != SUCCESS) {
         return status;
     }
+    keepFromWriting(arguments, session.inspector());
     std::ostringstream description;
     session.redirect(description);
     const bool successful = session.updater().run() == 1;

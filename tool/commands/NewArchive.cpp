@@ -1,15 +1,13 @@
 // The command that begins an archive.
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <ostream>
 #include <sstream>
-#include <stdexcept>
+#include <system_error>
 
 #include "tool/ExitStatus.h"
+#include "tool/OutputFile.h"
 #include "tool/Streams.h"
 #include "tool/arguments/Arguments.h"
 #include "tool/commands/Actions.h"
@@ -73,30 +71,32 @@ Wanted wantedElements(const Arguments& arguments, LibrarySession& session, std::
     return wanted;
 }
 
-[[noreturn]] void failToWrite(const fs::path& path, int error)
+// Throws UsageError for a description that would not be a file in the archive's folder.
+void checkName(const std::string& folder, const std::string& name)
 {
-    throw std::runtime_error(path.string() + " cannot be written: " + std::strerror(error));
+    const fs::path inFolder = fs::path("./" + name).lexically_normal();
+    if (name.empty() || !inFolder.has_filename() || inFolder == "." || *inFolder.begin() == "..") {
+        throw UsageError("--description: '" + name + "' is no name of a file in the archive");
+    }
+    std::error_code error;
+    const fs::path archive = fs::weakly_canonical(folder, error);
+    const fs::path path = fs::weakly_canonical(folder + "/" + name, error);
+    if (!error && *path.lexically_relative(archive).begin() == "..") {
+        throw UsageError("--description: '" + name + "' leads out of the archive");
+    }
 }
 
-// What is there, be it a link to nothing, is not touched.
-void writeNewFile(const fs::path& path, const std::string& text)
+// Why nothing can be begun there; empty: it can.
+std::string hindranceAt(const std::string& folder, const fs::path& description)
 {
     std::error_code error;
-    if (fs::create_directories(path.parent_path(), error); error) {
-        failToWrite(path, error.value());
+    if (fs::exists(fs::symlink_status(description, error))) {
+        return description.string() + " is there already, and is left as it is";
     }
-    std::FILE* const file = std::fopen(path.c_str(), "wbx");
-    if (file == nullptr) {
-        failToWrite(path, errno);
+    if (fs::is_symlink(folder, error) && !fs::exists(folder, error)) {
+        return folder + " is a link to nothing";
     }
-    const bool isWritten = std::fwrite(text.data(), 1, text.size(), file) == text.size() && std::fflush(file) == 0;
-    int problem = errno;
-    const bool isClosed = std::fclose(file) == 0;
-    if (!isWritten || !isClosed) {
-        problem = isWritten ? errno : problem;
-        fs::remove(path, error);
-        failToWrite(path, problem);
-    }
+    return "";
 }
 
 int applied(LibrarySession& session, const Arguments& arguments, const std::ostringstream& text, std::ostream& err)
@@ -119,9 +119,9 @@ int newArchive(const Arguments& arguments, const Streams& streams)
 {
     const std::string& name = arguments.options.descriptionFileName;
     const fs::path path = arguments.options.archivePath + "/" + name;
-    std::error_code error;
-    if (fs::exists(fs::symlink_status(path, error))) {
-        say(streams.err, path.string() + " is there already, and is left as it is");
+    checkName(arguments.options.archivePath, name);
+    if (const std::string hindrance = hindranceAt(arguments.options.archivePath, path); !hindrance.empty()) {
+        say(streams.err, hindrance);
         return FAILURE;
     }
     std::ostringstream text;
@@ -137,11 +137,13 @@ int newArchive(const Arguments& arguments, const Streams& streams)
     const std::vector<NewEntry> entries = newEntries(wanted.elements);
     const auto description =
         newDescription({nameOf(arguments.options.archivePath, wanted.productName), wanted.productName}, entries, name);
-    writeNewFile(path, description.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
+    writeNewFile(path, [&](std::ostream& file) {
+        file << description.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+    });
     streams.out << name << ": " << counted(entries.size(), "entry", "entries") << " for "
                 << counted(wanted.elements.size(), "element", "elements")
-                << ". Put the update files beside it under the names that it gives\n"
-                   "them, state their versions and checksums (trellan-update inspect tells them), and check the "
+                << ". Put the update files into the archive's folder under the names that\n"
+                   "it gives, state their versions and checksums (trellan-update inspect tells them), and check the "
                    "archive.\n";
     return wanted.isComplete ? SUCCESS : FAILURE;
 }

@@ -6,6 +6,7 @@
 #include <iostream>
 #include <sstream>
 #include <system_error>
+#include <unordered_set>
 
 #include "tool/ExitStatus.h"
 #include "tool/arguments/Arguments.h"
@@ -25,8 +26,16 @@ std::string errorsOf(ZoITrellanInspector& inspector)
     return text.empty() ? "its inventory cannot be read" : text;
 }
 
+// A parameter that many elements share, and that cannot be read, is an error of each of them.
+void keepEachOnce(std::vector<std::string>& lines)
+{
+    std::unordered_set<std::string> known;
+    std::erase_if(lines, [&](const std::string& line) { return !known.insert(line).second; });
+}
+
 void noteErrors(TargetReport& report, ZoITrellanInspector& inspector)
 {
+    report.isWhole = inspector.getTargetErrorCount() == 0;
     for (unsigned i = 0; i < inspector.getTargetErrorCount(); ++i) {
         report.notes.push_back("ERROR: " + inspector.getTargetError(i).text);
     }
@@ -109,6 +118,7 @@ std::optional<TargetReport> TargetReading::read(const std::string& path, bool is
     }
     noteErrors(report, inspector);
     noteWarnings(report, text.str());
+    keepEachOnce(report.notes);
     return report;
 }
 

@@ -16,6 +16,7 @@
 #include "tool/commands/Actions.h"
 #include "tool/commands/LibrarySession.h"
 #include "tool/commands/TargetReading.h"
+#include "tool/commands/WrittenFiles.h"
 #include "tool/coverage/ChildProcesses.h"
 #include "tool/coverage/Coverage.h"
 #include "tool/coverage/TargetNames.h"
@@ -55,6 +56,7 @@ public:
             }
             return status;
         }
+        keepFromWriting(asked, session.inspector());
         targets = targetsNamed(asked.operands);
         notes.resize(targets.size());
         std::vector<std::string> names;
@@ -64,7 +66,7 @@ public:
         Coverage coverage(names, session.inspector(), asked.json || asked.htmlFile.has_value());
         readTargets(coverage);
         tell(coverage);
-        return coverage.readTargets() == targets.size() ? SUCCESS : FAILURE;
+        return coverage.isWhole() ? SUCCESS : FAILURE;
     }
 
 private:
@@ -134,14 +136,15 @@ private:
                 say(streams.err, complaint + " on any target");
             }
         }
-        if (asked.htmlFile) {
-            writeOutputFile(*asked.htmlFile, [&](std::ostream& out) { writeCoveragePage(out, coverage); });
-        }
         if (asked.json) {
             DocumentWriter writer(streams.out, asked.command->name);
             writeCoverage(writer, coverage);
         } else {
             writeCoverageText(streams.out, coverage);
+        }
+        if (asked.htmlFile) {
+            streams.out.flush();
+            writeOutputFile(*asked.htmlFile, [&](std::ostream& out) { writeCoveragePage(out, coverage); });
         }
     }
 

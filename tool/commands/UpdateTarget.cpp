@@ -2,7 +2,6 @@
 #include <stdlib.h>
 #include <unistd.h>
 
-#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <sstream>
@@ -16,6 +15,7 @@
 #include "tool/commands/Actions.h"
 #include "tool/commands/LibrarySession.h"
 #include "tool/commands/TellDryRun.h"
+#include "tool/commands/WrittenFiles.h"
 #include "tool/documents/Document.h"
 #include "tool/documents/UpdateDocument.h"
 #include "tool/update/EventLog.h"
@@ -60,31 +60,6 @@ LastWords lastWords(const std::string& error, const std::string& document)
     return {shownOn(STDERR_FILENO, "trellan-update: " + error + "\n"), shownOn(STDOUT_FILENO, document)};
 }
 
-// Events are appended, which would spoil what the update reads.
-void keepEventsOutOf(const std::string& path, const char* what, const Arguments& arguments)
-{
-    std::error_code error;
-    if (arguments.eventsFile && std::filesystem::equivalent(*arguments.eventsFile, path, error)) {
-        throw UsageError("--events: " + *arguments.eventsFile + " is " + what);
-    }
-}
-
-void checkEventsFile(const Arguments& arguments)
-{
-    const char* const named = ::getenv("TRELLAN_TARGET");
-    keepEventsOutOf(arguments.targetFile.value_or(named == nullptr ? "" : named), "the target file", arguments);
-    keepEventsOutOf(arguments.options.archivePath + "/" + arguments.options.descriptionFileName,
-                    "the archive's description", arguments);
-    keepEventsOutOf(arguments.planFile.value_or(""), "the plan", arguments);
-}
-
-void checkEventsFile(const Arguments& arguments, ZoITrellanInspector& inspector)
-{
-    for (unsigned i = 0; arguments.eventsFile && i < inspector.getFileCount(); ++i) {
-        keepEventsOutOf(inspector.getFile(i).path, "a file of the archive", arguments);
-    }
-}
-
 // One run of the command, from reading archive and target to the exit status.
 class TargetUpdate {
 public:
@@ -107,7 +82,7 @@ public:
     {
         try {
             const int prepared = preparation.prepare(err.stream());
-            checkEventsFile(arguments, session.inspector());
+            keepFromWriting(arguments, session.inspector());
             if (arguments.dryRun) {
                 endWithoutDocument();
                 return tellDryRun(arguments, preparation, prepared, streams);
@@ -318,7 +293,6 @@ private:
 
 int updateTarget(const Arguments& arguments, const Streams& streams)
 {
-    checkEventsFile(arguments);
     return TargetUpdate(arguments, streams).run();
 }
 

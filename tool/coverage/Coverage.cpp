@@ -10,7 +10,7 @@ Coverage::Coverage(const std::vector<std::string>& targetNames, ZoITrellanInspec
     : withCells(withCells)
 {
     for (const std::string& name : targetNames) {
-        allTargets.push_back({name, std::nullopt, false, {}, {}});
+        allTargets.push_back({name, std::nullopt, false, true, {}, {}});
     }
     for (unsigned i = 0; i < archive.getFileCount(); ++i) {
         const ZoNTrellanInspector::ZoTFile& file = archive.getFile(i);
@@ -26,6 +26,7 @@ void Coverage::take(std::size_t position, const TargetReport& report)
     }
     Target& target = allTargets.at(position);
     target.isSupported = report.isSupported;
+    target.isWhole = report.isWhole;
     for (const KindReport& reported : report.kinds) {
         const std::uint32_t number = numberOf(reported.keys);
         Kind& kind = allKinds[number];
@@ -86,6 +87,12 @@ std::size_t Coverage::supportedTargets() const
 {
     return static_cast<std::size_t>(
         std::count_if(allTargets.begin(), allTargets.end(), [](const Target& target) { return target.isSupported; }));
+}
+
+bool Coverage::isWhole() const
+{
+    return std::all_of(allTargets.begin(), allTargets.end(),
+                       [](const Target& target) { return !target.error && target.isWhole; });
 }
 
 }  // namespace TrellanTool

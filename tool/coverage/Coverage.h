@@ -25,6 +25,7 @@ public:
         std::string name;
         std::optional<std::string> error;  // why it cannot be read; then nothing else counts
         bool isSupported = false;
+        bool isWhole = true;  // false: something of it could not be read
         StateCounts counts{};
         std::vector<Cell> cells;
     };
@@ -65,6 +66,9 @@ public:
     // How many targets could be read, and how many of them the archive supports.
     std::size_t readTargets() const;
     std::size_t supportedTargets() const;
+
+    // Whether all targets could be read, and all of each.
+    bool isWhole() const;
 
 private:
     std::uint32_t numberOf(const std::string& keys);

@@ -52,8 +52,12 @@ std::string packed(const TargetReport& report)
     for (const KindReport& kind : report.kinds) {
         kinds.push_back({kind.keys, kind.counts, kind.files});
     }
-    const json values = {report.error ? json(*report.error) : json(), report.isSupported, std::move(kinds),
-                         report.notes, report.complaints};
+    const json values = {report.error ? json(*report.error) : json(),
+                         report.isSupported,
+                         report.isWhole,
+                         std::move(kinds),
+                         report.notes,
+                         report.complaints};
     std::string bytes;
     json::to_cbor(values, bytes);
     return bytes;
@@ -67,11 +71,12 @@ TargetReport unpacked(const std::string& bytes)
         report.error = values.at(0).get<std::string>();
     }
     report.isSupported = values.at(1);
-    for (const json& kind : values.at(2)) {
+    report.isWhole = values.at(2);
+    for (const json& kind : values.at(3)) {
         report.kinds.push_back({kind.at(0), kind.at(1), kind.at(2)});
     }
-    report.notes = values.at(3);
-    report.complaints = values.at(4);
+    report.notes = values.at(4);
+    report.complaints = values.at(5);
     return report;
 }
 

@@ -26,8 +26,9 @@ struct KindReport {
 struct TargetReport {
     std::optional<std::string> error;  // why the target cannot be read; then nothing else counts
     bool isSupported = false;
+    bool isWhole = true;                  // false: something of it could not be read, as the notes say
     std::vector<KindReport> kinds;        // each once
-    std::vector<std::string> notes;       // what is to be said of this target
+    std::vector<std::string> notes;       // what is to be said of this target, each once
     std::vector<std::string> complaints;  // what is to be said where it holds for all targets
 };
 

@@ -4,50 +4,22 @@
 #include <ostream>
 
 #include "tool/documents/CoverageDocument.h"
+#include "tool/documents/TextTable.h"
 
 namespace TrellanTool {
 
 namespace {
 
 using nlohmann::ordered_json;
-using Row = std::vector<std::string>;
 
 std::string counted(std::uint64_t count, const std::string& what)
 {
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
-// The rows with their columns below each other; a rule stands under the first.
-void writeTable(std::ostream& out, const std::vector<Row>& rows)
-{
-    std::vector<std::size_t> widths;
-    for (const Row& row : rows) {
-        widths.resize(std::max(widths.size(), row.size()));
-        for (std::size_t i = 0; i < row.size(); ++i) {
-            widths[i] = std::max(widths[i], row[i].size());
-        }
-    }
-    for (std::size_t r = 0; r < rows.size(); ++r) {
-        std::string line;
-        for (std::size_t i = 0; i < rows[r].size(); ++i) {
-            line += i == 0 ? "" : " | ";
-            line += rows[r][i];
-            line.append(i + 1 < rows[r].size() ? widths[i] - rows[r][i].size() : 0, ' ');
-        }
-        out << line << '\n';
-        if (r == 0) {
-            std::size_t width = 3 * (widths.size() - 1);
-            for (const std::size_t column : widths) {
-                width += column;
-            }
-            out << std::string(width, '-') << '\n';
-        }
-    }
-}
-
 void writeTargets(std::ostream& out, const Coverage& coverage)
 {
-    std::vector<Row> rows = {
+    std::vector<TableRow> rows = {
         {"Target", "Supported", "Update", "Up to date", "Excluded", "Custom", "Blocked", "Without a file"}};
     for (const Coverage::Target& target : coverage.targets()) {
         if (target.error) {
@@ -62,17 +34,17 @@ void writeTargets(std::ostream& out, const Coverage& coverage)
         rows.push_back({target.name, target.isSupported ? "yes" : "no", count(State::UPDATE), count(State::UP_TO_DATE),
                         count(State::EXCLUDED), count(State::CUSTOM), count(State::BLOCKED), count(State::NO_FILE)});
     }
-    writeTable(out, rows);
+    out << tableText(rows, true);
 }
 
 void writeFiles(std::ostream& out, const Coverage& coverage)
 {
-    std::vector<Row> rows = {{"Entry", "File", "Elements"}};
+    std::vector<TableRow> rows = {{"Entry", "File", "Elements"}};
     for (const Coverage::File& file : coverage.files()) {
         rows.push_back({"files[" + std::to_string(file.entry) + "]", file.name,
                         file.elements == 0 ? "none" : std::to_string(file.elements)});
     }
-    writeTable(out, rows);
+    out << tableText(rows, true);
 }
 
 std::string valueText(const ordered_json& value)
@@ -99,8 +71,9 @@ void writeWithoutFile(std::ostream& out, const Coverage& coverage)
     for (const std::uint32_t number : coverage.orderedKinds()) {
         const Coverage::Kind& kind = coverage.kinds()[number];
         if (kind.withoutFile != 0) {
-            out << (isFirst ? "\nWithout a file in the archive:\n" : "") << "    " << keysText(kind.keys) << ": "
-                << counted(kind.withoutFile, "element") << " of " << counted(kind.targetsWithoutFile, "target") << '\n';
+            out << (isFirst ? "\nWithout a file in the archive:\n" : "") << "    " << onOneLine(keysText(kind.keys))
+                << ": " << counted(kind.withoutFile, "element") << " of " << counted(kind.targetsWithoutFile, "target")
+                << '\n';
             isFirst = false;
         }
     }

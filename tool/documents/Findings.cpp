@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "tool/documents/ElementRecords.h"
+#include "tool/documents/TextTable.h"
 
 namespace TrellanTool {
 
@@ -51,22 +52,6 @@ Finding taken(const ZoTFinding& source)
         finding.example = source.example;
     }
     return finding;
-}
-
-// A name or key may have line ends.
-std::string onOneLine(const std::string& text)
-{
-    std::string line;
-    for (const char character : text) {
-        if (character == '\n') {
-            line += "\\x0a";
-        } else if (character == '\r') {
-            line += "\\x0d";
-        } else {
-            line += character;
-        }
-    }
-    return line;
 }
 
 std::string parentOf(const std::string& pointer)

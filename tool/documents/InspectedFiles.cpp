@@ -1,9 +1,8 @@
 #include "tool/documents/InspectedFiles.h"
 
-#include <algorithm>
-#include <array>
-#include <cstddef>
 #include <nlohmann/json.hpp>
+
+#include "tool/documents/TextTable.h"
 
 namespace TrellanTool {
 
@@ -12,8 +11,6 @@ namespace {
 using nlohmann::ordered_json;
 using ZoNTrellanInspector::ZoTFileHeader;
 using ZoNTrellanInspector::ZoTFileKind;
-
-using Row = std::array<std::string, 6>;
 
 const char* kindName(ZoTFileKind kind)
 {
@@ -36,7 +33,7 @@ std::string rangeText(bool isStated, std::uint32_t min, std::uint32_t max)
     return isStated ? std::to_string(min) + " to " + std::to_string(max) : none;
 }
 
-Row rowOf(const InspectedFile& file)
+TableRow rowOf(const InspectedFile& file)
 {
     const ZoTFileHeader& header = file.header;
     return {file.path,
@@ -56,26 +53,13 @@ ordered_json rangeJson(bool isStated, std::uint32_t min, std::uint32_t max)
 
 std::string inspectedText(const std::vector<InspectedFile>& files)
 {
-    std::vector<Row> rows = {{"File", "Kind", "Version", "Checksum", "HwCompatibilityId", "SwCompatibilityId"}};
+    std::vector<TableRow> rows = {{"File", "Kind", "Version", "Checksum", "HwCompatibilityId", "SwCompatibilityId"}};
     for (const InspectedFile& file : files) {
         if (file.isReadable()) {
             rows.push_back(rowOf(file));
         }
     }
-    std::array<std::size_t, std::tuple_size_v<Row>> widths{};
-    for (const Row& row : rows) {
-        for (std::size_t i = 0; i < row.size(); ++i) {
-            widths[i] = std::max(widths[i], row[i].size());
-        }
-    }
-    std::string text;
-    for (const Row& row : rows) {
-        for (std::size_t i = 0; i + 1 < row.size(); ++i) {
-            text += row[i] + std::string(widths[i] - row[i].size(), ' ') + " | ";
-        }
-        text += row.back() + "\n";
-    }
-    return text;
+    return tableText(rows, false);
 }
 
 ordered_json inspectedRecord(const InspectedFile& file)

@@ -7,8 +7,9 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <system_error>
 #include <utility>
+
+#include "tool/OutputFile.h"
 
 namespace TrellanTool {
 
@@ -61,8 +62,7 @@ std::string EventFile::takeFault()
     if (fault == 0 || std::exchange(faultTaken, true)) {
         return "";
     }
-    const std::string reason = fault == ENXIO ? "nobody reads it" : std::generic_category().message(fault);
-    return "events cannot be written to " + path + ": " + reason + "; the update goes on without them";
+    return "events cannot be written to " + path + ": " + writingFault(fault) + "; the update goes on without them";
 }
 
 // A pipe takes a long line in pieces, and a full medium the beginning alone.

@@ -42,7 +42,7 @@ Exit status:
   6  the check found errors, or a plan does not hold; nothing was done
   8  no progress for the time of --stall-timeout; the target was unlocked
  10  with --detailed-exit-status, in place of 0: there is something to update
-  129, 130, 143  ended by SIGHUP, SIGINT, SIGTERM; the target was unlocked
+  129, 130, 143  ended by SIGHUP, SIGINT, SIGTERM; no target stays locked
 
 trellan-update help COMMAND prints a command's options.
 )";
@@ -108,6 +108,16 @@ TEST(Help, AnswersWhateverElseIsOnTheCommandLine)
 {
     expectPrinted({"compare", "/a", "/b", "--exclude", "x", "--help"}, compareHelpText);
     expectPrinted({"--version", "--help"}, toolHelpText);
+}
+
+TEST(Help, OfWhatMayBeEndedBySignalsNamesTheStatus)
+{
+    for (const std::string command : {"update", "coverage"}) {
+        const std::string text = ran({"help", command}).out;
+        EXPECT_NE(text.find("\n  129, 130, 143  ended by SIGHUP, SIGINT, SIGTERM; no target stays locked\n"),
+                  std::string::npos)
+            << text;
+    }
 }
 
 TEST(Help, EachCommandHasSome)

@@ -3,6 +3,8 @@
 
 #include <filesystem>
 
+#include "support/BuildTree.h"
+#include "support/Process.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
 #include "support/TempDir.h"
@@ -232,15 +234,63 @@ TEST_F(CoverageCommand, ReadsATargetThatStandsThereTwiceAsOneThatStandsThereOnce
     EXPECT_EQ(result.status, 0) << result.err;
 }
 
-TEST_F(CoverageCommand, SaysWhatOfATargetCannotBeRead)
+TEST_F(CoverageCommand, SaysOnceWhatOfATargetCannotBeReadAndEndsWith1AsCompareDoes)
 {
-    ordered_json scripted = target(
-        {board("IOMODULE", {{"PRODUCT/BOARD_TYPE", "IO7"}, {"PRODUCT/NAME", "I/O board"}}, {element(8, "1.0")})});
+    ordered_json scripted = target({board("IOMODULE", {{"PRODUCT/BOARD_TYPE", "IO7"}, {"PRODUCT/NAME", "I/O board"}},
+                                          {element(8, "1.0"), element(8, "1.0")})});
     scripted["script"] = {{"values", {{"/ROOT/IOMODULE:PRODUCT/NAME", {{{"code", 2}, {"text", "cannot read"}}}}}}};
     put("a.json", scripted);
-    const RunResult result = covered({path("a.json")});
-    EXPECT_EQ(result.status, 0);
-    EXPECT_NE(result.err.find("trellan-update: " + path("a.json") + ": ERROR: cannot read\n"), std::string::npos);
+    const RunResult result = covered({path("a.json"), "--json"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "WARNING: File entry 0 is not supported. Ignoring this entry.\ntrellan-update: " +
+                              path("a.json") + ": ERROR: cannot read\n");
+    const ordered_json document = conformingDocument(result.out);
+    EXPECT_EQ(document["targets"][0]["error"], nullptr);
+    EXPECT_EQ(document["targets"][0]["counts"]["noFile"], 2);
+    // In a process of its own, since the errors would be reported here once more.
+    EXPECT_EQ(runProcess(TRELLAN_TOOL, {"compare", archive.path(), "--target", "a.json"}, folder.path()).status, 1);
+}
+
+TEST_F(CoverageCommand, PrintsWhatItHasFoundAlsoWhereThePageCannotBeWritten)
+{
+    const RunResult text = covered({path("a.json")});
+    const RunResult result = covered({path("a.json"), "--html", path("none/page.html")});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, text.out);
+    EXPECT_EQ(result.err, text.err + "trellan-update: " + path("none/page.html") +
+                              " cannot be written: No such file or directory\n");
+    const RunResult json = covered({path("a.json"), "--json", "--html", path("none/page.html")});
+    EXPECT_EQ(json.status, 1);
+    EXPECT_EQ(conformingDocument(json.out)["targets"][0]["counts"]["update"], 2);
+}
+
+TEST_F(CoverageCommand, KeepsNamesWithLineEndsOnOneLine)
+{
+    put("li\nne\t.json",
+        target({hcn({element(1, "1.0")}), board("IOMODULE", {{"PRODUCT/BOARD_TYPE", "I\rO"}}, {element(8, "1.0")})}));
+    const TestArchive named(description({fileEntry("o\nne\x1b.bin", {{"id", 1}}), fileEntry("é.bin", {{"id", 2}})}));
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(folder.path());
+    const RunResult result = ran({"coverage", named.path(), "li\nne\t.json"});
+    std::filesystem::current_path(before);
+    EXPECT_EQ(result.out,
+              "Target            | Supported | Update | Up to date | Excluded | Custom | Blocked | "
+              "Without a file\n" +
+                  std::string(98, '-') +
+                  "\n"
+                  "li\\x0ane\\x09.json | yes       | 1      | 0          | 0        | 0      | 0       | 1\n"
+                  "\n"
+                  "Entry    | File            | Elements\n"
+                  "-------------------------------------\n"
+                  "files[0] | o\\x0ane\x1b.bin | 1\n"
+                  "files[1] | é.bin           | none\n"
+                  "\n"
+                  "Without a file in the archive:\n"
+                  "    I\\x0dO, boardId 0, hwCompatibilityId 0, swCompatibilityId 0, id 8: 1 element of 1 "
+                  "target\n"
+                  "\n"
+                  "1 target: 1 supported, 0 not supported, 0 that cannot be read; entries that nothing "
+                  "uses: 1 of 2\n");
 }
 
 TEST_F(CoverageCommand, LeavesNothingBehind)

@@ -1,6 +1,7 @@
 // The command that tells what update files say of themselves.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "support/TempDir.h"
 #include "support/UpdateFiles.h"
@@ -59,6 +60,32 @@ TEST_F(InspectCommand, PrintsALineForEachFile)
                               " | Kind      | Version | Checksum   | HwCompatibilityId | SwCompatibilityId\n" + path +
                               "/binary    | binary    | 2.3     | 4294967295 | 1 to 7            | 0 to 9\n" + path +
                               "/inventory | inventory | 4.1a2   | ---        | ---               | ---\n");
+}
+
+TEST_F(InspectCommand, KeepsNamesWithLineEndsOnOneLine)
+{
+    const std::string name = file("a\nb\tc\rd", "123456789");
+    const RunResult result = ran({"inspect", name});
+    EXPECT_EQ(result.status, 0);
+    const std::string shown = folder.path().string() + "/a\\x0ab\\x09c\\x0dd";
+    EXPECT_EQ(result.out, "File" + std::string(shown.size() - 4, ' ') +
+                              " | Kind  | Version | Checksum   | HwCompatibilityId | SwCompatibilityId\n" + shown +
+                              " | plain | ---     | 3421780262 | ---               | ---\n");
+}
+
+TEST_F(InspectCommand, ReadsNoFurtherThanTheFileIsLong)
+{
+    // Both are regular files of no bytes: reading the first waits for messages, the second has no end.
+    for (const std::string endless : {"/proc/kmsg", "/proc/self/pagemap"}) {
+        if (::access(endless.c_str(), R_OK) != 0) {
+            GTEST_SKIP() << "nothing to read without an end";
+        }
+        const RunResult result = ran({"inspect", "--json", endless});
+        EXPECT_EQ(result.status, 0);
+        ordered_json expected = record(endless, "plain");
+        expected["checksum"] = 0;
+        EXPECT_EQ(conformingDocument(result.out)["files"][0], expected);
+    }
 }
 
 TEST_F(InspectCommand, HasADocumentThatSaysWhatEachFileStates)

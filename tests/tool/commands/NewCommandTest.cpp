@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "support/BuildTree.h"
+#include "support/FileSizeLimit.h"
 #include "support/Process.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
@@ -72,9 +73,10 @@ TEST_F(NewCommand, WritesADescriptionWithAnEntryForEachElement)
 {
     const RunResult result = run();
     EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(result.out,
-              "archive.json: 3 entries for 3 elements. Put the update files beside it under the names that it gives\n"
-              "them, state their versions and checksums (trellan-update inspect tells them), and check the archive.\n");
+    EXPECT_EQ(
+        result.out,
+        "archive.json: 3 entries for 3 elements. Put the update files into the archive's folder under the names that\n"
+        "it gives, state their versions and checksums (trellan-update inspect tells them), and check the archive.\n");
     EXPECT_EQ(result.err, "");
     EXPECT_EQ(readText(archive() + "/archive.json"), R"({
   "info": {
@@ -245,6 +247,43 @@ TEST_F(NewCommand, NamesADescriptionThatCannotBeWritten)
     const RunResult result = run();
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.err, "trellan-update: " + archive() + "/archive.json cannot be written: Not a directory\n");
+}
+
+TEST_F(NewCommand, WritesItsDescriptionIntoTheArchiveOnly)
+{
+    std::filesystem::create_directories(archive() + "/sub");
+    std::filesystem::create_directory_symlink("..", archive() + "/up");
+    for (const std::string name : {"../x.json", "sub/../../x.json", "..", "", ".", "sub/"}) {
+        const RunResult result = run({"--description", name});
+        EXPECT_EQ(result.status, 2);
+        EXPECT_EQ(result.err, "trellan-update: --description: '" + name +
+                                  "' is no name of a file in the archive\ntrellan-update: see trellan-update help\n");
+    }
+    EXPECT_EQ(run({"--description", "up/x.json"}).err,
+              "trellan-update: --description: 'up/x.json' leads out of the archive\n"
+              "trellan-update: see trellan-update help\n");
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "new" / "x.json"));
+    EXPECT_EQ(run({"--description", "sub/x.json"}).status, 0);
+    EXPECT_EQ(describedNames("sub/x.json").size(), 3u);
+}
+
+TEST_F(NewCommand, NamesAnArchiveThatIsALinkToNothing)
+{
+    std::filesystem::create_directories(folder.path() / "new");
+    std::filesystem::create_symlink("nothing", archive());
+    const RunResult result = run();
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "trellan-update: " + archive() + " is a link to nothing\n");
+    EXPECT_FALSE(std::filesystem::exists(archive()));
+}
+
+TEST_F(NewCommand, LeavesNoFolderBehindWhereTheDescriptionDoesNotFit)
+{
+    const FileSizeLimit limit(500);
+    const RunResult result = run();
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "trellan-update: " + archive() + "/archive.json cannot be written: File too large\n");
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "new"));
 }
 
 TEST_F(NewCommand, HasNoDocument)

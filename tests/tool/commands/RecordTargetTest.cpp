@@ -151,19 +151,21 @@ TEST_F(Recording, WritesNothingAndEndsWith3WhereTheScanFails)
     EXPECT_EQ(readText(output), "earlier");
 }
 
-TEST_F(Recording, WritesIntoAFileAsAWholeWhichMayBeTheTargetsOwn)
+TEST_F(Recording, WritesIntoAFileAsAWhole)
 {
+    const TempDir folder;
+    const std::string output = folder.write("record.json", "earlier").string();
     const SimulatedTarget device(withElement({{"NAME", "A"}, {"TYPE_ID", 6}}));
     const std::string record = ran({"record"}).out;
-    const RunResult result = ran({"record", "--output", device.path().string()});
+    const RunResult result = ran({"record", "--output", output});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.out, "");
-    EXPECT_EQ(readText(device.path()), record);
+    EXPECT_EQ(readText(output), record);
     const FileSizeLimit limit(500);
-    const RunResult full = ran({"record", "--output", device.path().string()});
+    const RunResult full = ran({"record", "--output", output});
     EXPECT_EQ(full.status, 1);
-    EXPECT_EQ(full.err, "trellan-update: " + device.path().string() + " cannot be written: File too large\n");
-    EXPECT_EQ(readText(device.path()), record);
+    EXPECT_EQ(full.err, "trellan-update: " + output + " cannot be written: File too large\n");
+    EXPECT_EQ(readText(output), record);
 }
 
 TEST_F(Recording, WritesItsFileQuietlyToo)
