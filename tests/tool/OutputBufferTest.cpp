@@ -56,9 +56,23 @@ TEST(ControlCharacters, OfUtf8AreShownToo)
     EXPECT_EQ(withControlCharactersShown("\xc2\x80 \xc2\x9b \xc2\x9f"), "\\xc2\\x80 \\xc2\\x9b \\xc2\\x9f");
 }
 
+TEST(ControlCharacters, AreBytesThatBelongToNoCharacterOfUtf8)
+{
+    EXPECT_EQ(withControlCharactersShown("\x80\x9b\x9f\xa0"), "\\x80\\x9b\\x9f\xa0");
+    EXPECT_EQ(withControlCharactersShown("\xc0\x9b \xc1\x9b \xe0\x82\x9b \xf0\x80\x82\x9b"),
+              "\xc0\\x9b \xc1\\x9b \xe0\\x82\\x9b \xf0\\x80\\x82\\x9b");
+    EXPECT_EQ(withControlCharactersShown("\xe2\x82 \xe2\x82"), "\xe2\\x82 \xe2\\x82");
+    EXPECT_EQ(withControlCharactersShown("\xed\xa0\x9b \xf4\x90\x80\x80 \xf5\x80"),
+              "\xed\xa0\\x9b \xf4\\x90\\x80\\x80 \xf5\\x80");
+    EXPECT_EQ(withControlCharactersShown("\xe2\xc2\x9b \xe2\x1b"), "\xe2\\xc2\\x9b \xe2\\x1b");
+}
+
 TEST(ControlCharacters, AreNotLineEndsCarriageReturnsTabsOrTextOfAnyLanguage)
 {
-    const std::string text = "a\tb\r\n ~ \xc2\xa0 \xc2\xb5 \xc3\x9f \xe2\x82\x80 \xf0\x9f\x98\x80 \x80\x9b \xc2";
+    const std::string text =
+        "a\tb\r\n ~ \xc2\xa0 \xc2\xb5 \xc3\x9b \xdf\xbf \xe0\xa0\x80 \xe2\x82\x9b \xec\x9b\x9b \xed\x9f\x80 "
+        "\xee\x80\x80 "
+        "\xf0\x90\x80\x80 \xf0\x9f\x98\x80 \xf3\x9b\x9b\x9b \xf4\x8f\x9f\x9f \xa0\xff \xc2";
     EXPECT_EQ(withControlCharactersShown(text), text);
 }
 
@@ -178,4 +192,19 @@ TEST(OutputAtATerminal, ShowsControlCharactersAlsoWhenTheyComeInPieces)
         EXPECT_EQ(terminal.shown(), "\xc2\xb5");
     }
     EXPECT_EQ(terminal.shown(), "\xc2");
+}
+
+TEST(OutputAtATerminal, KeepsCharactersThatComeInPiecesWhole)
+{
+    const PseudoTerminal terminal;
+    {
+        OutputBuffer buffer(terminal.descriptor());
+        std::ostream stream(&buffer);
+        for (const char* const piece :
+             {"a\xe2", "\x82", "\x9b", "\xf0\x9f", "\x98", "\x80", "\xc3", "\x9b.", "\xe2\x82"}) {
+            stream << piece << std::flush;
+        }
+        EXPECT_EQ(terminal.shown(), "a\xe2\x82\x9b\xf0\x9f\x98\x80\xc3\x9b.");
+    }
+    EXPECT_EQ(terminal.shown(), "\xe2\\x82");
 }
