@@ -56,6 +56,17 @@ TEST_F(TextFiles, TakeNoMoreMemoryThanTheyAreLong)
     EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 400 << 10) << "KB";
 }
 
+TEST_F(TextFiles, AreCheckedWithoutACopy)
+{
+    std::filesystem::create_directory(folder.path() / "archive");
+    std::filesystem::resize_file(folder.write("archive/archive.json", ""), 256 << 20);
+    const ProcessResult result = runProcess(TRELLAN_TOOL, {"check", "archive"}, folder.path());
+    EXPECT_NE(result.output.find("a NUL character) [syntax]\n1 error"), std::string::npos) << result.output;
+    struct rusage used = {};
+    ::getrusage(RUSAGE_CHILDREN, &used);
+    EXPECT_LT(used.ru_maxrss, 450 << 10) << "KB";
+}
+
 TEST_F(TextFiles, AreNamedWhereMemoryDoesNotSuffice)
 {
 #ifdef __SANITIZE_ADDRESS__

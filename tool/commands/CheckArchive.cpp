@@ -65,7 +65,7 @@ std::optional<std::string> readDescription(const std::string& path, std::string&
         reason = "it is no regular file";
         return std::nullopt;
     }
-    const auto description = readWholeFile(path);
+    std::optional<std::string> description = readWholeFile(path);
     if (!description) {
         reason = std::strerror(errno);
     }
