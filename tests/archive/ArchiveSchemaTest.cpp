@@ -309,6 +309,16 @@ TEST_F(ArchiveSchema, AcceptsTheExample)
     EXPECT_EQ(accepted, 1u);
 }
 
+TEST_F(ArchiveSchema, AgreesWithTheReaderAboutWhichFeatureLevelIsPassedOver)
+{
+    for (const std::string level : {"0", "1", "2", "3", "4", "4294967296", "null", "\"3\"", "-1"}) {
+        compare(soundWith(R"("sequence": 7, "featureLevel": )" + level));
+        compare(soundWith(R"("featureLevel": )" + level));  // sound nowhere but where it is passed over
+    }
+    EXPECT_EQ(accepted, 9u);
+    EXPECT_EQ(refused, 9u);
+}
+
 TEST_F(ArchiveSchema, CannotTellHowTheTextIsWritten)
 {
     EXPECT_TRUE(judges.readerAccepts(soundWith(R"("sequence": 7)")));

@@ -3,14 +3,19 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <tuple>
 
 #include "assignment/AssignmentFixture.h"
 #include "assignment/FirstFits.h"
 #include "assignment/RandomData.h"
 #include "inspection/Explanation.h"
 
+using ZoNJson::json;
 using ZoNUpdateAssignment::firstFits;
+using ZoNUpdateAssignment::isMet;
+using ZoNUpdateAssignment::matchCriteria;
 using ZoNUpdateAssignment::MatchCriterion;
+using ZoNUpdateAssignment::Requirements;
 using ZoNUpdateInspection::Comparison;
 using ZoNUpdateInspection::Explanation;
 
@@ -61,10 +66,76 @@ bool isNamed(const Comparison& comparison, MatchCriterion::Index criterion)
     return std::find(comparison.unmet.begin(), comparison.unmet.end(), criterion) != comparison.unmet.end();
 }
 
+// The board object that the comparison names, or the entry.
+json objectOf(const File& file, std::int32_t board)
+{
+    return board < 0 ? json(file.jsonEntry) : json(file.jsonEntry["boards"][static_cast<std::size_t>(board)]);
+}
+
+// Criteria of the table that a board object leaves unmet.
+std::size_t countUnmet(const Element& element, const File& file, const json& object)
+{
+    const json noPath("");
+    const Requirements requirements(object, file, noPath);
+    std::size_t count = 0;
+    for (const MatchCriterion& criterion : matchCriteria) {
+        count += isMet(criterion, requirements, element) ? 0 : 1;
+    }
+    // A file has no id, and an element no path: where the kind is unmet, one of them may be counted in vain.
+    const MatchCriterion& kind = matchCriteria[MatchCriterion::kind];
+    const MatchCriterion& ofKind =
+        matchCriteria[element.isFileSystemElement ? MatchCriterion::targetPath : MatchCriterion::id];
+    const bool inVain = !isMet(kind, requirements, element) && !isMet(ofKind, requirements, element);
+    return count - (inVain ? 1 : 0);
+}
+
+using Place = std::tuple<std::size_t, std::size_t, std::int32_t>;  // unmet criteria, file and board object
+
+// The three entries with the fewest unmet criteria, each with the first board object that has the fewest.
+std::vector<Place> nearestPlaces(const Element& element, const std::vector<File>& files)
+{
+    std::vector<Place> nearest;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        std::vector<Place> ofFile;
+        if (!files[i].jsonEntry.contains("boards")) {
+            ofFile.emplace_back(countUnmet(element, files[i], files[i].jsonEntry), i, -1);
+        }
+        for (std::size_t board = 0; board < files[i].jsonEntry["boards"].size(); ++board) {
+            const auto position = static_cast<std::int32_t>(board);
+            ofFile.emplace_back(countUnmet(element, files[i], objectOf(files[i], position)), i, position);
+        }
+        nearest.push_back(*std::min_element(ofFile.begin(), ofFile.end()));
+    }
+    std::sort(nearest.begin(), nearest.end());
+    nearest.resize(3);
+    return nearest;
+}
+
+// Whether an object states the element's board type.
+bool statesType(const Element& element, const json& object)
+{
+    const File file = fileOf({{"boardType", ""}});
+    const json noPath("");
+    return isMet(matchCriteria[MatchCriterion::boardType], Requirements(object, file, noPath), element);
+}
+
+// The first that states the element's board type.
+std::int32_t decidingBoard(const Element& element, const File& file)
+{
+    std::int32_t board = file.jsonEntry.contains("boards") ? 0 : -1;
+    while (!statesType(element, objectOf(file, board))) {
+        ++board;
+    }
+    return board;
+}
+
 struct Seen {
     unsigned given = 0;
+    unsigned laterBoards = 0;  // candidates for which not the first board object decides
     unsigned several = 0;      // elements that more than one file fits
     unsigned withoutType = 0;  // elements of a board type that no file is for
+    unsigned nearestLaterBoards = 0;
+    unsigned stated = 0;  // unmet criteria of which the board object or the entry states what is expected
 };
 
 class RandomExplanation : public testing::TestWithParam<unsigned> {
@@ -76,8 +147,13 @@ protected:
         EXPECT_TRUE(isOrdered(candidates));
         if (candidates.empty() || isNamed(candidates.front(), MatchCriterion::boardType)) {
             EXPECT_EQ(given, std::nullopt);
-            EXPECT_EQ(candidates.size(), 3u);
             EXPECT_TRUE(areSame(candidates, Explanation(files).compare(element)));
+            std::vector<Place> found;
+            for (const Comparison& candidate : candidates) {
+                found.emplace_back(candidate.unmet.size(), candidate.file, candidate.board);
+                seen.nearestLaterBoards += candidate.board > 0 ? 1 : 0;
+            }
+            EXPECT_EQ(found, nearestPlaces(element, files));
             ++seen.withoutType;
             return;
         }
@@ -87,6 +163,9 @@ protected:
             EXPECT_TRUE(explanation.isForType(element, candidate.file));
             EXPECT_EQ(candidate.unmet.empty(), isFor(element, files[candidate.file]));
             EXPECT_EQ(explanation.compare(element, candidate.file).unmet, candidate.unmet);
+            EXPECT_EQ(candidate.board, decidingBoard(element, files[candidate.file]));
+            seen.laterBoards += candidate.board > 0 ? 1 : 0;
+            holdExpectedAgainstTheEntry(explanation, candidate, files[candidate.file]);
             if (candidate.unmet.empty()) {
                 fitting.push_back(static_cast<std::uint32_t>(candidate.file));
             }
@@ -98,6 +177,20 @@ protected:
         EXPECT_EQ(given, fitting.empty() ? std::nullopt : std::optional(fitting.front()));
         seen.given += given ? 1 : 0;
         seen.several += fitting.size() > 1 ? 1 : 0;
+    }
+
+    // Where a property is stated, in the board object or else in the entry, that is what is expected.
+    void holdExpectedAgainstTheEntry(const Explanation& explanation, const Comparison& candidate, const File& file)
+    {
+        const json object = objectOf(file, candidate.board);
+        for (const MatchCriterion::Index criterion : candidate.unmet) {
+            const char* const property = criterion == MatchCriterion::kind ? "" : matchCriteria[criterion].property;
+            if (object.contains(property) || file.jsonEntry.contains(property)) {
+                const json& stated = object.contains(property) ? object[property] : file.jsonEntry[property];
+                EXPECT_EQ(explanation.expected(candidate, criterion), stated.dump());
+                ++seen.stated;
+            }
+        }
     }
 
     Seen seen;
@@ -129,6 +222,9 @@ TEST_P(RandomExplanation, NamesNoUnmetCriterionExactlyWhereTheFileFits)
     EXPECT_GT(seen.given, 50u);
     EXPECT_GT(seen.several, isAlike ? 50u : 0u);
     EXPECT_TRUE(isAlike || seen.withoutType > 100);
+    EXPECT_TRUE(isAlike || seen.nearestLaterBoards > 100);
+    EXPECT_GT(seen.laterBoards, 100u);
+    EXPECT_GT(seen.stated, 1000u);
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomExplanation, testing::Range(0u, 10u));

@@ -87,6 +87,19 @@ TEST_F(PathCollisions, AreFoundForEveryLaterEntry)
                 ElementsAre("error path-collision /files/1/targetPath", "error path-collision /files/2/targetPath"));
 }
 
+TEST_F(PathCollisions, NameTheFirstOfSeveralWhicheverOfItsValuesTheEntryShares)
+{
+    const auto entryForId = [](const Json& boardId) {
+        Json entry = entryFor("T", "a");
+        entry["boardId"] = boardId;
+        return entry;
+    };
+    EXPECT_THAT(checkEntries({entryForId(2), entryForId(1), entryForId(9), entryForId({1, 2})}),
+                ElementsAre("error path-collision /files/3/targetPath"));
+    EXPECT_THAT(messagesFound(), ElementsAre("the path \"a\" is written by files[0] \"file0\" too on boards of type "
+                                             "\"T\": choose another path"));
+}
+
 TEST_F(PathCollisions, DoNotCountComponentsThatLeadNowhere)
 {
     for (const std::string path : {"/a/b", "a//b", "./a/./b", "a/c/../b", "//a/b"}) {

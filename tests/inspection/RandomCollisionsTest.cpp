@@ -1,9 +1,9 @@
 // The check of colliding paths, held against trying every board of a small world.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <random>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -135,6 +135,13 @@ bool collideOnSomeBoard(const std::vector<std::string>& first, const std::vector
     return false;
 }
 
+// The position in the message's "files[3]".
+std::int32_t entryNamedIn(const std::string& message)
+{
+    const std::string before = "files[";
+    return std::stoi(message.substr(message.find(before) + before.size()));
+}
+
 // An updater that has read an archive of these entries.
 class ReadArchive {
 public:
@@ -189,7 +196,7 @@ TEST(RandomCollisions, AreFoundExactlyWhereTryingEveryBoardFindsThem)
     }
     unsigned collisions = 0;
     unsigned pairs = 0;
-    std::set<std::int32_t> later;  // entries that collide with one before them
+    std::map<std::int32_t, std::int32_t> later;  // entries that collide with one before them, and the first such
     for (std::size_t i = 0; i < entries.size(); ++i) {
         for (std::size_t j = i + 1; j < entries.size(); ++j) {
             Check check(read.archive(), {&read.files()[i], &read.files()[j]});
@@ -199,7 +206,7 @@ TEST(RandomCollisions, AreFoundExactlyWhereTryingEveryBoardFindsThem)
             ++pairs;
             if (collide) {
                 ++collisions;
-                later.insert(static_cast<std::int32_t>(j));
+                later.try_emplace(static_cast<std::int32_t>(j), static_cast<std::int32_t>(i));
             }
         }
     }
@@ -209,9 +216,15 @@ TEST(RandomCollisions, AreFoundExactlyWhereTryingEveryBoardFindsThem)
 
     Check all(read.archive(), read.all());
     checkPathCollisions(all);
-    std::set<std::int32_t> found;
+    std::map<std::int32_t, std::int32_t> found;
     for (const auto& finding : all.takeFindings()) {
-        found.insert(finding.entry);
+        const std::int32_t named = entryNamedIn(finding.message);
+        const auto first = found.try_emplace(finding.entry, named).first;
+        first->second = std::min(first->second, named);
+        const std::string ofEntry = "/files/" + std::to_string(finding.entry);
+        ASSERT_TRUE(finding.pointer.starts_with(ofEntry + "/"));
+        const ordered_json::json_pointer place(finding.pointer.substr(ofEntry.size()));
+        EXPECT_TRUE(entries[static_cast<std::size_t>(finding.entry)].contains(place)) << finding.pointer;
     }
     EXPECT_EQ(found, later);
     EXPECT_LT(later.size(), 300u);

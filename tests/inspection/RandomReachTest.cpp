@@ -243,56 +243,88 @@ Tried tryAll(const std::vector<Being>& beings, const std::vector<Model>& entries
     return tried;
 }
 
-struct Unlike {
+struct Seen {
     unsigned unreachable = 0;
-    unsigned takenBySeveral = 0;
+    unsigned takenBySeveral = 0;  // of these
     unsigned partlyTaken = 0;
+    std::size_t mostTakers = 0;  // of one entry
 };
 
-Unlike compareWithTrying(unsigned seed, std::size_t archives, std::size_t archiveSize)
+void compareReach(const Reach& reach, const Tried& tried, const std::vector<Model>& models, std::size_t number)
 {
-    Unlike seen;
-    SimilarEntryMaker maker(seed);
-    std::vector<ordered_json> entries;
-    for (std::size_t i = 0; i < archives * archiveSize; ++i) {
-        entries.push_back(maker.make());
+    ASSERT_EQ(reach.isReached, tried.isReached);
+    ASSERT_THAT(reach.takers, testing::ElementsAreArray(tried.takers));
+    ASSERT_EQ(reach.taken.has_value(), !tried.takers.empty());
+    if (reach.taken) {
+        const Being example = beingOf(reach.taken->keys);
+        const std::size_t taker = *tried.takers.begin();
+        ASSERT_EQ(reach.taken->taker, taker);
+        ASSERT_TRUE(models[number].fits(example));
+        for (std::size_t j = 0; j <= taker; ++j) {
+            ASSERT_EQ(models[j].fits(example), j == taker);
+        }
     }
+}
+
+// Takes the entries for archives of this size.
+Seen compareWithTrying(const std::vector<ordered_json>& entries, std::size_t archiveSize)
+{
     ReadEntries read(entries);
     const std::vector<Being> beings = everyBeing();
-    for (std::size_t begin = 0; begin < entries.size(); begin += archiveSize) {
+    Seen seen;
+    for (std::size_t begin = 0; begin < entries.size() && !testing::Test::HasFailure(); begin += archiveSize) {
         const auto reaches = reachOf(read.files(begin, begin + archiveSize));
         EXPECT_EQ(reaches.size(), archiveSize);
         const std::vector<Model> models(entries.begin() + static_cast<std::ptrdiff_t>(begin),
                                         entries.begin() + static_cast<std::ptrdiff_t>(begin + archiveSize));
-        for (std::size_t i = 0; i < archiveSize; ++i) {
+        for (std::size_t i = 0; i < reaches.size(); ++i) {
             const Tried tried = tryAll(beings, models, i);
             SCOPED_TRACE("entry " + std::to_string(begin + i));
-            EXPECT_EQ(reaches[i].isReached, tried.isReached);
-            EXPECT_THAT(reaches[i].takers, testing::ElementsAreArray(tried.takers));
-            EXPECT_EQ(reaches[i].taken.has_value(), !tried.takers.empty());
-            if (reaches[i].taken) {
-                const Being example = beingOf(reaches[i].taken->keys);
-                const std::size_t taker = *tried.takers.begin();
-                EXPECT_EQ(reaches[i].taken->taker, taker);
-                EXPECT_TRUE(models[i].fits(example));
-                for (std::size_t j = 0; j <= taker; ++j) {
-                    EXPECT_EQ(models[j].fits(example), j == taker);
-                }
-            }
+            compareReach(reaches[i], tried, models, i);
             seen.unreachable += tried.isReached ? 0 : 1;
             seen.takenBySeveral += !tried.isReached && tried.takers.size() > 1 ? 1 : 0;
             seen.partlyTaken += tried.isReached && !tried.takers.empty() ? 1 : 0;
+            seen.mostTakers = std::max(seen.mostTakers, tried.takers.size());
         }
     }
     return seen;
 }
 
-void compareSmallArchivesWithTrying(unsigned seed)
+std::vector<ordered_json> similarEntries(unsigned seed, std::size_t count)
 {
-    const Unlike seen = compareWithTrying(seed, 1000, 5);
+    SimilarEntryMaker maker(seed);
+    std::vector<ordered_json> entries;
+    for (std::size_t i = 0; i < count; ++i) {
+        entries.push_back(maker.make());
+    }
+    return entries;
+}
+
+void compareSmallArchives(unsigned seed)
+{
+    const Seen seen = compareWithTrying(similarEntries(seed, 5000), 5);
     EXPECT_GT(seen.unreachable, 300u);
     EXPECT_GT(seen.takenBySeveral, 50u);
     EXPECT_GT(seen.partlyTaken, 300u);
+}
+
+// Of the elements of one board type and id, an entry for each, in any order.
+std::vector<ordered_json> entriesForSingleElements(std::mt19937& random)
+{
+    std::vector<ordered_json> entries;
+    for (const Being& being : everyBeing()) {
+        if (being.type == 0 && being.id == 0) {
+            entries.push_back(
+                {{"boardType", "T"},
+                 {"boardVariant", being.variant == 0 ? ordered_json() : ordered_json(variants[being.variant])},
+                 {"boardId", being.board},
+                 {"hwCompatibilityId", being.hw},
+                 {"swCompatibilityId", being.sw},
+                 {"id", 0}});
+        }
+    }
+    std::shuffle(entries.begin(), entries.end(), random);
+    return entries;
 }
 
 }  // namespace
@@ -300,35 +332,62 @@ void compareSmallArchivesWithTrying(unsigned seed)
 // 5,000 archives in five parts, which run side by side.
 TEST(RandomReach, AgreesWithTryingEveryElementInTheFirstArchives)
 {
-    compareSmallArchivesWithTrying(1);
+    compareSmallArchives(1);
 }
 
 TEST(RandomReach, AgreesWithTryingEveryElementInTheSecondArchives)
 {
-    compareSmallArchivesWithTrying(2);
+    compareSmallArchives(2);
 }
 
 TEST(RandomReach, AgreesWithTryingEveryElementInTheThirdArchives)
 {
-    compareSmallArchivesWithTrying(3);
+    compareSmallArchives(3);
 }
 
 TEST(RandomReach, AgreesWithTryingEveryElementInTheFourthArchives)
 {
-    compareSmallArchivesWithTrying(4);
+    compareSmallArchives(4);
 }
 
 TEST(RandomReach, AgreesWithTryingEveryElementInTheFifthArchives)
 {
-    compareSmallArchivesWithTrying(5);
+    compareSmallArchives(5);
 }
 
 TEST(RandomReach, AgreesWithTryingEveryElementInArchivesOfManyEntries)
 {
-    const Unlike seen = compareWithTrying(7, 10, 200);
+    const Seen seen = compareWithTrying(similarEntries(7, 2000), 200);
     EXPECT_GT(seen.unreachable, 500u);
     EXPECT_GT(seen.takenBySeveral, 300u);
     EXPECT_GT(seen.partlyTaken, 300u);
+}
+
+TEST(RandomReach, AgreesWithTryingEveryElementWhereManyEntriesTakeOneEach)
+{
+    std::mt19937 random(7);
+    SimilarEntryMaker maker(7);
+    std::vector<ordered_json> entries;
+    constexpr std::size_t lists = 12;
+    for (unsigned archive = 0; archive < 12; ++archive) {
+        const std::vector<ordered_json> single = entriesForSingleElements(random);
+        const std::size_t left = archive % 3;  // without an entry of their own
+        entries.insert(entries.end(), single.begin(), single.end() - static_cast<std::ptrdiff_t>(left));
+        for (std::size_t i = 0; i < lists + left - 1; ++i) {
+            entries.push_back(maker.make());
+        }
+        const ordered_json all{0, 1, 2};
+        entries.push_back({{"boardType", "T"},
+                           {"boardVariant", {nullptr, "red", "blue"}},
+                           {"boardId", all},
+                           {"hwCompatibilityId", all},
+                           {"swCompatibilityId", all},
+                           {"id", 0}});
+    }
+    const Seen seen = compareWithTrying(entries, 81 + lists);
+    EXPECT_GT(seen.unreachable, 12u);
+    EXPECT_GT(seen.partlyTaken, 12u);
+    EXPECT_EQ(seen.mostTakers, 81u);
 }
 
 TEST(RandomReach, IsHeldAgainstTheMatchingThatAssignsFiles)

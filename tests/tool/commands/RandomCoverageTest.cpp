@@ -1,6 +1,7 @@
 // What coverage tells of many targets is what single comparisons tell, over archives and targets at random.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <random>
 #include <set>
@@ -53,7 +54,10 @@ public:
         std::vector<ordered_json> boards;
         const unsigned count = below(4);
         for (unsigned i = 0; i < count; ++i) {
-            ordered_json parameters = {{"PRODUCT/BOARD_TYPE", boardType()}};
+            ordered_json parameters = {{"PRODUCT/BOARD_TYPE", boardType()}, {"PRODUCT/SERIAL_NUMBER", below(3) + 1}};
+            if (chance(3)) {
+                parameters["PRODUCT/SERIAL_NUMBER"] = 16777232;  // displayed as 16(1)
+            }
             if (!chance(3)) {
                 parameters["PRODUCT/ID"] = below(3);
             }
@@ -61,6 +65,29 @@ public:
             boards.push_back(board(place, parameters, elements()));
         }
         return ::target(boards);
+    }
+
+    // Of the tool, the same for all targets. Some filters go by what is displayed, and some select nothing.
+    std::vector<std::string> options()
+    {
+        std::vector<std::string> words;
+        const auto sometimes = [&](unsigned oneOf, const std::vector<std::string>& more) {
+            if (chance(oneOf)) {
+                words.insert(words.end(), more.begin(), more.end());
+            }
+        };
+        const auto pick = [&](const std::vector<std::string>& values) {
+            return values[below(static_cast<unsigned>(values.size()))];
+        };
+        sometimes(3, {"--disable-custom-elements"});
+        sometimes(3, {"--force"});
+        sometimes(3, {"--configuration"});
+        sometimes(6, {"--no-check"});
+        sometimes(2, {"--exclude", "0", "--exclude", std::to_string(1 + below(4))});
+        sometimes(3, {"--board-types", pick({"B0", "B1", "B0, B1", "B2"})});
+        sometimes(3, {"--serial-numbers", pick({"1", "2,3", "16(1)", "16777232 1", "4"})});
+        sometimes(3, {"--element-names", pick({"UserFirmware", "UserFpga E2", "Firmware", "FPGA,E3", "E5"})});
+        return words;
     }
 
 private:
@@ -72,7 +99,11 @@ private:
         std::vector<ordered_json> result;
         const unsigned count = below(5);
         for (unsigned i = 1; i <= count; ++i) {
-            ordered_json parameters = {{"NAME", "E" + std::to_string(i)}, {"VERSION", version()}};
+            const std::string name = i == 1 ? "UserFirmware" : i == 2 ? "UserFpga" : "E" + std::to_string(i);
+            ordered_json parameters = {{"NAME", name}, {"VERSION", version()}};
+            if (chance(6)) {
+                parameters["CONFIGURATION"] = 1;
+            }
             if (chance(2)) {
                 parameters["CHECKSUM_CRC32"] = below(2);
             }
@@ -96,14 +127,21 @@ private:
 // What the documents of single comparisons come to.
 struct Tally {
     std::vector<std::map<std::string, unsigned>> counts;  // of each target
+    std::vector<ordered_json> supported;                  // of each target; null where a dry run cannot tell
     std::map<std::string, unsigned> files;                // elements by the name of their update file
     std::map<std::string, std::pair<unsigned, std::set<std::size_t>>> noFile;
+    std::map<std::string, std::pair<unsigned, std::set<std::string>>> kinds;  // elements and names of their files
 
     void add(const ordered_json& comparison)
     {
         std::map<std::string, unsigned> states;
         for (const ordered_json& element : comparison["elements"]) {
             ++states[element["state"]];
+            auto& [elementsOfKind, filesOfKind] = kinds[element["keys"].dump()];
+            ++elementsOfKind;
+            if (element["updateFile"].is_string()) {
+                filesOfKind.insert(element["updateFile"]);
+            }
             if (element["updateFile"].is_null()) {
                 auto& [elements, targets] = noFile[element["keys"].dump()];
                 ++elements;
@@ -115,6 +153,21 @@ struct Tally {
         counts.push_back(states);
     }
 };
+
+void expectKinds(const ordered_json& document, const Tally& tally)
+{
+    ASSERT_EQ(document["kinds"].size(), tally.kinds.size());
+    for (const ordered_json& kind : document["kinds"]) {
+        const auto found = tally.kinds.find(kind["keys"].dump());
+        ASSERT_NE(found, tally.kinds.end()) << kind;
+        EXPECT_EQ(kind["elements"], found->second.first);
+        std::set<std::string> files;
+        for (const ordered_json& entry : kind["files"]) {
+            files.insert("file-" + entry.dump() + ".bin");
+        }
+        EXPECT_EQ(files, found->second.second);
+    }
+}
 
 void expectTally(const ordered_json& document, const Tally& tally)
 {
@@ -154,42 +207,81 @@ void expectTally(const ordered_json& document, const Tally& tally)
     }
 }
 
+// How often what is compared has content.
+struct Seen {
+    unsigned elements = 0;
+    unsigned filtered = 0;  // elements that the options leave out
+    unsigned excluded = 0;  // targets that have such elements
+    unsigned supported = 0;
+    unsigned refused = 0;
+};
+
+class RandomCoverage : public testing::Test {
+protected:
+    static ordered_json told(std::vector<std::string> words, const std::vector<std::string>& options)
+    {
+        words.insert(words.end(), options.begin(), options.end());
+        return ordered_json::parse(ran(words).out);
+    }
+
+    // What single runs tell of the target in this file.
+    void add(Tally& tally, const std::string& archive, const std::string& path, const std::vector<std::string>& options)
+    {
+        const std::vector<std::string> compare{"compare", archive, "--target", path, "--json"};
+        const ordered_json comparison = told(compare, options);
+        ASSERT_TRUE(comparison.contains("elements")) << comparison;
+        tally.add(comparison);
+        const ordered_json dryRun = told({"update", archive, "--target", path, "--json", "--dry-run"}, options);
+        tally.supported.push_back(dryRun.contains("supported") ? dryRun["supported"] : ordered_json());
+
+        const auto all = told(compare, {"--configuration"})["elements"].size();
+        seen.elements += static_cast<unsigned>(comparison["elements"].size());
+        seen.filtered +=
+            static_cast<unsigned>(std::max(all, comparison["elements"].size()) - comparison["elements"].size());
+        seen.excluded += tally.counts.back().contains("excluded") ? 1 : 0;
+    }
+
+    void expectSupport(const ordered_json& document, const Tally& tally)
+    {
+        for (std::size_t i = 0; i < tally.supported.size(); ++i) {
+            if (!tally.supported[i].is_null()) {
+                EXPECT_EQ(document["targets"][i]["supported"], tally.supported[i]);
+                ++(tally.supported[i] ? seen.supported : seen.refused);
+            }
+        }
+    }
+
+    Seen seen;
+};
+
 }  // namespace
 
-TEST(RandomCoverage, TellsWhatSingleComparisonsTell)
+TEST_F(RandomCoverage, TellsWhatSingleComparisonsTell)
 {
-    unsigned elements = 0;
-    for (unsigned seed = 0; seed < 60; ++seed) {
+    for (unsigned seed = 0; seed < 150 && !HasFailure(); ++seed) {
         SCOPED_TRACE(seed);
         World world(seed);
         const TestArchive archive(world.archive());
         const TempDir folder;
         Tally tally;
-        std::vector<std::string> words = {"coverage", archive.path(), folder.path().string(), "--json"};
-        std::vector<std::string> options;
-        if (world.chance(3)) {
-            options.emplace_back("--disable-custom-elements");
-        }
-        if (world.chance(3)) {
-            options.emplace_back("--force");
-        }
+        const std::vector<std::string> options = world.options();
         for (unsigned i = 0; i < 5; ++i) {
             const std::string path = (folder.path() / (std::to_string(i) + ".json")).string();
             writeText(path, world.target().dump());
-            std::vector<std::string> compare = {"compare", archive.path(), "--target", path, "--json"};
-            compare.insert(compare.end(), options.begin(), options.end());
-            const ordered_json comparison = ordered_json::parse(ran(compare).out);
-            ASSERT_TRUE(comparison.contains("elements")) << comparison;
-            elements += static_cast<unsigned>(comparison["elements"].size());
-            tally.add(comparison);
+            add(tally, archive.path(), path, options);
         }
+        std::vector<std::string> words = {"coverage", archive.path(), folder.path().string(), "--json"};
         words.insert(words.end(), options.begin(), options.end());
         const RunResult result = ran(words);
         EXPECT_EQ(result.status, 0);
-        expectTally(conformingDocument(result.out), tally);
-        if (HasFailure()) {
-            return;
-        }
+        const ordered_json document = conformingDocument(result.out);
+        expectTally(document, tally);
+        expectKinds(document, tally);
+        expectSupport(document, tally);
     }
-    EXPECT_GT(elements, 500u);
+    EXPECT_GT(seen.elements, 500u);
+    EXPECT_GT(seen.filtered, 100u);
+    EXPECT_GT(seen.excluded, 10u);
+    EXPECT_GT(seen.supported, 50u);
+    EXPECT_GT(seen.refused, 20u);
 }
