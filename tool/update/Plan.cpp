@@ -60,6 +60,8 @@ ordered_json parsed(const std::string& path, const std::string& text)
     } catch (const json::parse_error& error) {
         const bool isCutShort = error.byte > text.size();
         throw PlanError("the plan " + path + (isCutShort ? " is cut short" : " is no JSON document"));
+    } catch (const json::out_of_range&) {  // a number beyond all that can be held
+        throw PlanError("the plan " + path + " is no JSON document");
     } catch (const NestedTooDeep&) {
         throw PlanError("the plan " + path + " is no document of update --dry-run --json");
     }

@@ -95,6 +95,7 @@ TEST_F(Plans, ThatIsNotThereIsNamed)
 TEST_F(Plans, ThatIsNoPlanIsNamed)
 {
     expectRefused(updated("not JSON"), "is no JSON document");
+    expectRefused(updated(R"({"schemaVersion": 1e999})"), "is no JSON document");
     expectRefused(updated("[]"), "is no document of update --dry-run --json");
     expectRefused(updated(R"({"schemaVersion": 1, "command": "update", "elements": []})"),
                   "is no document of update --dry-run --json");
