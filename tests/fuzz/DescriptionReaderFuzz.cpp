@@ -1,4 +1,7 @@
-// Fuzz entry for the description reader: whatever the file holds, reading ends with success or with exactly one error.
+// Fuzz entry for the description reader: whatever the file holds, reading ends with success, where it is JSON, or
+// with exactly one error.
+#include <nlohmann/json.hpp>
+
 #include "Fuzzing.h"
 #include "archive/ZoCUpdateArchive.h"
 #include "libZoErrorHandling/ZoCErrorManager.h"
@@ -15,6 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const bool read = updater.getArchive().readDescriptionFileJson(
         ZoCErrorManager::getSingleton()->getMasterErrorList(), file.path());
     require(errors == (read ? 0 : 1), "one message for a failure, and none for a success");
+    require(!read || nlohmann::json::accept(data, data + size), "what is read is JSON");
     if (read) {
         updater.getArchive().printArchive();
         updater.getArchive().outputDescriptionFile();
