@@ -8,8 +8,8 @@
 //   }
 //
 // An inspector looks and changes nothing, unless it is told to read the target anew. It may be asked before apply(),
-// between apply() and run(), in a callback and after run(), and answers by what is known then. It is used on the thread
-// of its updater. Compiles as C++11.
+// between apply() and run(), in a callback and after run(), and answers by what is known then. A host with several
+// threads calls its operations as the updater's: one at a time. Compiles as C++11.
 //
 // Records are handed out by reference and belong to the inspector: later versions append members, so a host never makes
 // one itself, nor an array of them. A reference holds until the same operation of the same inspector is called again,

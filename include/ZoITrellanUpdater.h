@@ -7,9 +7,12 @@
 //   std::unique_ptr<ZoITrellanUpdater> updater(ZoITrellanUpdater::createInstance(options));
 //   const bool updated = updater->apply() == 0 && updater->run() == 1;
 //
-// The library starts no threads; an updater is not to be used from two threads at once. Everything it has to say goes
-// to standard output or to the message callback; the platform's error manager also gets a log entry for each update and
-// one warning. Compiles as C++11.
+// The library starts no threads. A host that has several calls one operation at a time, whichever updater it is of: the
+// platform, which all updaters share, is not thread safe. From which thread each call comes makes no difference to the
+// library, only to a platform that is bound to a thread.
+//
+// Everything the library has to say goes to standard output or to the message callback; the platform's error manager
+// also gets a log entry for each update and one warning. Compiles as C++11.
 //
 // The records below are frozen: hosts that were built earlier hold them by value and in arrays, in this layout. What is
 // new comes as an operation at the end of the updater, or as another interface, which hands its records out by

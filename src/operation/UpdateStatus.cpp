@@ -1,4 +1,5 @@
 // Waiting for the updates of a phase.
+#include <atomic>
 #include <iterator>
 
 #include "base/ErrorGuard.h"
@@ -24,10 +25,8 @@ constexpr unsigned statusFinished = 2;
 const char* nextSpinnerPicture()
 {
     constexpr const char* pictures[] = {"-", "\\", "|", "/"};
-    static std::size_t position = 0;
-    const char* const picture = pictures[position];
-    position = (position + 1) % std::size(pictures);
-    return picture;
+    static std::atomic<unsigned> position = 0;
+    return pictures[position++ % std::size(pictures)];
 }
 
 }  // namespace

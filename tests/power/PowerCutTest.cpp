@@ -192,6 +192,7 @@ protected:
         for (const auto& [kind, count] : kinds) {
             std::cout << "  " << kind << ": " << count << '\n';
         }
+        std::cout.flush();  // no copy of it for the processes of the next test
         return faults;
     }
 

@@ -114,6 +114,22 @@ TEST_F(Dev, KilledTakesEverySystemCallAnd500MomentsAndFailsWhereATestDoes)
     EXPECT_EQ(dev("killed").status, 1);
 }
 
+TEST_F(Dev, PowerCutLooksAt1000States)
+{
+    script("build/release/bin/test_power", "echo $TRELLAN_POWER_CUTS $*");
+    EXPECT_EQ(dev("power-cut").output, "1000 --gtest_filter=PowerCut.Leaves*\n");
+    script("build/release/bin/test_power", "exit 1");
+    EXPECT_EQ(dev("power-cut").status, 1);
+}
+
+TEST_F(Dev, ThreadsRunsTheTestsThatAreBuiltForThat)
+{
+    recordCalls();
+    script("build/thread/bin/test_threads", "echo tested >>calls; exit 66");
+    EXPECT_EQ(dev("threads").status, 66);
+    EXPECT_EQ(calls(), "cmake --preset thread\ncmake --build --preset thread\ntested\n");
+}
+
 TEST_F(Dev, BuildLeavesNothingBesideTheBuildFolder)
 {
     script("tools/cmake", "kill -KILL $PPID");
