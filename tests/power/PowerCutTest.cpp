@@ -86,10 +86,11 @@ public:
     {
         if (process == 0) {
             ::setpgid(0, 0);
-            for (std::string fault; fault.empty(); ++*count) {
+            std::string fault;
+            for (; fault.empty(); ++*count) {
                 fault = action();
-                std::cerr << fault;
             }
+            std::cerr << fault;
             ::_exit(1);
         }
         ::setpgid(process, process);  // whoever comes first
@@ -192,7 +193,6 @@ protected:
         for (const auto& [kind, count] : kinds) {
             std::cout << "  " << kind << ": " << count << '\n';
         }
-        std::cout.flush();  // no copy of it for the processes of the next test
         return faults;
     }
 
