@@ -193,8 +193,24 @@ struct Nowhere {
     void Put(char) {}
 };
 
-// Whether the text is valid UTF-8; most of it is ASCII, which is looked at eight bytes at a time.
-bool isUtf8(const std::string& text)
+// Of eight characters of ASCII, whether one is among U+001A to U+001F.
+bool hasHighControl(std::uint64_t eight)
+{
+    constexpr std::uint64_t each = 0x0101010101010101;
+    constexpr std::uint64_t topBits = each * 0x80;
+    const std::uint64_t above19 = eight + each * (0x7F - 0x19);
+    const std::uint64_t above1F = eight + each * (0x7F - 0x1F);
+    return (above19 & ~above1F & topBits) != 0;
+}
+
+bool isHighControl(char character)
+{
+    return character >= '\x1A' && character <= '\x1F';
+}
+
+// Whether the text is valid UTF-8 and has none of the control characters that the fast parser lets pass in strings, and
+// that no document has. Most of it is ASCII, which is looked at eight bytes at a time.
+bool isText(const std::string& text)
 {
     constexpr std::uint64_t beyondAscii = 0x8080808080808080;
     const char* at = text.data();
@@ -204,11 +220,14 @@ bool isUtf8(const std::string& text)
         std::uint64_t eight = 0;
         std::memcpy(&eight, at, std::min<std::size_t>(sizeof eight, static_cast<std::size_t>(end - at)));
         if ((eight & beyondAscii) == 0) {
+            if (hasHighControl(eight)) {
+                return false;
+            }
             at += sizeof eight;
             continue;
         }
         rapidjson::StringStream stream(at);
-        if (!rapidjson::UTF8<>::Validate(stream, nowhere)) {
+        if (isHighControl(*at) || !rapidjson::UTF8<>::Validate(stream, nowhere)) {
             return false;
         }
         at += stream.Tell();
@@ -244,7 +263,7 @@ public:
 
 JsonVerdict readJson(std::string& text, JsonEvents& events, std::size_t maxDepth)
 {
-    if (text.find('\0') != std::string::npos || !isUtf8(text)) {
+    if (text.find('\0') != std::string::npos || !isText(text)) {
         return JsonVerdict::invalid;
     }
     text.reserve(text.size() + readAhead);

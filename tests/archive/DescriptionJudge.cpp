@@ -205,7 +205,8 @@ std::optional<JudgedArchive> judge(const std::string& text, const std::string& f
 {
     const Json document = Json::parse(text, nullptr, false);
     try {
-        return document.is_discarded() ? std::nullopt : std::optional(judgeDocument(document, folder));
+        const bool hasNul = text.find('\0') != std::string::npos;  // to this parser the end of the text
+        return document.is_discarded() || hasNul ? std::nullopt : std::optional(judgeDocument(document, folder));
     } catch (const Refused&) {
         return std::nullopt;
     }

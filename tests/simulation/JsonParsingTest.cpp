@@ -78,6 +78,25 @@ TEST(JsonParsing, RefusesLoneSurrogates)
     EXPECT_EQ(reprint(R"("\ude00")"), "invalid");
 }
 
+TEST(JsonParsing, RefusesRawControlCharactersWhereverTheyStandInAString)
+{
+    for (const std::string filling : {std::string(50, 'a'), std::string(24, 'a') + "\xC3\xBC" + std::string(24, 'a')}) {
+        for (std::size_t at = 0; at < filling.size(); ++at) {
+            if (static_cast<unsigned char>(filling[at]) >= 0x80) {
+                continue;
+            }
+            for (char character = 1; character < ' '; ++character) {
+                std::string text = filling;
+                text[at] = character;
+                EXPECT_TRUE(parse('"' + text + '"').is_invalid()) << at << ' ' << int{character};
+            }
+            std::string text = filling;
+            text[at] = '\x7F';
+            EXPECT_FALSE(parse('"' + text + '"').is_invalid()) << at;
+        }
+    }
+}
+
 TEST(JsonParsing, RefusesRawControlCharactersInStrings)
 {
     EXPECT_EQ(reprint("\"a\nb\""), "invalid");
