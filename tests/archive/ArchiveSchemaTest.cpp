@@ -186,6 +186,7 @@ private:
                                                  7.0,
                                                  1e30,
                                                  9223372036854775807,
+                                                 18446744073709551615u,
                                                  true,
                                                  false,
                                                  "9",
@@ -311,11 +312,12 @@ TEST_F(ArchiveSchema, AcceptsTheExample)
 
 TEST_F(ArchiveSchema, AgreesWithTheReaderAboutWhichFeatureLevelIsPassedOver)
 {
-    for (const std::string level : {"0", "1", "2", "3", "4", "4294967296", "null", "\"3\"", "-1"}) {
+    for (const std::string level : {"0", "1", "2", "3", "4", "4294967296", "9223372036854775808",
+                                    "18446744073709551615", "null", "\"3\"", "-1"}) {
         compare(soundWith(R"("sequence": 7, "featureLevel": )" + level));
         compare(soundWith(R"("featureLevel": )" + level));  // sound nowhere but where it is passed over
     }
-    EXPECT_EQ(accepted, 9u);
+    EXPECT_EQ(accepted, 13u);
     EXPECT_EQ(refused, 9u);
 }
 

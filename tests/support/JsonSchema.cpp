@@ -1,7 +1,10 @@
-// The validator passes over keywords that it does not know, so a schema with such a one is refused first.
+// The validator passes over keywords that it does not know, so a schema with such a one is refused first. It takes a
+// whole number from 2^63 on for a negative one, so the greatest below stands in for these.
 #include "support/JsonSchema.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <limits>
 #include <set>
 #include <stdexcept>
 #include <valijson/adapters/nlohmann_json_adapter.hpp>
@@ -23,6 +26,23 @@ const std::set<std::string> withValue = {"$ref",    "type",        "const",     
 const std::set<std::string> withSchema = {"items", "additionalProperties", "not", "if", "then", "else"};
 const std::set<std::string> withSchemas = {"$defs", "definitions", "properties", "patternProperties",
                                            "oneOf", "anyOf",       "allOf"};
+
+constexpr std::int64_t greatest = std::numeric_limits<std::int64_t>::max();
+
+bool hasGreaterNumber(const json& value)
+{
+    return value.is_structured() ? std::any_of(value.begin(), value.end(), hasGreaterNumber)
+                                 : value.is_number_unsigned() && value.get<std::uint64_t>() > greatest;
+}
+
+void replaceGreaterNumbers(json& value)
+{
+    if (value.is_structured()) {
+        std::for_each(value.begin(), value.end(), replaceGreaterNumbers);
+    } else if (hasGreaterNumber(value)) {
+        value = greatest;
+    }
+}
 
 void refuseUncheckedKeywords(const json& schema)
 {
@@ -48,6 +68,9 @@ void refuseUncheckedKeywords(const json& schema)
 JsonSchema::JsonSchema(const json& schema) : root(std::make_unique<valijson::Schema>())
 {
     refuseUncheckedKeywords(schema);
+    if (hasGreaterNumber(schema)) {
+        throw std::invalid_argument("a number that 63 bits do not hold would be taken for another one");
+    }
     valijson::SchemaParser().populateSchema(NlohmannJsonAdapter(schema), *root);
 }
 
@@ -55,6 +78,11 @@ JsonSchema::~JsonSchema() = default;
 
 std::vector<std::string> JsonSchema::violations(const json& document) const
 {
+    if (hasGreaterNumber(document)) {
+        json replaced = document;
+        replaceGreaterNumbers(replaced);
+        return violations(replaced);
+    }
     static valijson::Validator validator;  // keeps each pattern that it has compiled, which takes it milliseconds
     valijson::ValidationResults results;
     validator.validate(*root, NlohmannJsonAdapter(document), &results);

@@ -13,7 +13,8 @@ class Schema;
 class JsonSchema {
 public:
     // Throws std::invalid_argument where the schema has a keyword that the validator would pass over: one that came
-    // after draft 7, or one beside "$ref" that says more than a description.
+    // after draft 7, or one beside "$ref" that says more than a description; or where it has a number that 63 bits do
+    // not hold.
     explicit JsonSchema(const nlohmann::json& schema);
     ~JsonSchema();
 

@@ -78,8 +78,16 @@ TEST(Schema, NumbersBeyondTheirRangeAreFound)
     EXPECT_TRUE(schema.violations(4294967295).empty());
     EXPECT_TRUE(names(schema.violations(-1), "<root>", "greater than or equal to 0"));
     EXPECT_TRUE(names(schema.violations(4294967296), "<root>", "less than or equal to 4294967295"));
-    EXPECT_FALSE(schema.violations(18446744073709551615u).empty());
+    EXPECT_TRUE(names(schema.violations(9223372036854775808u), "<root>", "less than or equal to 4294967295"));
+    EXPECT_TRUE(names(schema.violations(18446744073709551615u), "<root>", "less than or equal to 4294967295"));
     EXPECT_TRUE(names(schema.violations(1.5), "<root>", "'type'"));
+}
+
+TEST(Schema, NumbersOf64BitsAreNotNegative)
+{
+    const JsonSchema schema(json::parse(R"({"items": {"type": "integer", "minimum": 3}})"));
+    EXPECT_TRUE(schema.violations({9223372036854775807, 9223372036854775808u, 18446744073709551615u}).empty());
+    EXPECT_TRUE(names(schema.violations({18446744073709551615u, 2}), "<root>[1]", "greater than or equal to 3"));
 }
 
 TEST(Schema, ADigestThatIsCutShortIsFound)
@@ -106,4 +114,10 @@ TEST(Schema, AKeywordThatIsNotCheckedIsRefused)
           R"({"oneOf": [{"unevaluatedProperties": false}]})", R"({"$ref": "#/$defs/a", "minimum": 1})"}) {
         EXPECT_THROW(JsonSchema(json::parse(text)), std::invalid_argument) << text;
     }
+}
+
+TEST(Schema, ANumberThatWouldBeTakenForAnotherIsRefused)
+{
+    EXPECT_NO_THROW(JsonSchema(json::parse(R"({"items": {"maximum": 9223372036854775807}})")));
+    EXPECT_THROW(JsonSchema(json::parse(R"({"items": {"maximum": 9223372036854775808}})")), std::invalid_argument);
 }
