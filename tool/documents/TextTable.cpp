@@ -1,7 +1,10 @@
 #include "tool/documents/TextTable.h"
 
+#include <locale.h>
+
 #include <algorithm>
 #include <cstddef>
+#include <cwchar>
 
 #include "tool/OutputBuffer.h"
 
@@ -9,14 +12,40 @@ namespace TrellanTool {
 
 namespace {
 
-// In characters, as a terminal is shown them.
+// Within its life texts are UTF-8, whatever language the user has set.
+class TextsAreUtf8 {
+public:
+    TextsAreUtf8() : before(::uselocale(utf8())) {}
+    ~TextsAreUtf8() { ::uselocale(before); }
+    TextsAreUtf8(const TextsAreUtf8&) = delete;
+    TextsAreUtf8& operator=(const TextsAreUtf8&) = delete;
+
+private:
+    static locale_t utf8()
+    {
+        static const locale_t always = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+        return always;
+    }
+
+    const locale_t before;
+};
+
+// In columns of a terminal: an ideograph takes two, an accent on the character before it none.
 std::size_t widthOf(const std::string& cell)
 {
+    const TextsAreUtf8 utf8;
     const std::string shown = withControlCharactersShown(cell);
-    return static_cast<std::size_t>(std::count_if(shown.begin(), shown.end(), [](char byte) {
-        const bool continuesCharacter = (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-        return !continuesCharacter;
-    }));
+    std::size_t width = 0;
+    for (std::size_t at = 0; at < shown.size();) {
+        wchar_t character = 0;
+        std::mbstate_t begin = {};
+        const std::size_t length = std::mbrtowc(&character, &shown[at], shown.size() - at, &begin);
+        const bool isCharacter = length != 0 && length <= shown.size() - at;
+        const int columns = isCharacter ? ::wcwidth(character) : -1;
+        width += columns < 0 ? 1 : static_cast<std::size_t>(columns);
+        at += isCharacter ? length : 1;
+    }
+    return width;
 }
 
 std::vector<std::size_t> columnWidths(const std::vector<TableRow>& rows)
