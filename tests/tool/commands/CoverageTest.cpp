@@ -198,6 +198,16 @@ TEST_F(CoverageCommand, LeavesOutWhatIsExcludedOnEachTarget)
     EXPECT_EQ(found["targets"][1]["counts"]["noFile"], 2);
 }
 
+TEST_F(CoverageCommand, NamesAnIndexToExcludeThatNoTargetHas)
+{
+    // Target a has three elements, target c two.
+    const RunResult result = covered({path("a.json"), path("c.json"), "--exclude", "2", "--exclude", "3"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err,
+              "WARNING: File entry 0 is not supported. Ignoring this entry.\n"
+              "trellan-update: warning: there is no element 3 to exclude on any target\n");
+}
+
 TEST_F(CoverageCommand, ForcesWhereItIsAskedTo)
 {
     EXPECT_EQ(document({path("a.json"), "--force"})["targets"][0]["counts"]["update"], 3);
