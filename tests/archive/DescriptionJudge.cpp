@@ -30,14 +30,14 @@ unsigned depth(const Json& value)
     return 0;
 }
 
-const Json* find(const Json& object, const char* name)
+const Json* memberOf(const Json& object, const char* name)
 {
     const auto member = object.find(name);
     return member == object.end() ? nullptr : &*member;
 }
 
 // A text ends at its first NUL.
-std::string textOf(const Json* value)
+std::string textIn(const Json* value)
 {
     demand(value != nullptr && value->is_string());
     return value->get_ref<const std::string&>().c_str();
@@ -56,10 +56,10 @@ std::uint32_t narrow(const Json& value)
 }
 
 // The version's first number; nothing where it is none.
-std::optional<unsigned long> version(const Json* value)
+std::optional<unsigned long> firstNumber(const Json* value)
 {
     static const std::regex form(R"((\d+)(?:\.(\d+))?(?:\.(\d+))?(?:([abr])(\d+)|s(\d+)\.(\d+))?(?:p(\d+))?)");
-    const std::string text = textOf(value);
+    const std::string text = textIn(value);
     std::smatch part;
     if (!std::regex_match(text, part, form)) {
         return std::nullopt;
@@ -79,7 +79,7 @@ std::optional<unsigned long> version(const Json* value)
 template <class IsType>
 void demandValues(const Json& object, const char* name, bool mayBeList, IsType isType)
 {
-    const Json* const value = find(object, name);
+    const Json* const value = memberOf(object, name);
     if (value != nullptr && value->is_array() && mayBeList) {
         demand(std::all_of(value->begin(), value->end(), isType));
     } else {
@@ -124,7 +124,7 @@ Boards judgeBoards(const Json& boards)
 
 bool judgeTarget(const Json& entry)
 {
-    const Json* const boards = find(entry, "boards");
+    const Json* const boards = memberOf(entry, "boards");
     demand((boards == nullptr) == entry.contains("boardType"));
     const Boards judged = boards == nullptr ? Boards{false, false, false} : judgeBoards(*boards);
     const bool hasId = judged.haveId || entry.contains("id");
@@ -151,17 +151,17 @@ JudgedFile judgeEntry(const Json& entry)
 {
     demandKeys(entry);
     JudgedFile file;
-    file.name = textOf(find(entry, "name"));
-    const Json* const sequence = find(entry, "sequence");
+    file.name = textIn(memberOf(entry, "name"));
+    const Json* const sequence = memberOf(entry, "sequence");
     demand(sequence != nullptr && sequence->is_number_unsigned());
     file.sequence = narrow(*sequence);
-    const Json* const stated = find(entry, "version");
-    demand(stated == nullptr || stated->is_null() || version(stated));
-    const std::string mode = entry.contains("mode") ? textOf(find(entry, "mode")) : "standard";
+    const Json* const stated = memberOf(entry, "version");
+    demand(stated == nullptr || stated->is_null() || firstNumber(stated));
+    const std::string mode = entry.contains("mode") ? textIn(memberOf(entry, "mode")) : "standard";
     demand(mode == "standard" || mode == "upgrade");
     file.isUpgrade = mode == "upgrade";
     file.isForDrive = judgeTarget(entry);
-    const Json* const checksum = find(entry, "checksumCrc32");
+    const Json* const checksum = memberOf(entry, "checksumCrc32");
     demand(checksum == nullptr || checksum->is_number_unsigned());
     constexpr std::uint32_t none = 0xFFFFFFFE;
     file.checksum = checksum == nullptr ? none : narrow(*checksum);
@@ -173,17 +173,17 @@ JudgedArchive judgeDocument(const Json& document, const std::string& folder)
     constexpr unsigned deepest = 512;
     demand(document.is_object() && depth(document) <= deepest);
     JudgedArchive archive;
-    const Json* const info = find(document, "info");
+    const Json* const info = memberOf(document, "info");
     demand(info != nullptr && info->is_object());
-    demand(version(find(*info, "formatVersion")) == 1UL && version(find(*info, "archiveVersion")));
-    archive.product = textOf(find(*info, "productName"));
-    archive.name = textOf(find(*info, "archiveName"));
+    demand(firstNumber(memberOf(*info, "formatVersion")) == 1UL && firstNumber(memberOf(*info, "archiveVersion")));
+    archive.product = textIn(memberOf(*info, "productName"));
+    archive.name = textIn(memberOf(*info, "archiveName"));
     demand(!info->contains("archiveVariant") || info->at("archiveVariant").is_string());
-    const Json* const entries = find(document, "files");
+    const Json* const entries = memberOf(document, "files");
     demand(entries != nullptr && entries->is_array());
     for (const Json& entry : *entries) {
         demand(entry.is_object());
-        const Json* const level = find(entry, "featureLevel");
+        const Json* const level = memberOf(entry, "featureLevel");
         demand(level == nullptr || level->is_number_unsigned());
         if (level != nullptr && *level > 2) {
             ++archive.passedOver;

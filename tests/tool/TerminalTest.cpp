@@ -142,50 +142,50 @@ ordered_json namedTarget()
     return device;
 }
 
-const std::vector<Words> commands = {{"list", "A"},
-                                     {"archive-version", "A"},
-                                     {"describe", "A"},
-                                     {"compare", "A", "--verbose"},
-                                     {"installed", "--verbose"},
-                                     {"scan", "--verbose"},
-                                     {"reboot-support"},
-                                     {"check", "A"},
-                                     {"explain", "A"},
-                                     {"explain", "A", "--file", "0", "--file", "5"},
-                                     {"update", "A", "--dry-run"},
-                                     {"update", "A", "--dry-run", "--no-check"},
-                                     {"update", "A"},
-                                     {"update", "A", "--no-check", "--verbose", "--verify", "--events", "events"},
-                                     {"update", "A", "--no-check", "--progress", "auto", "--board-types", "N"},
-                                     {"installed", "--element-names", "N", "--serial-numbers", "N"},
-                                     {"record"},
-                                     {"new", "fresh"},
-                                     {"coverage", "A", "T", "N"},
-                                     {"history", "E"},
-                                     {"inspect", "A/a.bin", "N"},
-                                     {"update", "A", "--plan", "N"},
-                                     {"update", "A", "--plan", "E"},
-                                     {"update", "A", "--events", "N/N"},
-                                     {"describe", "A", "--output", "N/N"},
-                                     {"record", "--output", "N/N"},
-                                     {"coverage", "A", "T", "--html", "N/N"},
-                                     {"new", "N"},
-                                     {"list", "N"},
-                                     {"list", "A", "--description", "N"},
-                                     {"scan", "--target", "N"},
-                                     {"scan", "--trace", "N/N"},
-                                     {"history", "N"},
-                                     {"help", "N"},
-                                     {"N"},
-                                     {"scan", "N"},
-                                     {"scan", "--N"},
-                                     {"scan", "-N"},
-                                     {"scan", "--N=N"},
-                                     {"scan", "--verbose=N"},
-                                     {"compare", "A", "--exclude", "N"},
-                                     {"explain", "A", "--element", "N"},
-                                     {"update", "A", "--progress", "N"},
-                                     {"update", "A", "--stall-timeout", "N"}};
+const std::vector<Words> commandLines = {{"list", "A"},
+                                         {"archive-version", "A"},
+                                         {"describe", "A"},
+                                         {"compare", "A", "--verbose"},
+                                         {"installed", "--verbose"},
+                                         {"scan", "--verbose"},
+                                         {"reboot-support"},
+                                         {"check", "A"},
+                                         {"explain", "A"},
+                                         {"explain", "A", "--file", "0", "--file", "5"},
+                                         {"update", "A", "--dry-run"},
+                                         {"update", "A", "--dry-run", "--no-check"},
+                                         {"update", "A"},
+                                         {"update", "A", "--no-check", "--verbose", "--verify", "--events", "events"},
+                                         {"update", "A", "--no-check", "--progress", "auto", "--board-types", "N"},
+                                         {"installed", "--element-names", "N", "--serial-numbers", "N"},
+                                         {"record"},
+                                         {"new", "fresh"},
+                                         {"coverage", "A", "T", "N"},
+                                         {"history", "E"},
+                                         {"inspect", "A/a.bin", "N"},
+                                         {"update", "A", "--plan", "N"},
+                                         {"update", "A", "--plan", "E"},
+                                         {"update", "A", "--events", "N/N"},
+                                         {"describe", "A", "--output", "N/N"},
+                                         {"record", "--output", "N/N"},
+                                         {"coverage", "A", "T", "--html", "N/N"},
+                                         {"new", "N"},
+                                         {"list", "N"},
+                                         {"list", "A", "--description", "N"},
+                                         {"scan", "--target", "N"},
+                                         {"scan", "--trace", "N/N"},
+                                         {"history", "N"},
+                                         {"help", "N"},
+                                         {"N"},
+                                         {"scan", "N"},
+                                         {"scan", "--N"},
+                                         {"scan", "-N"},
+                                         {"scan", "--N=N"},
+                                         {"scan", "--verbose=N"},
+                                         {"compare", "A", "--exclude", "N"},
+                                         {"explain", "A", "--element", "N"},
+                                         {"update", "A", "--progress", "N"},
+                                         {"update", "A", "--stall-timeout", "N"}};
 
 class AtATerminal : public testing::Test {
 protected:
@@ -265,21 +265,21 @@ TEST(DrivingBytes, AreFoundByTheJudge)
 }
 
 // A test for each name: some hundred runs take long under the sanitizers.
-class Names : public AtATerminal, public testing::WithParamInterface<std::string> {};
+class HostileNames : public AtATerminal, public testing::WithParamInterface<std::string> {};
 
-TEST_P(Names, DriveNoTerminal)
+TEST_P(HostileNames, DriveNoTerminal)
 {
     std::size_t escaped = 0;
-    for (const Words& words : commands) {
+    for (const Words& words : commandLines) {
         SCOPED_TRACE(ordered_json(words).dump());
         const std::string text = shown(meaning(words, GetParam()));
         EXPECT_EQ(drivingBytes(text), "");
         escaped += text.find("\\x1b") != std::string::npos || text.find("\\x9b") != std::string::npos;
     }
-    EXPECT_GT(escaped, commands.size() * 3 / 4);
+    EXPECT_GT(escaped, commandLines.size() * 3 / 4);
 }
 
-INSTANTIATE_TEST_SUITE_P(Hostile, Names, testing::Values(pathName, "n" + brokenBytes, "\x1b[2J\x07"),
+INSTANTIATE_TEST_SUITE_P(Three, HostileNames, testing::Values(pathName, "n" + brokenBytes, "\x1b[2J\x07"),
                          [](const auto& tested) { return "Name" + std::to_string(tested.index); });
 
 TEST_F(AtATerminal, ErrorsOfTheTargetDoNotDriveIt)
@@ -294,7 +294,7 @@ TEST_F(AtATerminal, ErrorsOfTheTargetDoNotDriveIt)
 TEST_F(AtATerminal, DocumentsAreJsonWhateverIsNamed)
 {
     unsigned documents = 0;
-    for (Words words : commands) {
+    for (Words words : commandLines) {
         words.push_back("--json");
         SCOPED_TRACE(ordered_json(words).dump());
         std::string output;
@@ -304,5 +304,5 @@ TEST_F(AtATerminal, DocumentsAreJsonWhateverIsNamed)
             ++documents;
         }
     }
-    EXPECT_GT(documents, commands.size() / 2);
+    EXPECT_GT(documents, commandLines.size() / 2);
 }
