@@ -6,6 +6,7 @@
 // Inventory trees and addresses are not thread safe: all calls come from the host's thread.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -23,6 +24,9 @@ public:
     // The empty address.
     ZoCInventoryAddress() = default;
 
+    ZoCInventoryAddress(const ZoCInventoryAddress& other) = default;
+    ZoCInventoryAddress& operator=(const ZoCInventoryAddress& other) = default;
+
     // The address of a single element.
     explicit ZoCInventoryAddress(Category category, unsigned index = 1);
 
@@ -34,6 +38,9 @@ public:
 
     // Kind of the last element; noCategory when the address is empty.
     Category getCategory() const noexcept;
+
+    // Index of the last element; 0 when the address is empty.
+    unsigned getIndex() const noexcept;
 
     // The last element alone; empty when the address is empty.
     ZoCInventoryAddress getLastElement() const;
@@ -54,5 +61,14 @@ private:
         Category category;
         unsigned index;
     };
-    std::vector<Element> elements;
+
+    void add(const Element& element);
+    const Element* begin() const noexcept;
+    const Element* end() const noexcept;
+
+    // Most addresses are short, and made and compared all the time: they need no memory of their own.
+    static constexpr std::size_t shortLength = 4;
+    std::size_t length = 0;
+    std::array<Element, shortLength> shortElements{};
+    std::vector<Element> longElements;  // all of them, where there are more
 };

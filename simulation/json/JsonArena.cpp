@@ -23,9 +23,9 @@ struct alignas(16) LoneHead {
     std::size_t references;
 };
 
-LoneHead* headOf(const JsonNode* node)
+LoneHead* headOf(JsonNode* node)
 {
-    return const_cast<LoneHead*>(reinterpret_cast<const LoneHead*>(reinterpret_cast<const char*>(node)) - 1);
+    return reinterpret_cast<LoneHead*>(node) - 1;
 }
 
 JsonNode* makeLoneNode(std::size_t size, std::size_t bytes)
@@ -129,7 +129,7 @@ void keepValue(JsonBits bits)
     if (!hasNode(bits)) {
         return;
     }
-    const JsonNode* node = nodeOf(bits);
+    JsonNode* node = nodeOf(bits);
     node->distance() == 0 ? static_cast<void>(++headOf(node)->references) : JsonArena::of(*node).keep();
 }
 
@@ -138,7 +138,7 @@ void releaseValue(JsonBits bits)
     if (!hasNode(bits)) {
         return;
     }
-    const JsonNode* node = nodeOf(bits);
+    JsonNode* node = nodeOf(bits);
     if (node->distance() != 0) {
         JsonArena::of(*node).release();
     } else if (--headOf(node)->references == 0) {

@@ -5,11 +5,18 @@
 #include <utility>
 #include <vector>
 
-#include "simulation/libZoInventoryTree/DocumentBuilder.h"
+#include "simulation/json/JsonBuilder.h"
 
 namespace TrellanSimulation {
 
 namespace {
+
+// Objects and arrays within each other. The deepest tree there may be has two for each level of items, and some around
+// them and in them.
+constexpr std::size_t maxDepth = 1030;
+
+constexpr std::size_t blockSize = 65536;
+constexpr std::size_t room = 64;  // behind the text, for who reads it
 
 // Names and values of the document may hold a NUL, at which a fault's text would end.
 std::string faultText(const Place& place, std::string_view reason)
@@ -57,26 +64,94 @@ DocumentFault::DocumentFault(const Place& place, std::string_view reason) : std:
 {
 }
 
-Json readDocument(const std::filesystem::path& path)
+bool Json::isNumber() const
 {
-    try {
-        RegularFile file(path);
-        return parseDocument(file);
-    } catch (const FileFault& fault) {
-        throw DocumentFault(fault.what());
+    return isInteger(*bits) || isUnsignedInteger(*bits) || isReal(*bits);
+}
+
+std::optional<std::uint64_t> Json::unsignedNumber() const
+{
+    return isUnsignedInteger(*bits) ? std::optional(unsignedIntegerOf(*bits)) : std::nullopt;
+}
+
+std::optional<int> Json::signedNumber() const
+{
+    if (const auto number = unsignedNumber()) {
+        return std::in_range<int>(*number) ? std::optional(static_cast<int>(*number)) : std::nullopt;
     }
+    return isInteger(*bits) && std::in_range<int>(integerOf(*bits)) ? std::optional(static_cast<int>(integerOf(*bits)))
+                                                                    : std::nullopt;
+}
+
+std::optional<Json> Json::find(std::string_view name) const
+{
+    const JsonBits* member = findMember(*bits, name, false);
+    return member == nullptr ? std::nullopt : std::optional(Json(*member));
+}
+
+JsonBits Json::share() const
+{
+    keepValue(*bits);
+    return *bits;
+}
+
+JsonDocument::JsonDocument(JsonDocument&& other) noexcept : bits(std::exchange(other.bits, 0)) {}
+
+JsonDocument& JsonDocument::operator=(JsonDocument&& other) noexcept
+{
+    std::swap(bits, other.bits);
+    return *this;
+}
+
+void JsonDocument::releaseRoot()
+{
+    releaseValue(bits);
+}
+
+JsonDocument JsonDocument::parse(std::string& text)
+{
+    const auto nul = text.find('\0');
+    text.resize(std::min(nul, text.size()));
+    JsonBuilder builder(MemberOrder::written);
+    const JsonVerdict verdict = readJson(text, builder, maxDepth);
+    if (verdict == JsonVerdict::tooDeep) {
+        throw DocumentFault("nested more than " + std::to_string(maxDepth) + " levels deep");
+    }
+    if (nul != std::string::npos) {
+        throw DocumentFault("it holds a NUL byte");
+    }
+    if (verdict == JsonVerdict::invalid) {
+        throw DocumentFault(reasonWhyNoJson(text));
+    }
+    JsonDocument document;
+    document.bits = builder.take();
+    return document;
+}
+
+std::string readText(RegularFile& file)
+{
+    std::string text;
+    text.reserve(file.size() + room);
+    std::vector<char> block(blockSize);
+    while (const std::size_t length = file.read(block.data(), block.size())) {
+        text.append(block.data(), length);
+        if (std::string_view(block.data(), length).find('\0') != std::string_view::npos) {
+            break;
+        }
+    }
+    return text;
 }
 
 void requireObject(const Json& value, const Place& place)
 {
-    if (!value.is_object()) {
+    if (!value.isObject()) {
         throw DocumentFault(place, "not an object");
     }
 }
 
 void requireArray(const Json& value, const Place& place)
 {
-    if (!value.is_array()) {
+    if (!value.isArray()) {
         throw DocumentFault(place, "not an array");
     }
 }
@@ -84,53 +159,47 @@ void requireArray(const Json& value, const Place& place)
 void requireMembers(const Json& value, std::initializer_list<std::string_view> known, const Place& place)
 {
     requireObject(value, place);
-    for (const auto& [name, member] : value.items()) {
+    value.forEachMember([&](std::string_view name, const Json&) {
         if (std::find(known.begin(), known.end(), name) == known.end()) {
             throw DocumentFault(Place(place, name), "unknown member");
         }
-    }
+    });
 }
 
-const Json* findMember(const Json& object, std::string_view name)
+Json getMember(const Json& object, std::string_view name, const Place& place)
 {
-    const auto found = object.find(name);
-    return found == object.end() ? nullptr : &*found;
-}
-
-const Json& getMember(const Json& object, std::string_view name, const Place& place)
-{
-    const Json* member = findMember(object, name);
-    if (member == nullptr) {
+    const auto member = object.find(name);
+    if (!member) {
         throw DocumentFault(Place(place, name), "missing");
     }
     return *member;
 }
 
-const std::string& getText(const Json& value, const Place& place)
+std::string_view getText(const Json& value, const Place& place)
 {
-    if (!value.is_string()) {
+    const auto text = value.text();
+    if (!text) {
         throw DocumentFault(place, "not a string");
     }
-    return value.get_ref<const std::string&>();
+    return *text;
 }
 
 std::uint64_t getNumber(const Json& value, const Place& place, std::uint64_t lowest, std::uint64_t highest)
 {
-    if (value.is_number_unsigned() && value.get<std::uint64_t>() >= lowest && value.get<std::uint64_t>() <= highest) {
-        return value.get<std::uint64_t>();
+    const auto number = value.unsignedNumber();
+    if (!number || *number < lowest || *number > highest) {
+        throwNoWholeNumber(place, lowest, highest);
     }
-    throwNoWholeNumber(place, lowest, highest);
+    return *number;
 }
 
 int getInt(const Json& value, const Place& place)
 {
-    const bool fits = value.is_number_unsigned()
-                          ? std::in_range<int>(value.get<std::uint64_t>())
-                          : value.is_number_integer() && std::in_range<int>(value.get<std::int64_t>());
-    if (!fits) {
+    const auto number = value.signedNumber();
+    if (!number) {
         throwNoWholeNumber(place, std::numeric_limits<int>::min(), std::numeric_limits<int>::max());
     }
-    return value.get<int>();
+    return *number;
 }
 
 }  // namespace TrellanSimulation

@@ -6,15 +6,79 @@
 #include <filesystem>
 #include <initializer_list>
 #include <limits>
-#include <nlohmann/json.hpp>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
+#include "simulation/base/RegularFile.h"
+#include "simulation/json/JsonNodes.h"
+
 namespace TrellanSimulation {
 
-// Members keep their order.
-using Json = nlohmann::ordered_json;
+// A value of a document, good as long as the document is.
+class Json {
+public:
+    explicit Json(const JsonBits& bits) : bits(&bits) {}
+
+    bool isObject() const { return tagOf(*bits) == JsonTag::object; }
+    bool isArray() const { return tagOf(*bits) == JsonTag::array; }
+    bool isText() const { return TrellanSimulation::isText(*bits); }
+    bool isNumber() const;
+
+    // The value of a text, and of a number that a type holds; nothing of any other value.
+    std::optional<std::string_view> text() const { return isText() ? std::optional(textOf(*bits)) : std::nullopt; }
+    std::optional<std::uint64_t> unsignedNumber() const;  // written without sign, fraction and exponent
+    std::optional<int> signedNumber() const;              // of any sign
+
+    // Number of elements of an array, or members of an object, and an element.
+    std::size_t size() const { return valuesOf(*bits).count / (isObject() ? 2 : 1); }
+    Json operator[](std::size_t position) const { return Json(valuesOf(*bits).first[position]); }
+
+    // Calls `visit` with the name and the value of each member of an object, in the order in which they are written;
+    // the name is good as long as the document is.
+    template <class Visit>
+    void forEachMember(Visit visit) const
+    {
+        const JsonValues values = valuesOf(*bits);
+        for (std::size_t at = 0; at < values.count; at += 2) {
+            visit(textOf(values.first[at]), Json(values.first[at + 1]));
+        }
+    }
+
+    // The member `name` of an object; nothing when there is none.
+    std::optional<Json> find(std::string_view name) const;
+
+    // The value itself, which the caller refers to from now on (releaseValue).
+    JsonBits share() const;
+
+    // Tells the values of a document apart.
+    const void* identity() const { return bits; }
+
+private:
+    const JsonBits* bits;
+};
+
+// A JSON document. Of members with the same name the last one counts, in the place of the first one.
+class JsonDocument {
+public:
+    JsonDocument() = default;
+    ~JsonDocument() { releaseRoot(); }
+    JsonDocument(JsonDocument&& other) noexcept;
+    JsonDocument& operator=(JsonDocument&& other) noexcept;
+
+    // The whole; good as long as this is neither moved nor assigned to.
+    Json root() const { return Json(bits); }
+
+    // Parses `text`; may reserve memory behind it. Throws DocumentFault when it is not valid JSON, or nested deeper
+    // than any tree, from where on it is not read.
+    static JsonDocument parse(std::string& text);
+
+private:
+    void releaseRoot();
+
+    JsonBits bits = 0;
+};
 
 // A value's place in a document: a chain of members and positions that ends at the document itself. A place refers to
 // the one above it and to its member's name, which must both outlive it; its text is only made when it is asked for.
@@ -44,8 +108,9 @@ public:
     explicit DocumentFault(const std::string& reason) : std::runtime_error(reason) {}
 };
 
-// The JSON document in the regular file at `path`. Throws DocumentFault when it cannot be read or is not valid JSON.
-Json readDocument(const std::filesystem::path& path);
+// The bytes of `file` from where it is read next. Throws FileFault when it cannot be read, DocumentFault when it holds
+// a NUL byte.
+std::string readText(RegularFile& file);
 
 // Throws DocumentFault when `value` is not an object, or has a member that is not one of `known`.
 void requireMembers(const Json& value, std::initializer_list<std::string_view> known, const Place& place);
@@ -54,12 +119,11 @@ void requireMembers(const Json& value, std::initializer_list<std::string_view> k
 void requireObject(const Json& value, const Place& place);
 void requireArray(const Json& value, const Place& place);
 
-// The member `name` of `object`; null, or a DocumentFault, when there is none.
-const Json* findMember(const Json& object, std::string_view name);
-const Json& getMember(const Json& object, std::string_view name, const Place& place);
+// The member `name` of `object`; a DocumentFault when there is none.
+Json getMember(const Json& object, std::string_view name, const Place& place);
 
 // The value as text, or as a whole number from `lowest` to `highest`. Throws DocumentFault when it is anything else.
-const std::string& getText(const Json& value, const Place& place);
+std::string_view getText(const Json& value, const Place& place);
 std::uint64_t getNumber(const Json& value, const Place& place, std::uint64_t lowest = 0,
                         std::uint64_t highest = std::numeric_limits<std::uint32_t>::max());
 

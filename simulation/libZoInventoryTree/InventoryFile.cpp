@@ -1,35 +1,31 @@
 #include "simulation/libZoInventoryTree/InventoryFile.h"
 
 #include "simulation/libZoInventoryTree/Document.h"
-#include "simulation/libZoInventoryTree/DocumentBuilder.h"
 #include "simulation/libZoInventoryTree/TreeBuilder.h"
 
 namespace TrellanSimulation {
 
-namespace {
-
-InventoryFile inventoryIn(const Json& document)
-{
-    const Place top;
-    requireMembers(document, {"inventoryTree", "checksumCrc32"}, top);
-    InventoryFile file;
-    file.root = buildTree(getMember(document, "inventoryTree", top), Place(top, "inventoryTree"));
-    if (const Json* checksum = findMember(document, "checksumCrc32")) {
-        file.checksum = static_cast<std::uint32_t>(getNumber(*checksum, Place(top, "checksumCrc32")));
-    }
-    return file;
-}
-
-}  // namespace
-
 InventoryFile readInventoryFile(const std::filesystem::path& path)
-{
-    return inventoryIn(readDocument(path));
+try {
+    RegularFile file(path);
+    return readInventoryFile(file);
+} catch (const FileFault& fault) {
+    throw DocumentFault(fault.what());
 }
 
 InventoryFile readInventoryFile(RegularFile& file)
 {
-    return inventoryIn(parseDocument(file));
+    std::string text = readText(file);
+    const JsonDocument document = JsonDocument::parse(text);
+    const Json whole = document.root();
+    const Place top;
+    requireMembers(whole, {"inventoryTree", "checksumCrc32"}, top);
+    InventoryFile inventory;
+    inventory.root = buildTree(getMember(whole, "inventoryTree", top), Place(top, "inventoryTree"));
+    if (const auto checksum = whole.find("checksumCrc32")) {
+        inventory.checksum = static_cast<std::uint32_t>(getNumber(*checksum, Place(top, "checksumCrc32")));
+    }
+    return inventory;
 }
 
 }  // namespace TrellanSimulation

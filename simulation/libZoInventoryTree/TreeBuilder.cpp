@@ -1,67 +1,90 @@
 // From the JSON form of an item to the item, with everything below it.
 #include "simulation/libZoInventoryTree/TreeBuilder.h"
 
+#include <optional>
+
 #include "simulation/libZoInventoryTree/AddressText.h"
 
 namespace TrellanSimulation {
 
 namespace {
 
-ZoCInventoryAddress readId(const Json& item, const Place& place)
+ParameterValue readValue(const Json& value, const Place& place)
 {
-    const std::string& text = getText(getMember(item, "id", place), Place(place, "id"));
-    const auto id = parseElement(text);
-    if (!id) {
-        throw DocumentFault(Place(place, "id"), "unknown id '" + text + "'");
-    }
-    return *id;
-}
-
-ZoCInventoryParameter::Value readValue(const Json& value, const Place& place)
-{
-    if (value.is_string()) {
-        return value.get_ref<const std::string&>();
-    }
-    if (!value.is_number()) {
+    if (!value.isText() && !value.isNumber()) {
         throw DocumentFault(place, "neither a number nor a string");
     }
-    if (value.is_number_unsigned()) {
-        return value.get<std::uint64_t>();
-    }
-    return ZoCInventoryParameter::OtherNumber{};
+    return ParameterValue(value);
 }
 
 void addParameters(TreeItem& item, const Json& parameters, const Place& place)
 {
     requireObject(parameters, place);
-    for (const auto& [name, value] : parameters.items()) {
+    item.reserveParameters(parameters.size());
+    parameters.forEachMember([&](std::string_view name, const Json& value) {
         const Place parameterPlace(place, name);
-        if (!parseParameterAddress(name)) {
+        const ParameterName* known = item.parameterNames().find(name);
+        if (known == nullptr) {
             throw DocumentFault(parameterPlace, "unknown parameter");
         }
-        item.addParameter(name, readValue(value, parameterPlace));
-    }
+        item.addParameter(*known, readValue(value, parameterPlace));
+    });
 }
 
-void fillItem(TreeItem& item, const Json& source, const Place& place, unsigned level)
-{
-    if (const Json* parameters = findMember(source, "parameters")) {
-        addParameters(item, *parameters, Place(place, "parameters"));
+// What an item's object has, found in one walk.
+struct ItemMembers {
+    ItemMembers(const Json& item, const Place& place)
+    {
+        requireObject(item, place);
+        item.forEachMember([&](std::string_view name, const Json& value) {
+            if (name == "id") {
+                id = value;
+            } else if (name == "parameters") {
+                parameters = value;
+            } else if (name == "items") {
+                items = value;
+            } else {
+                throw DocumentFault(Place(place, name), "unknown member");
+            }
+        });
     }
-    const Json* items = findMember(source, "items");
-    if (items == nullptr) {
+
+    std::optional<Json> id;
+    std::optional<Json> parameters;
+    std::optional<Json> items;
+};
+
+ZoCInventoryAddress readId(const ItemMembers& item, const Place& place)
+{
+    const Place idPlace(place, "id");
+    if (!item.id) {
+        throw DocumentFault(idPlace, "missing");
+    }
+    const std::string_view text = getText(*item.id, idPlace);
+    const auto id = parseElement(text);
+    if (!id) {
+        throw DocumentFault(idPlace, "unknown id '" + std::string(text) + "'");
+    }
+    return *id;
+}
+
+void fillItem(TreeItem& item, const ItemMembers& source, const Place& place, unsigned level)
+{
+    if (source.parameters) {
+        addParameters(item, *source.parameters, Place(place, "parameters"));
+    }
+    if (!source.items) {
         return;
     }
     const Place itemsPlace(place, "items");
-    requireArray(*items, itemsPlace);
-    for (std::size_t position = 0; position < items->size(); ++position) {
+    requireArray(*source.items, itemsPlace);
+    for (std::size_t position = 0; position < source.items->size(); ++position) {
         const Place itemPlace(itemsPlace, position);
         if (level == maxTreeLevels) {
             throw DocumentFault(itemPlace, "more than " + std::to_string(maxTreeLevels) + " levels of items");
         }
-        const Json& below = (*items)[position];
-        requireMembers(below, {"id", "parameters", "items"}, itemPlace);
-        fillItem(item.addItem(readId(below, itemPlace)), below, itemPlace, level + 1);
+        const ItemMembers members((*source.items)[position], itemPlace);
+        fillItem(item.addItem(readId(members, itemPlace)), members, itemPlace, level + 1);
     }
 }
 
@@ -69,9 +92,9 @@ void fillItem(TreeItem& item, const Json& source, const Place& place, unsigned l
 
 std::unique_ptr<TreeItem> buildTree(const Json& item, const Place& place)
 {
-    requireMembers(item, {"id", "parameters", "items"}, place);
-    auto root = std::make_unique<TreeItem>(readId(item, place));
-    fillItem(*root, item, place, 1);
+    const ItemMembers members(item, place);
+    auto root = std::make_unique<TreeItem>(readId(members, place));
+    fillItem(*root, members, place, 1);
     return root;
 }
 

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <limits>
+#include <stdexcept>
+#include <utility>
 
 #include "simulation/base/Resources.h"
 #include "simulation/libZoInventoryTree/AddressText.h"
@@ -12,34 +14,40 @@ namespace TrellanSimulation {
 
 namespace {
 
-using Value = ZoCInventoryParameter::Value;
+constexpr std::size_t fewItems = 8;  // are looked through one by one
+
+// Tells the elements of addresses apart.
+std::uint64_t numberOf(ZoCInventoryAddress::Category category, unsigned index)
+{
+    return std::uint64_t{category} << 32 | index;
+}
 
 // convert: sets `result` to `value` and returns true; false when a result of this type cannot hold it.
 
-bool convert(const Value& value, ZoCString& result)
+bool convert(const ParameterValue& value, ZoCString& result)
 {
-    const auto* text = std::get_if<std::string>(&value);
-    if (text != nullptr) {
+    const auto text = value.text();
+    if (text) {
         result = ZoCString(text->data(), text->length());
     }
-    return text != nullptr;
+    return text.has_value();
 }
 
-bool convert(const Value& value, ZoCVersion& result)
+bool convert(const ParameterValue& value, ZoCVersion& result)
 {
-    const auto* text = std::get_if<std::string>(&value);
+    const auto text = value.text();
     // A NUL is in no version; what stands before it alone might be one.
-    if (text != nullptr && text->find('\0') == std::string::npos) {
-        result = ZoCVersion(text->c_str());
+    if (text && text->find('\0') == std::string_view::npos) {
+        result = ZoCVersion(std::string(*text).c_str());
     }
-    return text != nullptr;
+    return text.has_value();
 }
 
 template <class Unsigned>
-bool convert(const Value& value, Unsigned& result)
+bool convert(const ParameterValue& value, Unsigned& result)
 {
-    const auto* number = std::get_if<std::uint64_t>(&value);
-    if (number == nullptr || *number > std::numeric_limits<Unsigned>::max()) {
+    const auto number = value.number();
+    if (!number || *number > std::numeric_limits<Unsigned>::max()) {
         return false;
     }
     result = static_cast<Unsigned>(*number);
@@ -48,58 +56,85 @@ bool convert(const Value& value, Unsigned& result)
 
 }  // namespace
 
-TreeItem::TreeItem(const ZoCInventoryAddress& id) : id(id) {}
+TreeItem::TreeItem(const ZoCInventoryAddress& id)
+    : ownTree(std::make_unique<Tree>()),
+      tree(ownTree.get()),
+      category(id.getCategory()),
+      index(id.getIndex()),
+      parameters(&tree->memory)
+{
+}
 
+TreeItem::TreeItem(const ZoCInventoryAddress& id, TreeItem& parent)
+    : tree(parent.tree), category(id.getCategory()), index(id.getIndex()), parent(&parent), parameters(&tree->memory)
+{
+}
+
+// The memory of the items below is the tree's.
 TreeItem::~TreeItem()
 {
-    if (handedOut) {
+    while (first != nullptr) {
+        std::exchange(first, first->next)->~TreeItem();
+    }
+    if (ownTree && ownTree->handedOut) {
         --resources().inventoryTrees;
     }
 }
 
 TreeItem& TreeItem::addItem(const ZoCInventoryAddress& itemId)
 {
-    TreeItem& item = *items.emplace_back(std::make_unique<TreeItem>(itemId));
-    item.parent = this;
-    if (items.size() > 1) {
-        items[items.size() - 2]->next = &item;
+    auto* item = new (tree->memory.allocate(sizeof(TreeItem), alignof(TreeItem))) TreeItem(itemId, *this);
+    (last == nullptr ? first : last->next) = item;
+    last = item;
+    ++count;
+    itemsById.reset();
+    return *item;
+}
+
+void TreeItem::addParameter(const ParameterName& name, ParameterValue value)
+{
+    parameters.push_back({&name, std::move(value)});
+}
+
+void TreeItem::addParameter(std::string_view name, ParameterValue value)
+{
+    const ParameterName* known = tree->names.find(name);
+    if (known == nullptr) {
+        throw std::invalid_argument("no name of a parameter");
     }
-    itemsById.try_emplace(itemAddressText(itemId), &item);
-    return item;
+    addParameter(*known, std::move(value));
 }
 
-void TreeItem::addParameter(std::string name, Value value)
+void TreeItem::setParameter(const ZoCInventoryAddress& address, ParameterValue value)
 {
-    parameters.push_back({std::move(name), std::move(value)});
-}
-
-void TreeItem::setParameter(const ZoCInventoryAddress& address, Value value)
-{
-    const std::string name = parameterAddressText(address);
-    const auto found = std::find_if(parameters.begin(), parameters.end(),
-                                    [&](const ZoCInventoryParameter& parameter) { return parameter.name == name; });
-    if (found == parameters.end()) {
-        addParameter(name, std::move(value));
+    const std::size_t position = findParameter(address);
+    if (position != parameters.size()) {
+        parameters[position].value = std::move(value);
     } else {
-        found->value = std::move(value);
+        addParameter(tree->names.of(address), std::move(value));
     }
 }
 
 void TreeItem::setFaults(std::shared_ptr<const ValueFaults> treeFaults)
 {
-    faults = std::move(treeFaults);
+    tree->faults = std::move(treeFaults);
 }
 
 ZoCInventoryItem* TreeItem::handOut(std::unique_ptr<TreeItem> root)
 {
-    root->handedOut = true;
+    root->tree->handedOut = true;
     ++resources().inventoryTrees;
     return root.release();
 }
 
 ZoCInventoryAddress TreeItem::getID() const
 {
-    return id;
+    return ZoCInventoryAddress(category, index);
+}
+
+bool TreeItem::hasId(const ZoCInventoryAddress& address) const
+{
+    return address.getCategory() == category && address.getIndex() == index;
 }
 
 ZoCInventoryAddress TreeItem::getAddress() const
@@ -110,7 +145,7 @@ ZoCInventoryAddress TreeItem::getAddress() const
     }
     ZoCInventoryAddress address;
     for (auto item = path.rbegin(); item != path.rend(); ++item) {
-        address = address / (*item)->id;
+        address = address / (*item)->getID();
     }
     return address;
 }
@@ -122,7 +157,7 @@ ZoCInventoryItem* TreeItem::getParent() const
 
 ZoCInventoryItem* TreeItem::getFirstSubItem() const
 {
-    return items.empty() ? nullptr : items.front().get();
+    return first;
 }
 
 ZoCInventoryItem* TreeItem::getNext() const
@@ -132,25 +167,50 @@ ZoCInventoryItem* TreeItem::getNext() const
 
 ZoCInventoryItem* TreeItem::getItem(const ZoCInventoryAddress& address) const
 {
-    const TreeItem* above = this;
     TreeItem* item = nullptr;
     for (std::size_t position = 0; position < address.getLength(); ++position) {
-        const auto found = above->itemsById.find(itemAddressText(address.getElement(position)));
-        if (found == above->itemsById.end()) {
+        item = (item == nullptr ? this : item)->findItem(address.getElement(position));
+        if (item == nullptr) {
             return nullptr;
         }
-        above = item = found->second;
     }
     return item;
 }
 
+TreeItem* TreeItem::findItem(const ZoCInventoryAddress& itemId) const
+{
+    if (count <= fewItems) {
+        TreeItem* item = first;
+        while (item != nullptr && !item->hasId(itemId)) {
+            item = item->next;
+        }
+        return item;
+    }
+    if (!itemsById) {
+        auto found = std::make_unique<ItemsById>();
+        for (TreeItem* item = first; item != nullptr; item = item->next) {
+            found->try_emplace(numberOf(item->category, item->index), item);
+        }
+        itemsById = std::move(found);
+    }
+    const auto found = itemsById->find(numberOf(itemId.getCategory(), itemId.getIndex()));
+    return found == itemsById->end() ? nullptr : found->second;
+}
+
 const ZoCInventoryParameter* TreeItem::getParameter(const ZoCInventoryAddress& address) const
 {
-    const auto found = std::find_if(parameters.begin(), parameters.end(),
-                                    [name = parameterAddressText(address)](const ZoCInventoryParameter& parameter) {
-                                        return parameter.name == name;
-                                    });
-    return found == parameters.end() ? nullptr : &*found;
+    const std::size_t position = findParameter(address);
+    return position == parameters.size() ? nullptr : &parameters[position];
+}
+
+// The parameter's position; behind the last one when it is not there.
+std::size_t TreeItem::findParameter(const ZoCInventoryAddress& address) const
+{
+    std::size_t position = 0;
+    while (position != parameters.size() && !(parameters[position].name->address == address)) {
+        ++position;
+    }
+    return position;
 }
 
 void TreeItem::readValue(ZoCErrorListPool& errors, const ZoCInventoryAddress& address, ZoCString& value) const
@@ -173,22 +233,13 @@ void TreeItem::readValue(ZoCErrorListPool& errors, const ZoCInventoryAddress& ad
     read(errors, address, value);
 }
 
-const TreeItem& TreeItem::root() const
+bool TreeItem::addFaults(ZoCErrorListPool& errors, const ZoCInventoryAddress& parameter) const
 {
-    const TreeItem* item = this;
-    while (item->parent != nullptr) {
-        item = item->parent;
-    }
-    return *item;
-}
-
-bool TreeItem::addFaults(ZoCErrorListPool& errors, const std::string& parameter) const
-{
-    const ValueFaults* treeFaults = root().faults.get();
+    const ValueFaults* treeFaults = tree->faults.get();
     if (treeFaults == nullptr || treeFaults->empty()) {
         return false;
     }
-    const auto found = treeFaults->find(itemAddressText(getAddress()) + ':' + parameter);
+    const auto found = treeFaults->find(itemAddressText(getAddress()) + ':' + parameterAddressText(parameter));
     if (found == treeFaults->end() || found->second.empty()) {
         return false;
     }
@@ -201,15 +252,17 @@ bool TreeItem::addFaults(ZoCErrorListPool& errors, const std::string& parameter)
 template <class T>
 void TreeItem::read(ZoCErrorListPool& errors, const ZoCInventoryAddress& address, T& value) const
 {
-    const std::string name = parameterAddressText(address);
-    if (addFaults(errors, name)) {
+    if (addFaults(errors, address)) {
         return;
     }
+    const auto addError = [&](PlatformError error) {
+        addPlatformError(errors, error, {parameterAddressText(address), itemAddressText(getAddress())});
+    };
     const ZoCInventoryParameter* parameter = getParameter(address);
     if (parameter == nullptr) {
-        addPlatformError(errors, PlatformError::parameterMissing, {name, itemAddressText(getAddress())});
+        addError(PlatformError::parameterMissing);
     } else if (!convert(parameter->value, value)) {
-        addPlatformError(errors, PlatformError::parameterType, {name, itemAddressText(getAddress())});
+        addError(PlatformError::parameterType);
     }
 }
 

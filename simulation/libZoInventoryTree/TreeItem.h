@@ -3,22 +3,20 @@
 
 #include <cstdint>
 #include <memory>
+#include <memory_resource>
 #include <string>
 #include <unordered_map>
-#include <variant>
 #include <vector>
 
 #include "libZoErrorHandling/ZoCErrorListPool.h"
 #include "libZoInventoryTree/ZoCInventoryItem.h"
+#include "simulation/libZoInventoryTree/ParameterNames.h"
+#include "simulation/libZoInventoryTree/ParameterValue.h"
 
-// A parameter's value: text, an unsigned number, or a number of another kind (negative, fractional, beyond 64 bits).
 class ZoCInventoryParameter {
 public:
-    struct OtherNumber {};
-    using Value = std::variant<std::string, std::uint64_t, OtherNumber>;
-
-    std::string name;  // its address as text, "PRODUCT/NAME"
-    Value value;
+    const TrellanSimulation::ParameterName* name = nullptr;  // of the tree
+    TrellanSimulation::ParameterValue value;
 };
 
 namespace TrellanSimulation {
@@ -36,19 +34,36 @@ public:
     // Appends an item with the identity `id` below this one, which owns it.
     TreeItem& addItem(const ZoCInventoryAddress& id);
 
-    // Appends a parameter. `name` must not be there yet.
-    void addParameter(std::string name, ZoCInventoryParameter::Value value);
+    // The names of the tree's parameters.
+    ParameterNames& parameterNames() { return tree->names; }
+
+    // Makes room for so many parameters.
+    void reserveParameters(std::size_t count) { parameters.reserve(count); }
+
+    // Appends a parameter. `name`, of this tree, must not be there yet.
+    void addParameter(const ParameterName& name, ParameterValue value);
+
+    // The same for a name that is written so ("PRODUCT/NAME"). Throws std::invalid_argument when no parameter can have
+    // it.
+    void addParameter(std::string_view name, ParameterValue value);
 
     // Gives the parameter at `address` another value; appends it when it is not there.
-    void setParameter(const ZoCInventoryAddress& address, ZoCInventoryParameter::Value value);
+    void setParameter(const ZoCInventoryAddress& address, ParameterValue value);
 
     // Calls `visit` with this item and every item below it, in document order.
     template <class Visit>
     void forEach(Visit&& visit)
     {
         visit(*this);
-        for (const auto& item : items) {
-            item->forEach(visit);
+        forEachBelow([&](TreeItem& item) { item.forEach(visit); });
+    }
+
+    // Calls `visit` with every item directly below this one, in document order.
+    template <class Visit>
+    void forEachBelow(Visit&& visit)
+    {
+        for (TreeItem* item = first; item != nullptr; item = item->next) {
+            visit(*item);
         }
     }
 
@@ -77,19 +92,36 @@ protected:
     void readValue(ZoCErrorListPool& errors, const ZoCInventoryAddress& address, ZoCVersion& value) const override;
 
 private:
-    const TreeItem& root() const;
-    bool addFaults(ZoCErrorListPool& errors, const std::string& parameter) const;
+    TreeItem(const ZoCInventoryAddress& id, TreeItem& parent);
+
+    // What the items of a tree have in common.
+    struct Tree {
+        std::pmr::monotonic_buffer_resource memory;  // of all items but the root, and of their parameters
+        ParameterNames names;
+        std::shared_ptr<const ValueFaults> faults;
+        bool handedOut = false;
+    };
+
+    bool hasId(const ZoCInventoryAddress& address) const;
+    TreeItem* findItem(const ZoCInventoryAddress& id) const;
+    std::size_t findParameter(const ZoCInventoryAddress& address) const;
+    bool addFaults(ZoCErrorListPool& errors, const ZoCInventoryAddress& parameter) const;
     template <class T>
     void read(ZoCErrorListPool& errors, const ZoCInventoryAddress& address, T& value) const;
 
-    ZoCInventoryAddress id;
+    using ItemsById = std::unordered_map<std::uint64_t, TreeItem*>;
+
+    std::unique_ptr<Tree> ownTree;  // of the root item
+    Tree* tree;
+    const ZoCInventoryAddress::Category category;
+    const unsigned index;
     TreeItem* parent = nullptr;
     TreeItem* next = nullptr;
-    std::vector<std::unique_ptr<TreeItem>> items;
-    std::unordered_map<std::string, TreeItem*> itemsById;  // by the text of the identity
-    std::vector<ZoCInventoryParameter> parameters;
-    std::shared_ptr<const ValueFaults> faults;  // of the root item
-    bool handedOut = false;
+    TreeItem* first = nullptr;  // of those below
+    TreeItem* last = nullptr;
+    std::size_t count = 0;
+    mutable std::unique_ptr<ItemsById> itemsById;  // made where many are searched
+    std::pmr::vector<ZoCInventoryParameter> parameters;
 };
 
 }  // namespace TrellanSimulation

@@ -2,54 +2,95 @@
 #include "libZoInventoryTree/ZoCInventoryAddress.h"
 
 #include <algorithm>
+#include <stdexcept>
+#include <string>
 
 #include "simulation/libZoInventoryTree/Kinds.h"
 
-ZoCInventoryAddress::ZoCInventoryAddress(Category category, unsigned index) : elements{{category, index}} {}
+ZoCInventoryAddress::ZoCInventoryAddress(Category category, unsigned index) : length(1)
+{
+    shortElements[0] = {category, index};
+}
+
+void ZoCInventoryAddress::add(const Element& element)
+{
+    if (length < shortLength) {
+        shortElements[length] = element;
+    } else {
+        if (length == shortLength) {
+            longElements.assign(shortElements.begin(), shortElements.end());
+        }
+        longElements.push_back(element);
+    }
+    ++length;
+}
+
+const ZoCInventoryAddress::Element* ZoCInventoryAddress::begin() const noexcept
+{
+    return length <= shortLength ? shortElements.data() : longElements.data();
+}
+
+const ZoCInventoryAddress::Element* ZoCInventoryAddress::end() const noexcept
+{
+    return begin() + length;
+}
 
 ZoCInventoryAddress ZoCInventoryAddress::operator[](unsigned int index) const
 {
-    ZoCInventoryAddress copy = *this;
-    if (!copy.elements.empty()) {
-        copy.elements.back().index = index;
+    ZoCInventoryAddress copy;
+    for (const Element& element : *this) {
+        copy.add({element.category, &element + 1 == end() ? index : element.index});
     }
     return copy;
 }
 
 ZoCInventoryAddress ZoCInventoryAddress::operator/(const ZoCInventoryAddress& relative) const
 {
-    ZoCInventoryAddress joined;
-    joined.elements.reserve(elements.size() + relative.elements.size());
-    joined.elements = elements;
-    joined.elements.insert(joined.elements.end(), relative.elements.begin(), relative.elements.end());
+    ZoCInventoryAddress joined = *this;
+    if (length + relative.length <= shortLength) {
+        std::copy_n(relative.shortElements.data(), relative.length, joined.shortElements.data() + length);
+        joined.length += relative.length;
+        return joined;
+    }
+    for (const Element& element : relative) {
+        joined.add(element);
+    }
     return joined;
 }
 
 ZoCInventoryAddress::Category ZoCInventoryAddress::getCategory() const noexcept
 {
-    return elements.empty() ? noCategory : elements.back().category;
+    return length == 0 ? noCategory : (end() - 1)->category;
+}
+
+unsigned ZoCInventoryAddress::getIndex() const noexcept
+{
+    return length == 0 ? 0 : (end() - 1)->index;
 }
 
 ZoCInventoryAddress ZoCInventoryAddress::getLastElement() const
 {
-    return elements.empty() ? ZoCInventoryAddress() : getElement(elements.size() - 1);
+    return length == 0 ? ZoCInventoryAddress() : getElement(length - 1);
 }
 
 std::size_t ZoCInventoryAddress::getLength() const noexcept
 {
-    return elements.size();
+    return length;
 }
 
 ZoCInventoryAddress ZoCInventoryAddress::getElement(std::size_t position) const
 {
-    const Element& element = elements.at(position);
+    if (position >= length) {
+        throw std::out_of_range("the address has no such element");
+    }
+    const Element& element = begin()[position];
     return ZoCInventoryAddress(element.category, element.index);
 }
 
 ZoCString ZoCInventoryAddress::toString() const
 {
     std::string text;
-    for (const Element& element : elements) {
+    for (const Element& element : *this) {
         text += '/';
         text += TrellanSimulation::kindName(element.category);
         if (element.index != 1) {
@@ -61,10 +102,15 @@ ZoCString ZoCInventoryAddress::toString() const
 
 bool ZoCInventoryAddress::operator==(const ZoCInventoryAddress& other) const noexcept
 {
-    return std::equal(elements.begin(), elements.end(), other.elements.begin(), other.elements.end(),
-                      [](const Element& left, const Element& right) {
-                          return left.category == right.category && left.index == right.index;
-                      });
+    if (length != other.length) {
+        return false;
+    }
+    const auto isSame = [](const Element& left, const Element& right) {
+        return left.category == right.category && left.index == right.index;
+    };
+    return length <= shortLength
+               ? std::equal(shortElements.data(), shortElements.data() + length, other.shortElements.data(), isSame)
+               : std::equal(longElements.begin(), longElements.end(), other.longElements.begin(), isSame);
 }
 
 bool ZoCInventoryAddress::operator!=(const ZoCInventoryAddress& other) const noexcept

@@ -1,6 +1,8 @@
 // The text is put together from what stays and the new values, from its start on.
 #include "simulation/target/MemberChanges.h"
 
+#include <nlohmann/json.hpp>
+
 #include "simulation/target/JsonCursor.h"
 
 namespace TrellanSimulation {
@@ -31,6 +33,17 @@ private:
     std::string changed;
 };
 
+template <class Value>
+std::string written(const Value& value)
+{
+    return nlohmann::json(value).dump();
+}
+
+std::string written(const NewValue& value)
+{
+    return std::visit([](const auto& content) { return written(content); }, value);
+}
+
 struct Range {
     std::size_t start = 0;
     std::size_t end = 0;
@@ -55,14 +68,14 @@ void changeObject(std::string_view text, std::size_t offset, MemberChanges chang
         inOrder[range.start] = name;
     }
     for (const auto& [start, name] : inOrder) {
-        changed.replace(start, values[name].end, changes.extract(name).mapped().dump());
+        changed.replace(start, values[name].end, written(changes.extract(name).mapped()));
     }
     for (const auto& [name, value] : changes) {
         changed.replace(end, end, ",");
         changed.replace(end, end, text.substr(last.start, last.nameStart - last.start));
-        changed.replace(end, end, Json(name).dump());
+        changed.replace(end, end, written(name));
         changed.replace(end, end, text.substr(last.nameEnd, last.valueStart - last.nameEnd));
-        changed.replace(end, end, value.dump());
+        changed.replace(end, end, written(value));
     }
 }
 

@@ -3,16 +3,17 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <string>
 #include <string_view>
-
-#include "simulation/libZoInventoryTree/Document.h"
+#include <variant>
 
 namespace TrellanSimulation {
 
 // The new values of an object's members, by name.
-using MemberChanges = std::map<std::string, Json>;
+using NewValue = std::variant<std::uint64_t, std::string>;
+using MemberChanges = std::map<std::string, NewValue>;
 
 // `text`, which must be valid JSON, with the changes of the objects that begin at the offsets in `changes`. Of members
 // with the same name the last one is changed; one that is not there is added behind the last one, in its style. The

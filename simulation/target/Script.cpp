@@ -15,7 +15,7 @@ template <class Number>
 void readNumber(const Json& object, std::string_view name, const Place& place, Number& number,
                 std::uint64_t highest = std::numeric_limits<Number>::max())
 {
-    if (const Json* member = findMember(object, name)) {
+    if (const auto member = object.find(name)) {
         number = static_cast<Number>(getNumber(*member, Place(place, name), 0, highest));
     }
 }
@@ -33,7 +33,7 @@ ZoSErrorRecord readError(const Json& source, const Place& place)
     readNumber(source, "mainModule", place, error.mainModule);
     readNumber(source, "subModule", place, error.subModule);
     readNumber(source, "line", place, error.line);
-    if (const Json* function = findMember(source, "function")) {
+    if (const auto function = source.find("function")) {
         error.function = getText(*function, Place(place, "function"));
     }
     return error;
@@ -56,8 +56,8 @@ template <class Entry>
 std::vector<Entry> readList(const Json& object, std::string_view name, const Place& place,
                             Entry (*readEntry)(const Json&, const Place&))
 {
-    const Json* list = findMember(object, name);
-    return list == nullptr ? std::vector<Entry>() : readEntries(*list, Place(place, name), readEntry);
+    const auto list = object.find(name);
+    return !list ? std::vector<Entry>() : readEntries(*list, Place(place, name), readEntry);
 }
 
 ScriptedCall readCall(const Json& source, const Place& place)
@@ -71,7 +71,7 @@ ScriptedScan readScan(const Json& source, const Place& place)
     requireMembers(source, {"result", "errors"}, place);
     ScriptedScan scan;
     scan.errors = readList(source, "errors", place, readError);
-    if (const Json* result = findMember(source, "result")) {
+    if (const auto result = source.find("result")) {
         scan.result = getInt(*result, Place(place, "result"));
     }
     return scan;
@@ -120,13 +120,13 @@ std::shared_ptr<const ValueFaults> readValues(const Json& source, const Place& p
 {
     requireObject(source, place);
     auto values = std::make_shared<ValueFaults>();
-    for (const auto& [key, errors] : source.items()) {
+    source.forEachMember([&](std::string_view key, const Json& errors) {
         const Place keyPlace(place, key);
         if (!isValueKey(key)) {
             throw DocumentFault(keyPlace, "not ITEM:PARAMETER");
         }
         values->emplace(key, readEntries(errors, keyPlace, readError));
-    }
+    });
     return values;
 }
 
@@ -134,17 +134,17 @@ std::unordered_map<std::string, ElementScript> readElements(const Json& source, 
 {
     requireObject(source, place);
     std::unordered_map<std::string, ElementScript> elements;
-    for (const auto& [key, element] : source.items()) {
+    source.forEachMember([&](std::string_view key, const Json& element) {
         const Place keyPlace(place, key);
         if (!isElementKey(key)) {
             throw DocumentFault(keyPlace, "not BOARD#ID");
         }
         requireMembers(element, {"start", "polls", "finish"}, keyPlace);
-        ElementScript& script = elements[key];
+        ElementScript& script = elements[std::string(key)];
         script.start = readList(element, "start", keyPlace, readCall);
         script.polls = readList(element, "polls", keyPlace, readPoll);
         script.finish = readList(element, "finish", keyPlace, readFinish);
-    }
+    });
     return elements;
 }
 
@@ -170,10 +170,10 @@ Script readScript(const Json& source, const Place& place)
     script.lock = readList(source, "lock", place, readCall);
     script.updateFinish = readList(source, "updateFinish", place, readCall);
     script.unlock = readList(source, "unlock", place, readCall);
-    if (const Json* values = findMember(source, "values")) {
+    if (const auto values = source.find("values")) {
         script.values = readValues(*values, Place(place, "values"));
     }
-    if (const Json* elements = findMember(source, "elements")) {
+    if (const auto elements = source.find("elements")) {
         script.elements = readElements(*elements, Place(place, "elements"));
     }
     return script;

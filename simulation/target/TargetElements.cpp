@@ -1,5 +1,6 @@
 // The update elements in the target file's document and in its text, and the new values that updates give them.
 #include "libZoInventoryTree/ZoNInventoryIDs.h"
+#include "simulation/libZoInventoryTree/AddressText.h"
 #include "simulation/libZoInventoryTree/TreeBuilder.h"
 #include "simulation/target/TargetFile.h"
 
@@ -17,11 +18,32 @@ std::optional<std::string> keyOf(const TreeItem& item)
         return std::nullopt;
     }
     const ZoCInventoryParameter* parameter = item.getParameter(ID);
-    const auto* id = parameter == nullptr ? nullptr : std::get_if<std::uint64_t>(&parameter->value);
-    if (id == nullptr || *id > std::numeric_limits<unsigned>::max()) {
+    const auto id = parameter == nullptr ? std::nullopt : parameter->value.number();
+    if (!id || *id > std::numeric_limits<unsigned>::max()) {
         return std::nullopt;
     }
     return elementKey(info->getParent()->getAddress(), static_cast<unsigned>(*id));
+}
+
+// The item's parameter as the document has it.
+std::optional<Json> parameterOf(const Json& item, const std::string& name)
+{
+    const auto parameters = item.find("parameters");
+    return parameters ? parameters->find(name) : std::nullopt;
+}
+
+// Whether `value` is written as `other` would be; 1.0 equals 1, but is no value of a parameter.
+bool isSame(const Json& value, const NewValue& other)
+{
+    const auto* text = std::get_if<std::string>(&other);
+    return text == nullptr ? value.unsignedNumber() == std::get<std::uint64_t>(other) : value.text() == *text;
+}
+
+// The document's item below `source` at this position.
+std::optional<Json> itemBelow(const Json& source, std::size_t position)
+{
+    const auto items = source.find("items");
+    return items && position < items->size() ? std::optional((*items)[position]) : std::nullopt;
 }
 
 }  // namespace
@@ -29,7 +51,7 @@ std::optional<std::string> keyOf(const TreeItem& item)
 void TargetFile::installElement(const std::string& key, const UpdateContent& content)
 {
     unused.reset();
-    const auto [first, end] = elements.equal_range(key);
+    const auto [first, end] = foundElements().equal_range(key);
     for (auto element = first; element != end; ++element) {
         install(element->second, content);
     }
@@ -37,88 +59,114 @@ void TargetFile::installElement(const std::string& key, const UpdateContent& con
 
 void TargetFile::install(Element& element, const UpdateContent& content)
 {
-    Json& parameters = (*element.item)["parameters"];
-    const auto set = [&](const char* name, const Json& value) {
-        Json& parameter = parameters[name];
-        if (parameter != value || parameter.type() != value.type()) {  // 1.0 equals 1, but is no value of a parameter
-            parameter = value;
+    const auto set = [&](const std::string& name, const NewValue& value) {
+        const auto change = element.changes.find(name);
+        const auto parameter = parameterOf(element.item, name);
+        const bool isSet =
+            change != element.changes.end() ? change->second == value : parameter && isSame(*parameter, value);
+        if (!isSet) {
             element.changes[name] = value;
             changed = true;
         }
     };
     if (content.checksum) {
-        set("CHECKSUM_CRC32", *content.checksum);
+        set("CHECKSUM_CRC32", std::uint64_t{*content.checksum});
     }
     if (content.version) {
         set("VERSION", *content.version);
     }
-    set("VALID", 1U);
+    set("VALID", std::uint64_t{1});
 }
 
-void TargetFile::findElements()
+// Searched only when an update asks for one.
+TargetFile::Elements& TargetFile::foundElements()
 {
-    const Place top;
-    unused = buildTree(getMember(document, "tree", top), Place(top, "tree"));
-    ElementsOfItems found;
-    collectElements(*unused, document["tree"], found);
-    JsonCursor cursor(text);
-    cursor.forEachMember([&](const JsonCursor::Member& member) {
-        member.name == "tree" ? findInText(unused.get(), cursor, found) : cursor.skip();
-    });
+    if (!elements) {
+        const auto tree = unused ? nullptr : buildTree(treeSource(), Place(Place(), "tree"));
+        Elements found;
+        collectElements(unused ? *unused : *tree, treeSource(), found);
+        elements = std::move(found);
+    }
+    return *elements;
 }
 
 // Walks `source` along with the tree that was built from it.
-void TargetFile::collectElements(const TreeItem& item, Json& source, ElementsOfItems& found)
+void TargetFile::collectElements(const TreeItem& item, const Json& source, Elements& found)
 {
     if (const auto key = keyOf(item)) {
-        found[&item] = &elements.emplace(*key, Element{&source, 0, {}})->second;
+        found.emplace(*key, Element{source, {}});
     }
     const ZoCInventoryItem* below = item.getFirstSubItem();
+    const auto items = source.find("items");
     for (std::size_t position = 0; below != nullptr; below = below->getNext(), ++position) {
-        collectElements(static_cast<const TreeItem&>(*below), source["items"][position], found);
+        collectElements(static_cast<const TreeItem&>(*below), (*items)[position], found);
     }
 }
 
-// Walks the item that the cursor stands at along with the tree. Of members that stand twice the last one is in the
-// tree: what is found in an earlier one, which may be anything, is found again. `item` is null where the tree has none.
-void TargetFile::findInText(const TreeItem* item, JsonCursor& cursor, const ElementsOfItems& found)
+void TargetFile::addChanges(TreeItem& tree, const Json& source)
 {
-    if (item == nullptr || !cursor.isObject()) {
+    std::unordered_map<const void*, const MemberChanges*> ofItems;
+    for (const auto& [key, element] : *elements) {
+        if (!element.changes.empty()) {
+            ofItems[element.item.identity()] = &element.changes;
+        }
+    }
+    const auto add = [&](const auto& again, TreeItem& item, const Json& itemSource) -> void {
+        if (const auto changes = ofItems.find(itemSource.identity()); changes != ofItems.end()) {
+            for (const auto& [name, value] : *changes->second) {
+                std::visit([&](const auto& content) { item.setParameter(*parseParameterAddress(name), content); },
+                           value);
+            }
+        }
+        const auto items = itemSource.find("items");
+        std::size_t position = 0;
+        item.forEachBelow([&](TreeItem& below) { again(again, below, (*items)[position++]); });
+    };
+    add(add, tree, source);
+}
+
+// Walks the item that the cursor stands at along with the document. Of members that stand twice the last one is in the
+// document: what is found in an earlier one, which may be anything, is found again. `item` is nothing where the
+// document has none.
+void TargetFile::findInText(const std::optional<Json>& item, JsonCursor& cursor, Parameters& found)
+{
+    if (!item || !cursor.isObject()) {
         cursor.skip();
         return;
     }
-    const auto element = found.find(item);
     cursor.forEachMember([&](const JsonCursor::Member& member) {
         if (member.name == "items") {
             findItemsInText(*item, cursor, found);
             return;
         }
-        if (element != found.end() && member.name == "parameters") {
-            element->second->parameters = cursor.offset();
+        if (member.name == "parameters") {
+            found[item->identity()] = cursor.offset();
         }
         cursor.skip();
     });
 }
 
-void TargetFile::findItemsInText(const TreeItem& item, JsonCursor& cursor, const ElementsOfItems& found)
+void TargetFile::findItemsInText(const Json& item, JsonCursor& cursor, Parameters& found)
 {
     if (!cursor.isArray()) {
         cursor.skip();
         return;
     }
-    const ZoCInventoryItem* below = item.getFirstSubItem();
-    cursor.forEachElement([&] {
-        findInText(static_cast<const TreeItem*>(below), cursor, found);
-        below = below == nullptr ? nullptr : below->getNext();
-    });
+    std::size_t position = 0;
+    cursor.forEachElement([&] { findInText(itemBelow(item, position++), cursor, found); });
 }
 
 std::string TargetFile::changedText() const
 {
+    Parameters parameters;
+    JsonCursor cursor(text);
+    cursor.forEachMember([&](const JsonCursor::Member& member) {
+        member.name == "tree" ? findInText(treeSource(), cursor, parameters) : cursor.skip();
+    });
     std::map<std::size_t, MemberChanges> changes;
-    for (const auto& [key, element] : elements) {
+    for (const auto& [key, element] : *elements) {
         if (!element.changes.empty()) {
-            changes.emplace(element.parameters, element.changes);
+            changes.emplace(parameters.at(element.item.identity()), element.changes);
         }
     }
     return withChanges(text, changes);

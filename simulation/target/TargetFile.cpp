@@ -8,7 +8,6 @@
 
 #include "libZoInventoryTree/ZoNInventoryIDs.h"
 #include "simulation/base/RegularFile.h"
-#include "simulation/libZoInventoryTree/DocumentBuilder.h"
 #include "simulation/libZoInventoryTree/TreeBuilder.h"
 #include "simulation/target/AtomicFile.h"
 #include "simulation/target/FlashDrive.h"
@@ -19,7 +18,7 @@ namespace {
 
 ClockKind readClock(const Json& value, const Place& place)
 {
-    const std::string& text = getText(value, place);
+    const std::string_view text = getText(value, place);
     if (text != "real" && text != "virtual") {
         throw DocumentFault(place, "neither \"real\" nor \"virtual\"");
     }
@@ -27,13 +26,13 @@ ClockKind readClock(const Json& value, const Place& place)
 }
 
 // The system takes a NUL character for the end of a path, and nothing for the target file's own folder.
-const std::string& readFolder(const Json& value, const Place& place)
+std::string_view readFolder(const Json& value, const Place& place)
 {
-    const std::string& text = getText(value, place);
+    const std::string_view text = getText(value, place);
     if (text.empty()) {
         throw DocumentFault(place, "empty");
     }
-    if (text.find('\0') != std::string::npos) {
+    if (text.find('\0') != std::string_view::npos) {
         throw DocumentFault(place, "holds a NUL character");
     }
     return text;
@@ -46,8 +45,8 @@ void readFlashFile(TreeItem& item)
         return;
     }
     const ZoCInventoryParameter* parameter = item.getParameter(LOCATION);
-    const auto* location = parameter == nullptr ? nullptr : std::get_if<std::string>(&parameter->value);
-    const auto file = location == nullptr ? std::nullopt : FlashDrive::find(*location);
+    const auto location = parameter == nullptr ? std::nullopt : parameter->value.text();
+    const auto file = location ? FlashDrive::find(std::string(*location)) : std::nullopt;
     const auto checksum = file ? fileChecksum(*file) : std::nullopt;
     if (checksum) {
         item.setParameter(VALID, std::uint64_t{1});
@@ -61,12 +60,14 @@ TargetFile::TargetFile(const std::filesystem::path& path) : path(std::filesystem
 {
     read();
     readMembers();
-    findElements();
 }
 
 std::unique_ptr<TreeItem> TargetFile::makeTree()
 {
-    auto tree = unused ? std::move(unused) : buildTree(*findMember(document, "tree"), Place(Place(), "tree"));
+    auto tree = unused ? std::move(unused) : buildTree(treeSource(), Place(Place(), "tree"));
+    if (elements) {
+        addChanges(*tree, treeSource());
+    }
     if (flash) {
         tree->forEach(readFlashFile);
     }
@@ -105,7 +106,8 @@ void TargetFile::read()
 try {
     RegularFile file(path);
     stamp = file.stamp();
-    document = parseDocument(file, &text);
+    text = readText(file);
+    document = JsonDocument::parse(text);
 } catch (const FileFault& fault) {
     throw DocumentFault(fault.what());
 }
@@ -113,18 +115,20 @@ try {
 void TargetFile::readMembers()
 {
     const Place top;
-    requireMembers(document, {"clock", "bytesPerSecond", "flashDrive", "tree", "script"}, top);
-    if (const Json* clock = findMember(document, "clock")) {
+    const Json whole = document.root();
+    requireMembers(whole, {"clock", "bytesPerSecond", "flashDrive", "tree", "script"}, top);
+    if (const auto clock = whole.find("clock")) {
         clockOfTarget = readClock(*clock, Place(top, "clock"));
     }
-    if (const Json* bytes = findMember(document, "bytesPerSecond")) {
+    if (const auto bytes = whole.find("bytesPerSecond")) {
         rate = getNumber(*bytes, Place(top, "bytesPerSecond"), 1, std::numeric_limits<std::uint64_t>::max());
     }
-    if (const Json* folder = findMember(document, "flashDrive")) {
+    if (const auto folder = whole.find("flashDrive")) {
         flash = path.parent_path() / readFolder(*folder, Place(top, "flashDrive"));
     }
-    const Json* script = findMember(document, "script");
-    calls = std::make_shared<Script>(script == nullptr ? Script() : readScript(*script, Place(top, "script")));
+    const auto script = whole.find("script");
+    calls = std::make_shared<Script>(script ? readScript(*script, Place(top, "script")) : Script());
+    unused = buildTree(getMember(whole, "tree", top), Place(top, "tree"));
 }
 
 }  // namespace TrellanSimulation

@@ -44,7 +44,7 @@ public:
 
     // Whether the board with the element `key` (elementKey()) has it: an UPDATE_ELEMENT with that ID below the board's
     // UPDATE_INFO.
-    bool hasElement(const std::string& key) const { return elements.contains(key); }
+    bool hasElement(const std::string& key) { return foundElements().contains(key); }
 
     // Gives the element `key`, which must exist, the values that `content` carries and makes it valid. So all of them,
     // where several of the board have the ID: nothing tells them apart.
@@ -57,34 +57,36 @@ public:
     void save();
 
 private:
-    // An update element in the document, and in its text.
+    // An update element in the document.
     struct Element {
-        Json* item = nullptr;
-        std::size_t parameters = 0;  // where they begin in the text
-        MemberChanges changes;       // of the parameters, since the text was read
+        Json item;
+        MemberChanges changes;  // of the parameters, since the document was read
     };
+    using Elements = std::unordered_multimap<std::string, Element>;   // by elementKey()
+    using Parameters = std::unordered_map<const void*, std::size_t>;  // where they begin in the text, by their item
 
     void takeStamp();
     void read();
     void readMembers();
-    void findElements();
-    using ElementsOfItems = std::unordered_map<const TreeItem*, Element*>;
-    void collectElements(const TreeItem& item, Json& source, ElementsOfItems& found);
-    static void findInText(const TreeItem* item, JsonCursor& cursor, const ElementsOfItems& found);
-    static void findItemsInText(const TreeItem& item, JsonCursor& cursor, const ElementsOfItems& found);
+    Json treeSource() const { return *document.root().find("tree"); }
+    Elements& foundElements();
+    static void collectElements(const TreeItem& item, const Json& source, Elements& found);
+    void addChanges(TreeItem& tree, const Json& source);
+    static void findInText(const std::optional<Json>& item, JsonCursor& cursor, Parameters& found);
+    static void findItemsInText(const Json& item, JsonCursor& cursor, Parameters& found);
     void install(Element& element, const UpdateContent& content);
     std::string changedText() const;
 
     std::filesystem::path path;  // without symbolic links
     FileStamp stamp;
     std::string text;  // as it was read
-    Json document;     // with what has changed since
+    JsonDocument document;
     ClockKind clockOfTarget = ClockKind::real;
     std::uint64_t rate = 1048576;
     std::optional<std::filesystem::path> flash;
     std::shared_ptr<const Script> calls;
-    std::unordered_multimap<std::string, Element> elements;
-    std::unique_ptr<TreeItem> unused;  // the tree as the document says, built to find the elements
+    std::optional<Elements> elements;  // of the document, as soon as one is asked for
+    std::unique_ptr<TreeItem> unused;  // the tree as the document says, built to check it
     bool changed = false;
 };
 

@@ -119,13 +119,6 @@ void readBitstreamHeader(std::string_view head, UpdateContent& content)
     }
 }
 
-template <class Value>
-const Value* valueOf(const TreeItem& item, const ZoCInventoryAddress& address)
-{
-    const ZoCInventoryParameter* parameter = item.getParameter(address);
-    return parameter == nullptr ? nullptr : std::get_if<Value>(&parameter->value);
-}
-
 // False when the file holds no inventory tree.
 bool readInventory(RegularFile& file, UpdateContent& content)
 try {
@@ -133,12 +126,13 @@ try {
     file.rewind();
     const InventoryFile inventory = readInventoryFile(file);
     content.checksum = inventory.checksum;
-    const auto* checksum = valueOf<std::uint64_t>(*inventory.root, FIRMWARE / CHECKSUM_CRC32);
-    if (!content.checksum && checksum != nullptr && *checksum <= std::numeric_limits<std::uint32_t>::max()) {
+    const ZoCInventoryParameter* parameter = inventory.root->getParameter(FIRMWARE / CHECKSUM_CRC32);
+    const auto checksum = parameter == nullptr ? std::nullopt : parameter->value.number();
+    if (!content.checksum && checksum && *checksum <= std::numeric_limits<std::uint32_t>::max()) {
         content.checksum = static_cast<std::uint32_t>(*checksum);
     }
-    if (const auto* version = valueOf<std::string>(*inventory.root, FIRMWARE / VERSION)) {
-        content.version = *version;
+    if (const ZoCInventoryParameter* version = inventory.root->getParameter(FIRMWARE / VERSION)) {
+        content.version = version->value.text();
     }
     return true;
 } catch (const DocumentFault&) {

@@ -6,6 +6,7 @@
 
 #include "AnotherProcess.h"
 #include "JsonText.h"
+#include "simulation/target/TargetFile.h"
 #include "support/TempDir.h"
 
 namespace {
@@ -101,6 +102,19 @@ TEST_P(DocumentMemory, OfADescriptionIsAtMostTenTimesItsSize)
     EXPECT_LE(tenthsForEachByte([&] {
                   const OpenFile file(std::fopen(path.c_str(), "rb"));
                   const ZoNJson::json document = ZoNJson::json::parse(file.get());
+              }),
+              100);
+}
+
+TEST_P(DocumentMemory, OfATargetFileIsAtMostTenTimesItsSize)
+{
+    const auto path = write();
+    EXPECT_LE(tenthsForEachByte([&] {
+                  try {
+                      TrellanSimulation::TargetFile file(path);
+                  } catch (const TrellanSimulation::DocumentFault&) {
+                      return;  // it is a document all the same, and read to its end
+                  }
               }),
               100);
 }
