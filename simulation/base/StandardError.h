@@ -5,8 +5,9 @@
 
 namespace TrellanSimulation {
 
-// Writes `text` and a line end at once, through std::cerr: a host may have put a buffer of its own there. Also while
-// libraries are loaded or unloaded.
+// Writes `text` and a line end at once, through std::cerr: a host may have put a buffer of its own there. Where none
+// has and standard error is a terminal, control characters are shown as \xNN. Also while libraries are loaded or
+// unloaded.
 void tellOnStandardError(const std::string& text);
 
 }  // namespace TrellanSimulation

@@ -226,13 +226,14 @@ protected:
 
     // What the tool shows at a terminal that is both its outputs, or its standard error alone; what it prints elsewhere
     // goes to `output`.
-    std::string shown(const Words& words, std::string* output = nullptr) const
+    std::string shown(const Words& words, std::string* output = nullptr, const std::string& trace = "") const
     {
         const PseudoTerminal terminal;
         const std::string place = terminal.path();
         Words line = {"-c", "exec \"$@\" 2>" + place + (output == nullptr ? " >" + place : ""), "sh", TRELLAN_TOOL};
         line.insert(line.end(), words.begin(), words.end());
-        RunningProcess process("/bin/sh", line, folder.path(), {"TRELLAN_TARGET=" + target()});
+        RunningProcess process("/bin/sh", line, folder.path(),
+                               {"TRELLAN_TARGET=" + target(), "TRELLAN_TRACE=" + trace});
         std::string text;
         std::atomic<bool> hasEnded = false;
         std::thread user([&] {
@@ -289,6 +290,13 @@ TEST_F(AtATerminal, ErrorsOfTheTargetDoNotDriveIt)
         << text;
     EXPECT_NE(text.find("Update failed"), std::string::npos) << text;
     EXPECT_EQ(drivingBytes(text), "");
+}
+
+TEST_F(AtATerminal, ATraceThatIsNamedBeforeTheToolBeginsDoesNotDriveIt)
+{
+    EXPECT_EQ(
+        shown({"version"}, nullptr, "/\x1b[2J\x9b\xc2\x9b\x7f\xc3\xbc/trace"),
+        "WARNING: cannot write the trace /\\x1b[2J\\x9b\xc2\\x9b\\x7f\xc3\xbc/trace: No such file or directory\n1.0\n");
 }
 
 TEST_F(AtATerminal, DocumentsAreJsonWhateverIsNamed)
