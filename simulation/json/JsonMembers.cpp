@@ -20,7 +20,8 @@ bool JsonMembers::isBefore(const Member& left, const Member& right)
 
 bool JsonMembers::isSame(const Member& left, const Member& right)
 {
-    return left.key == right.key || textOf(left.key) == textOf(right.key);
+    return left.key == right.key || (tagOf(left.key) == JsonTag::text && tagOf(right.key) == JsonTag::text &&
+                                     textOf(left.key) == textOf(right.key));
 }
 
 std::size_t JsonMembers::orderByKey() const
@@ -47,7 +48,7 @@ std::size_t JsonMembers::orderByKey() const
 bool JsonMembers::isRepeatedAmongFew() const
 {
     for (const Member* at = first; at < first + count; ++at) {
-        if (std::any_of(first, static_cast<Member*>(first) + (at - first),
+        if (std::any_of(static_cast<const Member*>(first), at,
                         [&](const Member& earlier) { return isSame(earlier, *at); })) {
             return true;
         }

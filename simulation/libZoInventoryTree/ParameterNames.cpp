@@ -28,7 +28,7 @@ const ParameterName* ParameterNames::find(std::string_view text)
         if (!address) {
             return nullptr;
         }
-        name = names.emplace(text, ParameterName{std::string(text), *address}).first;
+        name = names.try_emplace(std::string(text), text, *address).first;
     }
     return known = &name->second;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <map>
 #include <string>
 #include <string_view>
@@ -10,9 +11,26 @@
 
 namespace TrellanSimulation {
 
+// A number of an address that few others have.
+inline std::uint64_t numberOf(const ZoCInventoryAddress& address)
+{
+    return std::uint64_t{address.getIndex()} << 32 | std::uint64_t{address.getCategory()} << 8 | address.getLength();
+}
+
 struct ParameterName {
-    std::string text;  // "PRODUCT/NAME"
-    ZoCInventoryAddress address;
+    ParameterName(std::string_view text, const ZoCInventoryAddress& address)
+        : text(text), address(address), number(numberOf(address))
+    {
+    }
+
+    bool isOf(const ZoCInventoryAddress& other, std::uint64_t otherNumber) const
+    {
+        return number == otherNumber && address == other;
+    }
+
+    const std::string text;  // "PRODUCT/NAME"
+    const ZoCInventoryAddress address;
+    const std::uint64_t number;
 };
 
 class ParameterNames {

@@ -206,8 +206,9 @@ const ZoCInventoryParameter* TreeItem::getParameter(const ZoCInventoryAddress& a
 // The parameter's position; behind the last one when it is not there.
 std::size_t TreeItem::findParameter(const ZoCInventoryAddress& address) const
 {
+    const std::uint64_t number = numberOf(address);
     std::size_t position = 0;
-    while (position != parameters.size() && !(parameters[position].name->address == address)) {
+    while (position != parameters.size() && !parameters[position].name->isOf(address, number)) {
         ++position;
     }
     return position;

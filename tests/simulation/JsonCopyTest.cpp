@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "JsonText.h"
+#include "allocations/Allocations.h"
 
 using ZoNJson::json;
 
@@ -44,6 +45,16 @@ TEST(JsonCopy, SharesTheNodesOfItsOriginal)
     copy["a"] = 1u;
     EXPECT_NE(&unchanged(copy)["c"], &original["c"]);
     EXPECT_EQ(&*unchanged(copy)["c"].begin(), &*original["c"].begin());
+}
+
+TEST(JsonCopy, AsksForNoMemory)
+{
+    const json whole = parse(R"({"files":[{"name":"firmware/image.bin","boards":[{"boardType":"T"}]}]})");
+    EXPECT_EQ(allocationsOf([&] {
+                  const json entry = whole["files"][0];
+                  const json name = entry["name"];
+              }),
+              0u);
 }
 
 TEST(JsonCopy, IsNotChangedThroughAReferenceThatWasHandedOutBefore)

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "JsonText.h"
+#include "allocations/Allocations.h"
 #include "support/TempDir.h"
 
 using ZoNJson::json;
@@ -80,7 +81,8 @@ TEST(JsonParsing, RefusesLoneSurrogates)
 
 TEST(JsonParsing, RefusesRawControlCharactersWhereverTheyStandInAString)
 {
-    for (const std::string filling : {std::string(50, 'a'), std::string(24, 'a') + "\xC3\xBC" + std::string(24, 'a')}) {
+    for (const std::string& filling :
+         {std::string(50, 'a'), std::string(24, 'a') + "\xC3\xBC" + std::string(24, 'a')}) {
         for (std::size_t at = 0; at < filling.size(); ++at) {
             if (static_cast<unsigned char>(filling[at]) >= 0x80) {
                 continue;
@@ -268,6 +270,16 @@ TEST(JsonParsing, ReadsADocumentOfManyEntries)
     const json value = parse(content + "]}");
     ASSERT_EQ(value["files"].size(), 100000u);
     EXPECT_EQ(static_cast<std::string>(value["files"][std::size_t{99999}]["fileName"]), "f99999");
+}
+
+TEST(JsonParsing, AsksForMemoryInBlocksNotForEachValue)
+{
+    std::string content = "[";
+    for (unsigned index = 0; index < 10000; ++index) {
+        content += (index == 0 ? "" : ",") + std::string("{\"fileName\":\"a name of some length\",\"ids\":[1,2.7]}");
+    }
+    const OpenFile file = streamOf(content + "]");
+    EXPECT_LT(allocationsOf([&] { json::parse(file.get()); }), 100u);
 }
 
 TEST(JsonParsing, GivesNothingOfAnInvalidDocument)
