@@ -113,9 +113,9 @@ void TargetFile::addChanges(TreeItem& tree, const Json& source)
     }
     const auto add = [&](const auto& again, TreeItem& item, const Json& itemSource) -> void {
         if (const auto changes = ofItems.find(itemSource.identity()); changes != ofItems.end()) {
-            for (const auto& [name, value] : *changes->second) {
-                std::visit([&](const auto& content) { item.setParameter(*parseParameterAddress(name), content); },
-                           value);
+            for (const auto& change : *changes->second) {
+                const auto name = parseParameterAddress(change.first);
+                std::visit([&](const auto& content) { item.setParameter(*name, content); }, change.second);
             }
         }
         const auto items = itemSource.find("items");
