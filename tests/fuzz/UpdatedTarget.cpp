@@ -15,8 +15,8 @@ void updateAllElements(const std::string& path)
     tree->forEach([&](TrellanSimulation::TreeItem& item) {
         const ZoCInventoryItem* const board = item.getParent() == nullptr ? nullptr : item.getParent()->getParent();
         const ZoCInventoryParameter* const id = item.getParameter(ID);
-        const auto* const number = id == nullptr ? nullptr : std::get_if<std::uint64_t>(&id->value);
-        if (board != nullptr && number != nullptr) {
+        const auto number = id == nullptr ? std::nullopt : id->value.number();
+        if (board != nullptr && number) {
             const std::string key = TrellanSimulation::elementKey(board->getAddress(), static_cast<unsigned>(*number));
             if (file.hasElement(key)) {
                 file.installElement(key, {100, 4711, "1.2.3"});
