@@ -13,7 +13,7 @@ namespace TrellanTool {
 
 namespace {
 
-constexpr std::size_t capacity = 64 * 1024;
+constexpr std::size_t capacity = std::size_t{64} * 1024;
 
 // A character of several bytes in UTF-8: what its first and second byte may be, and how many there are. The others are
 // 0x80 to 0xBF.

@@ -187,7 +187,7 @@ private:
     std::string firstName(const std::function<int(const std::string&)>& take) const
     {
         for (unsigned number = 0;; ++number) {
-            const std::string free = prefix + std::to_string(number);
+            std::string free = prefix + std::to_string(number);
             if (take(free) >= 0) {
                 return free;
             }

@@ -6,7 +6,7 @@ namespace TrellanSimulation {
 
 namespace {
 
-constexpr std::size_t fewMembers = 16;  // which are looked through faster than halved
+constexpr std::size_t membersToWalk = 16;  // which are looked through faster than halved
 
 bool isKind(JsonBits bits, JsonTag narrow, JsonTag wide)
 {
@@ -45,7 +45,7 @@ const JsonBits* findAmongFew(JsonValues members, std::string_view key)
 const JsonBits* findMember(JsonBits object, std::string_view key, bool ordered)
 {
     const JsonValues members = valuesOf(object);
-    if (!ordered || members.count <= 2 * fewMembers) {
+    if (!ordered || members.count <= 2 * membersToWalk) {
         return findAmongFew(members, key);
     }
     std::size_t from = 0;

@@ -38,7 +38,7 @@ FileDescriptor openLockFile(const std::string& name)
 }
 
 // Not open when the folder may not be read, and so not be locked either.
-FileDescriptor openDrive(const std::string& name)
+FileDescriptor openDriveToLock(const std::string& name)
 {
     FileDescriptor folder(::open(name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!folder.isOpen() && errno != EACCES) {
@@ -72,7 +72,7 @@ std::unique_ptr<TargetLock> TargetLock::acquire(const std::filesystem::path& pat
     if (!file.isOpen()) {
         return nullptr;
     }
-    const FileDescriptor folder = drive ? openDrive(*drive) : FileDescriptor();
+    const FileDescriptor folder = drive ? openDriveToLock(*drive) : FileDescriptor();
     FileDescriptor lockedFolder = folder.isOpen() ? lockInheritably(folder, "flash drive") : FileDescriptor();
     if (folder.isOpen() && !lockedFolder.isOpen()) {
         return nullptr;

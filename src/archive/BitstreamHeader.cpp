@@ -1,6 +1,6 @@
 // The header of an FPGA bitstream file. Numbers are big-endian.
 //
-//   offset  0  8 bytes  magic "ZoFPGABS"
+//   offset  0  8 bytes  signature "ZoFPGABS"
 //           8  4        header length in bytes
 //          12  4        header format version: 1
 //          88  4        CRC-32; only when the header length is 92 or more
@@ -14,12 +14,12 @@ namespace ZoNUpdateArchive {
 namespace {
 
 constexpr std::size_t headerSize = 92;
-constexpr char magic[] = {'Z', 'o', 'F', 'P', 'G', 'A', 'B', 'S'};
-constexpr std::uint32_t supportedFormat = 1;
+constexpr char signature[] = {'Z', 'o', 'F', 'P', 'G', 'A', 'B', 'S'};
+constexpr std::uint32_t supportedHeader = 1;
 
 constexpr std::size_t lengthAt = 8;
 constexpr std::size_t formatAt = 12;
-constexpr std::size_t checksumAt = 88;
+constexpr std::size_t crcAt = 88;
 
 }  // namespace
 
@@ -30,14 +30,14 @@ bool readBitstreamHeader(const std::string& beginning, FileHeader& header)
         return false;
     }
     std::memcpy(bytes.data(), beginning.data(), bytes.size());
-    if (std::memcmp(bytes.data(), magic, sizeof magic) != 0 ||
-        readBigEndian32(bytes.data() + formatAt) != supportedFormat) {
+    if (std::memcmp(bytes.data(), signature, sizeof signature) != 0 ||
+        readBigEndian32(bytes.data() + formatAt) != supportedHeader) {
         return false;
     }
     header.kind = FileKind::bitstream;
     // An older, shorter header is a bitstream's all the same; it just states no checksum.
     if (readBigEndian32(bytes.data() + lengthAt) >= headerSize) {
-        header.checksumCrc32 = readBigEndian32(bytes.data() + checksumAt);
+        header.checksumCrc32 = readBigEndian32(bytes.data() + crcAt);
     }
     return true;
 }

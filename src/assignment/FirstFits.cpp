@@ -337,6 +337,7 @@ void FirstFits::decide(ListSearch& search, const std::vector<Group*>& targetGrou
                        [&](const List& list) { return accepted.numbersOf(list); });
     }
     std::vector<SoughtRow> rows;
+    rows.reserve(targetGroups.size());
     for (const Group* const group : targetGroups) {
         rows.push_back({group->first.listed, group->second});
     }

@@ -14,21 +14,21 @@ using Table = std::array<std::uint32_t, 256>;
 // tables[n][byte]: what is left of `byte` with n zero bytes behind it.
 constexpr std::array<Table, slices> makeTables()
 {
-    std::array<Table, slices> tables{};
+    std::array<Table, slices> made{};
     for (std::uint32_t byte = 0; byte < 256; ++byte) {
         std::uint32_t remainder = byte;
         for (int bit = 0; bit < 8; ++bit) {
             remainder = remainder >> 1 ^ (remainder % 2 != 0 ? polynomial : 0);
         }
-        tables[0][byte] = remainder;
+        made[0][byte] = remainder;
     }
     for (std::size_t slice = 1; slice < slices; ++slice) {
         for (std::size_t byte = 0; byte < 256; ++byte) {
-            const std::uint32_t before = tables[slice - 1][byte];
-            tables[slice][byte] = before >> 8 ^ tables[0][before % 256];
+            const std::uint32_t before = made[slice - 1][byte];
+            made[slice][byte] = before >> 8 ^ made[0][before % 256];
         }
     }
-    return tables;
+    return made;
 }
 
 constexpr std::array<Table, slices> tables = makeTables();

@@ -159,10 +159,11 @@ void checkContents(Check& check, Depth depth, const ReadProgress& progress)
     for (const auto& entry : sharedFiles) {
         const auto& shared = entry.second;
         std::uint64_t read = 0;
-        const auto content = readContent(shared.path, wantedOf(shared, depth), [&](std::uint64_t bytes) {
-            read = std::min(read + bytes, shared.size);  // the file may grow meanwhile
-            progress(finished + read, all);
-        });
+        const auto content =
+            readContent(shared.path, wantedOf(shared, depth), [&, size = shared.size](std::uint64_t bytes) {
+                read = std::min(read + bytes, size);  // the file may grow meanwhile
+                progress(finished + read, all);
+            });
         finished += shared.size;
         progress(finished, all);
         for (const ZoSUpdateFile* const file : shared.users) {

@@ -16,7 +16,7 @@ using ZoNUpdateArchive::notAvailable;
 namespace ZoNUpdateInspection {
 namespace {
 
-constexpr std::size_t chunkSize = 256 * 1024;
+constexpr std::size_t chunkSize = std::size_t{256} * 1024;
 
 // The errors by which the system says that there is nothing at a path. A loop of links leads to nothing.
 bool meansAbsent(int error)

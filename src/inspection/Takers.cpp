@@ -120,11 +120,11 @@ private:
     Mask holdersOf(const Takers& row, std::size_t side, std::uint32_t number) const
     {
         Mask mask = words();
-        const auto found = row.holders[side].find(number);
-        if (found == row.holders[side].end()) {
+        const auto holders = row.holders[side].find(number);
+        if (holders == row.holders[side].end()) {
             return mask;
         }
-        forCommonWords(candidates, found->second, [&](std::size_t i, Word bits) { mask[i] = bits; });
+        forCommonWords(candidates, holders->second, [&](std::size_t i, Word bits) { mask[i] = bits; });
         return mask;
     }
 

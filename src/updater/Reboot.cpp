@@ -12,8 +12,8 @@ const char* ZoCTrellanUpdater::rebootMessage(unsigned state)
         ("WARNING: Device cannot be rebooted automatically (not supported by the firmware version installed on this "
          "device).\n"),
         "WARNING: Device cannot be rebooted automatically (not supported by this device).\n",
-        "ERROR: Device cannot be rebooted automatically (an error occurred while checking the reboot support "
-        "status).\n",
+        ("ERROR: Device cannot be rebooted automatically (an error occurred while checking the reboot support "
+         "status).\n"),
     };
     return state < std::size(messages) ? messages[state] : "";
 }

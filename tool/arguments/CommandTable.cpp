@@ -18,7 +18,7 @@ constexpr unsigned OF_TARGET = LIBRARY | TARGET;
 constexpr unsigned OF_ELEMENTS = OF_TARGET | ELEMENTS;
 constexpr unsigned OF_BOTH = OF_ARCHIVE | OF_ELEMENTS | FILES;
 
-constexpr Command table[] = {
+constexpr Command commandTable[] = {
     {"version", "", LIBRARY | DOCUMENT, TOOL_VERSION, runInLibrary, "Print the version of the update library"},
     {"archive-version", "ARCHIVE", OF_ARCHIVE | DOCUMENT, ARCHIVE_VERSION, runInLibrary,
      "Print the version of the archive"},
@@ -52,14 +52,14 @@ constexpr Command table[] = {
 
 std::span<const Command> allCommands()
 {
-    return table;
+    return commandTable;
 }
 
 const Command& commandNamed(const std::string& name)
 {
-    const Command* const found =
-        std::find_if(std::begin(table), std::end(table), [&](const Command& command) { return command.name == name; });
-    if (found == std::end(table)) {
+    const Command* const found = std::find_if(std::begin(commandTable), std::end(commandTable),
+                                              [&](const Command& command) { return command.name == name; });
+    if (found == std::end(commandTable)) {
         throw UsageError("'" + name + "' is no command");
     }
     return *found;

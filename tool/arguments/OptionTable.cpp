@@ -82,7 +82,7 @@ void setProgress(Arguments& arguments, const Option& option, const std::string& 
     arguments.progress = found->second;
 }
 
-constexpr Option table[] = {
+constexpr Option optionTable[] = {
     {"--description", 0, "NAME", setText<&ZoTOptions::descriptionFileName>, ARCHIVE | CHECKS, NOTED,
      "Archive description file in the archive (archive.json)"},
     {"--board-types", 0, "LIST", setText<&ZoTOptions::boardTypes>, ELEMENTS, NOTED,
@@ -145,22 +145,22 @@ bool Option::isMeantFor(const Command& command) const
 
 std::span<const Option> allOptions()
 {
-    return table;
+    return optionTable;
 }
 
 const Option* findOption(std::string_view name)
 {
-    const Option* const found =
-        std::find_if(std::begin(table), std::end(table), [&](const Option& option) { return option.name == name; });
-    return found == std::end(table) ? nullptr : found;
+    const Option* const found = std::find_if(std::begin(optionTable), std::end(optionTable),
+                                             [&](const Option& option) { return option.name == name; });
+    return found == std::end(optionTable) ? nullptr : found;
 }
 
 const Option* findOption(char letter)
 {
-    const Option* const found = std::find_if(std::begin(table), std::end(table), [&](const Option& option) {
+    const Option* const found = std::find_if(std::begin(optionTable), std::end(optionTable), [&](const Option& option) {
         return letter != 0 && option.letter == letter;
     });
-    return found == std::end(table) ? nullptr : found;
+    return found == std::end(optionTable) ? nullptr : found;
 }
 
 }  // namespace TrellanTool

@@ -108,7 +108,7 @@ int applied(LibrarySession& session, const Arguments& arguments, const std::ostr
     return status;
 }
 
-std::string counted(std::size_t count, const char* one, const char* several)
+std::string numberOf(std::size_t count, const char* one, const char* several)
 {
     return std::to_string(count) + " " + (count == 1 ? one : several);
 }
@@ -140,8 +140,8 @@ int newArchive(const Arguments& arguments, const Streams& streams)
     writeNewFile(path, [&](std::ostream& file) {
         file << description.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
     });
-    streams.out << name << ": " << counted(entries.size(), "entry", "entries") << " for "
-                << counted(wanted.elements.size(), "element", "elements")
+    streams.out << name << ": " << numberOf(entries.size(), "entry", "entries") << " for "
+                << numberOf(wanted.elements.size(), "element", "elements")
                 << ". Put the update files into the archive's folder under the names that\n"
                    "it gives, state their versions and checksums (trellan-update inspect tells them), and check the "
                    "archive.\n";

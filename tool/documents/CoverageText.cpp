@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "tool/documents/CoverageDocument.h"
+#include "tool/documents/Findings.h"
 #include "tool/documents/TextTable.h"
 
 namespace TrellanTool {
@@ -11,11 +12,6 @@ namespace TrellanTool {
 namespace {
 
 using nlohmann::ordered_json;
-
-std::string counted(std::uint64_t count, const std::string& what)
-{
-    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-}
 
 void writeTargets(std::ostream& out, const Coverage& coverage)
 {

@@ -17,7 +17,7 @@ namespace {
 
 using nlohmann::ordered_json;
 
-std::string orDash(const std::string& version)
+std::string orDashes(const std::string& version)
 {
     return version.empty() ? "---" : version;
 }
@@ -63,8 +63,9 @@ void DryRun::writePhases(std::ostream& out) const
         out << "Phase " << phase << " would update" << (updates[phase].empty() ? " nothing.\n" : ":\n");
         for (const unsigned i : updates[phase]) {
             const ZoNTrellanUpdater::ZoTUpdateElement& element = records.listed(i);
-            out << "    " << element.displayName << ": " << orDash(element.installedVersion) << " -> "
-                << orDash(element.availableVersion) << (inspector.getElement(i).isDowngrade ? " (downgrade)\n" : "\n");
+            out << "    " << element.displayName << ": " << orDashes(element.installedVersion) << " -> "
+                << orDashes(element.availableVersion)
+                << (inspector.getElement(i).isDowngrade ? " (downgrade)\n" : "\n");
         }
     }
 }

@@ -113,8 +113,8 @@ public:
 
     Walk(std::string_view text, const std::vector<std::string>& wanted) : text(text)
     {
-        for (const std::string& pointer : wanted) {
-            offsets.emplace(pointer, nowhere);
+        for (const std::string& place : wanted) {
+            offsets.emplace(place, nowhere);
         }
     }
 

@@ -97,6 +97,7 @@ std::string pathOfNone(const std::vector<WantedElement>& elements)
 std::vector<NewEntry> newEntries(const std::vector<WantedElement>& elements)
 {
     std::vector<NewEntry> entries;
+    entries.reserve(elements.size());
     for (const WantedElement& element : elements) {
         entries.push_back(entryFor(element, entries.size()));
     }

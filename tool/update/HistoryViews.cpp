@@ -10,7 +10,7 @@ namespace {
 using nlohmann::ordered_json;
 
 // Texts of a file stay on the line of their run.
-std::string onOneLine(std::string text)
+std::string withoutLineEnds(std::string text)
 {
     std::replace(text.begin(), text.end(), '\n', ' ');
     std::replace(text.begin(), text.end(), '\r', ' ');
@@ -85,8 +85,8 @@ std::string historyText(const History& history)
 {
     std::string text;
     for (const HistoryRun& run : history.runs) {
-        text +=
-            onOneLine(run.time + "  " + archiveText(run.archive) + ": " + changesText(run) + ": " + resultText(run));
+        text += withoutLineEnds(run.time + "  " + archiveText(run.archive) + ": " + changesText(run) + ": " +
+                                resultText(run));
         text += '\n';
     }
     return text;
