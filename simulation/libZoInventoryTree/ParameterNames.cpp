@@ -10,7 +10,7 @@ namespace {
 std::size_t hashOf(std::string_view text)
 {
     return text.empty() ? 0
-                        : text.size() * 5 + static_cast<unsigned char>(text.back()) * 3 +
+                        : text.size() * 5 + std::size_t{static_cast<unsigned char>(text.back())} * 3 +
                               static_cast<unsigned char>(text[text.size() / 2]);
 }
 
