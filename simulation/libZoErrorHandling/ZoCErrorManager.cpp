@@ -57,7 +57,8 @@ void ZoCErrorManager::_unregisterMessages(const ZoResText& table)
 
 ZoCErrorListPool& ZoCErrorManager::getMasterErrorList() noexcept
 {
-    static ZoCErrorListPool& list = *new ZoCErrorList;
+    // Who asks for it must get it.
+    static ZoCErrorListPool& list = *new ZoCErrorList;  // NOLINT(bugprone-unhandled-exception-at-new)
     return list;
 }
 
