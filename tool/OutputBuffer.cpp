@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <iterator>
+#include <new>
 
 #include "tool/update/RawOutput.h"
 
@@ -108,9 +109,14 @@ OutputBuffer::OutputBuffer(int descriptor) : descriptor(descriptor), isTerminal(
     held.reserve(capacity);
 }
 
+// Where memory is too short to show what it holds to a terminal, that is lost.
 OutputBuffer::~OutputBuffer()
 {
-    writeOut(held);
+    try {
+        writeOut(held);
+    } catch (const std::bad_alloc&) {
+        failure = ENOMEM;
+    }
 }
 
 OutputBuffer::int_type OutputBuffer::overflow(int_type character)

@@ -35,13 +35,12 @@ int carryOut(const Arguments& arguments, const Streams& streams)
     return arguments.command->action(arguments, {arguments.quiet ? nowhere : streams.out, streams.err});
 }
 
-int runWords(const std::vector<std::string>& words, const Streams& streams)
+int runWords(int argc, const char* const* argv, const Streams& streams)
 {
     try {
-        return carryOut(parseArguments(words), streams);
+        return carryOut(parseArguments({argv + std::min(argc, 1), argv + argc}), streams);
     } catch (const UsageError& error) {
-        say(streams.err,
-            words.empty() ? commandsAndExample() : error.what() + std::string("\nsee trellan-update help"));
+        say(streams.err, argc <= 1 ? commandsAndExample() : error.what() + std::string("\nsee trellan-update help"));
         return WRONG_USAGE;
     } catch (const std::bad_alloc&) {
         say(streams.err, "there is not enough memory for this");
@@ -56,7 +55,7 @@ int runWords(const std::vector<std::string>& words, const Streams& streams)
 
 int run(int argc, const char* const* argv, std::ostream& out, std::ostream& err)
 {
-    const int status = runWords({argv + std::min(argc, 1), argv + argc}, {out, err});
+    const int status = runWords(argc, argv, {out, err});
     if (!out.flush() && (status == SUCCESS || status == UPDATES_AVAILABLE)) {
         say(err, "standard output cannot be written");
         return FAILURE;

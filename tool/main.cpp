@@ -2,11 +2,14 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <exception>
 #include <iostream>
 #include <ostream>
 
+#include "tool/ExitStatus.h"
 #include "tool/OutputBuffer.h"
 #include "tool/Run.h"
+#include "tool/update/RawOutput.h"
 
 namespace {
 
@@ -30,6 +33,39 @@ TrellanTool::OutputBuffer& standardError()
     return buffer;
 }
 
+// Ends the order that the outputs keep with one that is about to go.
+class OrderEnd {
+public:
+    explicit OrderEnd(TrellanTool::OutputBuffer& buffer) : buffer(buffer) {}
+    ~OrderEnd() { buffer.keepNoOrder(); }
+    OrderEnd(const OrderEnd&) = delete;
+    OrderEnd& operator=(const OrderEnd&) = delete;
+
+private:
+    TrellanTool::OutputBuffer& buffer;
+};
+
+int runTool(int argc, char** argv)
+{
+    TrellanTool::OutputBuffer output(STDOUT_FILENO);
+    TrellanTool::OutputBuffer& errors = standardError();
+    output.keepOrderWith(errors);
+    errors.keepOrderWith(output);
+    const OrderEnd orderEnd(errors);
+    std::ostream out(&output);
+    std::ostream err(&errors);
+    return TrellanTool::run(argc, argv, out, err);
+}
+
+// Where memory is too short for the buffers, or for the words of another fault. Needs none itself.
+int failedFor(const char* reason)
+{
+    for (const char* const text : {"trellan-update: ", reason, "\n"}) {
+        TrellanTool::writeRaw(STDERR_FILENO, text);
+    }
+    return TrellanTool::FAILURE;
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
@@ -41,13 +77,9 @@ int main(int argc, char** argv)
     std::signal(SIGXFSZ, SIG_IGN);
     // Whoever ignores it never learns how a program that it has started has ended, such as a copy to the device.
     std::signal(SIGCHLD, SIG_DFL);
-    TrellanTool::OutputBuffer output(STDOUT_FILENO);
-    TrellanTool::OutputBuffer& errors = standardError();
-    output.keepOrderWith(errors);
-    errors.keepOrderWith(output);
-    std::ostream out(&output);
-    std::ostream err(&errors);
-    const int status = TrellanTool::run(argc, argv, out, err);
-    errors.keepNoOrder();
-    return status;
+    try {
+        return runTool(argc, argv);
+    } catch (const std::exception& error) {
+        return failedFor(error.what());
+    }
 }

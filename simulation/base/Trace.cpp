@@ -71,13 +71,6 @@ public:
         }
     }
 
-private:
-    bool isThere() const
-    {
-        struct stat status = {};
-        return file.isOpen() && ::fstat(file.get(), &status) == 0 && status.st_nlink != 0;
-    }
-
     // Once for each name: a trace that cannot be written must not change what the traced program does.
     void tellFault(const std::string& reason)
     {
@@ -85,6 +78,13 @@ private:
             tellOnStandardError("WARNING: cannot write the trace " + path + ": " + reason);
         }
         faultWasTold = true;
+    }
+
+private:
+    bool isThere() const
+    {
+        struct stat status = {};
+        return file.isOpen() && ::fstat(file.get(), &status) == 0 && status.st_nlink != 0;
     }
 
     std::string path;
@@ -115,7 +115,14 @@ std::string lineOf(const TraceRecord& record)
 // The records that wait for a target to be named, and the name of the trace then.
 class WaitingRecords {
 public:
-    ~WaitingRecords() { write(); }
+    ~WaitingRecords()
+    {
+        try {
+            write();
+        } catch (const std::bad_alloc&) {
+            tellShortMemory();
+        }
+    }
 
     void add(const std::string& toName, const std::string& line)
     {
@@ -165,6 +172,15 @@ void traceWhenTargetIsNamed(const TraceRecord& record)
         waitingRecords.add(name, lineOf(record));
     } else {
         trace(record);
+    }
+}
+
+void tellShortMemory() noexcept
+{
+    try {
+        traceFile.tellFault(std::generic_category().message(ENOMEM));
+    } catch (const std::bad_alloc&) {
+        // not even for these words
     }
 }
 

@@ -1,12 +1,14 @@
 // The trace: a file to which each traced call of the platform appends one line of JSON.
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <new>
+
+#include "json/Json.h"
 
 namespace TrellanSimulation {
 
 // A traced call: "call", then its arguments, results and number of errors, in this order.
-using TraceRecord = nlohmann::ordered_json;
+using TraceRecord = TrellanJson::ordered_json;
 
 // Appends `record` to the file that the environment variable TRELLAN_TRACE names at this moment; does nothing when it
 // is unset or empty. The file stays open until another one is named or it is removed, so that it is found although
@@ -21,12 +23,20 @@ void traceWhenTargetIsNamed(const TraceRecord& record);
 // Whether a file is named at this moment.
 bool isTraced();
 
-// Traces the record that `make` gives; without a trace nobody asks for it.
+// Tells on standard error that memory is too short for a record, as a fault of the trace.
+void tellShortMemory() noexcept;
+
+// Traces the record that `make` gives; without a trace nobody asks for it. A record for which memory is too short is
+// missing from the trace and changes nothing else: libraries trace while they are loaded and unloaded, too.
 template <class Make>
-void traceCall(Make&& make)
+void traceCall(Make&& make, void (*traceRecord)(const TraceRecord&) = trace)
 {
-    if (isTraced()) {
-        trace(make());
+    try {
+        if (isTraced()) {
+            traceRecord(make());
+        }
+    } catch (const std::bad_alloc&) {
+        tellShortMemory();
     }
 }
 

@@ -1,6 +1,10 @@
 #include "simulation/libZoErrorHandling/MessageTables.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
+#include <memory_resource>
+#include <new>
 #include <vector>
 
 #include "simulation/base/Resources.h"
@@ -9,13 +13,24 @@ namespace MessageTables {
 
 namespace {
 
-using Tables = std::vector<const ZoResText*>;
+// Libraries register while they are loaded, where nobody could be told that memory is short: the first tables have room
+// without any.
+struct Tables {
+    static constexpr std::size_t tablesWithRoom = 64;
+
+    Tables() { list.reserve(tablesWithRoom); }
+
+    alignas(std::max_align_t) std::array<std::byte, tablesWithRoom * sizeof(const ZoResText*)> room;
+    std::pmr::monotonic_buffer_resource memory{room.data(), room.size()};
+    std::pmr::vector<const ZoResText*> list{&memory};
+};
 
 // Never destroyed: libraries register and unregister while static objects are being made and destroyed.
-Tables& tables()
+std::pmr::vector<const ZoResText*>& tables()
 {
-    static Tables& instance = *new Tables;
-    return instance;
+    alignas(Tables) static std::byte place[sizeof(Tables)];
+    static Tables& instance = *new (place) Tables;
+    return instance.list;
 }
 
 const char* textOf(const ZoResText& table, unsigned code)

@@ -26,6 +26,13 @@ void traceMessage(const char* call, unsigned code, unsigned line, const char* fu
 
 }  // namespace
 
+namespace {
+
+// Of the one manager, and made with it, so that whoever has a manager has its list.
+ZoCErrorList* masterList = nullptr;
+
+}  // namespace
+
 ZoCErrorManager* ZoCErrorManager::s_pErrorManager = nullptr;
 
 ZoCErrorManager::ZoCErrorManager() = default;
@@ -36,6 +43,9 @@ ZoCErrorManager::~ZoCErrorManager() = default;
 ZoCErrorManager* ZoCErrorManager::getSingleton()
 {
     if (s_pErrorManager == nullptr) {
+        if (masterList == nullptr) {
+            masterList = new ZoCErrorList;
+        }
         s_pErrorManager = new ZoCErrorManager;
     }
     return s_pErrorManager;
@@ -44,9 +54,11 @@ ZoCErrorManager* ZoCErrorManager::getSingleton()
 void ZoCErrorManager::_registerMessages(const ZoResText& table)
 {
     MessageTables::addTable(table);
-    if (TrellanSimulation::isTraced()) {
-        TrellanSimulation::traceWhenTargetIsNamed({{"call", "registerMessages"}, {"code", table.baseCode}});
-    }
+    TrellanSimulation::traceCall(
+        [&] {
+            return TraceRecord{{"call", "registerMessages"}, {"code", table.baseCode}};
+        },
+        TrellanSimulation::traceWhenTargetIsNamed);
 }
 
 void ZoCErrorManager::_unregisterMessages(const ZoResText& table)
@@ -57,9 +69,7 @@ void ZoCErrorManager::_unregisterMessages(const ZoResText& table)
 
 ZoCErrorListPool& ZoCErrorManager::getMasterErrorList() noexcept
 {
-    // Who asks for it must get it.
-    static ZoCErrorListPool& list = *new ZoCErrorList;  // NOLINT(bugprone-unhandled-exception-at-new)
-    return list;
+    return *masterList;
 }
 
 ZoCErrorList* ZoCErrorManager::createErrorList(unsigned, unsigned, unsigned, unsigned, unsigned)

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "simulation/base/FileDescriptor.h"
+#include "simulation/base/FolderNames.h"
 #include "simulation/target/SystemFault.h"
 #include "simulation/target/TemporaryEnding.h"
 
@@ -109,14 +110,12 @@ void replaceFile(const std::filesystem::path& path, std::string_view content)
 void removeLeftOvers(const std::filesystem::path& path)
 {
     const std::string start = path.filename().string() + '.';
-    std::error_code fault;
-    for (std::filesystem::directory_iterator entry(path.parent_path(), fault), end; !fault && entry != end;
-         entry.increment(fault)) {
-        const std::string name = entry->path().filename().string();
+    for (const std::string& name : namesInFolder(path.parent_path()).names) {
+        const std::filesystem::path file = path.parent_path() / name;
         std::error_code unknown;
         if (name.starts_with(start) && isTemporaryEnding(std::string_view(name).substr(start.size())) &&
-            entry->symlink_status(unknown).type() == std::filesystem::file_type::regular) {
-            ::unlink(entry->path().c_str());
+            std::filesystem::symlink_status(file, unknown).type() == std::filesystem::file_type::regular) {
+            ::unlink(file.c_str());
         }
     }
 }

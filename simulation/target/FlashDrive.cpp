@@ -1,7 +1,6 @@
 // A cover over /mnt on which all that was there before is mounted again, and the drive's folder in its place.
 #include "simulation/target/FlashDrive.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
@@ -14,6 +13,7 @@
 #include <vector>
 
 #include "simulation/base/FileDescriptor.h"
+#include "simulation/base/FolderNames.h"
 #include "simulation/base/RegularFile.h"
 #include "simulation/base/Trace.h"
 #include "simulation/target/SystemFault.h"
@@ -22,10 +22,10 @@ namespace TrellanSimulation {
 
 namespace {
 
-const std::string drive = "/mnt/cn/cfdrive";
+constexpr const char* drive = "/mnt/cn/cfdrive";
 
 // Tells the file system that covers /mnt from others in /proc/self/mountinfo.
-const std::string coverName = "trellan-simulation";
+constexpr const char* coverName = "trellan-simulation";
 
 FileDescriptor openFolder(int at, const std::string& name)
 {
@@ -59,23 +59,6 @@ void makeFolder(const std::string& path)
     checkSystem(::mkdir(path.c_str(), 0755), "mkdir " + path);
 }
 
-std::vector<std::string> namesIn(const FileDescriptor& folder)
-{
-    const std::string path = throughDescriptor(folder, "");
-    const std::unique_ptr<DIR, int (*)(DIR*)> listing(::opendir(path.c_str()), &::closedir);
-    if (!listing) {
-        throwSystemFault("list a folder below /mnt");
-    }
-    std::vector<std::string> names;
-    while (const dirent* entry = ::readdir(listing.get())) {
-        const std::string_view name = entry->d_name;
-        if (name != "." && name != "..") {
-            names.emplace_back(name);
-        }
-    }
-    return names;
-}
-
 void recreateLink(const FileDescriptor& folder, const std::string& name, const std::string& place)
 {
     std::string text(PATH_MAX, '\0');
@@ -107,7 +90,11 @@ void recreateEntry(const FileDescriptor& folder, const std::string& name, const 
 // Makes what is in `folder`, `except` left out, visible in `place`.
 void recreate(const FileDescriptor& folder, const std::string& place, std::string_view except)
 {
-    for (const std::string& name : namesIn(folder)) {
+    const FolderNames found = namesInFolder(throughDescriptor(folder, ""));
+    if (found.error != 0) {
+        throw std::system_error(found.error, std::generic_category(), "list a folder below /mnt");
+    }
+    for (const std::string& name : found.names) {
         if (name != except) {
             recreateEntry(folder, name, place + '/' + name);
         }
@@ -124,7 +111,7 @@ void makeDriveFolder()
                                  std::generic_category().message(errno) + "): make it, or leave flashDrive out");
     }
     const FileDescriptor cn = openFolder(mnt.get(), "cn");
-    checkSystem(::mount(coverName.c_str(), "/mnt", "tmpfs", 0, "mode=755"), "mount /mnt");
+    checkSystem(::mount(coverName, "/mnt", "tmpfs", 0, "mode=755"), "mount /mnt");
     try {
         recreate(mnt, "/mnt", "cn");
         makeFolder("/mnt/cn");
@@ -140,12 +127,12 @@ void makeDriveFolder()
 
 void bindDrive(const std::string& source)
 {
-    if (::mount(source.c_str(), drive.c_str(), nullptr, MS_BIND | MS_REC, nullptr) == 0) {
+    if (::mount(source.c_str(), drive, nullptr, MS_BIND | MS_REC, nullptr) == 0) {
         return;
     }
     // The folder there is gone: one that was attached before this library was loaded again.
     if (errno == ENOENT) {
-        checkSystem(::umount2(drive.c_str(), MNT_DETACH), "unmount " + drive);
+        checkSystem(::umount2(drive, MNT_DETACH), std::string("unmount ") + drive);
     }
     bindMount(source, drive);
 }
@@ -175,7 +162,8 @@ bool isMntCovered()
         std::istringstream fields(mount);
         std::string id, parent, device, root, place;
         if (fields >> id >> parent >> device >> root >> place && place == "/mnt") {
-            covered = mount.find(" - tmpfs " + coverName + ' ') != std::string::npos;  // the last one covers the others
+            covered = mount.find(std::string(" - tmpfs ") + coverName + ' ') !=
+                      std::string::npos;  // the last one covers the others
         }
     }
     return covered;
@@ -192,10 +180,11 @@ bool liesIn(const std::filesystem::path& file, const char* folder)
 
 void FlashDrive::attach(const std::filesystem::path& target, const std::optional<std::filesystem::path>& folder)
 {
-    requireInside();
+    mounts.requireInside();
     requireShared(target, folder.has_value());
     if (!folder) {
         detach();
+        isLost = false;
         return;
     }
     openDrive(*folder);  // a folder that is not there is refused before anything has changed
@@ -219,7 +208,7 @@ std::optional<std::filesystem::path> FlashDrive::find(const std::string& locatio
         return std::nullopt;  // the system would take it for the end of the name
     }
     std::error_code fault;
-    const std::filesystem::path file = std::filesystem::canonical(drive + '/' + location, fault);
+    const std::filesystem::path file = std::filesystem::canonical(std::string(drive) + '/' + location, fault);
     const std::filesystem::path root = std::filesystem::canonical(drive, fault);
     if (fault || !file.native().starts_with(root.native() + '/')) {
         return std::nullopt;
@@ -230,6 +219,9 @@ std::optional<std::filesystem::path> FlashDrive::find(const std::string& locatio
 void FlashDrive::requireInside() const
 {
     mounts.requireInside();
+    if (isLost) {
+        throw std::runtime_error("its flash drive could not be mounted again: scan the target once more");
+    }
 }
 
 void FlashDrive::requireShared(const std::filesystem::path& target, bool withDrive)
@@ -249,18 +241,20 @@ void FlashDrive::mountDrive(const std::filesystem::path& folder)
     mounts.enter();
     // Opened before anything is mounted: the folder may itself be below /mnt.
     const FileDescriptor source = openDrive(folder);
+    isLost = isLost || attached;
     detach();
     if (!std::filesystem::is_directory(drive)) {
         makeDriveFolder();
     }
     bindDrive(throughDescriptor(source, ""));
     attached = true;
+    isLost = false;
 }
 
 void FlashDrive::detach()
 {
     if (attached) {
-        checkSystem(::umount2(drive.c_str(), MNT_DETACH), "unmount " + drive);
+        checkSystem(::umount2(drive, MNT_DETACH), std::string("unmount ") + drive);
         attached = false;
     }
 }

@@ -30,7 +30,8 @@ public:
     static std::optional<std::filesystem::path> find(const std::string& location);
 
     // Throws std::runtime_error when the calling thread does not see what attach() has mounted, but the machine's own
-    // /mnt.
+    // /mnt, or when a drive was there and attach() has failed to mount it again: what is written to it now would go to
+    // the machine.
     void requireInside() const;
 
 private:
@@ -40,6 +41,7 @@ private:
 
     MountNamespace mounts;
     bool attached = false;  // a folder is the drive now
+    bool isLost = false;    // it was unmounted to be mounted again, which has failed
 };
 
 }  // namespace TrellanSimulation

@@ -2,7 +2,8 @@
 #include "simulation/target/JsonCursor.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
+
+#include "json/Json.h"
 
 namespace TrellanSimulation {
 
@@ -63,7 +64,7 @@ JsonCursor::Member JsonCursor::takeName()
     member.nameEnd = at;
     const std::string_view written = text.substr(member.nameStart, at - member.nameStart);
     member.name = written.find('\\') == std::string_view::npos ? written.substr(1, written.size() - 2)
-                                                               : nlohmann::json::parse(written).get<std::string>();
+                                                               : TrellanJson::json::parse(written).get<std::string>();
     skipBlanks();
     ++at;  // the colon
     skipBlanks();

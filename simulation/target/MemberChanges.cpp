@@ -1,8 +1,7 @@
 // The text is put together from what stays and the new values, from its start on.
 #include "simulation/target/MemberChanges.h"
 
-#include <nlohmann/json.hpp>
-
+#include "json/Json.h"
 #include "simulation/target/JsonCursor.h"
 
 namespace TrellanSimulation {
@@ -36,7 +35,7 @@ private:
 template <class Value>
 std::string written(const Value& value)
 {
-    return nlohmann::json(value).dump();
+    return TrellanJson::json(value).dump();
 }
 
 std::string written(const NewValue& value)

@@ -32,10 +32,10 @@ FileProblem problemOf(const std::string& path, const struct stat64& found)
     return found.st_size == 0 ? FileProblem::empty : FileProblem::none;
 }
 
-std::uint64_t lengthOf(std::FILE* file)
+std::optional<std::uint64_t> lengthOf(std::FILE* file)
 {
     struct stat64 found;
-    return fstat64(fileno(file), &found) == 0 ? static_cast<std::uint64_t>(found.st_size) : 0;
+    return fstat64(fileno(file), &found) == 0 ? std::optional(static_cast<std::uint64_t>(found.st_size)) : std::nullopt;
 }
 
 }  // namespace
@@ -59,12 +59,13 @@ FileLook lookAt(const std::string& path)
 std::optional<FileContent> readContent(const std::string& path, const Wanted& wanted, const OnRead& onRead)
 {
     const BinaryFile file = openForReading(path);
-    if (!file) {
+    const std::optional<std::uint64_t> length = file ? lengthOf(file.get()) : std::nullopt;
+    if (!length) {
         return std::nullopt;
     }
     // Not filled with zeros: for small files that would take longer than all else.
     const auto chunk = std::make_unique_for_overwrite<unsigned char[]>(chunkSize);
-    std::uint64_t left = lengthOf(file.get());
+    std::uint64_t left = *length;
     const auto readChunk = [&]() -> std::size_t {
         const std::size_t count = std::fread(chunk.get(), 1, std::min<std::uint64_t>(left, chunkSize), file.get());
         left = count == 0 ? 0 : left - count;

@@ -1,6 +1,10 @@
-// The rule that every file in the archive's folder is named by an entry.
+// The rule that every file in the archive's folder is named by an entry. The folders are read by the system's own
+// calls: the standard library's iterators end the process when memory is short.
+#include <dirent.h>
+
 #include <algorithm>
 #include <filesystem>
+#include <memory>
 #include <set>
 
 #include "inspection/Check.h"
@@ -12,17 +16,40 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Of the regular files below the folder, and of links to such, in the order of their names. What cannot be read is left
-// out; a link to a folder is not followed.
-std::vector<std::string> filesBelow(const fs::path& folder)
+struct FolderCloser {
+    void operator()(DIR* folder) const noexcept { closedir(folder); }
+};
+
+// Those of all that is in the folder, which is none where it cannot be read.
+std::vector<std::string> namesIn(const std::string& folder)
 {
     std::vector<std::string> names;
-    std::error_code error;
-    fs::recursive_directory_iterator place(folder, fs::directory_options::skip_permission_denied, error);
-    for (; !error && place != fs::recursive_directory_iterator(); place.increment(error)) {
-        std::error_code unknown;
-        if (place->is_regular_file(unknown)) {
-            names.push_back(place->path().lexically_relative(folder).string());
+    const std::unique_ptr<DIR, FolderCloser> listing(opendir(folder.c_str()));
+    while (const dirent* const entry = listing ? readdir(listing.get()) : nullptr) {
+        names.emplace_back(entry->d_name);
+    }
+    std::erase(names, ".");
+    std::erase(names, "..");
+    return names;
+}
+
+// Of the regular files below the folder, and of links to such, in the order of their names. What cannot be read is left
+// out; a link to a folder is not followed.
+std::vector<std::string> filesBelow(const std::string& folder)
+{
+    std::vector<std::string> names;
+    std::vector<std::string> folders = {""};
+    while (!folders.empty()) {
+        const std::string below = std::move(folders.back());
+        folders.pop_back();
+        for (const std::string& name : namesIn(folder + "/" + below)) {
+            const fs::path path = folder + "/" + below + name;
+            std::error_code unknown;
+            if (fs::symlink_status(path, unknown).type() == fs::file_type::directory) {
+                folders.push_back(below + name + "/");
+            } else if (fs::is_regular_file(path, unknown)) {
+                names.push_back(below + name);
+            }
         }
     }
     std::sort(names.begin(), names.end());
@@ -33,13 +60,15 @@ std::vector<std::string> filesBelow(const fs::path& folder)
 
 void checkFolder(Check& check, const std::vector<std::string>& known)
 {
+    const std::set<std::string> paths(known.begin(), known.end());
     std::set<FileIdentity> files;
     for (const std::string& path : known) {
         files.insert(lookAt(path).identity);
     }
     const std::string folder = check.getArchive().getPath();
     for (const std::string& name : filesBelow(folder)) {
-        if (!files.contains(lookAt(folder + "/" + name).identity)) {
+        const std::string path = folder + "/" + name;
+        if (!paths.contains(path) && !files.contains(lookAt(path).identity)) {
             check
                 .report("unlisted-file", Check::Severity::NOTE,
                         "no entry names the file \"" + name + "\": name it, or take it away")

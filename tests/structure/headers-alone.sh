@@ -12,6 +12,7 @@ check() {
         include/*) includes="-Iinclude" ;;
         platform/*) includes="-Iplatform" ;;
         src/*) includes="-Iinclude -Iplatform -Isrc" ;;
+        json/*) includes="-I." ;;
         simulation/*) includes="-Iplatform -I." ;;
         tool/*) includes="-Iinclude -I." ;;
     esac
@@ -24,7 +25,7 @@ check() {
 }
 export -f check
 
-headers=$(find include platform src simulation tool -name '*.h' | sort)
+headers=$(find include platform src json simulation tool -name '*.h' | sort)
 [ -n "$headers" ] || { echo "no headers in $root"; exit 1; }
 # shellcheck disable=SC2016
 xargs -n 1 -P "$jobs" bash -c 'check "$0"' <<<"$headers" || exit 1

@@ -28,6 +28,7 @@ fresh() {
     put src/operation/ZoCUpdateOperation.h '"assignment/ZoCUpdateAssignment.h"'
     put src/inspection/Findings.h '"operation/ZoCUpdateOperation.h"'
     put src/updater/Creation.cpp '"operation/ZoCUpdateOperation.h"' '<sys/stat.h>'
+    put json/Json.h '<nlohmann/json.hpp>'
     put simulation/base/Clock.h '<nlohmann/json.hpp>'
     put tool/Run.h '"ZoITrellanUpdater.h"' '<CLI/CLI.hpp>'
 }
@@ -90,6 +91,10 @@ forbid src/inspection/More.h '"inspection/Findings.h"'
 forbid src/operation/More.cpp '"inspection/Findings.h"'
 forbid src/updater/More.cpp '"inspection/Findings.h"'
 allow src/base/More.h '"base/ErrorGuard.h"'
+allow tool/More.cpp '"json/Json.h"'
+allow simulation/base/More.cpp '"json/Json.h"'
+forbid json/More.h '"simulation/base/Clock.h"'
+forbid src/operation/More.cpp '"json/Json.h"'
 loop src/base/More.h
 loop src/base/More.h src/base/Other.h
 loop src/base/More.h src/base/Other.h src/base/Third.h

@@ -11,8 +11,9 @@
 #   operation                     the above, assignment, their own folder
 #   inspection                    the above, operation, their own folder
 #   updater                       all of the above but inspection
-#   simulation                    platform, simulation, any library
-#   tool                          include, tool, any library
+#   json                          json, any library
+#   simulation                    platform, json, simulation, any library
+#   tool                          include, json, tool, any library
 #
 # A header of src has a level, and includes what is below it only, not what else is in its folder; those of base may include
 # one another. No headers include each other in a loop: tsort finds them.
@@ -31,6 +32,7 @@ group() {
         platform/*) answer=platform ;;
         src/updater/ZoCTrellanUpdater.h | src/archive/ZoSUpdateFile.h | src/inventory/ZoSUpdateElement.h) answer=facade ;;
         src/*/*) answer=${1#src/}; answer=${answer%%/*} ;;
+        json/*) answer=json ;;
         simulation/*) answer=simulation ;;
         tool/*) answer=tool ;;
         *) answer=unknown ;;
@@ -49,8 +51,9 @@ allowed() {
         operation) answer="include platform base facade archive inventory assignment operation" ;;
         inspection) answer="include platform base facade archive inventory assignment operation inspection" ;;
         updater) answer="include platform base facade archive inventory assignment operation updater" ;;
-        simulation) answer="platform simulation" ;;
-        tool) answer="include tool" ;;
+        json) answer="json" ;;
+        simulation) answer="platform json simulation" ;;
+        tool) answer="include json tool" ;;
         *) answer="" ;;
     esac
 }
@@ -109,7 +112,7 @@ check_header() {
 check_angled() {
     local file=$1 name=$2 from=$3
     case $from in
-        simulation | tool)
+        json | simulation | tool)
             resolve none/ "$name"
             [ -z "$answer" ] || complain "$file: includes <$name>, a file of this project, in angle brackets"
             ;;
@@ -127,7 +130,7 @@ check_angled() {
     esac
 }
 
-files=$(cd "$root" && find include platform src simulation tool -name '*.h' -o -name '*.cpp' -o -name '*.hpp' | sort)
+files=$(cd "$root" && find include platform src json simulation tool -name '*.h' -o -name '*.cpp' -o -name '*.hpp' | sort)
 [ -n "$files" ] || complain "no sources in $root"
 for file in $files; do
     group "$file"

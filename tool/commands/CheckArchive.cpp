@@ -4,10 +4,10 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <ostream>
 
+#include "json/Json.h"
 #include "tool/ExitStatus.h"
 #include "tool/Streams.h"
 #include "tool/TextFile.h"

@@ -1,8 +1,8 @@
 // The command that tells why elements get the files that they get, and why others do not fit.
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <ostream>
 
+#include "json/Json.h"
 #include "tool/ExitStatus.h"
 #include "tool/Streams.h"
 #include "tool/arguments/Arguments.h"

@@ -2,9 +2,9 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <ostream>
 
+#include "json/Json.h"
 #include "tool/ExitStatus.h"
 #include "tool/Streams.h"
 #include "tool/arguments/Arguments.h"

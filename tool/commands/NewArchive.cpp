@@ -1,11 +1,11 @@
 // The command that begins an archive.
 #include <filesystem>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <ostream>
 #include <sstream>
 #include <system_error>
 
+#include "json/Json.h"
 #include "tool/ExitStatus.h"
 #include "tool/OutputFile.h"
 #include "tool/Streams.h"
@@ -39,9 +39,9 @@ struct Wanted {
 bool isUtf8(const std::string& text)
 {
     try {
-        nlohmann::json(text).dump();
+        TrellanJson::json(text).dump();
         return true;
-    } catch (const nlohmann::json::type_error&) {
+    } catch (const TrellanJson::json::type_error&) {
         return false;
     }
 }
@@ -138,7 +138,7 @@ int newArchive(const Arguments& arguments, const Streams& streams)
     const auto description =
         newDescription({nameOf(arguments.options.archivePath, wanted.productName), wanted.productName}, entries, name);
     writeNewFile(path, [&](std::ostream& file) {
-        file << description.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+        file << description.dump(2, ' ', false, TrellanJson::ordered_json::error_handler_t::replace) << '\n';
     });
     streams.out << name << ": " << numberOf(entries.size(), "entry", "entries") << " for "
                 << numberOf(wanted.elements.size(), "element", "elements")

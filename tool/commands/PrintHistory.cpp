@@ -1,6 +1,6 @@
-#include <nlohmann/json.hpp>
 #include <ostream>
 
+#include "json/Json.h"
 #include "tool/ExitStatus.h"
 #include "tool/Streams.h"
 #include "tool/arguments/Arguments.h"

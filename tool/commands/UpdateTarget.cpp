@@ -2,11 +2,11 @@
 #include <stdlib.h>
 #include <unistd.h>
 
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <sstream>
 #include <system_error>
 
+#include "json/Json.h"
 #include "tool/ExitStatus.h"
 #include "tool/OutputBuffer.h"
 #include "tool/Streams.h"
@@ -34,7 +34,7 @@ namespace TrellanTool {
 
 namespace {
 
-using nlohmann::ordered_json;
+using TrellanJson::ordered_json;
 
 // Progress that is to be printed as lines is not printed by the library.
 bool printsTenthLines(const Arguments& arguments)

@@ -1,8 +1,9 @@
 #include "tool/coverage/Coverage.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <numeric>
+
+#include "json/Json.h"
 
 namespace TrellanTool {
 
@@ -67,9 +68,9 @@ std::uint32_t Coverage::numberOf(const std::string& keys)
 
 std::vector<std::uint32_t> Coverage::orderedKinds() const
 {
-    std::vector<nlohmann::ordered_json> keys;
+    std::vector<TrellanJson::ordered_json> keys;
     for (const Kind& kind : allKinds) {
-        keys.push_back(nlohmann::ordered_json::parse(kind.keys));
+        keys.push_back(TrellanJson::ordered_json::parse(kind.keys));
     }
     std::vector<std::uint32_t> order(allKinds.size());
     std::iota(order.begin(), order.end(), 0U);

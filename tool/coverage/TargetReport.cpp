@@ -1,8 +1,8 @@
 #include "tool/coverage/TargetReport.h"
 
-#include <nlohmann/json.hpp>
 #include <unordered_map>
 
+#include "json/Json.h"
 #include "tool/documents/DocumentWriter.h"
 #include "tool/documents/ElementRecords.h"
 
@@ -10,7 +10,7 @@ namespace TrellanTool {
 
 namespace {
 
-using nlohmann::json;
+using TrellanJson::json;
 using ZoNTrellanInspector::ZoTElement;
 
 std::size_t positionOf(ZoNTrellanInspector::ZoTState state)

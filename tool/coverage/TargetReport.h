@@ -35,7 +35,7 @@ struct TargetReport {
 // What is known of the target that `inspector` has read, its kinds and whether it is supported.
 TargetReport reportOf(ZoITrellanInspector& inspector);
 
-// A report as bytes, and back. The second throws nlohmann::json::exception for what the first has not given.
+// A report as bytes, and back. The second throws TrellanJson::json::exception for what the first has not given.
 std::string packed(const TargetReport& report);
 TargetReport unpacked(const std::string& bytes);
 

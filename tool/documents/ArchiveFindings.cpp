@@ -4,16 +4,16 @@
 
 #include <algorithm>
 #include <charconv>
-#include <nlohmann/json.hpp>
 #include <set>
 
+#include "json/Json.h"
 #include "tool/Nearest.h"
 
 namespace TrellanTool {
 
 namespace {
 
-using nlohmann::json;
+using TrellanJson::json;
 using ZoNTrellanInspector::ZoTDescription;
 using ZoNTrellanInspector::ZoTDescriptionObject;
 using ZoNTrellanInspector::ZoTSeverity;

@@ -1,13 +1,13 @@
 // The members of the document that tells what an archive does for many targets.
 #include "tool/documents/CoverageDocument.h"
 
-#include <nlohmann/json.hpp>
+#include "json/Json.h"
 
 namespace TrellanTool {
 
 namespace {
 
-using nlohmann::ordered_json;
+using TrellanJson::ordered_json;
 
 ordered_json countsRecord(const StateCounts& counts)
 {

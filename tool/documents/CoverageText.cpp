@@ -1,8 +1,8 @@
 // The tables and lists that tell people what an archive does for many targets.
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <ostream>
 
+#include "json/Json.h"
 #include "tool/documents/CoverageDocument.h"
 #include "tool/documents/Findings.h"
 #include "tool/documents/TextTable.h"
@@ -11,7 +11,7 @@ namespace TrellanTool {
 
 namespace {
 
-using nlohmann::ordered_json;
+using TrellanJson::ordered_json;
 
 void writeTargets(std::ostream& out, const Coverage& coverage)
 {

@@ -2,8 +2,8 @@
 #include "tool/documents/Document.h"
 
 #include <memory>
-#include <nlohmann/json.hpp>
 
+#include "json/Json.h"
 #include "tool/arguments/Command.h"
 #include "tool/documents/ElementRecords.h"
 
@@ -11,7 +11,7 @@ namespace TrellanTool {
 
 namespace {
 
-using nlohmann::ordered_json;
+using TrellanJson::ordered_json;
 using ZoNTrellanUpdater::ZoTUpdateFile;
 
 ordered_json archive(ZoITrellanUpdater& updater)

@@ -1,14 +1,15 @@
 // The pieces are laid out one by one, so that together they look like one value that is printed.
 #include "tool/documents/DocumentWriter.h"
 
-#include <nlohmann/json.hpp>
 #include <ostream>
+
+#include "json/Json.h"
 
 namespace TrellanTool {
 
 namespace {
 
-using nlohmann::ordered_json;
+using TrellanJson::ordered_json;
 
 std::string dumped(const ordered_json& value)
 {

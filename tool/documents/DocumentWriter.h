@@ -3,9 +3,10 @@
 
 #include <functional>
 #include <iosfwd>
-#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
+
+#include "json/JsonForward.h"
 
 namespace TrellanTool {
 
@@ -24,13 +25,13 @@ public:
     DocumentWriter(Sink sink, const std::string& command);
     DocumentWriter(std::ostream& stream, const std::string& command);
 
-    void member(const char* name, const nlohmann::ordered_json& value);
+    void member(const char* name, const TrellanJson::ordered_json& value);
 
     // The member "error"; null: there is none.
     void error(const DocumentError* error);
 
     // An array of `count` values, each made when its turn has come.
-    void list(const char* name, unsigned count, const std::function<nlohmann::ordered_json(unsigned)>& value);
+    void list(const char* name, unsigned count, const std::function<TrellanJson::ordered_json(unsigned)>& value);
 
     // Ends the document, with a line end. To be called once, last.
     void end();
@@ -43,9 +44,9 @@ private:
 };
 
 // The text of a document, as all of them are printed: with a line end, bytes that are not UTF-8 replaced by U+FFFD.
-std::string documentText(const nlohmann::ordered_json& content);
+std::string documentText(const TrellanJson::ordered_json& content);
 
 // The same on one line, without blanks and line end.
-std::string compactText(const nlohmann::ordered_json& content);
+std::string compactText(const TrellanJson::ordered_json& content);
 
 }  // namespace TrellanTool

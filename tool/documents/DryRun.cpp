@@ -2,10 +2,10 @@
 #include "tool/documents/DryRun.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <ostream>
 #include <set>
 
+#include "json/Json.h"
 #include "tool/arguments/Arguments.h"
 #include "tool/documents/BlockingElements.h"
 #include "tool/documents/ElementOutcome.h"
@@ -15,7 +15,7 @@ namespace TrellanTool {
 
 namespace {
 
-using nlohmann::ordered_json;
+using TrellanJson::ordered_json;
 
 std::string orDashes(const std::string& version)
 {

@@ -2,11 +2,11 @@
 #pragma once
 
 #include <array>
-#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
 
 #include "ZoITrellanInspector.h"
+#include "json/JsonForward.h"
 #include "tool/documents/DocumentWriter.h"
 #include "tool/documents/ElementRecords.h"
 #include "tool/documents/Findings.h"
@@ -33,9 +33,9 @@ public:
 
     // The parts of the document, for a plan to be held against.
     const ElementRecords& elements() const { return records; }
-    nlohmann::ordered_json archive() const;
-    nlohmann::ordered_json options() const;
-    nlohmann::ordered_json phases() const;
+    TrellanJson::ordered_json archive() const;
+    TrellanJson::ordered_json options() const;
+    TrellanJson::ordered_json phases() const;
 
 private:
     using State = ZoNTrellanInspector::ZoTState;

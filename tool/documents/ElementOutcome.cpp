@@ -1,13 +1,14 @@
 #include "tool/documents/ElementOutcome.h"
 
 #include <iterator>
-#include <nlohmann/json.hpp>
+
+#include "json/Json.h"
 
 namespace TrellanTool {
 
 namespace {
 
-using nlohmann::ordered_json;
+using TrellanJson::ordered_json;
 
 // In the order of ZoTState.
 constexpr const char* stateNames[] = {"noFile",  "custom", "upToDate",  "excluded",    "blocked",    "update",

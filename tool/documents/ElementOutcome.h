@@ -2,9 +2,9 @@
 #pragma once
 
 #include <array>
-#include <nlohmann/json_fwd.hpp>
 
 #include "ZoITrellanInspector.h"
+#include "json/JsonForward.h"
 
 namespace TrellanTool {
 
@@ -19,6 +19,6 @@ const char* stateName(ZoNTrellanInspector::ZoTState state);
 
 // The errors of the update of the element with this index: an array, each with "code" (null for a message of the
 // library itself), "text", "originNode", "time", "mainModule", "subModule", "function" and "line".
-nlohmann::ordered_json elementErrors(ZoITrellanInspector& inspector, unsigned index);
+TrellanJson::ordered_json elementErrors(ZoITrellanInspector& inspector, unsigned index);
 
 }  // namespace TrellanTool

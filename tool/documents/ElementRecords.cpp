@@ -1,15 +1,14 @@
 // An element from the library's list and from its inspector, joined into one object.
 #include "tool/documents/ElementRecords.h"
 
-#include <nlohmann/json.hpp>
-
+#include "json/Json.h"
 #include "tool/documents/ElementOutcome.h"
 
 namespace TrellanTool {
 
 namespace {
 
-using nlohmann::ordered_json;
+using TrellanJson::ordered_json;
 using ZoNTrellanInspector::ZoTElement;
 using ZoNTrellanInspector::ZoTFile;
 using ZoNTrellanInspector::ZoTKeys;

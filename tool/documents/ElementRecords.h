@@ -2,14 +2,14 @@
 #pragma once
 
 #include <memory>
-#include <nlohmann/json_fwd.hpp>
 
 #include "ZoITrellanInspector.h"
+#include "json/JsonForward.h"
 
 namespace TrellanTool {
 
 // What an archive entry would have to state to fit an element, as the member "keys" tells it.
-nlohmann::ordered_json keysRecord(const ZoNTrellanInspector::ZoTKeys& keys);
+TrellanJson::ordered_json keysRecord(const ZoNTrellanInspector::ZoTKeys& keys);
 
 class ElementRecords {
 public:
@@ -20,7 +20,7 @@ public:
 
     // What the document says of the element with this index: all that the updater's list gives, its name, keys and
     // checksums, with files its state, and where it was to be updated its errors.
-    nlohmann::ordered_json at(unsigned index) const;
+    TrellanJson::ordered_json at(unsigned index) const;
 
     // The element in the updater's list.
     const ZoNTrellanUpdater::ZoTUpdateElement& listed(unsigned index) const { return list[index]; }

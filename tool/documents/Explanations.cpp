@@ -1,16 +1,16 @@
 // Words for what the library finds by holding elements and entries against one another.
 #include "tool/documents/Explanations.h"
 
-#include <nlohmann/json.hpp>
 #include <ostream>
 
+#include "json/Json.h"
 #include "tool/documents/ElementOutcome.h"
 
 namespace TrellanTool {
 
 namespace {
 
-using nlohmann::ordered_json;
+using TrellanJson::ordered_json;
 using namespace ZoNTrellanInspector;
 
 // A value that the library gives as JSON.

@@ -2,11 +2,11 @@
 #pragma once
 
 #include <iosfwd>
-#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
 
 #include "ZoITrellanInspector.h"
+#include "json/JsonForward.h"
 #include "tool/documents/ElementRecords.h"
 
 namespace TrellanTool {
@@ -20,11 +20,11 @@ public:
     unsigned elementCount() const { return records.count(); }
 
     // The element with this index: what every document says of it, and "reason" and "candidates".
-    nlohmann::ordered_json element(unsigned index);
+    TrellanJson::ordered_json element(unsigned index);
 
     // The file at this position in the library's list: "file", "name", and "elements" of the board types that it is
     // for.
-    nlohmann::ordered_json file(unsigned position);
+    TrellanJson::ordered_json file(unsigned position);
 
     // The same as text, with a line end.
     void printElement(std::ostream& out, unsigned index);

@@ -2,9 +2,9 @@
 #include "tool/documents/Findings.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <tuple>
 
+#include "json/Json.h"
 #include "tool/documents/ElementRecords.h"
 #include "tool/documents/TextTable.h"
 
@@ -12,7 +12,7 @@ namespace TrellanTool {
 
 namespace {
 
-using nlohmann::ordered_json;
+using TrellanJson::ordered_json;
 using ZoNTrellanInspector::ZoTFinding;
 using ZoNTrellanInspector::ZoTSeverity;
 

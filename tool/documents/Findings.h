@@ -1,12 +1,12 @@
 // What is wrong with an archive, as text and as JSON.
 #pragma once
 
-#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "ZoITrellanInspector.h"
+#include "json/JsonForward.h"
 #include "tool/documents/JsonPlaces.h"
 
 namespace TrellanTool {
@@ -48,6 +48,6 @@ void sortByPlace(std::vector<Finding>& findings);
 
 // The finding with the members "rule", "severity", "file", "board", "pointer", "line", "column" and "message", where it
 // tells them "coveredBy" and "example".
-nlohmann::ordered_json findingRecord(const Finding& finding);
+TrellanJson::ordered_json findingRecord(const Finding& finding);
 
 }  // namespace TrellanTool

@@ -1,14 +1,13 @@
 #include "tool/documents/InspectedFiles.h"
 
-#include <nlohmann/json.hpp>
-
+#include "json/Json.h"
 #include "tool/documents/TextTable.h"
 
 namespace TrellanTool {
 
 namespace {
 
-using nlohmann::ordered_json;
+using TrellanJson::ordered_json;
 using ZoNTrellanInspector::ZoTFileHeader;
 using ZoNTrellanInspector::ZoTFileKind;
 

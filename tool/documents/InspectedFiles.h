@@ -1,11 +1,11 @@
 // What update files say of themselves, as text and as JSON.
 #pragma once
 
-#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
 
 #include "ZoITrellanInspector.h"
+#include "json/JsonForward.h"
 
 namespace TrellanTool {
 
@@ -20,6 +20,6 @@ struct InspectedFile {
 std::string inspectedText(const std::vector<InspectedFile>& files);
 
 // A file's object in the document.
-nlohmann::ordered_json inspectedRecord(const InspectedFile& file);
+TrellanJson::ordered_json inspectedRecord(const InspectedFile& file);
 
 }  // namespace TrellanTool

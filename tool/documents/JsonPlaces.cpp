@@ -5,15 +5,16 @@
 
 #include <algorithm>
 #include <iterator>
-#include <nlohmann/json.hpp>
 #include <unordered_map>
 #include <unordered_set>
+
+#include "json/Json.h"
 
 namespace TrellanTool {
 
 namespace {
 
-using Json = nlohmann::json;
+using Json = TrellanJson::json;
 
 constexpr std::size_t maxDepth = 512;
 

@@ -8,7 +8,7 @@ namespace TrellanTool {
 
 namespace {
 
-using nlohmann::ordered_json;
+using TrellanJson::ordered_json;
 
 constexpr const char* listNames[NewEntry::listCount] = {"boardVariant", "boardId", "hwCompatibilityId",
                                                         "swCompatibilityId"};

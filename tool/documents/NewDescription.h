@@ -1,10 +1,10 @@
 // A description to begin with.
 #pragma once
 
-#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
 
+#include "json/JsonForward.h"
 #include "tool/documents/NewEntries.h"
 
 namespace TrellanTool {
@@ -17,7 +17,7 @@ struct NewInfo {
 
 // A description with these entries, which the library reads without any update file: each names a file that is still to
 // come, in a way that no two do and none as `taken`, states the installed version, and 0 for the checksum.
-nlohmann::ordered_json newDescription(const NewInfo& info, const std::vector<NewEntry>& entries,
-                                      const std::string& taken);
+TrellanJson::ordered_json newDescription(const NewInfo& info, const std::vector<NewEntry>& entries,
+                                         const std::string& taken);
 
 }  // namespace TrellanTool

@@ -11,7 +11,7 @@ namespace TrellanTool {
 
 namespace {
 
-using nlohmann::json;
+using TrellanJson::json;
 using ZoNTrellanInspector::ZoTKeys;
 
 constexpr const char* anyPath = "*";

@@ -4,12 +4,12 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <nlohmann/json.hpp>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "ZoITrellanInspector.h"
+#include "json/Json.h"
 
 namespace TrellanTool {
 
@@ -25,7 +25,7 @@ struct WantedElement {
 struct NewEntry {
     // Positions in `lists`, in the order in which an entry states them.
     enum List : std::size_t { boardVariant, boardId, hwCompatibilityId, swCompatibilityId, listCount };
-    using Values = std::set<nlohmann::json>;
+    using Values = std::set<TrellanJson::json>;
 
     std::string boardType;
     bool isFile = false;

@@ -1,14 +1,15 @@
 // What is open is closed when the next item stands higher.
 #include "tool/documents/TargetDocument.h"
 
-#include <nlohmann/json.hpp>
 #include <ostream>
+
+#include "json/Json.h"
 
 namespace TrellanTool {
 
 namespace {
 
-using nlohmann::ordered_json;
+using TrellanJson::ordered_json;
 
 // What a line begins with that stands `deeper` steps within the braces of an item of this level.
 std::string blanks(std::size_t level, unsigned deeper)

@@ -1,14 +1,13 @@
 #include "tool/documents/UpdateDocument.h"
 
-#include <nlohmann/json.hpp>
-
+#include "json/Json.h"
 #include "tool/documents/ElementRecords.h"
 
 namespace TrellanTool {
 
 namespace {
 
-using nlohmann::ordered_json;
+using TrellanJson::ordered_json;
 
 ordered_json updatedElement(const ElementRecords& records, unsigned index, const UpdateKnowledge& known)
 {

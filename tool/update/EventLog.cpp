@@ -10,9 +10,9 @@
 #include <cinttypes>
 #include <cstdio>
 #include <new>
-#include <nlohmann/json.hpp>
 #include <utility>
 
+#include "json/Json.h"
 #include "tool/ExitStatus.h"
 #include "tool/update/UtcTime.h"
 
@@ -20,7 +20,7 @@ namespace TrellanTool {
 
 namespace {
 
-using nlohmann::ordered_json;
+using TrellanJson::ordered_json;
 
 // Time, process and a random number: also processes of other machines that write to the same file differ.
 std::string newRun()

@@ -18,11 +18,11 @@
 #include <atomic>
 #include <functional>
 #include <mutex>
-#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "json/JsonForward.h"
 #include "tool/update/EventFile.h"
 #include "tool/update/UpdateElement.h"
 
@@ -56,15 +56,15 @@ public:
     void signal(const char* name);
     // The update has ended with this exit status, and the elements as they are now. May be called on any thread; says
     // nothing itself.
-    void result(int status, const nlohmann::ordered_json& elements);
+    void result(int status, const TrellanJson::ordered_json& elements);
 
     // Why events could not be written, once; empty when they could, or it has been said.
     std::string takeFault();
 
 private:
-    void write(const char* event, nlohmann::ordered_json&& members, bool toMedium);
-    void append(const char* event, nlohmann::ordered_json&& members, bool toMedium);
-    std::string lineOf(const char* event, nlohmann::ordered_json&& members) const;
+    void write(const char* event, TrellanJson::ordered_json&& members, bool toMedium);
+    void append(const char* event, TrellanJson::ordered_json&& members, bool toMedium);
+    std::string lineOf(const char* event, TrellanJson::ordered_json&& members) const;
     unsigned overall(unsigned percent) const;
 
     const Say say;

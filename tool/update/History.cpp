@@ -13,7 +13,7 @@ namespace TrellanTool {
 
 namespace {
 
-using nlohmann::json;  // whose objects stay fast however many members a line has
+using TrellanJson::json;  // whose objects stay fast however many members a line has
 
 constexpr std::string_view results[] = {"success", "failed", "interrupted", "stalled", "refused"};
 constexpr std::size_t mostErrorMembers = 32;
@@ -64,7 +64,7 @@ bool isDeeperThan(unsigned levels, const json& value)
                                      }));
 }
 
-nlohmann::ordered_json errorOf(const json& error)
+TrellanJson::ordered_json errorOf(const json& error)
 {
     if (!member(error, "code").is_null()) {
         number(error, "code");

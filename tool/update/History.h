@@ -2,21 +2,22 @@
 #pragma once
 
 #include <cstdint>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "json/Json.h"
 
 namespace TrellanTool {
 
 struct HistoryElement {
     std::uint32_t index = 0;
     std::string name;
-    std::string from;                                                 // the installed version; empty when not known
-    std::string to;                                                   // the available one; empty when not known
-    std::string state;                                                // after the update; empty when not known
-    nlohmann::ordered_json errors = nlohmann::ordered_json::array();  // as the event has them
+    std::string from;   // the installed version; empty when not known
+    std::string to;     // the available one; empty when not known
+    std::string state;  // after the update; empty when not known
+    TrellanJson::ordered_json errors = TrellanJson::ordered_json::array();  // as the event has them
 };
 
 struct HistoryArchive {
@@ -52,6 +53,6 @@ History readHistory(const std::string& path);
 std::string historyText(const History& history);
 
 // A run as the document of the command shows it.
-nlohmann::ordered_json historyRecord(const HistoryRun& run);
+TrellanJson::ordered_json historyRecord(const HistoryRun& run);
 
 }  // namespace TrellanTool

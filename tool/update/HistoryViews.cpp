@@ -7,7 +7,7 @@ namespace TrellanTool {
 
 namespace {
 
-using nlohmann::ordered_json;
+using TrellanJson::ordered_json;
 
 // Texts of a file stay on the line of their run.
 std::string withoutLineEnds(std::string text)

@@ -13,8 +13,8 @@ namespace TrellanTool {
 
 namespace {
 
-using nlohmann::json;
-using nlohmann::ordered_json;
+using TrellanJson::json;
+using TrellanJson::ordered_json;
 
 // As many differences as anybody reads.
 constexpr std::size_t mostDifferences = 20;

@@ -1,11 +1,11 @@
 // A plan: the document of a dry run, by which an update goes on only while it still holds.
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "json/Json.h"
 #include "tool/documents/DryRun.h"
 
 namespace TrellanTool {
@@ -28,7 +28,7 @@ public:
 
 private:
     const std::string path;
-    nlohmann::ordered_json document;
+    TrellanJson::ordered_json document;
 };
 
 }  // namespace TrellanTool

@@ -2,15 +2,15 @@
 #include "tool/update/UpdateElement.h"
 
 #include <memory>
-#include <nlohmann/json.hpp>
 
+#include "json/Json.h"
 #include "tool/documents/ElementOutcome.h"
 
 namespace TrellanTool {
 
 namespace {
 
-using nlohmann::ordered_json;
+using TrellanJson::ordered_json;
 using ZoNTrellanInspector::ZoTState;
 
 std::string versionsOf(const UpdateElement& element)

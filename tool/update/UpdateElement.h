@@ -2,11 +2,11 @@
 #pragma once
 
 #include <cstdint>
-#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
 
 #include "ZoITrellanInspector.h"
+#include "json/JsonForward.h"
 
 namespace TrellanTool {
 
@@ -23,7 +23,7 @@ struct UpdateElement {
 std::vector<UpdateElement> elementsToUpdate(ZoITrellanUpdater& updater, ZoITrellanInspector& inspector);
 
 // The elements with "index", "name", "from" and "to", and with "state" and "errors" as they are now.
-nlohmann::ordered_json outcomesOf(const std::vector<UpdateElement>& elements, ZoITrellanInspector& inspector);
+TrellanJson::ordered_json outcomesOf(const std::vector<UpdateElement>& elements, ZoITrellanInspector& inspector);
 
 // What was updated and what was not: a line for each of the elements. Of one that was not it says what it came to.
 std::string accountOf(const std::vector<UpdateElement>& elements, ZoITrellanInspector& inspector);

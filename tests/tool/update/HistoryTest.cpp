@@ -32,7 +32,7 @@ ordered_json historyRuns(const History& history)
 {
     ordered_json runs = ordered_json::array();
     for (const TrellanTool::HistoryRun& run : history.runs) {
-        runs.push_back(TrellanTool::historyRecord(run));
+        runs.push_back(ordered_json(TrellanTool::historyRecord(run)));
     }
     return runs;
 }
