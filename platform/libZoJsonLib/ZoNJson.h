@@ -17,10 +17,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <functional>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 
 namespace ZoNJson {
 
@@ -122,11 +120,6 @@ public:
     // The elements of an array, in order; an empty range for any other value.
     const_iterator begin() const noexcept;
     const_iterator end() const noexcept;
-
-    // Calls `visit` with the key and the value of each member of an object, in the order of the keys; does nothing for
-    // any other value. The key is good during the call only.
-    using MemberVisitor = std::function<void(std::string_view key, const json& value)>;
-    void visitMembers(const MemberVisitor& visit) const;
 
     // The value as text. `indent` blanks (or `indentChar`) for each level and one member or element on a line; with a
     // negative indent all on one line. With `ensureAscii` characters beyond ASCII are written as \u escapes.

@@ -173,18 +173,4 @@ const_iterator json::end() const noexcept
     return const_iterator(elements.first + elements.count);
 }
 
-void json::visitMembers(const MemberVisitor& visit) const
-{
-    if (tagOf(bits) == JsonTag::ownObject) {
-        for (const auto& [key, member] : Access::own<Members>(*this).content) {
-            visit(key, member);
-        }
-    } else if (tagOf(bits) == JsonTag::object) {
-        const JsonValues values = valuesOf(bits);
-        for (std::size_t i = 0; i < values.count; i += 2) {
-            visit(textOf(values.first[i]), Access::part(values.first[i + 1]));
-        }
-    }
-}
-
 }  // namespace ZoNJson

@@ -72,7 +72,7 @@ private:
     void addObject(const json& object)
     {
         const char* separator = "{";
-        object.visitMembers([&](std::string_view key, const json& value) {
+        visitMembers(object, [&](std::string_view key, const json& value) {
             begin(separator);
             addScalar(key);
             text += indent < 0 ? ":" : ": ";
@@ -81,6 +81,22 @@ private:
             separator = ",";
         });
         end(separator, "{}", '}');
+    }
+
+    // In the order of the keys.
+    template <typename Visit>
+    static void visitMembers(const json& object, const Visit& visit)
+    {
+        if (Access::tag(object) == JsonTag::ownObject) {
+            for (const auto& [key, member] : Access::own<Members>(object).content) {
+                visit(key, member);
+            }
+            return;
+        }
+        const JsonValues values = valuesOf(Access::bits(object));
+        for (std::size_t i = 0; i < values.count; i += 2) {
+            visit(textOf(values.first[i]), Access::part(values.first[i + 1]));
+        }
     }
 
     // In front of an element or member, one level deeper.

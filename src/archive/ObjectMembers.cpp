@@ -1,6 +1,8 @@
 #include "archive/ObjectMembers.h"
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace ZoNUpdateArchive {
 
@@ -33,14 +35,12 @@ const char* nameOf(Property property)
 
 ObjectMembers::ObjectMembers(const ZoNJson::json& object) : source(&object)
 {
-    object.visitMembers([this](std::string_view key, const ZoNJson::json& value) {
-        for (std::size_t property = 0; property < propertyCount; ++property) {
-            if (names[property] == key) {
-                members[property] = &value;
-                return;
-            }
+    static const std::vector<std::string> keys(names.begin(), names.end());  // a key is looked up as a string
+    for (std::size_t property = 0; property < propertyCount; ++property) {
+        if (object.contains(keys[property])) {
+            members[property] = &object[keys[property]];
         }
-    });
+    }
 }
 
 }  // namespace ZoNUpdateArchive

@@ -1,4 +1,5 @@
-// ObjectMembers: the members of a file entry, or of one of its board objects, that the format has: found in one walk.
+// ObjectMembers: the members of a file entry, or of one of its board objects, that the format has: each is looked up
+// once.
 #pragma once
 
 #include <array>
