@@ -9,6 +9,8 @@
 #include <utility>
 
 namespace ZoNUpdateInspection {
+
+using namespace ZoNUpdateBase;
 namespace {
 
 using Mask = std::vector<std::uint64_t>;  // bits of the candidates' words

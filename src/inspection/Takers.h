@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "assignment/MatchCriteria.h"
-#include "inspection/SparsePositions.h"
+#include "base/SparsePositions.h"
 
 namespace ZoNUpdateInspection {
 
@@ -43,12 +43,12 @@ public:
 private:
     class Walk;
 
-    SparsePositions candidatesFor(const Box& box);
-    SparsePositions unite(const std::vector<const SparsePositions*>& sets);
+    ZoNUpdateBase::SparsePositions candidatesFor(const Box& box);
+    ZoNUpdateBase::SparsePositions unite(const std::vector<const ZoNUpdateBase::SparsePositions*>& sets);
 
-    std::uint32_t count = 0;                                                           // of boxes
-    std::array<std::unordered_map<std::uint32_t, SparsePositions>, boxSides> holders;  // by number
-    std::vector<std::uint64_t> united;                                                 // all 0 while nothing is united
+    std::uint32_t count = 0;                                                                          // of boxes
+    std::array<std::unordered_map<std::uint32_t, ZoNUpdateBase::SparsePositions>, boxSides> holders;  // by number
+    std::vector<std::uint64_t> united;  // all 0 while nothing is united
 };
 
 }  // namespace ZoNUpdateInspection

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace ZoNUpdateInspection {
+namespace ZoNUpdateBase {
 
 struct PositionWord {
     static constexpr std::uint32_t size = 64;
@@ -47,4 +47,4 @@ void forCommonWords(const SparsePositions& set, const SparsePositions& other, Ac
     }
 }
 
-}  // namespace ZoNUpdateInspection
+}  // namespace ZoNUpdateBase
