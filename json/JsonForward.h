@@ -3,6 +3,9 @@
 // The destructor of nlohmann's values takes arrays and objects apart in a std::vector of values, so that deep ones do
 // not exhaust the stack. Where there is no memory for that vector, the process would be aborted: it is in the LastRoom
 // then. The values themselves are in vectors with another allocator, and report that memory is short as usual.
+//
+// Begin an object or array as one: a null to which a member or an element is added becomes one before there is memory
+// for it, and cannot be destroyed when there is none.
 #pragma once
 
 #include <cstddef>

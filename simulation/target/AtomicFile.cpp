@@ -88,8 +88,8 @@ private:
 
 FileDescriptor openFolder(const std::filesystem::path& folder)
 {
-    return FileDescriptor(
-        checkSystem(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC), "open " + folder.string()));
+    return checkSystem(FileDescriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)),
+                       "open " + folder.string());
 }
 
 }  // namespace

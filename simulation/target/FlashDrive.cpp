@@ -81,8 +81,8 @@ void recreateEntry(const FileDescriptor& folder, const std::string& name, const 
     if (S_ISDIR(status.st_mode)) {
         makeFolder(place);
     } else {
-        FileDescriptor(
-            checkSystem(::open(place.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644), "create " + place));
+        checkSystem(FileDescriptor(::open(place.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644)),
+                    "create " + place);
     }
     bindMount(throughDescriptor(folder, name), place);
 }

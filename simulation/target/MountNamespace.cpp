@@ -52,7 +52,7 @@ struct stat statusOf(const char* path)
 
 void writeProcFile(const std::string& path, const std::string& content)
 {
-    const FileDescriptor file(checkSystem(::open(path.c_str(), O_WRONLY | O_CLOEXEC), "open " + path));
+    const FileDescriptor file = checkSystem(FileDescriptor(::open(path.c_str(), O_WRONLY | O_CLOEXEC)), "open " + path);
     if (::write(file.get(), content.data(), content.size()) < 0) {
         throwSystemFault("write " + path);
     }
@@ -88,7 +88,7 @@ void enterUserNamespace()
 
 FileDescriptor openFolder(const char* path)
 {
-    return FileDescriptor(checkSystem(::open(path, O_PATH | O_DIRECTORY | O_CLOEXEC), std::string("open ") + path));
+    return checkSystem(FileDescriptor(::open(path, O_PATH | O_DIRECTORY | O_CLOEXEC)), std::string("open ") + path);
 }
 
 void makePrivate(const char* mount)

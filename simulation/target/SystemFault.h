@@ -5,6 +5,8 @@
 #include <string>
 #include <system_error>
 
+#include "simulation/base/FileDescriptor.h"
+
 namespace TrellanSimulation {
 
 // Throws a std::system_error that says "OPERATION: REASON", the reason being that of errno.
@@ -20,6 +22,15 @@ inline int checkSystem(int result, const std::string& operation)
         throwSystemFault(operation);
     }
     return result;
+}
+
+// The same of a file that is not open. What is open is closed also when memory is too short for the operation's text.
+inline FileDescriptor checkSystem(FileDescriptor file, const std::string& operation)
+{
+    if (!file.isOpen()) {
+        throwSystemFault(operation);
+    }
+    return file;
 }
 
 }  // namespace TrellanSimulation

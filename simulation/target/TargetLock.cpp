@@ -24,11 +24,11 @@ namespace {
 // would wait for a writer; without O_NOFOLLOW, a link would have a file made wherever it leads to.
 FileDescriptor openLockFile(const std::string& name)
 {
-    const int opened = ::open(name.c_str(), O_RDONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666);
-    if (opened < 0 && errno == ELOOP) {
-        throwNoRegularFile(name);
+    FileDescriptor file(
+        ::open(name.c_str(), O_RDONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666));
+    if (!file.isOpen()) {
+        errno == ELOOP ? throwNoRegularFile(name) : throwSystemFault("its lock file cannot be opened: open " + name);
     }
-    FileDescriptor file(checkSystem(opened, "its lock file cannot be opened: open " + name));
     struct stat status = {};
     checkSystem(::fstat(file.get(), &status), "stat " + name);
     if (!S_ISREG(status.st_mode)) {
@@ -53,8 +53,8 @@ FileDescriptor lockInheritably(const FileDescriptor& file, const std::string& wh
 {
     constexpr int afterStandardStreams = 3;
     if (::flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
-        return FileDescriptor(
-            checkSystem(::fcntl(file.get(), F_DUPFD, afterStandardStreams), "its lock cannot be passed on: fcntl"));
+        return checkSystem(FileDescriptor(::fcntl(file.get(), F_DUPFD, afterStandardStreams)),
+                           "its lock cannot be passed on: fcntl");
     }
     if (errno != EWOULDBLOCK) {
         throwSystemFault("its " + what + " cannot be locked: lock");

@@ -11,7 +11,7 @@ using TrellanJson::ordered_json;
 
 ordered_json countsRecord(const StateCounts& counts)
 {
-    ordered_json record;
+    ordered_json record = ordered_json::object();
     for (std::size_t i = 0; i < counts.size(); ++i) {
         record[stateName(statesBefore[i])] = counts[i];
     }

@@ -138,7 +138,7 @@ void DryRun::writeDocument(std::ostream& out, const std::vector<Finding>& findin
         "update");
     writer.error(error);
     writer.member("supported", inspector.isTargetSupported());
-    ordered_json counts;
+    ordered_json counts = ordered_json::object();
     for (const State state : statesBefore) {
         counts[stateName(state)] = inState(state).size();
     }

@@ -95,7 +95,7 @@ ordered_json jsonOf(const NewEntry& entry, FileNames& names)
 
 ordered_json newDescription(const NewInfo& info, const std::vector<NewEntry>& entries, const std::string& taken)
 {
-    ordered_json description;
+    ordered_json description = ordered_json::object();
     description["info"] = {{"formatVersion", "1.0"},
                            {"archiveVersion", "1.0"},
                            {"productName", info.productName},
