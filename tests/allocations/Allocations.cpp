@@ -40,6 +40,16 @@ void* operator new(std::size_t size)
     throw std::bad_alloc();
 }
 
+// The sanitizer's own would not go with the functions below.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
 void operator delete(void* memory) noexcept
 {
     std::free(memory);

@@ -108,7 +108,7 @@ protected:
             for (unsigned way = 0; way < ways; ++way, ++points) {
                 if (!failAt(kind, number, way, ways)) {
                     std::cout << points << " points of the library\n";
-                    EXPECT_GT(points, 50u);
+                    EXPECT_GT(points, 40u);
                     return;
                 }
             }
@@ -145,8 +145,8 @@ private:
         const HostWork again = workAsHost(options);
         check(again.ran == 1, "the next one fails: " + printed());
         ZoCErrorManager::getSingleton()->getMasterErrorList().clear();
-        check(FaultPoints::allocationsHeld() <= heldBefore,
-              std::to_string(FaultPoints::allocationsHeld() - heldBefore) + " allocations are left");
+        const long left = FaultPoints::allocationsHeld() - heldBefore;  // before the message takes memory
+        check(left <= 0, std::to_string(left) + " allocations are left");
         return faults;
     }
 
