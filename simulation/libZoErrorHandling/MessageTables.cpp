@@ -20,7 +20,7 @@ struct Tables {
 
     Tables() { list.reserve(tablesWithRoom); }
 
-    alignas(std::max_align_t) std::array<std::byte, tablesWithRoom * sizeof(const ZoResText*)> room;
+    alignas(std::max_align_t) std::array<std::byte, tablesWithRoom * sizeof(void*)> room;
     std::pmr::monotonic_buffer_resource memory{room.data(), room.size()};
     std::pmr::vector<const ZoResText*> list{&memory};
 };

@@ -110,7 +110,8 @@ void replaceFile(const std::filesystem::path& path, std::string_view content)
 void removeLeftOvers(const std::filesystem::path& path)
 {
     const std::string start = path.filename().string() + '.';
-    for (const std::string& name : namesInFolder(path.parent_path()).names) {
+    const FolderNames folder = namesInFolder(path.parent_path());
+    for (const std::string& name : folder.names) {
         const std::filesystem::path file = path.parent_path() / name;
         std::error_code unknown;
         if (name.starts_with(start) && isTemporaryEnding(std::string_view(name).substr(start.size())) &&
