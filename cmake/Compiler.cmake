@@ -22,6 +22,10 @@ endif()
 if(TRELLAN_SANITIZE)
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=address,undefined)
+    # Up to sixteen files of a folder are compiled as one, in little more than half the time. The optimised build compiles them
+    # file by file.
+    set(CMAKE_UNITY_BUILD ON)
+    set(CMAKE_UNITY_BUILD_BATCH_SIZE 16)
 endif()
 if(TRELLAN_SANITIZE_THREADS)
     if(TRELLAN_SANITIZE)
@@ -29,10 +33,4 @@ if(TRELLAN_SANITIZE_THREADS)
     endif()
     add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
     add_link_options(-fsanitize=thread)
-endif()
-if(TRELLAN_SANITIZE)
-    # Up to sixteen files of a folder are compiled as one, in little more than half the time. The optimised build compiles them
-    # file by file.
-    set(CMAKE_UNITY_BUILD ON)
-    set(CMAKE_UNITY_BUILD_BATCH_SIZE 16)
 endif()

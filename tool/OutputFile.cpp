@@ -170,7 +170,9 @@ private:
         if (nameless >= 0 && ::access(linkOf(nameless).c_str(), F_OK) == 0) {
             return nameless;
         }
-        ::close(nameless);
+        if (nameless >= 0) {
+            ::close(nameless);
+        }
         int descriptor = -1;
         name = firstName([&](const std::string& free) {
             return descriptor = ::open(free.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);

@@ -3,7 +3,9 @@
 #include <ext/stdio_sync_filebuf.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <iostream>
+#include <string_view>
 
 namespace TrellanSimulation {
 
@@ -16,26 +18,39 @@ bool isPlainTerminal()
            ::isatty(STDERR_FILENO) == 1;
 }
 
-// Also one of U+0080 to U+009F, by its second byte in UTF-8, and as a byte that follows none of a longer character.
-bool isControl(unsigned char before, unsigned char byte)
+bool isControl(unsigned char byte)
 {
-    const bool isLong = byte >= 0x80 && byte <= 0x9F && (before < 0x80 || (before >= 0xC0 && before <= 0xC2));
-    return isLong || byte == 0x7F || (byte < ' ' && byte != '\n' && byte != '\r' && byte != '\t');
+    return (byte < ' ' && byte != '\n' && byte != '\r' && byte != '\t') || (byte >= 0x7F && byte <= 0x9F);
 }
 
-std::string withControlCharactersShown(const std::string& text)
+// The length of the character of several bytes in UTF-8 that `text` begins with; 0 when it begins with none.
+std::size_t longCharacter(std::string_view text)
+{
+    const auto first = static_cast<unsigned char>(text[0]);
+    const std::size_t length = first < 0xC2 || first > 0xF4 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+    const std::string_view behind = text.substr(1, length == 0 ? 0 : length - 1);
+    const bool isWhole = length != 0 && behind.size() == length - 1 &&
+                         std::all_of(behind.begin(), behind.end(), [](char each) { return (each & 0xC0) == 0x80; });
+    return isWhole ? length : 0;
+}
+
+std::string withControlCharactersShown(std::string_view text)
 {
     constexpr const char* digits = "0123456789abcdef";
     std::string shown;
-    unsigned char before = 0;
-    for (const char character : text) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (isControl(before, byte)) {
-            shown.append("\\x").append(1, digits[byte / 16]).append(1, digits[byte % 16]);
+    while (!text.empty()) {
+        const std::size_t length = longCharacter(text);
+        const std::string_view character = text.substr(0, std::max<std::size_t>(length, 1));
+        const auto last = static_cast<unsigned char>(character.back());
+        if (length == 0 ? isControl(last) : character[0] == '\xC2' && last <= 0x9F) {  // U+0080 to U+009F
+            for (const char each : character) {
+                const auto byte = static_cast<unsigned char>(each);
+                shown.append("\\x").append(1, digits[byte / 16]).append(1, digits[byte % 16]);
+            }
         } else {
             shown += character;
         }
-        before = byte;
+        text.remove_prefix(character.size());
     }
     return shown;
 }

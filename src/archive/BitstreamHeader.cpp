@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t headerSize = 92;
 constexpr char signature[] = {'Z', 'o', 'F', 'P', 'G', 'A', 'B', 'S'};
-constexpr std::uint32_t supportedHeader = 1;
+constexpr std::uint32_t supportedHeaderFormat = 1;
 
 constexpr std::size_t lengthAt = 8;
 constexpr std::size_t formatAt = 12;
@@ -31,7 +31,7 @@ bool readBitstreamHeader(const std::string& beginning, FileHeader& header)
     }
     std::memcpy(bytes.data(), beginning.data(), bytes.size());
     if (std::memcmp(bytes.data(), signature, sizeof signature) != 0 ||
-        readBigEndian32(bytes.data() + formatAt) != supportedHeader) {
+        readBigEndian32(bytes.data() + formatAt) != supportedHeaderFormat) {
         return false;
     }
     header.kind = FileKind::bitstream;

@@ -20,6 +20,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
+using ZoNTrellanInspector::ZoTElement;
+using ZoNTrellanUpdater::ZoTUpdateElement;
+
 // The name of the archive in `folder`; the root folder has none.
 std::string nameOf(const std::string& folder, const std::string& otherwise)
 {
@@ -27,8 +30,6 @@ std::string nameOf(const std::string& folder, const std::string& otherwise)
     const std::string name = path.has_filename() ? path.filename() : path.parent_path().filename();
     return name.empty() ? otherwise : name;
 }
-using ZoNTrellanInspector::ZoTElement;
-using ZoNTrellanUpdater::ZoTUpdateElement;
 
 struct Wanted {
     std::vector<WantedElement> elements;
