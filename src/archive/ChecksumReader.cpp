@@ -10,14 +10,10 @@ using namespace ZoNUpdateArchive;
 
 namespace {
 
-// False when the file is of no kind that has a header.
-bool readChecksum(const std::string& path, std::uint32_t& checksumCrc32)
+// False when the file with this beginning is of no kind that has a header.
+bool readChecksum(const std::string& path, const std::string& beginning, std::uint32_t& checksumCrc32)
 {
-    const auto beginning = readBeginning(path);
-    if (!beginning) {
-        return false;
-    }
-    const FileHeader header = readHeader(path, *beginning);
+    const FileHeader header = readHeader(path, beginning);
     checksumCrc32 = header.checksumCrc32;
     return mayTellChecksum(header);
 }
@@ -42,11 +38,12 @@ bool ZoCUpdateArchive::readUpdateFiles()
             continue;
         }
         const std::string path = pathOf(file);
-        if (!isReadable(path)) {
+        const auto beginning = readBeginning(path);
+        if (!beginning && !isReadable(path)) {
             file.fileMissing = true;
             return fail("ERROR: Cannot read checksum from update file. '%s' not found.\n", path.c_str());
         }
-        if (!readChecksum(path, file.checksumCrc32)) {
+        if (!beginning || !readChecksum(path, *beginning, file.checksumCrc32)) {
             return fail("%s", untoldChecksumMessage(file).c_str());
         }
         ++openedFiles;

@@ -25,6 +25,8 @@ std::optional<std::string> readBeginning(const std::string& path)
     if (!file) {
         return std::nullopt;
     }
+    // Read at once, a buffer would only be asked for and filled beyond what is wanted.
+    std::setvbuf(file.get(), nullptr, _IONBF, 0);
     std::array<char, headerLength> bytes;
     return std::string(bytes.data(), std::fread(bytes.data(), 1, bytes.size(), file.get()));
 }
