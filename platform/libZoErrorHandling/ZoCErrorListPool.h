@@ -53,5 +53,8 @@ protected:
 
 private:
     struct Records;
-    std::unique_ptr<Records> records;
+
+    const ZoSErrorRecord& at(unsigned index) const;
+
+    std::unique_ptr<Records> records;  // null as long as there are none: most pools stay empty
 };

@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "allocations/Allocations.h"
 #include "libZoErrorHandling/ZoCErrorManager.h"
 #include "simulation/base/Resources.h"
 #include "support/ErrorPool.h"
@@ -22,6 +23,17 @@ TEST(ErrorList, IsEmptyAtFirst)
 {
     ErrorPool errors;
     EXPECT_EQ(errors.count(), 0u);
+}
+
+TEST(ErrorList, TakesNoMoreThanItsOwnObjectAsLongAsItIsEmpty)
+{
+    ZoCErrorList* list = nullptr;
+    const auto make = [&] { list = ZoCErrorManager::getSingleton()->createErrorList(0, 1, 20, 5, 300); };
+    EXPECT_EQ(bytesOf(make), sizeof(ZoCErrorList));
+    EXPECT_EQ(list->getErrorCount(), 0u);
+    list->clear();
+    EXPECT_THROW(list->getErrorCode(0), std::out_of_range);
+    ZoCErrorManager::getSingleton()->deleteErrorList(list);
 }
 
 TEST(ErrorList, KeepsEveryPartOfAnError)
