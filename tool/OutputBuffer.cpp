@@ -158,6 +158,9 @@ bool OutputBuffer::append(std::string_view text)
 // At a terminal the beginning of a character waits for the rest.
 bool OutputBuffer::writeHeld()
 {
+    if (held.empty()) {
+        return failure == 0;
+    }
     const std::size_t whole = held.size() - (isTerminal ? unfinished(held) : 0);
     const bool written = writeOut(std::string_view(held).substr(0, whole));
     held.erase(0, whole);

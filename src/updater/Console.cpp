@@ -1,5 +1,6 @@
 // Text output: formatted text, tables and error lists.
 #include <algorithm>
+#include <array>
 #include <cstdio>
 
 #include "base/ErrorManager.h"
@@ -15,13 +16,20 @@ constexpr unsigned textWidth = 78;  // of 80 columns, less the two by which an e
 // Formats into `out`, which is empty, and returns the number of characters, negative when `format` cannot be used.
 int formatText(std::string& out, const char* format, va_list arguments)
 {
+    std::array<char, 256> buffer;  // which most texts fit into
     va_list measured;
     va_copy(measured, arguments);
-    const int length = std::vsnprintf(nullptr, 0, format, measured);
+    const int length = std::vsnprintf(buffer.data(), buffer.size(), format, measured);
     va_end(measured);
-    if (length > 0) {
-        out.resize(static_cast<std::size_t>(length));
-        std::vsnprintf(out.data(), out.size() + 1, format, arguments);
+    if (length <= 0) {
+        return length;
+    }
+    const auto size = static_cast<std::size_t>(length);
+    if (size < buffer.size()) {
+        out.assign(buffer.data(), size);
+    } else {
+        out.resize(size);
+        std::vsnprintf(out.data(), size + 1, format, arguments);
     }
     return length;
 }
@@ -45,27 +53,6 @@ std::size_t ruleLength(const std::vector<std::size_t>& widths)
         length += width;
     }
     return length;
-}
-
-void printRow(const ZoCTrellanUpdater& updater, const std::vector<std::string>& row,
-              const std::vector<std::size_t>& widths)
-{
-    for (std::size_t column = 0; column < widths.size(); ++column) {
-        if (column != 0) {
-            updater.print(" | ");
-        }
-        const char* const cell = column < row.size() ? row[column].c_str() : "";
-        updater.print("%-*s", static_cast<int>(widths[column]), cell);
-    }
-    updater.print("\n");
-}
-
-void printRule(const ZoCTrellanUpdater& updater, std::size_t length)
-{
-    for (std::size_t i = 0; i < length; ++i) {
-        updater.print("-");
-    }
-    updater.print("\n");
 }
 
 }  // namespace
@@ -94,6 +81,16 @@ int ZoCTrellanUpdater::vprint(const char* format, va_list arguments) const
     return length;
 }
 
+void ZoCTrellanUpdater::printText(const std::string& text) const
+{
+    if (messageCallBack == nullptr) {
+        std::fwrite(text.data(), 1, text.size(), stdout);
+        std::fflush(stdout);
+    } else if (!text.empty()) {
+        messageCallBack(text);
+    }
+}
+
 int ZoCTrellanUpdater::sprint(std::string& out, const char* format, ...) const
 {
     va_list arguments;
@@ -110,12 +107,37 @@ void ZoCTrellanUpdater::printTable(const std::vector<std::vector<std::string>>& 
     const std::vector<std::size_t> widths = columnWidths(rows);
     bool isHeader = true;
     for (const auto& row : rows) {
-        printRow(*this, row, widths);
+        printRow(row, widths);
         if (isHeader && !widths.empty()) {
-            printRule(*this, ruleLength(widths));
+            printRule(ruleLength(widths));
         }
         isHeader = false;
     }
+}
+
+// Large tables are printed at the cost of what is in them: nothing is formatted.
+void ZoCTrellanUpdater::printRow(const std::vector<std::string>& row, const std::vector<std::size_t>& widths) const
+{
+    static const std::string separator = " | ";
+    static const std::string end = "\n";
+    std::string cell;
+    for (std::size_t column = 0; column < widths.size(); ++column) {
+        if (column != 0) {
+            printText(separator);
+        }
+        cell.assign(column < row.size() ? row[column].c_str() : "");
+        cell.resize(std::max(cell.size(), widths[column]), ' ');
+        printText(cell);
+    }
+    printText(end);
+}
+
+void ZoCTrellanUpdater::printRule(std::size_t length) const
+{
+    for (std::size_t i = 0; i < length; ++i) {
+        print("-");
+    }
+    print("\n");
 }
 
 void ZoCTrellanUpdater::printErrorList(const ZoCErrorListPool& errors, unsigned indent) const

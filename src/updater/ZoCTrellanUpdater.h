@@ -109,6 +109,11 @@ protected:
     std::unique_ptr<ZoCUpdateOperation> operation;
 
 private:
+    // Hands `text` out as one piece, as it is.
+    void printText(const std::string& text) const;
+
+    void printRow(const std::vector<std::string>& row, const std::vector<std::size_t>& widths) const;
+    void printRule(std::size_t length) const;
     void printError(const ZoCErrorListPool& errors, unsigned index, unsigned indent) const;
     void printErrorDetails(const ZoCErrorListPool& errors, unsigned index) const;
     unsigned readTarget(ZoCErrorListPool& errors, bool withAssignment);
