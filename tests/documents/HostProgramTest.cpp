@@ -1,4 +1,4 @@
-// The host program of docs/host.md, compiled and run as it stands there.
+// The host programs of docs/host.md, compiled and run as they stand there.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Compiles the program number `number` of the document, counted from 0, in the example's folder as "host".
+// Compiles the program number `number` of the document, counted from 0, in the example's folder as "program".
 ProcessResult compileProgram(const ExampleFolder& example, unsigned number)
 {
     const std::string document = readText(TRELLAN_SOURCE_DIR "/docs/host.md");
@@ -22,13 +22,14 @@ ProcessResult compileProgram(const ExampleFolder& example, unsigned number)
     for (unsigned i = 0; i <= number; ++i) {
         begin = document.find(fence, begin) + fence.size();
     }
-    const fs::path source = example.path() / "host.cpp";
+    const fs::path source = example.path() / "program.cpp";
     std::ofstream(source) << document.substr(begin, document.find("```", begin) - begin);
 
     const fs::path library = TRELLAN_LIBRARY;
     const std::string libraries = library.parent_path().string();
     std::vector<std::string> arguments = {"-std=c++11", "-Wall", "-Wextra", "-Werror"};
-    arguments.insert(arguments.end(), {"-I" TRELLAN_SOURCE_DIR "/include", "host.cpp", "-o", "host", library.string()});
+    arguments.insert(arguments.end(),
+                     {"-I" TRELLAN_SOURCE_DIR "/include", "program.cpp", "-o", "program", library.string()});
     for (const char* const option : {"-rpath", "-rpath-link"}) {
         arguments.insert(arguments.end(), {"-Xlinker", option, "-Xlinker", libraries});
     }
@@ -40,7 +41,7 @@ ProcessResult compileProgram(const ExampleFolder& example, unsigned number)
 
 ProcessResult runProgram(const ExampleFolder& example)
 {
-    return runProcess(example.path() / "host", {(example.path() / "archive").string()}, example.path(),
+    return runProcess(example.path() / "program", {(example.path() / "archive").string()}, example.path(),
                       {"TRELLAN_TARGET=target.json"});
 }
 
@@ -57,11 +58,24 @@ TEST(HostProgram, UpdatesTheExample)
     EXPECT_EQ(hosted.output, "phase 0\nphase 1\nphase 2\nphase -1\ndone\n");
 }
 
-TEST(HostProgram, ChecksAndVerifiesTheExample)
+TEST(HostProgram, UpdatesTheExampleWithTheHeaderForHosts)
 {
     SKIP_WITHOUT_MOUNT();
     const ExampleFolder example;
     const ProcessResult compiled = compileProgram(example, 1);
+    ASSERT_EQ(compiled.status, 0) << compiled.errors;
+    const ProcessResult hosted = runProgram(example);
+    EXPECT_EQ(hosted.status, 0) << hosted.errors;
+    EXPECT_EQ(hosted.output, "done\n");
+    const auto device = nlohmann::json::parse(readText(example.path() / "target.json"));
+    EXPECT_EQ(device.at("/tree/items/0/items/0/items/0/parameters/VERSION"_json_pointer), "23.2");
+}
+
+TEST(HostProgram, ChecksAndVerifiesTheExample)
+{
+    SKIP_WITHOUT_MOUNT();
+    const ExampleFolder example;
+    const ProcessResult compiled = compileProgram(example, 2);
     ASSERT_EQ(compiled.status, 0) << compiled.errors;
 
     const std::string name = "ai-cpld.bin";

@@ -10,6 +10,6 @@ if ! "${formatter:-false}" --version 2>/dev/null | grep -q "version $version\.";
     exit 77
 fi
 cd "$root" || exit 1
-find bench include json platform simulation src tests tool \( -name '*.h' -o -name '*.cpp' \) -print0 |
+find bench examples include json platform simulation src tests tool \( -name '*.h' -o -name '*.hpp' -o -name '*.cpp' \) -print0 |
     xargs -0 "$formatter" --dry-run -Werror || { echo "./dev format formats them"; exit 1; }
 echo "all sources are formatted"

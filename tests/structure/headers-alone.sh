@@ -25,7 +25,7 @@ check() {
 }
 export -f check
 
-headers=$(find include platform src json simulation tool -name '*.h' | sort)
+headers=$(find include platform src json simulation tool -name '*.h' -o -name '*.hpp' | sort)
 [ -n "$headers" ] || { echo "no headers in $root"; exit 1; }
 # shellcheck disable=SC2016
 xargs -n 1 -P "$jobs" bash -c 'check "$0"' <<<"$headers" || exit 1

@@ -6,7 +6,7 @@ include=${1:?include folder}
 compiler=${2:?compiler}
 flags="-std=c++11 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -x c++"
 
-for header in "$include"/*.h; do
+for header in "$include"/*.h "$include"/*.hpp; do
     # shellcheck disable=SC2086
     "$compiler" $flags "$header" || { echo "$header does not compile as C++11"; exit 1; }
 done
