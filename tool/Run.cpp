@@ -40,7 +40,8 @@ int runWords(int argc, const char* const* argv, const Streams& streams)
     try {
         return carryOut(parseArguments({argv + std::min(argc, 1), argv + argc}), streams);
     } catch (const UsageError& error) {
-        say(streams.err, argc <= 1 ? commandsAndExample() : error.what() + std::string("\nsee trellan-update help"));
+        const std::string mistake = error.what();
+        say(streams.err, argc <= 1 ? commandsAndExample() : mistake + "\nsee " + helpCommand(error.command));
         return WRONG_USAGE;
     } catch (const std::bad_alloc&) {
         say(streams.err, "there is not enough memory for this");

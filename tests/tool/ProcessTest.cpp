@@ -128,7 +128,7 @@ TEST_F(Process, WrongUsageTouchesNothing)
     const ProcessResult result = tool({"scan", "--bogus", "--trace", "trace"});
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(result.output, "");
-    EXPECT_EQ(result.errors, "trellan-update: '--bogus' is no option\ntrellan-update: see trellan-update help\n");
+    EXPECT_EQ(result.errors, "trellan-update: '--bogus' is no option\ntrellan-update: see trellan-update help scan\n");
     EXPECT_FALSE(std::filesystem::exists(folder.path() / "trace"));
 }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "tool/Nearest.h"
 #include "tool/arguments/Command.h"
 #include "tool/arguments/Operands.h"
 #include "tool/arguments/Option.h"
@@ -22,7 +23,8 @@ struct GivenOption {
     std::string value;
 };
 
-// The words of a command line, sorted into options and the others, which keep their order.
+// The words of a command line, sorted into options and the others, which keep their order. It goes on behind a mistake,
+// since the command may stand there.
 class Words {
 public:
     explicit Words(const std::vector<std::string>& typed) : typed(typed)
@@ -45,8 +47,18 @@ public:
 
     std::vector<GivenOption> options;
     std::vector<std::string> others;
+    std::string mistake;  // the first, or empty
+    std::string unknown;  // where that is an option that there is not: its name, with the dashes of a long one
 
 private:
+    void refuse(const std::string& text) { mistake = mistake.empty() ? text : mistake; }
+
+    void refuseUnknown(const std::string& word, const std::string& name)
+    {
+        unknown = mistake.empty() ? name : unknown;
+        refuse(inQuotes(word) + " is no option");
+    }
+
     static bool isOption(const std::string& word) { return word.size() > 1 && word.starts_with('-'); }
 
     void readLong(const std::string& word)
@@ -55,15 +67,13 @@ private:
         const std::string name = word.substr(0, equals);
         const Option* const option = findOption(name);
         if (option == nullptr) {
-            throw UsageError(inQuotes(word) + " is no option");
-        }
-        if (option->placeholder == nullptr && equals != std::string::npos) {
-            throw UsageError(name + ": no value is expected");
-        }
-        if (option->placeholder == nullptr) {
-            options.push_back({option, ""});
+            refuseUnknown(word, name);
+        } else if (option->placeholder != nullptr) {
+            equals != std::string::npos ? add(*option, word.substr(equals + 1)) : addNextWord(*option);
+        } else if (equals != std::string::npos) {
+            refuse(name + ": no value is expected");
         } else {
-            add(*option, equals != std::string::npos ? word.substr(equals + 1) : nextValue(*option));
+            options.push_back({option, ""});
         }
     }
 
@@ -73,22 +83,23 @@ private:
         for (const char letter : word.substr(1)) {
             const Option* const option = findOption(letter);
             if (option == nullptr) {
-                throw UsageError(inQuotes(word) + " is no option");
+                refuseUnknown(word, "-" + word);
+                return;
             }
             options.push_back({option, ""});
         }
     }
 
     // A forgotten value is not taken from the next option; what is behind "=" cannot be meant otherwise.
-    std::string nextValue(const Option& option)
+    void addNextWord(const Option& option)
     {
         if (next == typed.size()) {
-            throw UsageError(std::string(option.name) + ": a value is expected (" + option.placeholder + ")");
+            refuse(std::string(option.name) + ": a value is expected (" + option.placeholder + ")");
+        } else if (isOption(typed[next])) {
+            refuse(std::string(option.name) + ": a value is expected, not " + inQuotes(typed[next]));
+        } else {
+            add(option, typed[next++]);
         }
-        if (isOption(typed[next])) {
-            throw UsageError(std::string(option.name) + ": a value is expected, not " + inQuotes(typed[next]));
-        }
-        return typed[next++];
     }
 
     void add(const Option& option, std::string value)
@@ -96,7 +107,7 @@ private:
         const bool given = std::any_of(options.begin(), options.end(),
                                        [&](const GivenOption& other) { return other.option == &option; });
         if (given && (option.manners & REPEATABLE) == 0) {
-            throw UsageError(std::string(option.name) + ": given more than once");
+            refuse(std::string(option.name) + ": given more than once");
         }
         options.push_back({&option, std::move(value)});
     }
@@ -137,16 +148,32 @@ void checkTogether(Arguments& arguments)
     }
 }
 
-}  // namespace
-
-Arguments parseArguments(const std::vector<std::string>& words)
+bool goesWith(const Option& option, const Command* command)
 {
-    const Words read(words);
-    Arguments arguments;
-    arguments.options.descriptionFileName = "archive.json";
+    return command == nullptr || option.isMeantFor(*command) || (option.manners & NOTED) != 0;
+}
+
+// The first mistake, with the option that may have been meant: one that goes with the command, where that is known.
+std::string mistakeIn(const Words& read, const Command* command)
+{
+    std::vector<std::string> names;
+    for (const Option& option : allOptions()) {
+        if (goesWith(option, command)) {
+            names.emplace_back(option.name);
+        }
+    }
+    return read.mistake + (read.unknown.empty() ? "" : didYouMean(read.unknown, names));
+}
+
+void readInto(Arguments& arguments, const Words& read)
+{
     for (const GivenOption& given : read.options) {
         arguments.help |= given.option == findOption("--help");
         arguments.version |= given.option == findOption("--version");
+    }
+    if (!read.mistake.empty()) {
+        arguments.command = read.others.empty() ? nullptr : findCommand(read.others.front());
+        throw UsageError(mistakeIn(read, arguments.command));
     }
     const bool asksForCommand = !arguments.help && !arguments.version;
     if (read.others.empty() && asksForCommand) {
@@ -162,6 +189,20 @@ Arguments parseArguments(const std::vector<std::string>& words)
             takeOption(arguments, given);
         }
         checkTogether(arguments);
+    }
+}
+
+}  // namespace
+
+Arguments parseArguments(const std::vector<std::string>& words)
+{
+    const Words read(words);
+    Arguments arguments;
+    arguments.options.descriptionFileName = "archive.json";
+    try {
+        readInto(arguments, read);
+    } catch (const UsageError& error) {
+        throw UsageError(error.what(), arguments.command);
     }
     return arguments;
 }

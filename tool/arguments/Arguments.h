@@ -50,7 +50,13 @@ struct Arguments {
 // The command line is not understood; what() names the mistake.
 class UsageError : public std::runtime_error {
 public:
-    using std::runtime_error::runtime_error;
+    explicit UsageError(const std::string& mistake, const Command* command = nullptr)
+        : std::runtime_error(mistake), command(command)
+    {
+    }
+
+    // The one whose help has the answer; null: the tool's help has it.
+    const Command* const command;
 };
 
 // Reads the words of a command line, without the tool's own name. Options may stand before and behind everything else,

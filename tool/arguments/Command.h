@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace TrellanTool {
 
@@ -37,6 +38,7 @@ struct Command {
     std::uint32_t code;  // for the library (ZoNTrellanUpdater::ZoTCommand)
     Action* action;
     const char* description;
+    const char* example;  // what is typed, run in the folder examples/, whose target.json is the target
 
     bool has(unsigned anyOfTheseTraits) const { return (traits & anyOfTheseTraits) != 0; }
 };
@@ -44,7 +46,10 @@ struct Command {
 // All commands, in the order in which help shows them.
 std::span<const Command> allCommands();
 
-// The command with this name. Throws UsageError where there is none.
+// The command with this name, or null.
+const Command* findCommand(std::string_view name);
+
+// The command with this name. Throws UsageError where there is none, with the one that may have been meant.
 const Command& commandNamed(const std::string& name);
 
 }  // namespace TrellanTool

@@ -1,7 +1,9 @@
 // The table of commands: the only file here that knows what carries them out.
 #include <algorithm>
 #include <iterator>
+#include <vector>
 
+#include "tool/Nearest.h"
 #include "tool/arguments/Arguments.h"
 #include "tool/arguments/Command.h"
 #include "tool/commands/Actions.h"
@@ -19,33 +21,46 @@ constexpr unsigned OF_ELEMENTS = OF_TARGET | ELEMENTS;
 constexpr unsigned OF_BOTH = OF_ARCHIVE | OF_ELEMENTS | FILES;
 
 constexpr Command commandTable[] = {
-    {"version", "", LIBRARY | DOCUMENT, TOOL_VERSION, runInLibrary, "Print the version of the update library"},
+    {"version", "", LIBRARY | DOCUMENT, TOOL_VERSION, runInLibrary, "Print the version of the update library",
+     "trellan-update version"},
     {"archive-version", "ARCHIVE", OF_ARCHIVE | DOCUMENT, ARCHIVE_VERSION, runInLibrary,
-     "Print the version of the archive"},
-    {"list", "ARCHIVE", OF_ARCHIVE | DOCUMENT, PRINT_ARCHIVE, runInLibrary, "Print the archive's update files"},
+     "Print the version of the archive", "trellan-update archive-version archive"},
+    {"list", "ARCHIVE", OF_ARCHIVE | DOCUMENT, PRINT_ARCHIVE, runInLibrary, "Print the archive's update files",
+     "trellan-update list archive"},
     {"describe", "ARCHIVE", OF_ARCHIVE | RESULT, OUTPUT_DESCRIPTION, describeArchive,
-     "Print the archive description as JSON, missing checksums filled in"},
+     "Print the archive description as JSON, missing checksums filled in",
+     "trellan-update describe archive --output archive/archive.json"},
     {"installed", "", OF_ELEMENTS | DOCUMENT, INSTALLED_VERSIONS, runInLibrary,
-     "Print the versions installed on the target"},
-    {"scan", "", OF_ELEMENTS | DOCUMENT, READ_INVENTORY, runInLibrary, "Read the target's inventory"},
+     "Print the versions installed on the target", "trellan-update installed --board-types KR5120"},
+    {"scan", "", OF_ELEMENTS | DOCUMENT, READ_INVENTORY, runInLibrary, "Read the target's inventory",
+     "trellan-update scan --verbose"},
     {"compare", "ARCHIVE", OF_BOTH | TELLS | DOCUMENT, COMPARE_VERSIONS, runInLibrary,
-     "Print installed and available versions side by side"},
-    {"update", "ARCHIVE", OF_BOTH | UPDATES | TELLS | DOCUMENT, UPDATE, updateTarget, "Update the target"},
+     "Print installed and available versions side by side",
+     "trellan-update compare archive --board-types KR5120,AI8100"},
+    {"update", "ARCHIVE", OF_BOTH | UPDATES | TELLS | DOCUMENT, UPDATE, updateTarget, "Update the target",
+     "trellan-update update archive --verify --events events"},
     {"reboot-support", "", OF_TARGET | DOCUMENT, READ_INVENTORY, tellRebootSupport,
-     "Tell whether the device can be rebooted automatically"},
-    {"check", "ARCHIVE", CHECKS | DOCUMENT, 0, checkArchive, "Tell what is wrong with the archive"},
+     "Tell whether the device can be rebooted automatically", "trellan-update reboot-support"},
+    {"check", "ARCHIVE", CHECKS | DOCUMENT, 0, checkArchive, "Tell what is wrong with the archive",
+     "trellan-update check archive --strict"},
     {"explain", "ARCHIVE", OF_BOTH | EXPLAINS | DOCUMENT, COMPARE_VERSIONS, explain,
-     "Tell why elements get the files that they get, and why others do not fit"},
+     "Tell why elements get the files that they get, and why others do not fit",
+     "trellan-update explain archive --element 13"},
     {"record", "", OF_TARGET | RESULT, READ_INVENTORY, recordTarget,
-     "Write the target's inventory as a target file, for a simulated target like it"},
+     "Write the target's inventory as a target file, for a simulated target like it",
+     "trellan-update record --output rack.json"},
     {"coverage", "ARCHIVE TARGET...", OF_ARCHIVE | ELEMENTS | COVERS | DOCUMENT, ARCHIVE_VERSION, tellCoverage,
-     "Hold the archive against many targets"},
-    {"history", "FILE", DOCUMENT, 0, printHistory, "Print what a file of events tells of each update"},
+     "Hold the archive against many targets", "trellan-update coverage archive target.json --html coverage.html"},
+    {"history", "FILE", DOCUMENT, 0, printHistory, "Print what a file of events tells of each update",
+     "trellan-update history events"},
     {"inspect", "FILE...", LIBRARY | DOCUMENT, 0, inspectFiles,
-     "Tell kind, version and checksum of update files by their content"},
+     "Tell kind, version and checksum of update files by their content",
+     "trellan-update inspect archive/hcn-firmware.bin archive/site.cfg"},
     {"new", "ARCHIVE", OF_ARCHIVE | OF_ELEMENTS, READ_INVENTORY, newArchive,
-     "Begin an archive for the target: a description with an entry for each element"},
-    {"help", "[COMMAND]", 0, 0, printHelp, "Print what the tool does, or a command's options"},
+     "Begin an archive for the target: a description with an entry for each element",
+     "trellan-update new fresh --board-types AI8100"},
+    {"help", "[COMMAND]", 0, 0, printHelp, "Print what the tool does, or a command's options",
+     "trellan-update help update"},
 };
 
 }  // namespace
@@ -55,14 +70,23 @@ std::span<const Command> allCommands()
     return commandTable;
 }
 
-const Command& commandNamed(const std::string& name)
+const Command* findCommand(std::string_view name)
 {
     const Command* const found = std::find_if(std::begin(commandTable), std::end(commandTable),
                                               [&](const Command& command) { return command.name == name; });
-    if (found == std::end(commandTable)) {
-        throw UsageError("'" + name + "' is no command");
+    return found == std::end(commandTable) ? nullptr : found;
+}
+
+const Command& commandNamed(const std::string& name)
+{
+    if (const Command* const found = findCommand(name)) {
+        return *found;
     }
-    return *found;
+    std::vector<std::string> names;
+    for (const Command& command : commandTable) {
+        names.emplace_back(command.name);
+    }
+    throw UsageError("'" + name + "' is no command" + didYouMean(name, names));
 }
 
 }  // namespace TrellanTool

@@ -87,7 +87,8 @@ std::string toolHelp()
            "\n"
            "Commands:\n" +
            commandRows() + "\nOptions:\n" + optionRow(*findOption("--help")) + optionRow(*findOption("--version")) +
-           exitRows(EVERYTHING) + "\ntrellan-update help COMMAND prints a command's options.\n";
+           exitRows(EVERYTHING) +
+           "\ntrellan-update help COMMAND prints a command's options, an example and its exit statuses.\n";
 }
 
 std::string commandHelp(const Command& command)
@@ -98,7 +99,13 @@ std::string commandHelp(const Command& command)
     text += command.has(COVERS) ? "TARGET is a target file, or a folder for the .json files in it.\n" : "";
     text += "\nOptions:\n" + optionRows(command);
     text += command.has(ELEMENTS) ? "\nA LIST holds names separated by commas and/or blanks.\n" : "";
+    text += "\nExample:\n  " + std::string(command.example) + "\n";
     return text + exitRows(command.traits);
+}
+
+std::string helpCommand(const Command* command)
+{
+    return "trellan-update help" + (command == nullptr ? "" : " " + std::string(command->name));
 }
 
 std::string commandsAndExample()

@@ -10,8 +10,11 @@ struct Command;
 // What the tool does, and its commands.
 std::string toolHelp();
 
-// What a command does, and the options that have a meaning for it.
+// What a command does, the options that have a meaning for it, an example and its exit statuses.
 std::string commandHelp(const Command& command);
+
+// What is typed for the help of a command or, for null, of the tool.
+std::string helpCommand(const Command* command);
 
 // For a command line without a command: the commands and one example, without a line end.
 std::string commandsAndExample();

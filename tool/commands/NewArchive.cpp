@@ -73,17 +73,17 @@ Wanted wantedElements(const Arguments& arguments, LibrarySession& session, std::
 }
 
 // Throws UsageError for a description that would not be a file in the archive's folder.
-void checkName(const std::string& folder, const std::string& name)
+void checkName(const Arguments& arguments, const std::string& folder, const std::string& name)
 {
     const fs::path inFolder = fs::path("./" + name).lexically_normal();
     if (name.empty() || !inFolder.has_filename() || inFolder == "." || *inFolder.begin() == "..") {
-        throw UsageError("--description: '" + name + "' is no name of a file in the archive");
+        throw UsageError("--description: '" + name + "' is no name of a file in the archive", arguments.command);
     }
     std::error_code error;
     const fs::path archive = fs::weakly_canonical(folder, error);
     const fs::path path = fs::weakly_canonical(folder + "/" + name, error);
     if (!error && *path.lexically_relative(archive).begin() == "..") {
-        throw UsageError("--description: '" + name + "' leads out of the archive");
+        throw UsageError("--description: '" + name + "' leads out of the archive", arguments.command);
     }
 }
 
@@ -120,7 +120,7 @@ int newArchive(const Arguments& arguments, const Streams& streams)
 {
     const std::string& name = arguments.options.descriptionFileName;
     const fs::path path = arguments.options.archivePath + "/" + name;
-    checkName(arguments.options.archivePath, name);
+    checkName(arguments, arguments.options.archivePath, name);
     if (const std::string hindrance = hindranceAt(arguments.options.archivePath, path); !hindrance.empty()) {
         say(streams.err, hindrance);
         return FAILURE;

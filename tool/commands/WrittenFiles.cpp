@@ -44,7 +44,7 @@ std::optional<Identity> identityOf(const std::string& path)
 // Those that are asked for and are there already.
 class WrittenFiles {
 public:
-    WrittenFiles(const Arguments& arguments, const std::vector<Writing>& writings)
+    WrittenFiles(const Arguments& arguments, const std::vector<Writing>& writings) : command(arguments.command)
     {
         for (const Writing& writing : writings) {
             const std::optional<std::string>& path = arguments.*writing.file;
@@ -76,11 +76,12 @@ private:
         const auto identity = areNone() ? std::nullopt : identityOf(path);
         for (const File& file : files) {
             if (identity == file.identity && !(mayBeReplaced && file.writing.isWholeBefore)) {
-                throw UsageError(std::string(file.writing.option) + ": " + file.path + " is " + what);
+                throw UsageError(std::string(file.writing.option) + ": " + file.path + " is " + what, command);
             }
         }
     }
 
+    const Command* const command;
     std::vector<File> files;
 };
 

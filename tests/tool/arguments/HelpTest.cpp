@@ -44,7 +44,7 @@ Exit status:
  10  with --detailed-exit-status, in place of 0: there is something to update
   129, 130, 143  ended by SIGHUP, SIGINT, SIGTERM; no target stays locked
 
-trellan-update help COMMAND prints a command's options.
+trellan-update help COMMAND prints a command's options, an example and its exit statuses.
 )";
 
 constexpr const char* compareHelpText = R"(Usage: trellan-update compare ARCHIVE [options]
@@ -71,6 +71,9 @@ Options:
   -h, --help                  Print this help
 
 A LIST holds names separated by commas and/or blanks.
+
+Example:
+  trellan-update compare archive --board-types KR5120,AI8100
 
 Exit status:
   0  success
@@ -120,7 +123,7 @@ TEST(Help, OfWhatMayBeEndedBySignalsNamesTheStatus)
     }
 }
 
-TEST(Help, EachCommandHasSome)
+TEST(Help, EachCommandHasSomeWithAnExampleAndExitStatuses)
 {
     for (const std::string command :
          {"version", "archive-version", "list", "describe", "installed", "scan", "compare", "update", "reboot-support",
@@ -128,6 +131,8 @@ TEST(Help, EachCommandHasSome)
         const RunResult result = ran({"help", command});
         EXPECT_EQ(result.status, 0) << command;
         EXPECT_TRUE(result.out.starts_with("Usage: trellan-update " + command + " ")) << result.out;
+        EXPECT_NE(result.out.find("\nExample:\n  trellan-update " + command), std::string::npos) << result.out;
+        EXPECT_NE(result.out.find("\nExit status:\n  0  success\n"), std::string::npos) << result.out;
     }
 }
 

@@ -1,47 +1,92 @@
 // Command lines that are not understood, and help.
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "tool/CommandLine.h"
 
 namespace {
 
-// The command line is refused with exactly this message; nothing else is printed.
-void expectRefused(const std::vector<std::string>& words, const std::string& message)
+// The command line is refused with exactly this message and the name of this help; nothing else is printed.
+void expectRefusedWith(const std::string& help, const std::vector<std::string>& words, const std::string& message)
 {
     const RunResult result = ran(words);
     EXPECT_EQ(result.status, 2) << message;
     EXPECT_EQ(result.out, "") << message;
-    EXPECT_EQ(result.err, "trellan-update: " + message + "\ntrellan-update: see trellan-update help\n");
+    EXPECT_EQ(result.err, "trellan-update: " + message + "\ntrellan-update: see " + help + "\n");
+}
+
+// The same, with the help of the command that stands first.
+void expectRefused(const std::vector<std::string>& words, const std::string& message)
+{
+    expectRefusedWith("trellan-update help " + words.front(), words, message);
 }
 
 }  // namespace
 
 TEST(Usage, ACommandIsNeeded)
 {
-    expectRefused({"--force"}, "a command is missing");
-    expectRefused({"--"}, "a command is missing");
+    expectRefusedWith("trellan-update help", {"--force"}, "a command is missing");
+    expectRefusedWith("trellan-update help", {"--"}, "a command is missing");
 }
 
-TEST(Usage, AnUnknownCommandIsNamed)
+TEST(Usage, AnUnknownCommandIsNamedWithTheOneThatMayBeMeant)
 {
-    expectRefused({"upgrade"}, "'upgrade' is no command");
-    expectRefused({"Update", "/a"}, "'Update' is no command");
-    expectRefused({""}, "'' is no command");
-    expectRefused({"help", "upgrade"}, "'upgrade' is no command");
-    expectRefused({"upgrade", "--help"}, "'upgrade' is no command");
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"upgrade", "; did you mean 'update'?"},
+        {"Update", "; did you mean 'update'?"},
+        {"comp", "; did you mean 'compare'?"},
+        {"vers", "; did you mean 'version'?"},
+        {"insatlled", "; did you mean 'installed'?"},
+        {"nwe", "; did you mean 'new'?"},
+        {"l", ""},
+        {"test", ""},
+        {"rollback", ""},
+        {"", ""},
+        {std::string(1000, 'u'), ""},
+    };
+    for (const auto& [word, question] : cases) {
+        for (const std::vector<std::string>& words :
+             {std::vector{word}, {word, "/a"}, {"help", word}, {word, "--help"}, {"--force", word}}) {
+            expectRefusedWith("trellan-update help", words, "'" + word + "' is no command" + question);
+        }
+    }
 }
 
-TEST(Usage, AnUnknownOptionIsNamed)
+TEST(Usage, AnUnknownOptionIsNamedWithTheOneThatMayBeMeant)
 {
-    expectRefused({"update", "/a", "--forces"}, "'--forces' is no option");
-    expectRefused({"update", "/a", "--forc"}, "'--forc' is no option");
-    expectRefused({"update", "--forces=1", "/a"}, "'--forces=1' is no option");
-    expectRefused({"--forces"}, "'--forces' is no option");
+    expectRefused({"update", "/a", "--forces"}, "'--forces' is no option; did you mean '--force'?");
+    expectRefused({"update", "/a", "--forc"}, "'--forc' is no option; did you mean '--force'?");
+    expectRefused({"update", "--forces=1", "/a"}, "'--forces=1' is no option; did you mean '--force'?");
+    expectRefused({"update", "/a", "--serial"}, "'--serial' is no option; did you mean '--serial-numbers'?");
+    expectRefused({"update", "/a", "--dryrun"}, "'--dryrun' is no option; did you mean '--dry-run'?");
+    expectRefused({"update", "/a", "-force"}, "'-force' is no option; did you mean '--force'?");
+    expectRefused({"list", "/a", "-v-force"}, "'-v-force' is no option; did you mean '--force'?");
+    expectRefused({"update", "/a", "--frobnicate"}, "'--frobnicate' is no option");
     expectRefused({"version", "-x"}, "'-x' is no option");
     expectRefused({"version", "-v=1"}, "'-v=1' is no option");
     expectRefused({"update", "/1x", "-vx"}, "'-vx' is no option");
-    expectRefused({"list", "/a", "-v-force"}, "'-v-force' is no option");
     expectRefused({"list", "-v-", "/a"}, "'-v-' is no option");
+    expectRefused({"list", "---", "/a"}, "'---' is no option");
+}
+
+TEST(Usage, OnlyAnOptionThatGoesWithTheCommandIsAskedFor)
+{
+    expectRefused({"update", "/a", "--plna", "p"}, "'--plna' is no option; did you mean '--plan'?");
+    expectRefused({"compare", "/a", "--plna", "p"}, "'--plna' is no option");
+    expectRefused({"list", "/a", "--board-type", "A"}, "'--board-type' is no option; did you mean '--board-types'?");
+    expectRefusedWith("trellan-update help", {"upgrade", "--plna"}, "'--plna' is no option; did you mean '--plan'?");
+}
+
+TEST(Usage, TheHelpOfTheCommandIsNamedWhereverTheMistakeStands)
+{
+    const std::string message = "'--forces' is no option; did you mean '--force'?";
+    expectRefusedWith("trellan-update help", {"--forces"}, message);
+    expectRefusedWith("trellan-update help update", {"--forces", "update", "/a"}, message);
+    expectRefusedWith("trellan-update help update", {"--target", "scan", "update", "--forces"}, message);
+    expectRefusedWith("trellan-update help compare", {"--json=1", "compare", "/a"}, "--json: no value is expected");
+    expectRefusedWith("trellan-update help compare", {"--exclude", "x", "compare", "/a"},
+                      "--exclude: 'x' is no index (0 to 4294967295)");
 }
 
 TEST(Usage, AFlagTakesNoValue)

@@ -121,5 +121,5 @@ TEST_F(DescribeCommand, WritesTheFileAlsoWhereItIsToBeQuiet)
 TEST_F(DescribeCommand, AloneOfThoseThatShowAnArchiveTakesAFile)
 {
     EXPECT_EQ(ran({"list", archive.path(), "--output", "x"}).err,
-              "trellan-update: --output does not go with list\ntrellan-update: see trellan-update help\n");
+              "trellan-update: --output does not go with list\ntrellan-update: see trellan-update help list\n");
 }

@@ -162,5 +162,5 @@ TEST_F(InspectCommand, NeedsAFile)
 {
     const RunResult result = ran({"inspect"});
     EXPECT_EQ(result.status, 2);
-    EXPECT_EQ(result.err, "trellan-update: FILE is required\ntrellan-update: see trellan-update help\n");
+    EXPECT_EQ(result.err, "trellan-update: FILE is required\ntrellan-update: see trellan-update help inspect\n");
 }

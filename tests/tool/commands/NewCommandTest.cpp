@@ -256,12 +256,13 @@ TEST_F(NewCommand, WritesItsDescriptionIntoTheArchiveOnly)
     for (const std::string name : {"../x.json", "sub/../../x.json", "..", "", ".", "sub/"}) {
         const RunResult result = run({"--description", name});
         EXPECT_EQ(result.status, 2);
-        EXPECT_EQ(result.err, "trellan-update: --description: '" + name +
-                                  "' is no name of a file in the archive\ntrellan-update: see trellan-update help\n");
+        EXPECT_EQ(result.err,
+                  "trellan-update: --description: '" + name +
+                      "' is no name of a file in the archive\ntrellan-update: see trellan-update help new\n");
     }
     EXPECT_EQ(run({"--description", "up/x.json"}).err,
               "trellan-update: --description: 'up/x.json' leads out of the archive\n"
-              "trellan-update: see trellan-update help\n");
+              "trellan-update: see trellan-update help new\n");
     EXPECT_FALSE(std::filesystem::exists(folder.path() / "new" / "x.json"));
     EXPECT_EQ(run({"--description", "sub/x.json"}).status, 0);
     EXPECT_EQ(describedNames("sub/x.json").size(), 3u);

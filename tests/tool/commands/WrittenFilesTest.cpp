@@ -26,7 +26,8 @@ protected:
         const RunResult result = ran(words);
         EXPECT_EQ(result.status, 2);
         EXPECT_EQ(result.out, "");
-        const std::string expected = "trellan-update: " + reason + "\ntrellan-update: see trellan-update help\n";
+        const std::string expected =
+            "trellan-update: " + reason + "\ntrellan-update: see trellan-update help " + words.front() + "\n";
         EXPECT_TRUE(result.err.ends_with(expected)) << result.err;
         EXPECT_EQ(readText(file), before);
     }

@@ -72,7 +72,7 @@ TEST_F(EventRuns, AreRefusedWhereEventsWouldSpoilWhatTheyRead)
         EXPECT_EQ(result.status, 2);
         EXPECT_EQ(result.output, "");
         EXPECT_EQ(result.errors, "trellan-update: --events: " + events + " is the " + what +
-                                     "\ntrellan-update: see trellan-update help\n");
+                                     "\ntrellan-update: see trellan-update help update\n");
     }
     EXPECT_EQ(readText(pathOf("target.json")), device);
     EXPECT_EQ(readText(archive.path() + "/archive.json"), entries);
