@@ -2,7 +2,8 @@
 # Checks that every behaviour in the ledger names the tests that show it, and that these exist.
 # Usage: behaviours.sh PROJECT_FOLDER
 #
-# A row of docs/behaviours.md is "| behaviour | `Suite.Name`, `scenarios/FOLDER`, `structure/NAME` |".
+# A row of docs/behaviours.md is "| behaviour | `Suite.Name`, `scenarios/FOLDER`, `structure/NAME`,
+# `install/NAME` |".
 set -u
 root=${1:?project folder}
 ledger=$root/docs/behaviours.md
@@ -26,6 +27,9 @@ while IFS= read -r name; do
 done < <(sed -nE 's/^ *add_structure_test\(([^ )]+).*/\1/p' "$root/tests/CMakeLists.txt")
 for folder in "$root"/tests/scenarios/*/; do
     [ -f "$folder/arguments" ] && known[scenarios/$(basename "$folder")]=1
+done
+for script in "$root"/tests/install/*.sh; do
+    known[install/$(basename "$script" .sh)]=1
 done
 
 rows=0

@@ -212,6 +212,23 @@ TEST_F(Dev, AFailedTestEndsWithItsStatus)
     EXPECT_EQ(dev("test").status, 8);
 }
 
+TEST_F(Dev, TestInstallTellsWhatFailedAndWhatCouldNotBeRun)
+{
+    recordCalls();
+    script("tests/install/alone.sh", "echo $(basename $1) $(basename $2) >>calls");
+    script("tests/install/torn.sh", "echo what is wrong; exit 1");
+    script("tests/install/unrun.sh", "echo looking; echo a reason; exit 77");
+    const ProcessResult whole = dev("test-install");
+    EXPECT_EQ(whole.status, 1);
+    EXPECT_EQ(whole.output, "passed: alone\nNOT RUN: unrun: a reason\n");
+    EXPECT_EQ(whole.errors, "FAILED: torn\nwhat is wrong\n");
+    EXPECT_EQ(calls(), "cmake --preset release\ncmake --build --preset release --target trellan-update\n" +
+                           folder.path().filename().string() + " release\n");
+    EXPECT_EQ(dev("test-install alone unrun").status, 0);
+    EXPECT_EQ(dev("test-install alone nothing").errors,
+              "./dev: there is no test of the installation 'nothing'\nSee ./dev help.\n");
+}
+
 TEST_F(Dev, DemoBuildsTheToolAloneAndInstallsWhatThatTakes)
 {
     recordCalls();

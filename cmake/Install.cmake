@@ -1,0 +1,80 @@
+# What is installed where, in four components:
+#   Runtime      the library
+#   Development  headers, the packages for CMake and pkg-config, the link that programs are linked with; guide and example
+#   Tool         trellan-update, its man pages and completions, documents and examples
+#   Simulation   the simulated stand-ins of the maker's libraries
+# The project's other files say nothing about installing; what is added to the product gets a line here.
+include(CMakePackageConfigHelpers)
+
+set(document_folder ${CMAKE_INSTALL_DATAROOTDIR}/doc/trellan-update)
+
+# Where the system looks for libraries by itself nothing needs to tell it; anywhere else the tool looks beside itself, so that
+# a folder with all of it can be moved.
+if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+    file(RELATIVE_PATH to_libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+    set_target_properties(trellan-update PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
+endif()
+
+# Runtime.
+set_target_properties(ZoTrellanUpdateLib PROPERTIES EXPORT_NAME UpdateLib)
+install(TARGETS ZoTrellanUpdateLib EXPORT ZoTrellanUpdateLib
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_COMPONENT Development
+    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+
+# Development.
+file(GLOB public_headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/include/*.h ${PROJECT_SOURCE_DIR}/include/*.hpp)
+install(FILES ${public_headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Development)
+install(DIRECTORY examples/host DESTINATION ${document_folder}/examples COMPONENT Development)
+
+set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/ZoTrellanUpdateLib)
+install(EXPORT ZoTrellanUpdateLib NAMESPACE ZoTrellan:: FILE ZoTrellanUpdateLibTargets.cmake
+    DESTINATION ${package_folder} COMPONENT Development)
+configure_package_config_file(cmake/ZoTrellanUpdateLibConfig.cmake.in ZoTrellanUpdateLibConfig.cmake
+    INSTALL_DESTINATION ${package_folder} NO_SET_AND_CHECK_MACRO)
+write_basic_package_version_file(ZoTrellanUpdateLibConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES
+    ${CMAKE_CURRENT_BINARY_DIR}/ZoTrellanUpdateLibConfig.cmake
+    ${CMAKE_CURRENT_BINARY_DIR}/ZoTrellanUpdateLibConfigVersion.cmake
+    DESTINATION ${package_folder} COMPONENT Development)
+
+if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+    set(pkg_config_prefix /usr)
+else()  # wherever it has been put
+    file(RELATIVE_PATH to_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+    string(REGEX REPLACE "/$" "" pkg_config_prefix "\${pcfiledir}/${to_prefix}")
+endif()
+configure_file(cmake/ZoTrellanUpdateLib.pc.in ZoTrellanUpdateLib.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/ZoTrellanUpdateLib.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Development)
+
+# Tool.
+install(TARGETS trellan-update RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Tool)
+install(FILES docs/archive.schema.json docs/trellan-update.schema.json
+    DESTINATION ${document_folder}/docs COMPONENT Tool)
+install(DIRECTORY examples/archive examples/flash DESTINATION ${document_folder}/examples COMPONENT Tool)
+install(FILES examples/target.json DESTINATION ${document_folder}/examples COMPONENT Tool)
+
+# Documents lie beside one another whatever package brings them. A link to a public header leads to the installed one; one to
+# another file of the sources becomes its text.
+function(install_documents component)
+    file(RELATIVE_PATH to_headers ${CMAKE_INSTALL_PREFIX}/${document_folder}/docs ${CMAKE_INSTALL_FULL_INCLUDEDIR})
+    foreach(document IN LISTS ARGN)
+        set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/docs/${document})
+        file(READ docs/${document} text)
+        string(REGEX REPLACE "\\]\\(\\.\\./include/([^)]+)\\)" "](${to_headers}/\\1)" text "${text}")
+        string(REGEX REPLACE "\\[([^]]+)\\]\\(\\.\\./(platform|include|README.md|CONTRIBUTING.md)\\)" "\\1" text "${text}")
+        file(CONFIGURE OUTPUT installed-docs/${document} CONTENT "${text}" @ONLY)
+        install(FILES ${CMAKE_CURRENT_BINARY_DIR}/installed-docs/${document}
+            DESTINATION ${document_folder}/docs COMPONENT ${component})
+    endforeach()
+endfunction()
+install_documents(Tool archive-format.md checking.md target-file.md tour.md)
+install_documents(Development host.md)
+
+# Simulation: in a folder of its own, where no other program takes the stand-ins for the maker's libraries.
+if(TRELLAN_SIMULATION)
+    set_target_properties(ZoTrellanUpdateLib PROPERTIES INSTALL_RPATH "$ORIGIN/trellan-simulation")
+    set_target_properties(TrellanSimulation ${TRELLAN_MAKER_LIBRARIES} PROPERTIES INSTALL_RPATH "$ORIGIN")
+    install(TARGETS TrellanSimulation ${TRELLAN_MAKER_LIBRARIES}
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/trellan-simulation COMPONENT Simulation)
+endif()

@@ -1,0 +1,55 @@
+#!/usr/bin/env bash
+# Each component brings what is its own, and every file belongs to one.
+# shellcheck source=tests/install/environment.bash
+. "$(dirname "$0")/environment.bash"
+
+# listed COMPONENT: what it installs, examples and documents by their folders alone.
+listed() {
+    cmake --install "$build" --prefix "$work/$1" --component "$1" >install.log
+    (cd "$1" && find . ! -type d |
+        sed -E 's#^\./##; s#^lib[^/]*/([^/]*-linux-[^/]*/)?#lib/#; s#(/examples|/docs)/.*#\1#' | sort -u)
+}
+version=$(sed -n 's/^project(.* VERSION \([0-9.]*\) .*/\1/p' "$source/CMakeLists.txt")
+expect "the component Runtime" "lib/libZoTrellanUpdateLib.so.1
+lib/libZoTrellanUpdateLib.so.$version" "$(listed Runtime)"
+expect "the component Development" "include/ZoITrellanInspector.h
+include/ZoITrellanUpdater.h
+include/ZoTrellanHost.hpp
+lib/cmake/ZoTrellanUpdateLib/ZoTrellanUpdateLibConfig.cmake
+lib/cmake/ZoTrellanUpdateLib/ZoTrellanUpdateLibConfigVersion.cmake
+lib/cmake/ZoTrellanUpdateLib/ZoTrellanUpdateLibTargets-release.cmake
+lib/cmake/ZoTrellanUpdateLib/ZoTrellanUpdateLibTargets.cmake
+lib/libZoTrellanUpdateLib.so
+lib/pkgconfig/ZoTrellanUpdateLib.pc
+share/doc/trellan-update/docs
+share/doc/trellan-update/examples" "$(listed Development)"
+expect "the component Tool" "bin/trellan-update
+share/doc/trellan-update/docs
+share/doc/trellan-update/examples" "$(listed Tool | grep -v -e /man/ -e completion -e site-functions)"
+expect "the component Simulation" "lib/trellan-simulation/libTrellanSimulation.so
+lib/trellan-simulation/libZoComposite.so
+lib/trellan-simulation/libZoCompositeFactory.so
+lib/trellan-simulation/libZoErrorHandling.so
+lib/trellan-simulation/libZoInventoryManagerAP.so
+lib/trellan-simulation/libZoInventoryTree.so
+lib/trellan-simulation/libZoJsonLib.so
+lib/trellan-simulation/libZoRtosAbstraction.so" "$(listed Simulation)"
+
+cmake --install "$build" --prefix "$work/whole" >install.log
+mkdir parts
+for component in Runtime Development Tool Simulation; do
+    cp -a "$component/." parts
+done
+diff -r parts whole || fail "the components together are not the whole"
+
+for link in libZoTrellanUpdateLib.so:libZoTrellanUpdateLib.so.1 \
+    libZoTrellanUpdateLib.so.1:"libZoTrellanUpdateLib.so.$version"; do
+    expect "the link ${link%:*}" "${link#*:}" "$(readlink "$(find whole -name "${link%:*}")")"
+done
+
+# Links of the documents lead to what is installed.
+for document in whole/share/doc/trellan-update/docs/*.md; do
+    grep -oE '\]\([^) ]+\)' "$document" | sed -E 's/^..(.*).$/\1/; s/#.*//' | while read -r name; do
+        [ -e "$(dirname "$document")/$name" ] || fail "$(basename "$document"): the link $name leads nowhere"
+    done
+done

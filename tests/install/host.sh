@@ -1,0 +1,57 @@
+#!/usr/bin/env bash
+# The installed example of a host is built with CMake and a program of the host's guide with pkg-config alone, and both update
+# the installed example. The folder is none of the system's, so LD_LIBRARY_PATH names it when they run.
+# shellcheck source=tests/install/environment.bash
+. "$(dirname "$0")/environment.bash"
+needs_a_mount
+prefix=$work/prefix
+cmake --install "$build" --prefix "$prefix" >install.log
+libraries=$(dirname "$(find "$prefix" -name libZoTrellanUpdateLib.so.1)")
+
+# As if the compiler's own default were the other layout of strings.
+cat >old-strings.h <<'TEXT'
+#ifndef _GLIBCXX_USE_CXX11_ABI
+#define _GLIBCXX_USE_CXX11_ABI 0
+#endif
+TEXT
+
+# run_host PROGRAM ARGUMENT...: with a fresh copy of the example in "example".
+run_host() {
+    ! readelf -d "$1" | grep -E 'RPATH|RUNPATH' || fail "$1 knows a folder of libraries"
+    rm -rf example
+    copy_example "$prefix" example
+    LD_LIBRARY_PATH=$libraries TRELLAN_TARGET=$work/example/target.json "$@"
+}
+
+# With CMake.
+mkdir wanted
+cat >wanted/CMakeLists.txt <<'TEXT'
+cmake_minimum_required(VERSION 3.13)
+project(wanted LANGUAGES NONE)
+find_package(ZoTrellanUpdateLib ${WANTED} REQUIRED)
+TEXT
+for version in 1.1 2.0; do
+    ! cmake -S wanted -B "wanted-$version" -G Ninja -DWANTED=$version -DCMAKE_PREFIX_PATH="$prefix" >cmake.log 2>&1 ||
+        fail "CMake takes version $version for installed"
+    grep -q "compatible with requested version \"$version\"" cmake.log || { cat cmake.log; fail "CMake failed otherwise"; }
+done
+cmake -S "$prefix/share/doc/trellan-update/examples/host" -B host -G Ninja -DCMAKE_PREFIX_PATH="$prefix" \
+    -DCMAKE_SKIP_RPATH=ON -DCMAKE_CXX_FLAGS="-include $work/old-strings.h" >cmake.log 2>&1 ||
+    { cat cmake.log; fail "CMake does not find what is installed"; }
+cmake --build host >cmake.log 2>&1 || { cat cmake.log; fail "the host does not build with CMake"; }
+run_host host/trellan-host example/archive <<<y >host.log || { cat host.log; fail "the host built with CMake fails"; }
+expect "the host's last words" "Done." "$(tail -n 1 host.log)"
+expect "the elements to be updated" 12 "$(grep -c 'will be updated$' host.log)"
+expect "the elements that were updated" 12 "$(grep -v 'will be' host.log | grep -c ' updated$')"
+
+# With pkg-config alone.
+pkg_config() {
+    PKG_CONFIG_PATH=$libraries/pkgconfig pkg-config "$@"
+}
+pkg_config --exists 'ZoTrellanUpdateLib >= 1.0 ZoTrellanUpdateLib < 2' || fail "pkg-config does not find version 1"
+awk '/^```/ { shown = 0 } shown { print } /^```cpp$/ { shown = ++number == 1 }' \
+    "$prefix/share/doc/trellan-update/docs/host.md" >program.cpp
+# shellcheck disable=SC2046
+c++ -std=c++11 -include old-strings.h program.cpp -o program $(pkg_config --cflags --libs ZoTrellanUpdateLib)
+expect "the program built with pkg-config" $'phase 0\nphase 1\nphase 2\nphase -1\ndone' \
+    "$(run_host ./program "$work/example/archive")"
