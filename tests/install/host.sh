@@ -41,8 +41,8 @@ cmake -S "$prefix/share/doc/trellan-update/examples/host" -B host -G Ninja -DCMA
 cmake --build host >cmake.log 2>&1 || { cat cmake.log; fail "the host does not build with CMake"; }
 run_host host/trellan-host example/archive <<<y >host.log || { cat host.log; fail "the host built with CMake fails"; }
 expect "the host's last words" "Done." "$(tail -n 1 host.log)"
-expect "the elements to be updated" 12 "$(grep -c 'will be updated$' host.log)"
-expect "the elements that were updated" 12 "$(grep -v 'will be' host.log | grep -c ' updated$')"
+expect "the elements to be updated" 12 "$(grep -c 'to be updated$' host.log)"
+expect "the elements that were updated" 12 "$(grep -v 'to be' host.log | grep -c ' updated$')"
 
 # With pkg-config alone.
 pkg_config() {
