@@ -40,9 +40,16 @@ public:
     template <class Visit>
     void forEachMember(Visit visit) const
     {
+        forEachKey([&](const JsonBits& key, const Json& value) { visit(textOf(key), value); });
+    }
+
+    // The same with names as the document keeps them: the same few again and again, whatever its size.
+    template <class Visit>
+    void forEachKey(Visit visit) const
+    {
         const JsonValues values = valuesOf(*bits);
         for (std::size_t at = 0; at < values.count; at += 2) {
-            visit(textOf(values.first[at]), Json(values.first[at + 1]));
+            visit(values.first[at], Json(values.first[at + 1]));
         }
     }
 

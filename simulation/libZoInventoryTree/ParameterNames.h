@@ -1,7 +1,6 @@
 // ParameterNames: the names that the parameters of a tree have, each parsed once.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -43,7 +42,6 @@ public:
 
 private:
     std::map<std::string, ParameterName, std::less<>> names;  // by their texts
-    std::array<const ParameterName*, 64> lately{};            // by a hash; the same few come again and again
 };
 
 }  // namespace TrellanSimulation

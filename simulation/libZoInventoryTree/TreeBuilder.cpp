@@ -1,6 +1,7 @@
 // From the JSON form of an item to the item, with everything below it.
 #include "simulation/libZoInventoryTree/TreeBuilder.h"
 
+#include <array>
 #include <optional>
 
 #include "simulation/libZoInventoryTree/AddressText.h"
@@ -17,17 +18,42 @@ ParameterValue readValue(const Json& value, const Place& place)
     return ParameterValue(value);
 }
 
-void addParameters(TreeItem& item, const Json& parameters, const Place& place)
+// Of the keys that came lately the names that they are.
+class KnownNames {
+public:
+    explicit KnownNames(ParameterNames& names) : names(names) {}
+
+    // Null when no parameter can have the name.
+    const ParameterName* find(const JsonBits& key)
+    {
+        Known& known = lately[(key >> jsonTagBits ^ key >> 12) % lately.size()];
+        if (known.key != key || known.name == nullptr) {
+            known = {key, names.find(textOf(key))};
+        }
+        return known.name;
+    }
+
+private:
+    struct Known {
+        JsonBits key = 0;
+        const ParameterName* name = nullptr;
+    };
+
+    ParameterNames& names;
+    std::array<Known, 64> lately{};
+};
+
+void addParameters(TreeItem& item, const Json& parameters, const Place& place, KnownNames& names)
 {
     requireObject(parameters, place);
     item.reserveParameters(parameters.size());
-    parameters.forEachMember([&](std::string_view name, const Json& value) {
-        const Place parameterPlace(place, name);
-        const ParameterName* known = item.parameterNames().find(name);
-        if (known == nullptr) {
+    parameters.forEachKey([&](const JsonBits& key, const Json& value) {
+        const Place parameterPlace(place, textOf(key));
+        const ParameterName* name = names.find(key);
+        if (name == nullptr) {
             throw DocumentFault(parameterPlace, "unknown parameter");
         }
-        item.addParameter(*known, readValue(value, parameterPlace));
+        item.addParameter(*name, readValue(value, parameterPlace));
     });
 }
 
@@ -68,10 +94,10 @@ ZoCInventoryAddress readId(const ItemMembers& item, const Place& place)
     return *id;
 }
 
-void fillItem(TreeItem& item, const ItemMembers& source, const Place& place, unsigned level)
+void fillItem(TreeItem& item, const ItemMembers& source, const Place& place, unsigned level, KnownNames& names)
 {
     if (source.parameters) {
-        addParameters(item, *source.parameters, Place(place, "parameters"));
+        addParameters(item, *source.parameters, Place(place, "parameters"), names);
     }
     if (!source.items) {
         return;
@@ -84,7 +110,7 @@ void fillItem(TreeItem& item, const ItemMembers& source, const Place& place, uns
             throw DocumentFault(itemPlace, "more than " + std::to_string(maxTreeLevels) + " levels of items");
         }
         const ItemMembers members((*source.items)[position], itemPlace);
-        fillItem(item.addItem(readId(members, itemPlace)), members, itemPlace, level + 1);
+        fillItem(item.addItem(readId(members, itemPlace)), members, itemPlace, level + 1, names);
     }
 }
 
@@ -94,7 +120,8 @@ std::unique_ptr<TreeItem> buildTree(const Json& item, const Place& place)
 {
     const ItemMembers members(item, place);
     auto root = std::make_unique<TreeItem>(readId(members, place));
-    fillItem(*root, members, place, 1);
+    KnownNames names(root->parameterNames());
+    fillItem(*root, members, place, 1, names);
     return root;
 }
 

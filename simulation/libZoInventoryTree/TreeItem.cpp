@@ -139,15 +139,7 @@ bool TreeItem::hasId(const ZoCInventoryAddress& address) const
 
 ZoCInventoryAddress TreeItem::getAddress() const
 {
-    std::vector<const TreeItem*> path;
-    for (const TreeItem* item = this; item != nullptr; item = item->parent) {
-        path.push_back(item);
-    }
-    ZoCInventoryAddress address;
-    for (auto item = path.rbegin(); item != path.rend(); ++item) {
-        address = address / (*item)->getID();
-    }
-    return address;
+    return parent == nullptr ? getID() : parent->getAddress() / getID();
 }
 
 ZoCInventoryItem* TreeItem::getParent() const
@@ -203,13 +195,21 @@ const ZoCInventoryParameter* TreeItem::getParameter(const ZoCInventoryAddress& a
     return position == parameters.size() ? nullptr : &parameters[position];
 }
 
-// The parameter's position; behind the last one when it is not there.
+// The parameter's position; behind the last one when it is not there. It is looked for first where the tree's last one
+// was found: who has asked whether there is a value reads it next.
 std::size_t TreeItem::findParameter(const ZoCInventoryAddress& address) const
 {
     const std::uint64_t number = numberOf(address);
-    std::size_t position = 0;
-    while (position != parameters.size() && !parameters[position].name->isOf(address, number)) {
-        ++position;
+    const std::size_t end = parameters.size();
+    std::size_t position = tree->lastFound;
+    if (position < end && parameters[position].name->isOf(address, number)) {
+        return position;
+    }
+    for (position = 0; position != end; ++position) {
+        if (parameters[position].name->isOf(address, number)) {
+            tree->lastFound = position;
+            break;
+        }
     }
     return position;
 }

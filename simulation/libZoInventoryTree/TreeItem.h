@@ -100,6 +100,7 @@ private:
         ParameterNames names;
         std::shared_ptr<const ValueFaults> faults;
         bool handedOut = false;
+        std::size_t lastFound = 0;  // position of the parameter that was found last
     };
 
     bool hasId(const ZoCInventoryAddress& address) const;

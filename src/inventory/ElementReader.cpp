@@ -2,6 +2,7 @@
 
 #include "inventory/OptionalValue.h"
 #include "inventory/ProductAddresses.h"
+#include "inventory/SubItems.h"
 
 using namespace ZoNInventoryIDs;
 
@@ -30,7 +31,7 @@ void readBoard(ZoCErrorListPool& errors, const ZoCInventoryItem& board, ZoSUpdat
 
 void readElement(ZoCErrorListPool& errors, const ZoCInventoryItem& item, ZoSUpdateElementValues& element)
 {
-    element.isFileSystemElement = item.getID()[1] == FILESYSTEM_ELEMENT;
+    element.isFileSystemElement = isOfKind(item, FILESYSTEM_ELEMENT);
     element.address = item.getAddress();
     readIfPresent(errors, item, ID, element.id);
     readIfPresent(errors, item, LOCATION, element.location);

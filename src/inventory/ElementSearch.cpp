@@ -95,15 +95,14 @@ void ZoCUpdateInventory::search(ZoCErrorListPool& errors, ZoCInventoryItem* item
 
 void ZoCUpdateInventory::noteProcessingNodes(const ZoCInventoryItem& item)
 {
-    const ZoCInventoryAddress id = item.getID()[1];
-    if (!hcnFound && id == HCN) {
+    if (!hcnFound && isOfKind(item, HCN)) {
         hcnAddress = item.getAddress();
         hcnFound = true;
         if (options.verbose) {
             updater.print("HCN found: %s\n", hcnAddress.toString().c_str());
         }
     }
-    if (!cnFound && id == CN) {
+    if (!cnFound && isOfKind(item, CN)) {
         cnAddress = item.getAddress();
         cnFound = true;
         if (options.verbose) {
@@ -142,7 +141,7 @@ bool ZoCUpdateInventory::takeUpdateElement(ZoCErrorListPool& errors, const ZoCIn
 // What is wrong with an element that nobody has asked for is not told.
 void ZoCUpdateInventory::noteLeftOut(const ZoCInventoryItem& item)
 {
-    if (item.getID()[1] == FILESYSTEM_ELEMENT && item.getParameter(LOCATION) != nullptr) {
+    if (isOfKind(item, FILESYSTEM_ELEMENT) && item.getParameter(LOCATION) != nullptr) {
         const ErrorListHandle untold = makeErrorList();
         leftOutLocations.push_back(item.getValue<ZoCString>(*untold, LOCATION));
     }

@@ -24,8 +24,8 @@ bool mayHoldElements(const ZoCInventoryItem& item)
 
 bool isUpdateElement(const ZoCInventoryItem& item)
 {
-    const ZoCInventoryAddress id = item.getID()[1];
-    return id == UPDATE_ELEMENT || id == FILESYSTEM_ELEMENT;
+    const auto kind = item.getID().getCategory();
+    return kind == UPDATE_ELEMENT.getCategory() || kind == FILESYSTEM_ELEMENT.getCategory();
 }
 
 }  // namespace ZoNUpdateInventory

@@ -19,7 +19,7 @@ bool hasParameter(const ZoCInventoryItem& item, const ZoCInventoryAddress& addre
 // The item that tells the unit's own name and its rack's: an I/O router without a name is named by its I/O node.
 const ZoCInventoryItem& namingItemOf(ZoCErrorListPool& errors, const ZoCInventoryItem& unit)
 {
-    if (hasParameter(unit, UNITNAME) || unit.getID()[1] != IOROUTER) {
+    if (hasParameter(unit, UNITNAME) || !isOfKind(unit, IOROUTER)) {
         return unit;
     }
     const unsigned serialNumber = unit.getValue<unsigned int>(errors, product().serialNumber);
