@@ -47,14 +47,17 @@ public:
     template <class Visit>
     void forEachKey(Visit visit) const
     {
-        const JsonValues values = valuesOf(*bits);
-        for (std::size_t at = 0; at < values.count; at += 2) {
-            visit(values.first[at], Json(values.first[at + 1]));
+        const JsonValues members = values();
+        for (std::size_t at = 0; at < members.count; at += 2) {
+            visit(members.first[at], Json(members.first[at + 1]));
         }
     }
 
     // The member `name` of an object; nothing when there is none.
     std::optional<Json> find(std::string_view name) const;
+
+    // The elements of an array, or names and values of an object by turns.
+    JsonValues values() const { return valuesOf(*bits); }
 
     // The value itself, which the caller refers to from now on (releaseValue).
     JsonBits share() const;
@@ -70,6 +73,10 @@ private:
 class JsonDocument {
 public:
     JsonDocument() = default;
+
+    // Of this value, with which the document that it is a part of stays.
+    explicit JsonDocument(const Json& part) : bits(part.share()) {}
+
     ~JsonDocument() { releaseRoot(); }
     JsonDocument(JsonDocument&& other) noexcept;
     JsonDocument& operator=(JsonDocument&& other) noexcept;

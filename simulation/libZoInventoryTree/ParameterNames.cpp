@@ -1,25 +1,70 @@
 #include "simulation/libZoInventoryTree/ParameterNames.h"
 
+#include <algorithm>
+
 #include "simulation/libZoInventoryTree/AddressText.h"
 
 namespace TrellanSimulation {
 
-const ParameterName* ParameterNames::find(std::string_view text)
+namespace {
+
+// A number of an address that few others have.
+std::uint64_t numberOf(const ZoCInventoryAddress& address)
 {
-    auto name = names.find(text);
-    if (name == names.end()) {
-        const auto address = parseParameterAddress(text);
-        if (!address) {
-            return nullptr;
-        }
-        name = names.try_emplace(std::string(text), text, *address).first;
+    return std::uint64_t{address.getIndex()} << 32 ^ address.getLength() << 16 ^ address.getLength() << 5 ^
+           address.getCategory();
+}
+
+}  // namespace
+
+const ParameterName* ParameterNames::ofKey(const JsonBits& key)
+{
+    KnownKey& known = lateKeys[(key >> jsonTagBits ^ key >> 12) % lateKeys.size()];
+    if (known.key != key || known.name == nullptr) {
+        known = {key, parseKey(key)};
     }
-    return &name->second;
+    return known.name;
+}
+
+const ParameterName* ParameterNames::parseKey(const JsonBits& key)
+{
+    const std::string_view text = textOf(key);
+    const auto found = names.find(text);
+    const auto address = found == names.end() ? parseParameterAddress(text) : std::nullopt;
+    if (found == names.end() && !address) {
+        return nullptr;
+    }
+    ParameterName& name = found == names.end() ? add(text, *address) : found->second;
+    if (std::find(name.keys.begin(), name.keys.end(), key) == name.keys.end()) {
+        name.keys.push_back(key);
+    }
+    return &name;
+}
+
+const ParameterName* ParameterNames::find(const ZoCInventoryAddress& address) const
+{
+    const std::uint64_t number = numberOf(address);
+    const ParameterName*& known = lateNames[number % lateNames.size()];
+    if (known != nullptr && known->address == address) {
+        return known;
+    }
+    const auto [first, end] = byNumber.equal_range(number);
+    const auto found = std::find_if(first, end, [&](const auto& entry) { return entry.second->address == address; });
+    return found == end ? nullptr : known = found->second;
 }
 
 const ParameterName& ParameterNames::of(const ZoCInventoryAddress& address)
 {
-    return *find(parameterAddressText(address));
+    const ParameterName* name = find(address);
+    return name != nullptr ? *name : add(parameterAddressText(address), address);
+}
+
+ParameterName& ParameterNames::add(std::string_view text, const ZoCInventoryAddress& address)
+{
+    ParameterName& name = names[std::string(text)];
+    name.address = address;
+    byNumber.emplace(numberOf(address), &name);
+    return name;
 }
 
 }  // namespace TrellanSimulation

@@ -1,7 +1,6 @@
 // From the JSON form of an item to the item, with everything below it.
 #include "simulation/libZoInventoryTree/TreeBuilder.h"
 
-#include <array>
 #include <optional>
 
 #include "simulation/libZoInventoryTree/AddressText.h"
@@ -10,51 +9,19 @@ namespace TrellanSimulation {
 
 namespace {
 
-ParameterValue readValue(const Json& value, const Place& place)
-{
-    if (!value.isText() && !value.isNumber()) {
-        throw DocumentFault(place, "neither a number nor a string");
-    }
-    return ParameterValue(value);
-}
-
-// Of the keys that came lately the names that they are.
-class KnownNames {
-public:
-    explicit KnownNames(ParameterNames& names) : names(names) {}
-
-    // Null when no parameter can have the name.
-    const ParameterName* find(const JsonBits& key)
-    {
-        Known& known = lately[(key >> jsonTagBits ^ key >> 12) % lately.size()];
-        if (known.key != key || known.name == nullptr) {
-            known = {key, names.find(textOf(key))};
-        }
-        return known.name;
-    }
-
-private:
-    struct Known {
-        JsonBits key = 0;
-        const ParameterName* name = nullptr;
-    };
-
-    ParameterNames& names;
-    std::array<Known, 64> lately{};
-};
-
-void addParameters(TreeItem& item, const Json& parameters, const Place& place, KnownNames& names)
+void addParameters(TreeItem& item, const Json& parameters, const Place& place)
 {
     requireObject(parameters, place);
-    item.reserveParameters(parameters.size());
+    ParameterNames& names = item.parameterNames();
     parameters.forEachKey([&](const JsonBits& key, const Json& value) {
-        const Place parameterPlace(place, textOf(key));
-        const ParameterName* name = names.find(key);
-        if (name == nullptr) {
-            throw DocumentFault(parameterPlace, "unknown parameter");
+        if (names.ofKey(key) == nullptr) {
+            throw DocumentFault(Place(place, textOf(key)), "unknown parameter");
         }
-        item.addParameter(*name, readValue(value, parameterPlace));
+        if (!value.isText() && !value.isNumber()) {
+            throw DocumentFault(Place(place, textOf(key)), "neither a number nor a string");
+        }
     });
+    item.takeParameters(parameters);
 }
 
 // What an item's object has, found in one walk.
@@ -94,10 +61,10 @@ ZoCInventoryAddress readId(const ItemMembers& item, const Place& place)
     return *id;
 }
 
-void fillItem(TreeItem& item, const ItemMembers& source, const Place& place, unsigned level, KnownNames& names)
+void fillItem(TreeItem& item, const ItemMembers& source, const Place& place, unsigned level)
 {
     if (source.parameters) {
-        addParameters(item, *source.parameters, Place(place, "parameters"), names);
+        addParameters(item, *source.parameters, Place(place, "parameters"));
     }
     if (!source.items) {
         return;
@@ -110,7 +77,7 @@ void fillItem(TreeItem& item, const ItemMembers& source, const Place& place, uns
             throw DocumentFault(itemPlace, "more than " + std::to_string(maxTreeLevels) + " levels of items");
         }
         const ItemMembers members((*source.items)[position], itemPlace);
-        fillItem(item.addItem(readId(members, itemPlace)), members, itemPlace, level + 1, names);
+        fillItem(item.addItem(readId(members, itemPlace)), members, itemPlace, level + 1);
     }
 }
 
@@ -119,9 +86,8 @@ void fillItem(TreeItem& item, const ItemMembers& source, const Place& place, uns
 std::unique_ptr<TreeItem> buildTree(const Json& item, const Place& place)
 {
     const ItemMembers members(item, place);
-    auto root = std::make_unique<TreeItem>(readId(members, place));
-    KnownNames names(root->parameterNames());
-    fillItem(*root, members, place, 1, names);
+    auto root = std::make_unique<TreeItem>(readId(members, place), item);
+    fillItem(*root, members, place, 1);
     return root;
 }
 

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <stdexcept>
 #include <utility>
 
 #include "simulation/base/Resources.h"
@@ -20,6 +19,13 @@ constexpr std::size_t fewItems = 8;  // are looked through one by one
 std::uint64_t numberOf(ZoCInventoryAddress::Category category, unsigned index)
 {
     return std::uint64_t{category} << 32 | index;
+}
+
+static_assert(sizeof(ZoCInventoryParameter) == sizeof(JsonBits), "a value of the document is a parameter");
+
+const ZoCInventoryParameter& parameterAt(const JsonBits& value)
+{
+    return reinterpret_cast<const ZoCInventoryParameter&>(value);
 }
 
 // convert: sets `result` to `value` and returns true; false when a result of this type cannot hold it.
@@ -57,16 +63,17 @@ bool convert(const ParameterValue& value, Unsigned& result)
 }  // namespace
 
 TreeItem::TreeItem(const ZoCInventoryAddress& id)
-    : ownTree(std::make_unique<Tree>()),
-      tree(ownTree.get()),
-      category(id.getCategory()),
-      index(id.getIndex()),
-      parameters(&tree->memory)
+    : ownTree(std::make_unique<Tree>()), tree(ownTree.get()), category(id.getCategory()), index(id.getIndex())
 {
 }
 
+TreeItem::TreeItem(const ZoCInventoryAddress& id, const Json& source) : TreeItem(id)
+{
+    tree->document = JsonDocument(source);
+}
+
 TreeItem::TreeItem(const ZoCInventoryAddress& id, TreeItem& parent)
-    : tree(parent.tree), category(id.getCategory()), index(id.getIndex()), parent(&parent), parameters(&tree->memory)
+    : tree(parent.tree), category(id.getCategory()), index(id.getIndex()), parent(&parent)
 {
 }
 
@@ -91,28 +98,19 @@ TreeItem& TreeItem::addItem(const ZoCInventoryAddress& itemId)
     return *item;
 }
 
-void TreeItem::addParameter(const ParameterName& name, ParameterValue value)
-{
-    parameters.push_back({&name, std::move(value)});
-}
-
-void TreeItem::addParameter(std::string_view name, ParameterValue value)
-{
-    const ParameterName* known = tree->names.find(name);
-    if (known == nullptr) {
-        throw std::invalid_argument("no name of a parameter");
-    }
-    addParameter(*known, std::move(value));
-}
-
 void TreeItem::setParameter(const ZoCInventoryAddress& address, ParameterValue value)
 {
-    const std::size_t position = findParameter(address);
-    if (position != parameters.size()) {
-        parameters[position].value = std::move(value);
-    } else {
-        addParameter(tree->names.of(address), std::move(value));
+    const ParameterName& name = tree->names.of(address);
+    if (!later) {
+        later = std::make_unique<LaterParameters>();
     }
+    for (auto& [ofOne, parameter] : *later) {
+        if (ofOne == &name) {
+            parameter.value = std::move(value);
+            return;
+        }
+    }
+    later->emplace_back(&name, ZoCInventoryParameter{std::move(value)});
 }
 
 void TreeItem::setFaults(std::shared_ptr<const ValueFaults> treeFaults)
@@ -191,27 +189,25 @@ TreeItem* TreeItem::findItem(const ZoCInventoryAddress& itemId) const
 
 const ZoCInventoryParameter* TreeItem::getParameter(const ZoCInventoryAddress& address) const
 {
-    const std::size_t position = findParameter(address);
-    return position == parameters.size() ? nullptr : &parameters[position];
-}
-
-// The parameter's position; behind the last one when it is not there. It is looked for first where the tree's last one
-// was found: who has asked whether there is a value reads it next.
-std::size_t TreeItem::findParameter(const ZoCInventoryAddress& address) const
-{
-    const std::uint64_t number = numberOf(address);
-    const std::size_t end = parameters.size();
-    std::size_t position = tree->lastFound;
-    if (position < end && parameters[position].name->isOf(address, number)) {
-        return position;
+    const ParameterName* name = tree->names.find(address);
+    if (name == nullptr) {
+        return nullptr;
     }
-    for (position = 0; position != end; ++position) {
-        if (parameters[position].name->isOf(address, number)) {
-            tree->lastFound = position;
-            break;
+    if (later) {
+        for (const auto& [ofOne, parameter] : *later) {
+            if (ofOne == name) {
+                return &parameter;
+            }
         }
     }
-    return position;
+    for (const JsonBits key : name->keys) {
+        for (const JsonBits* at = documented.first; at != documented.first + documented.count; at += 2) {
+            if (*at == key) {
+                return &parameterAt(at[1]);
+            }
+        }
+    }
+    return nullptr;
 }
 
 void TreeItem::readValue(ZoCErrorListPool& errors, const ZoCInventoryAddress& address, ZoCString& value) const

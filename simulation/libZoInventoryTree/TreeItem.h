@@ -6,16 +6,17 @@
 #include <memory_resource>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "libZoErrorHandling/ZoCErrorListPool.h"
 #include "libZoInventoryTree/ZoCInventoryItem.h"
+#include "simulation/libZoInventoryTree/Document.h"
 #include "simulation/libZoInventoryTree/ParameterNames.h"
 #include "simulation/libZoInventoryTree/ParameterValue.h"
 
 class ZoCInventoryParameter {
 public:
-    const TrellanSimulation::ParameterName* name = nullptr;  // of the tree
     TrellanSimulation::ParameterValue value;
 };
 
@@ -29,6 +30,11 @@ class TreeItem final : public ZoCInventoryItem {
 public:
     // An item without parent.
     explicit TreeItem(const ZoCInventoryAddress& id);
+
+    // The same for a tree whose items have their parameters in the document that `source` is a part of. It stays as
+    // long as the tree.
+    TreeItem(const ZoCInventoryAddress& id, const Json& source);
+
     ~TreeItem() override;
 
     // Appends an item with the identity `id` below this one, which owns it.
@@ -37,17 +43,11 @@ public:
     // The names of the tree's parameters.
     ParameterNames& parameterNames() { return tree->names; }
 
-    // Makes room for so many parameters.
-    void reserveParameters(std::size_t count) { parameters.reserve(count); }
+    // Gives the item as its parameters the members of `parameters`, in the tree's document: texts and numbers whose
+    // keys are all known to parameterNames().
+    void takeParameters(const Json& parameters) { documented = parameters.values(); }
 
-    // Appends a parameter. `name`, of this tree, must not be there yet.
-    void addParameter(const ParameterName& name, ParameterValue value);
-
-    // The same for a name that is written so ("PRODUCT/NAME"). Throws std::invalid_argument when no parameter can have
-    // it.
-    void addParameter(std::string_view name, ParameterValue value);
-
-    // Gives the parameter at `address` another value; appends it when it is not there.
+    // Gives the item a parameter, or another value in the place of the one that it has.
     void setParameter(const ZoCInventoryAddress& address, ParameterValue value);
 
     // Calls `visit` with this item and every item below it, in document order.
@@ -96,16 +96,15 @@ private:
 
     // What the items of a tree have in common.
     struct Tree {
-        std::pmr::monotonic_buffer_resource memory;  // of all items but the root, and of their parameters
+        std::pmr::monotonic_buffer_resource memory;  // of all items but the root
+        JsonDocument document;
         ParameterNames names;
         std::shared_ptr<const ValueFaults> faults;
         bool handedOut = false;
-        std::size_t lastFound = 0;  // position of the parameter that was found last
     };
 
     bool hasId(const ZoCInventoryAddress& address) const;
     TreeItem* findItem(const ZoCInventoryAddress& id) const;
-    std::size_t findParameter(const ZoCInventoryAddress& address) const;
     bool addFaults(ZoCErrorListPool& errors, const ZoCInventoryAddress& parameter) const;
     template <class T>
     void read(ZoCErrorListPool& errors, const ZoCInventoryAddress& address, T& value) const;
@@ -122,7 +121,11 @@ private:
     TreeItem* last = nullptr;
     std::size_t count = 0;
     mutable std::unique_ptr<ItemsById> itemsById;  // made where many are searched
-    std::pmr::vector<ZoCInventoryParameter> parameters;
+
+    // The parameters: keys and values of the document, and those that came later, which count before these.
+    using LaterParameters = std::vector<std::pair<const ParameterName*, ZoCInventoryParameter>>;
+    JsonValues documented;
+    std::unique_ptr<LaterParameters> later;
 };
 
 }  // namespace TrellanSimulation

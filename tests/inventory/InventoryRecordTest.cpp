@@ -44,11 +44,11 @@ Lines omissionsOf(const InventoryRecord& record)
 
 void addAll(TreeItem& item)
 {
-    for (const char* const name : {"PRODUCT/BOARD_TYPE", "PRODUCT/UNITNAME", "RACKNAME", "NAME", "FIRMWARE/VERSION"}) {
-        item.addParameter(name, std::string("text"));
+    for (const auto& address : {PRODUCT / BOARD_TYPE, PRODUCT / UNITNAME, RACKNAME, NAME, FIRMWARE / VERSION}) {
+        item.setParameter(address, std::string("text"));
     }
-    for (const char* const name : {"SLOT", "ID", "ACTIVE", "MIN_HW_COMPATIBILITY_ID"}) {
-        item.addParameter(name, std::uint64_t{1});
+    for (const auto& address : {SLOT, ID, ACTIVE, MIN_HW_COMPATIBILITY_ID}) {
+        item.setParameter(address, std::uint64_t{1});
     }
 }
 
@@ -118,11 +118,11 @@ TEST(InventoryRecords, AreEmptyOfATreeOfAnUnknownKind)
 TEST(InventoryRecords, HaveValuesAsTheyAreReadAndNameThoseThatCannotBe)
 {
     TreeItem root(UPDATE_ELEMENT);
-    root.addParameter("NAME", std::string("a\0\xff", 3));
-    root.addParameter("ID", std::uint64_t{4294967295});
-    root.addParameter("VERSION", std::string("07.1.0b2"));
-    root.addParameter("VALID", std::uint64_t{256});
-    root.addParameter("CHECKSUM_CRC32", std::uint64_t{4294967296});
+    root.setParameter(NAME, std::string("a\0\xff", 3));
+    root.setParameter(ID, std::uint64_t{4294967295});
+    root.setParameter(VERSION, std::string("07.1.0b2"));
+    root.setParameter(VALID, std::uint64_t{256});
+    root.setParameter(CHECKSUM_CRC32, std::uint64_t{4294967296});
     const InventoryRecord record(root);
     ASSERT_THAT(itemsOf(record), ElementsAre("0 UPDATE_ELEMENT ID NAME VERSION"));
     const auto& parameters = record.items()[0].parameters;
