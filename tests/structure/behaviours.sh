@@ -3,7 +3,7 @@
 # Usage: behaviours.sh PROJECT_FOLDER
 #
 # A row of docs/behaviours.md is "| behaviour | `Suite.Name`, `scenarios/FOLDER`, `structure/NAME`,
-# `install/NAME` |".
+# `install/NAME`, `fleet/Class.test_name` |".
 set -u
 root=${1:?project folder}
 ledger=$root/docs/behaviours.md
@@ -28,6 +28,10 @@ done < <(sed -nE 's/^ *add_structure_test\(([^ )]+).*/\1/p' "$root/tests/CMakeLi
 for folder in "$root"/tests/scenarios/*/; do
     [ -f "$folder/arguments" ] && known[scenarios/$(basename "$folder")]=1
 done
+while IFS= read -r name; do
+    known[fleet/$name]=1
+done < <(awk '/^class / { class = $2; sub(/[(:].*/, "", class) }
+              /^    def test_/ { name = $2; sub(/[(].*/, "", name); print class "." name }' "$root"/tests/fleet/test_*.py)
 for script in "$root"/tests/install/*.sh; do
     known[install/$(basename "$script" .sh)]=1
 done

@@ -1,0 +1,71 @@
+# Copyright: (c) Velorant
+from __future__ import absolute_import, division, print_function
+
+__metaclass__ = type
+
+import hashlib
+import io
+import os
+import tarfile
+
+from ansible.errors import AnsibleActionFail
+from ansible.plugins.action import ActionBase
+
+
+class ActionModule(ActionBase):
+    """Packs an archive's folder into one file whose content, and so whose name, depends on the archive's files alone."""
+
+    TRANSFERS_FILES = False
+    _VALID_ARGS = frozenset(["archive", "folder"])
+
+    def run(self, tmp=None, task_vars=None):
+        result = super().run(tmp, task_vars)
+        archive = os.path.abspath(self._task.args["archive"])
+        folder = os.path.abspath(self._task.args["folder"])
+        if not os.path.isdir(archive):
+            raise AnsibleActionFail("the archive %s is no folder" % archive)
+        name = digest(archive)
+        path = os.path.join(folder, name + ".tar")
+        if not os.path.exists(path):
+            os.makedirs(folder, exist_ok=True)
+            pack(archive, name, path)
+            result["changed"] = True
+        result.update(path=path, name=name)
+        return result
+
+
+def files_of(archive):
+    """The files below a folder by their paths in it, in order; links are followed."""
+    found = []
+    for folder, folders, names in os.walk(archive, followlinks=True):
+        folders.sort()
+        found += [os.path.relpath(os.path.join(folder, name), archive) for name in names]
+    return sorted(found)
+
+
+def digest(archive):
+    """What tells one archive from another: a digest of its files' paths and contents."""
+    whole = hashlib.sha256()
+    for name in files_of(archive):
+        content = hashlib.sha256()
+        with open(os.path.join(archive, name), "rb") as file:
+            for block in iter(lambda: file.read(1 << 20), b""):
+                content.update(block)
+        whole.update(os.fsencode(name) + b"\0" + content.digest())
+    return whole.hexdigest()[:32]
+
+
+def pack(archive, name, path):
+    """The files lie in a folder of this name. An empty file behind them tells that all are there."""
+    with tarfile.open(path + ".part", "w", dereference=True) as package:
+        for file in files_of(archive):
+            package.add(os.path.join(archive, file), os.path.join(name, file), filter=anonymous)
+        package.addfile(anonymous(tarfile.TarInfo(name + ".complete")), io.BytesIO())
+    os.replace(path + ".part", path)
+
+
+def anonymous(member):
+    member.uid = member.gid = member.mtime = 0
+    member.uname = member.gname = ""
+    member.mode = 0o644
+    return member

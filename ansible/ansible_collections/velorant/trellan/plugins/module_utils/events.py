@@ -1,0 +1,74 @@
+# Copyright: (c) Velorant
+"""The file of events: whether an update that writes to it is running, and how the last one ended."""
+from __future__ import absolute_import, division, print_function
+
+__metaclass__ = type
+
+import errno
+import fcntl
+import os
+import stat
+
+from ansible_collections.velorant.trellan.plugins.module_utils.trellan import SUCCESS, run_tool
+
+
+class StillRunning(Exception):
+    """An update that was started with this file of events has not ended."""
+
+
+def hold_events(path):
+    """Opens the file of events, makes it where it is missing, and locks it: what the file is given to holds the lock too.
+    OSError where it cannot be opened, StillRunning where another update holds it. None for a pipe or a device, which is not
+    locked."""
+    if is_special(path):
+        return None
+    file = open(path, "ab")
+    lock(file, fcntl.LOCK_EX)
+    return file
+
+
+def look_for_running(path):
+    """As hold_events, but the file stays as it is; OSError also where it could not be made."""
+    if is_special(path):
+        return
+    if not os.path.exists(path):
+        folder = os.path.dirname(os.path.abspath(path))
+        if not os.path.isdir(folder):
+            raise OSError(errno.ENOENT, os.strerror(errno.ENOENT), path)
+        if not os.access(folder, os.W_OK | os.X_OK):
+            raise OSError(errno.EACCES, os.strerror(errno.EACCES), path)
+        return
+    if not os.access(path, os.W_OK):
+        raise OSError(errno.EACCES, os.strerror(errno.EACCES), path)
+    with open(path, "rb") as file:
+        lock(file, fcntl.LOCK_SH)
+
+
+def is_special(path):
+    """True for what is there and is neither a file nor a folder: events may go to a pipe."""
+    try:
+        mode = os.stat(path).st_mode
+    except OSError:
+        return False
+    return not (stat.S_ISREG(mode) or stat.S_ISDIR(mode))
+
+
+def lock(file, kind):
+    try:
+        fcntl.flock(file, kind | fcntl.LOCK_NB)
+    except OSError as error:
+        file.close()
+        if error.errno in (errno.EWOULDBLOCK, errno.EACCES):
+            raise StillRunning()
+        raise
+
+
+def last_update(module, tool, path):
+    """The last update in the file of events, as the tool's history has it; None for none, or where there is no such file."""
+    if not os.path.isfile(path):
+        return None
+    outcome = run_tool([tool, "history", path, "--json"])
+    if outcome.status != SUCCESS:
+        module.warn("the file of events cannot be read: %s" % "; ".join(outcome.own_words))
+    runs = outcome.document.get("runs", [])
+    return runs[-1] if runs else None

@@ -1,0 +1,111 @@
+# Copyright: (c) Velorant
+"""What the modules share: how trellan-update is called, and how what it says is read."""
+from __future__ import absolute_import, division, print_function
+
+__metaclass__ = type
+
+import json
+import re
+import subprocess
+import tempfile
+
+TOOL = "trellan-update"
+TOOL_WORD = TOOL + ": "
+
+# What the tool's exit statuses mean; any other is a failure that its own words explain.
+SUCCESS, FAILED, USAGE, UNREADABLE, REFUSED, EMPTY, NOT_HELD, STALLED = 0, 1, 2, 3, 4, 5, 6, 8
+NOTHING_DONE = {
+    USAGE: "trellan-update was called wrongly",
+    UNREADABLE: "the archive or the target cannot be read",
+    REFUSED: "the archive does not support the target",
+    EMPTY: "the filters select no element",
+    NOT_HELD: "the check found errors, or the plan does not hold",
+}
+SIGNALS = {129: "SIGHUP", 130: "SIGINT", 143: "SIGTERM"}
+
+# The arguments that select elements: the name of the module's option, and the tool's.
+FILTERS = [("board_types", "--board-types"), ("serial_numbers", "--serial-numbers"), ("element_names", "--element-names")]
+FILTER_SPEC = dict((name, dict(type="list", elements="str")) for name, unused in FILTERS)
+
+
+class Outcome(object):
+    """How a call of the tool has ended: its exit status, negative for a signal that killed it, what it has put on standard
+    output, that as a document (empty where it is none), and what it has said on standard error."""
+
+    def __init__(self, status, output, text):
+        self.status = status
+        self.output = output
+        self.text = text
+        try:
+            self.document = json.loads(output)
+        except ValueError:
+            self.document = {}
+
+    @property
+    def elements(self):
+        return self.document.get("elements", [])
+
+    @property
+    def own_words(self):
+        """What the tool has said in its own name, in lines."""
+        return [line[len(TOOL_WORD):] for line in self.text.splitlines() if line.startswith(TOOL_WORD)]
+
+
+def find_tool(module):
+    """The tool's path; the module fails where there is none."""
+    path = module.get_bin_path(TOOL, opt_dirs=["/usr/local/bin"])
+    if path is None:
+        module.fail_json(msg="there is no %s on the path of this target: install it there, or add its folder to PATH with the "
+                             "keyword 'environment' of the task or play" % TOOL)
+    return path
+
+
+def run_tool(arguments, lasting=None):
+    """Runs the tool to its end. It has a session of its own and writes into files, so that it goes on where the module is
+    killed or the connection is lost; LASTING, an open file, stays open as long as it or a copy that it has started runs."""
+    with tempfile.TemporaryFile() as output, tempfile.TemporaryFile() as text:
+        process = subprocess.Popen(arguments, stdin=subprocess.DEVNULL, stdout=output, stderr=text, start_new_session=True,
+                                   pass_fds=[] if lasting is None else [lasting.fileno()])
+        status = process.wait()
+        return Outcome(status, whole_text(output), whole_text(text))
+
+
+def whole_text(file):
+    file.seek(0)
+    return file.read().decode("utf-8", "replace")
+
+
+def reading_arguments(parameters):
+    """The tool's arguments for what is read of a target: which one, and which of its elements."""
+    arguments = ["--target", parameters["target"]] if parameters["target"] else []
+    for name, option in FILTERS:
+        if parameters.get(name):
+            arguments += [option, ",".join(parameters[name])]
+    return arguments + (["--configuration"] if parameters.get("configuration") else [])
+
+
+def reported_errors(text):
+    """The errors that the library and the platform have reported, each on one line, in the order of TEXT."""
+    errors = []
+    continued = False
+    for line in text.splitlines():
+        start = re.match(r"\s*(ERROR 0x\w+.*)", line)
+        if start:
+            errors.append(start.group(1).strip())
+        elif continued and line.startswith("  ") and line.strip():
+            errors[-1] += " " + line.strip()
+        continued = bool(start) or (continued and line.startswith("  "))
+    return list(dict.fromkeys(errors))
+
+
+def failure_reasons(outcome):
+    """Why a call did not succeed, each reason on one line: what was reported, then what the tool says to it."""
+    message = outcome.document.get("error", {}).get("message") or "\n".join(outcome.own_words)
+    lines = [line.strip() for line in message.splitlines()]
+    return [error for error in reported_errors(outcome.text) if error not in lines] + lines
+
+
+def sentence(beginning, reasons, most=3):
+    """BEGINNING with the first reasons behind it, and how many more there are."""
+    more = len(reasons) - most
+    return beginning + (": " + "; ".join(reasons[:most]) if reasons else "") + (" (and %d more)" % more if more > 0 else "")

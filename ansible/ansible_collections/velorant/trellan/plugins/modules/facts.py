@@ -1,0 +1,189 @@
+#!/usr/bin/python
+# Copyright: (c) Velorant
+from __future__ import absolute_import, division, print_function
+
+__metaclass__ = type
+
+DOCUMENTATION = r"""
+module: facts
+short_description: Tell what is installed on a target
+description:
+  - Reads what is installed on a target, and whether it can be rebooted by itself, with C(trellan-update).
+  - Nothing is changed, so that it does the same in check mode.
+options:
+  target:
+    description:
+      - The file that is the simulated target. Without it the device that the tool runs on is meant.
+    type: path
+  board_types:
+    description: Only elements of boards of these types.
+    type: list
+    elements: str
+  serial_numbers:
+    description: Only elements of boards with these serial numbers, as numbers or as they are displayed.
+    type: list
+    elements: str
+  element_names:
+    description: Only elements with these names, or of these displayed types.
+    type: list
+    elements: str
+  configuration:
+    description: Tell of the configuration elements instead of the others.
+    type: bool
+    default: false
+  inventory:
+    description:
+      - Return the target's whole inventory too, as the text of a target file. Against it C(compare), C(explain) and a dry run
+        tell on any machine what they tell at the target.
+    type: bool
+    default: false
+  events:
+    description: Tell of the last update in this file of events, which the module M(velorant.trellan.update) has written.
+    type: path
+attributes:
+  check_mode:
+    description: Can run in check mode, and changes nothing anyway.
+    support: full
+  diff_mode:
+    description: Shows what has changed; nothing does.
+    support: none
+requirements:
+  - C(trellan-update) on the target's path, or in /usr/local/bin
+  - Python 3.6 or later on the target
+author:
+  - Velorant (@velorant)
+seealso:
+  - module: velorant.trellan.update
+"""
+
+EXAMPLES = r"""
+- name: See what is installed
+  velorant.trellan.facts:
+  register: installed
+
+- name: Name the firmware of each processor board
+  ansible.builtin.debug:
+    msg: "{{ item.displayName }}: {{ item.installedVersion }}"
+  loop: "{{ trellan.elements | selectattr('name', 'equalto', 'UserFirmware') }}"
+
+- name: Learn how an update ended whose connection was lost
+  velorant.trellan.facts:
+    events: /var/lib/trellan/events.jsonl
+
+- name: Take the inventory along, to try archives without the target
+  velorant.trellan.facts:
+    inventory: true
+  register: installed
+
+- name: Keep it as a target file
+  ansible.builtin.copy:
+    content: "{{ installed.inventory }}"
+    dest: "inventories/{{ inventory_hostname }}.json"
+    mode: "0644"
+  delegate_to: localhost
+"""
+
+RETURN = r"""
+ansible_facts:
+  description: What was found out.
+  returned: success
+  type: dict
+  contains:
+    trellan:
+      description: The target.
+      type: dict
+      returned: success
+      contains:
+        elements:
+          description: What can be updated on it, with versions and checksums, as C(trellan-update installed --json) has it.
+          type: list
+          elements: dict
+          returned: success
+        reboot:
+          description: Whether it can be rebooted by itself.
+          type: dict
+          returned: success
+          contains:
+            supported:
+              description: Whether it can.
+              type: bool
+              returned: success
+            state:
+              description: >-
+                0, it can; 1, it has no active firmware; 2, the installed firmware does not support it; 3, the device does not;
+                4, checking failed.
+              type: int
+              returned: success
+        last_update:
+          description: The last update in the file of events, as C(trellan-update history --json) has it; none for none.
+          type: dict
+          returned: when C(events) is given
+inventory:
+  description: The text of a target file.
+  returned: when C(inventory) is true
+  type: str
+reasons:
+  description: Why the target, or something of it, cannot be read.
+  returned: failure
+  type: list
+  elements: str
+  sample: ["ERROR 0x26300001 (reported by Host PC): Parameter ACTIVE of /ROOT/HCN/UPDATE_INFO/UPDATE_ELEMENT does not exist."]
+status:
+  description: The tool's exit status.
+  returned: failure
+  type: int
+"""
+
+from ansible.module_utils.basic import AnsibleModule
+from ansible_collections.velorant.trellan.plugins.module_utils.events import last_update
+from ansible_collections.velorant.trellan.plugins.module_utils.trellan import (
+    FILTER_SPEC,
+    SUCCESS,
+    failure_reasons,
+    find_tool,
+    reading_arguments,
+    run_tool,
+    sentence,
+)
+
+ARGUMENT_SPEC = dict(
+    FILTER_SPEC,
+    target=dict(type="path"),
+    configuration=dict(type="bool", default=False),
+    inventory=dict(type="bool", default=False),
+    events=dict(type="path"),
+)
+
+
+def read(module, arguments, answer=None):
+    """The outcome of a call that must succeed, or have a document with the member ANSWER; else the module fails."""
+    outcome = run_tool(arguments)
+    if outcome.status != SUCCESS and answer not in outcome.document:
+        reasons = failure_reasons(outcome)
+        module.fail_json(msg=sentence("the target cannot be read", reasons), reasons=reasons, status=outcome.status)
+    return outcome
+
+
+def main():
+    module = AnsibleModule(argument_spec=ARGUMENT_SPEC, supports_check_mode=True)
+    parameters = module.params
+    tool = find_tool(module)
+    selected = reading_arguments(parameters)
+    elements = read(module, [tool, "installed", "--json"] + selected).elements
+    # That a device cannot be rebooted by itself is an answer, which the tool ends with 1 for.
+    reboot = read(module, [tool, "reboot-support", "--json"] + selected, "supported").document
+    facts = {
+        "elements": elements,
+        "reboot": {"supported": reboot["supported"], "state": reboot["state"]},
+    }
+    result = {"changed": False, "ansible_facts": {"trellan": facts}}
+    if parameters["events"]:
+        facts["last_update"] = last_update(module, tool, parameters["events"])
+    if parameters["inventory"]:
+        target = ["--target", parameters["target"]] if parameters["target"] else []
+        result["inventory"] = read(module, [tool, "record"] + target).output
+    module.exit_json(**result)
+
+
+if __name__ == "__main__":
+    main()

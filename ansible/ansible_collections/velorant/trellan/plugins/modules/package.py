@@ -1,0 +1,59 @@
+#!/usr/bin/python
+# Copyright: (c) Velorant
+from __future__ import absolute_import, division, print_function
+
+__metaclass__ = type
+
+DOCUMENTATION = r"""
+module: package
+short_description: Pack an archive's folder for sending
+description:
+  - Packs an archive's folder into a tar file on the controller. Its name depends on the paths and contents of the archive's
+    files alone, so that an archive that is at a target already need not be sent again.
+  - The files lie in a folder of that name; an empty file with C(.complete) behind the name is the last one to be unpacked.
+  - Runs on the controller whatever host it is for. Use C(run_once).
+options:
+  archive:
+    description: The folder of the firmware archive, on the controller.
+    type: path
+    required: true
+  folder:
+    description: The folder for the tar file.
+    type: path
+    required: true
+attributes:
+  check_mode:
+    description: Does the same in check mode. It changes no target.
+    support: full
+  diff_mode:
+    description: Shows no difference.
+    support: none
+author:
+  - Velorant (@velorant)
+"""
+
+EXAMPLES = r"""
+- name: Pack the archive
+  velorant.trellan.package:
+    archive: /srv/firmware/23.2
+    folder: /var/tmp
+  register: packed
+  run_once: true
+
+- name: Send it where it is missing
+  ansible.builtin.unarchive:
+    src: "{{ packed.path }}"
+    dest: /var/lib/trellan
+    creates: "/var/lib/trellan/{{ packed.name }}.complete"
+"""
+
+RETURN = r"""
+path:
+  description: The tar file.
+  returned: success
+  type: str
+name:
+  description: The name of the folder in it, a digest of the archive's files.
+  returned: success
+  type: str
+"""

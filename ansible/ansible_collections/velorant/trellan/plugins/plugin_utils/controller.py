@@ -1,0 +1,59 @@
+# Copyright: (c) Velorant
+"""What the role's plugins share, which all work on the controller."""
+from __future__ import absolute_import, division, print_function
+
+__metaclass__ = type
+
+import json
+import os
+import shutil
+import subprocess
+import tempfile
+
+from ansible.errors import AnsibleActionFail
+from ansible_collections.velorant.trellan.plugins.module_utils.trellan import TOOL
+
+
+def find_tool():
+    """The tool's path on the controller; an action fails where there is none."""
+    path = shutil.which(TOOL) or shutil.which(TOOL, path="/usr/local/bin")
+    if path is None:
+        raise AnsibleActionFail("there is no %s on the path of the controller, which needs it to hold the archive against the "
+                                "targets: install it there" % TOOL)
+    return path
+
+
+def call_tool(arguments):
+    """The finished call of the tool, with what it has printed as text."""
+    return subprocess.run(arguments, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False,
+                          encoding="utf-8", errors="replace")
+
+
+def file_name(host):
+    """The name of a host's file, without its ending: a host's name may hold a slash."""
+    return host.replace("/", "_")
+
+
+def write_whole(path, text):
+    """Writes a file so that a reader finds the old or the new one."""
+    handle, temporary = tempfile.mkstemp(dir=os.path.dirname(path), prefix=".", suffix=".part")
+    with os.fdopen(handle, "w", encoding="utf-8") as file:
+        file.write(text)
+    os.chmod(temporary, 0o644)
+    os.replace(temporary, path)
+
+
+def read_document(path):
+    """The JSON document in a file, or nothing where there is none."""
+    if not os.path.exists(path):
+        return {}
+    with open(path, encoding="utf-8") as file:
+        return json.load(file)
+
+
+def result_of(task_vars, host, variable):
+    """What a task of this host has registered; empty for none."""
+    try:
+        return task_vars["hostvars"][host].get(variable) or {}
+    except KeyError:
+        return {}

@@ -1,0 +1,309 @@
+"""The modules on single targets: what they foretell, do and tell, whatever happens to them."""
+
+import json
+import os
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+import unittest
+from pathlib import Path
+
+from engine import Engine
+from fleet import TOOL_FOLDER, Fleet, elements, hcn
+from tool_processes import processes_of_target, wait_for
+
+ONE = """
+- hosts: all
+  tasks:
+    - name: Task
+      velorant.trellan.%s: %s
+"""
+
+
+class Module(unittest.TestCase):
+    """One old target, and the engine."""
+
+    @classmethod
+    def setUpClass(cls):
+        scratch = tempfile.TemporaryDirectory(prefix="trellan-fleet-")
+        cls.addClassCleanup(scratch.cleanup)
+        cls.folder = Path(scratch.name)
+        cls.fleet = Fleet(cls.folder, 1)
+        cls.engine = Engine(cls.folder / "engine")
+        cls.inventory = cls.fleet.inventory(cls.folder / "hosts")
+        cls.target = cls.fleet.target_file("target0000")
+        cls.events = cls.folder / "events.jsonl"
+
+    def setUp(self):
+        self.fleet.restore()
+        self.events.unlink(missing_ok=True)
+
+    def change_target(self, change):
+        target = json.loads(self.target.read_text())
+        change(target)
+        self.target.write_text(json.dumps(target))
+
+    def playbook(self, name, options):
+        return ONE % (name, json.dumps(dict({"target": str(self.target)}, **options)))
+
+    def task(self, name, options, *flags, **further):
+        """The result of one task, with its status."""
+        run = self.engine.playbook(self.playbook(name, options), self.inventory, *flags, **further)
+        line = run.of("Task").get("target0000")
+        self.assertIsNotNone(line, run.text)
+        return dict(line["result"], task_status=line["status"])
+
+    def update(self, *flags, tool=TOOL_FOLDER, **options):
+        options = dict({"archive": str(self.fleet.archive)}, **options)
+        return self.task("update", options, *flags, tool=tool)
+
+    def expect_red_in_both_modes(self, result, part, **options):
+        """An update that is known beforehand to do nothing fails in check mode and without it, and writes nothing."""
+        before = self.fleet.content()
+        for flags in (["--check"], []):
+            with self.subTest(flags=flags):
+                told = self.update(*flags, **options)
+                self.assertEqual((told["task_status"], told["result"], told["changed"]), ("failed", result, False), told["msg"])
+                self.assertIn(part, told["msg"])
+                self.assertEqual(before, self.fleet.content())
+
+
+class AnUpdateThatIsKnownToDoNothing(Module):
+    def test_is_refused_where_a_board_has_no_file(self):
+        self.change_target(lambda target: hcn(target)["parameters"].update({"PRODUCT/BOARD_TYPE": "KR9999"}))
+        self.expect_red_in_both_modes("refused", "the archive does not support the target; nothing was done")
+
+    def test_is_refused_where_nothing_is_selected(self):
+        self.expect_red_in_both_modes("refused", "nothing has element name Nix", element_names=["Nix"])
+
+    def test_is_refused_with_a_faulty_archive(self):
+        faulty = self.folder / "faulty"
+        shutil.copytree(self.fleet.archive, faulty)
+        self.addCleanup(shutil.rmtree, faulty)
+        (faulty / "site.cfg").write_text("# torn\n")
+        self.expect_red_in_both_modes("refused", "the stated checksum is 77930046", archive=str(faulty))
+        told = self.update("--check", archive=str(faulty))
+        self.assertEqual([finding["rule"] for finding in told["findings"]], ["checksum"])
+
+    def test_is_refused_with_an_archive_that_is_not_there(self):
+        self.expect_red_in_both_modes("refused", "Cannot open archive description file", archive="/nonexistent")
+
+    def test_is_refused_by_a_plan_that_no_longer_holds(self):
+        plan = self.folder / "plan.json"
+        self.make_plan(plan)
+        self.change_target(lambda target: elements(hcn(target))[0]["parameters"].update(VERSION="22.0"))
+        self.expect_red_in_both_modes("refused", 'installedVersion was "23.1" in the plan, and is "22.0"', plan=str(plan))
+
+    def test_is_refused_by_a_plan_that_is_not_there(self):
+        self.expect_red_in_both_modes("refused", "the plan /nonexistent cannot be read", plan="/nonexistent")
+
+    def test_is_refused_where_its_events_cannot_be_written(self):
+        self.expect_red_in_both_modes("refused", "the file of events /nonexistent/events cannot be written: No such file",
+                                      events="/nonexistent/events")
+
+    def test_is_refused_where_there_is_no_tool(self):
+        for flags in (["--check"], []):
+            told = self.task("update", {"archive": str(self.fleet.archive)}, *flags, tool="/nonexistent")
+            self.assertEqual(told["task_status"], "failed")
+            self.assertIn("there is no trellan-update on the path of this target: install it there, or add its folder to PATH",
+                          told["msg"])
+
+    def make_plan(self, plan):
+        with open(plan, "wb") as output:
+            subprocess.run([TOOL_FOLDER / "trellan-update", "update", self.fleet.archive, "--target", self.target, "--dry-run",
+                            "--json"], check=True, stdout=output, stderr=subprocess.DEVNULL)
+
+    def test_is_carried_out_by_a_plan_that_holds(self):
+        plan = self.folder / "plan.json"
+        self.make_plan(plan)
+        for flags in (["--check"], []):
+            told = self.update(*flags, plan=str(plan))
+            self.assertEqual((told["task_status"], len(told["written"])), ("ok", 12), told["msg"])
+
+
+class AnUpdate(Module):
+    def test_tells_what_it_writes_and_why(self):
+        told = self.update(element_names=["UserFirmware"], serial_numbers=["5000"])
+        self.assertEqual(told["task_status"], "ok")
+        self.assertTrue(told["changed"])
+        self.assertEqual(told["written"], ["Processor board, SN 5000, Firmware"])
+        self.assertEqual(told["reasons"], ["Processor board, SN 5000, Firmware: 23.1 -> 23.2"])
+        self.assertEqual(told["msg"], "1 elements were updated: Processor board, SN 5000, Firmware: 23.1 -> 23.2")
+        self.assertEqual(told["counts"], {"updated": 1})
+        self.assertEqual((told["elements"][0]["state"], told["elements"][0]["verified"]), ("updated", True))
+        again = self.update(element_names=["UserFirmware"])
+        self.assertEqual((again["changed"], again["msg"], again["written"]), (False, "nothing to do", []))
+
+    def test_shows_the_versions_before_and_after_in_diff_mode(self):
+        expected = {"before_header": "installed", "after_header": "updated",
+                    "before": "Processor board, SN 5000, Firmware: 23.1 (checksum 305419896)\n"
+                              "Compute node, SN 4711, Firmware: 23.1 (checksum 2596069104)\n",
+                    "after": "Processor board, SN 5000, Firmware: 23.2 (checksum 2091406745)\n"
+                             "Compute node, SN 4711, Firmware: 23.2 (checksum 1280176282)\n"}
+        options = {"element_names": ["UserFirmware", "CnFirmware"]}
+        self.assertEqual(self.update("--check", "--diff", **options)["diff"], expected)
+        self.assertEqual(self.update("--diff", **options)["diff"], expected)
+        self.assertNotIn("diff", self.update("--diff", **options))
+
+    def test_takes_the_tools_filters_and_flags(self):
+        for options, written in ((dict(board_types=["AI8100"]), 3), (dict(board_types=["AI8100", "CN7210"]), 7),
+                                 (dict(exclude=[0, 1, 3]), 9), (dict(force=True), 13), (dict(configuration=True), 0)):
+            with self.subTest(options=options):
+                told = self.update("--check", **options)
+                self.assertEqual((told["task_status"], len(told["written"])), ("ok", written), told["msg"])
+
+    def test_warns_of_a_filter_that_selects_nothing(self):
+        told = self.update("--check", serial_numbers=["815", "99"])
+        self.assertEqual(told["task_status"], "ok")
+        self.assertIn("nothing has serial number 99", told["warnings"][0])
+
+    def test_is_changed_where_it_failed_half_way_and_not_where_nothing_was_written(self):
+        self.change_target(lambda target: target.update(script={"elements": {"/ROOT/HCN#1": {
+            "start": [{"errors": [{"code": 7, "text": "no room"}]}]}}}))
+        told = self.update(element_names=["UserFirmware"])
+        self.assertEqual((told["task_status"], told["changed"], told["written"]), ("failed", False, []), told["msg"])
+        told = self.update()
+        self.assertEqual((told["task_status"], told["changed"], len(told["written"])), ("failed", True, 11), told["msg"])
+        self.assertEqual(told["reasons"], ["Processor board, SN 5000, Firmware: no room"])
+
+    def test_is_changed_where_an_element_failed_that_has_been_written_to(self):
+        self.change_target(lambda target: target.update(script={"elements": {"/ROOT/HCN#1": {
+            "finish": [{"results": [{"code": 9, "text": "worn out"}]}]}}}))
+        told = self.update("--diff", element_names=["UserFirmware"])
+        self.assertEqual((told["task_status"], told["changed"]), ("failed", True), told["msg"])
+        self.assertEqual(told["written"], ["Processor board, SN 5000, Firmware"])
+        self.assertEqual(told["diff"]["after"], "Processor board, SN 5000, Firmware: 23.2 (checksum 2091406745)\n")
+
+    def test_leaves_the_check_out_where_that_is_asked_for(self):
+        faulty = self.folder / "faulty"
+        shutil.copytree(self.fleet.archive, faulty)
+        self.addCleanup(shutil.rmtree, faulty)
+        (faulty / "site.cfg").write_text("# other content\n")
+        told = self.update("--check", archive=str(faulty), check=False)
+        self.assertEqual((told["task_status"], len(told["written"])), ("ok", 12), told["msg"])
+
+    def test_verifies_only_where_that_is_asked_for(self):
+        told = self.update(element_names=["UserFirmware"], verify=False)
+        self.assertNotIn("verified", told["elements"][0])
+
+
+class AnUpdateThatIsDisturbed(Module):
+    """The processor board's firmware has 29,000 bytes, and no element of the first phase more than 20,092."""
+
+    def setUp(self):
+        super().setUp()
+        self.options = {"archive": str(self.fleet.archive), "events": str(self.events)}
+
+    def be_slow(self, bytes_per_second):
+        self.change_target(lambda target: target.update(clock="real", bytesPerSecond=bytes_per_second))
+
+    def begin(self):
+        """An engine at work, when the tool has begun a phase, and the tool's process."""
+        self.engine.recorded.write_text("")
+        playbook = self.engine.folder / "playbook.yml"
+        playbook.write_text(self.playbook("update", self.options))
+        engine = self.engine.start(["ansible-playbook", "-i", self.inventory, playbook])
+        self.addCleanup(engine.stdout.close)
+        wait_for(lambda: self.events.exists() and '"event":"progress"' in self.events.read_text())
+        tools = processes_of_target(self.target)
+        self.assertEqual(len(tools), 1)
+        self.addCleanup(self.end_tool)
+        return engine, tools[0]
+
+    def end_tool(self):
+        for process in processes_of_target(self.target):
+            os.kill(process.pid, signal.SIGKILL)
+
+    def end(self, engine):
+        line = self.engine.finished(engine).of("Task")["target0000"]
+        return dict(line["result"], task_status=line["status"])
+
+    def test_is_told_as_interrupted_where_a_signal_ended_it(self):
+        self.be_slow(5000)
+        engine, tool = self.begin()
+        os.kill(tool.pid, signal.SIGTERM)
+        told = self.end(engine)
+        self.assertEqual((told["task_status"], told["result"], told["status"]), ("failed", "interrupted", 143), told["msg"])
+        self.assertIn("the update was interrupted by SIGTERM: it ended in order, and no target stays locked", told["msg"])
+        self.assertTrue(told["changed"])
+        self.assertEqual(told["counts"], {"updated": 5, "notStarted": 7, "upToDate": 1, "noFile": 1})
+
+    def test_is_a_success_where_a_signal_came_in_its_last_phase(self):
+        self.options["board_types"] = ["KR5120"]
+        self.be_slow(8000)
+        engine, tool = self.begin()
+        os.kill(tool.pid, signal.SIGTERM)
+        told = self.end(engine)
+        self.assertEqual((told["task_status"], told["status"]), ("ok", 0), told["msg"])
+
+    def test_is_told_as_killed_where_the_tool_was_killed(self):
+        self.be_slow(2000)
+        engine, tool = self.begin()
+        os.kill(tool.pid, signal.SIGKILL)
+        told = self.end(engine)
+        self.assertEqual((told["task_status"], told["result"], told["status"]), ("failed", "interrupted", -9), told["msg"])
+        self.assertIn("trellan-update was killed by SIGKILL", told["msg"])
+        self.assertTrue(told["changed"])  # a phase had begun, so that it cannot be ruled out
+
+    def test_goes_on_where_the_module_is_killed_and_the_next_run_finds_its_result(self):
+        self.options["board_types"] = ["KR5120"]
+        self.be_slow(1000)
+        engine, tool = self.begin()
+        os.kill(tool.parent, signal.SIGKILL)
+        self.assertEqual(self.end(engine)["task_status"], "failed")
+        for flags in (["--check"], []):
+            told = self.task("update", self.options, *flags)
+            self.assertEqual((told["task_status"], told["changed"], told.get("running")), ("failed", False, True), told["msg"])
+            self.assertIn("an earlier update with the file of events %s is still running; nothing was done" % self.events,
+                          told["msg"])
+        wait_for(lambda: not processes_of_target(self.target))
+        told = self.task("update", self.options)
+        self.assertEqual((told["task_status"], told["changed"], told["msg"]), ("ok", False, "nothing to do"))
+        self.assertEqual(told["previous"]["result"], "success")
+        self.assertEqual([(element["name"], element["state"]) for element in told["previous"]["elements"]],
+                         [("UserFirmware", "updated"), ("UserFpga", "updated"), ("UserCpld", "updated")])
+        facts = self.task("facts", {"events": str(self.events)})
+        self.assertEqual(facts["ansible_facts"]["trellan"]["last_update"]["elements"], [])
+
+    def test_is_told_as_stalled_and_given_up(self):
+        self.change_target(lambda target: target.update(script={"elements": {"/ROOT/HCN#1": {
+            "polls": [{"status": 1, "done": 5, "total": 100}] * 400}}}))
+        told = self.update(stall_timeout=10, board_types=["KR5120"])
+        self.assertEqual((told["task_status"], told["result"], told["status"]), ("failed", "stalled", 8), told["msg"])
+        self.assertIn("the update has stalled and was given up, and the target is unlocked: no progress for 10 s", told["msg"])
+        self.assertIn("not updated: Processor board, SN 5000, Firmware, 23.1 -> 23.2 (still running)", told["reasons"])
+        self.assertEqual(told["counts"], {"running": 1, "upToDate": 1, "updated": 2})
+
+
+class Facts(Module):
+    def test_tell_what_is_installed_and_whether_it_can_be_rebooted(self):
+        told = self.task("facts", {})["ansible_facts"]["trellan"]
+        self.assertEqual(len(told["elements"]), 14)
+        self.assertEqual((told["elements"][0]["displayName"], told["elements"][0]["installedVersion"]),
+                         ("Processor board, SN 5000, Firmware", "23.1"))
+        self.assertEqual(told["reboot"], {"supported": False, "state": 2})
+        self.update()
+        told = self.task("facts", {"element_names": ["UserFirmware"]}, "--check")["ansible_facts"]["trellan"]
+        self.assertEqual([element["installedVersion"] for element in told["elements"]], ["23.2"])
+        self.assertEqual(told["reboot"], {"supported": True, "state": 0})
+
+    def test_have_an_inventory_against_which_check_mode_tells_the_same(self):
+        there = self.update("--check", "--diff")
+        recorded = self.folder / "recorded.json"
+        recorded.write_text(self.task("facts", {"inventory": True})["inventory"])
+        here = self.update("--check", "--diff", target=str(recorded))
+        for member in ("written", "reasons", "elements", "counts", "diff", "changed"):
+            self.assertEqual(there[member], here[member])
+
+    def test_fail_with_the_reason_where_the_target_cannot_be_read(self):
+        told = self.task("facts", {"target": "/nonexistent"})
+        self.assertEqual(told["task_status"], "failed")
+        self.assertIn("The target file /nonexistent cannot be read: No such file or directory.", told["msg"])
+
+
+del Module  # has no tests of its own
+
+if __name__ == "__main__":
+    unittest.main()
