@@ -1,73 +1,63 @@
-// A whole apply(): the archive is read, the target scanned, and its elements are assigned their files.
-//
-// Hard cases stand behind a plain archive of as many files and elements.
-#include <benchmark/benchmark.h>
-#include <stdlib.h>
-
-#include <stdexcept>
-
-#include "Cases.h"
+// The whole apply() of a comparison: the archive is read, the target scanned, and its elements are assigned their
+// files. Hard cases stand behind production.
+#include "AssignmentRun.h"
+#include "HardCases.h"
+#include "Measure.h"
+#include "Production.h"
 #include "Workspace.h"
-#include "inventory/ZoCUpdateInventory.h"
 
 namespace {
 
+void apply(benchmark::State& state, const std::filesystem::path& folder)
+{
+    const auto options = optionsFor(ZoNTrellanUpdater::COMPARE_VERSIONS, folder);
+    for ([[maybe_unused]] auto iteration : state) {
+        appliedUpdater(options);
+    }
+    const MemoryPeak peak;
+    appliedUpdater(options);
+    state.counters["peak_mb"] = peak.growth() / megabyte;
+}
+
 void apply(benchmark::State& state, Size size, const Case& data)
 {
-    Workspace workspace;
-    ZoNTrellanUpdater::ZoTOptions options;
-    options.command = ZoNTrellanUpdater::UPDATE;
-    options.descriptionFileName = "archive.json";
-    workspace.write("archive.json", descriptionOf(entriesOf(size.files, data)));
-    options.archivePath = workspace.path();
-    ::setenv("TRELLAN_TARGET", workspace.write("target.json", targetOf(size.elements, data)).c_str(), 1);
-    double assigned = 0;
-    for ([[maybe_unused]] auto iteration : state) {
-        OpenUpdater updater(options);
-        updater.setMessageCallBack([](const std::string&) {});
-        if (updater.apply() != 0) {
-            throw std::runtime_error("the archive or the target cannot be read");
-        }
-        assigned = 0;
-        for (const auto& element : updater.getInventory().getUpdateElementList()) {
-            assigned += element.updateFileIndex >= 0 ? 1 : 0;
-        }
-    }
-    state.counters["assigned"] = assigned;
-    ::unsetenv("TRELLAN_TARGET");
+    const TempDir folder;
+    folder.write("archive.json", textOf(descriptionOf(size.files, data.members)));
+    folder.write("target.json", textOf(targetOf(size.elements, data)));
+    apply(state, folder.path());
 }
 
-void applyPlain(benchmark::State& state)
+void applyProduction(benchmark::State& state)
 {
-    apply(state, {static_cast<unsigned>(state.range(0)), static_cast<unsigned>(state.range(1))}, manyBoardTypes());
+    apply(state, productionFolder(sizeOf(state)));
 }
 
-void applyFourListsOfTen(benchmark::State& state)
+void applyFourLists(benchmark::State& state)
 {
-    apply(state, {10000, 10000}, fourLists(10));
+    apply(state, {sizeOf(state), sizeOf(state)}, fourLists(10));
 }
 
-void applyTwentyFilesWithFourListsOf32(benchmark::State& state)
+void applyManyTypesAndIds(benchmark::State& state)
 {
-    apply(state, {20, 100000}, fourLists(32));
+    apply(state, {1, sizeOf(state)}, manyBoardTypesAndVersions(sizeOf(state)));
 }
 
-void applyOneFileOfManyBoardTypesAndVersions(benchmark::State& state)
+void applyManyBoardsAndIds(benchmark::State& state)
 {
-    apply(state, {1, 30000}, manyBoardTypesAndVersions(30000));
+    apply(state, {1, 2 * sizeOf(state)}, manyBoardsAndVersions(sizeOf(state)));
 }
 
-void applyOneFileOfManyBoardsAndVersions(benchmark::State& state)
+void applyOneKeyForAll(benchmark::State& state)
 {
-    apply(state, {1, 60000}, manyBoardsAndVersions(30000));
+    apply(state, {sizeOf(state), sizeOf(state)}, oneKeyForAll(sizeOf(state)));
 }
+
+constexpr auto sizes = {1000, 10000};
+
+const auto* const plain = measure("apply", applyProduction, {1000, 10000, 100000});
+const auto* const lists = measure("apply-four-lists-of-10", applyFourLists, sizes);
+const auto* const types = measure("apply-many-types-and-ids", applyManyTypesAndIds, sizes);
+const auto* const boards = measure("apply-many-boards-and-ids", applyManyBoardsAndIds, sizes);
+const auto* const oneKey = measure("apply-one-key-for-all", applyOneKeyForAll, sizes);
 
 }  // namespace
-
-#define TRELLAN_BENCHMARK(function) BENCHMARK(function)->Unit(benchmark::kMillisecond)
-
-TRELLAN_BENCHMARK(applyPlain)->Args({10000, 10000})->Args({20, 100000})->Args({1, 30000})->Args({1, 60000});
-TRELLAN_BENCHMARK(applyFourListsOfTen);
-TRELLAN_BENCHMARK(applyTwentyFilesWithFourListsOf32);
-TRELLAN_BENCHMARK(applyOneFileOfManyBoardTypesAndVersions);
-TRELLAN_BENCHMARK(applyOneFileOfManyBoardsAndVersions);

@@ -1,6 +1,5 @@
 // Reading an archive's description; beside it what parsers take that know nothing of the format, which then only copy
 // eight members of each entry, and what reading the file's bytes takes. Destruction is part of it.
-#include <benchmark/benchmark.h>
 #include <rapidjson/document.h>
 #include <simdjson.h>
 
@@ -8,60 +7,34 @@
 #include <memory>
 #include <stdexcept>
 
+#include "Measure.h"
+#include "Production.h"
 #include "Workspace.h"
-#include "archive/ZoCUpdateArchive.h"
 
 namespace {
 
-// One of 40 board types; one entry of five has board objects, one of fifty is a file on the flash drive.
-nlohmann::json entry(unsigned i)
+std::string descriptionFile(const benchmark::State& state)
 {
-    const std::string number = std::to_string(i);
-    const std::string type = "KR" + std::to_string(5000 + i % 40);
-    nlohmann::json members = {{"name", "firmware/board-" + std::to_string(i % 40) + "/image-" + number + ".bin"},
-                              {"sequence", i % 10 + 1},
-                              {"version", "23." + std::to_string(i % 7) + "." + std::to_string(i % 50)},
-                              {"checksumCrc32", i * 2654435761U}};
-    if (i % 5 == 0) {
-        members["boards"] = {{{"boardType", type}, {"id", i}, {"boardVariant", nullptr}},
-                             {{"boardType", {type + "-A", type + "-B"}},
-                              {"id", i},
-                              {"hwCompatibilityId", {1, 2, 3}},
-                              {"boardId", {i, i + 1}}}};
-    } else if (i % 50 == 1) {
-        members["boardType"] = type;
-        members["targetPath"] = "/opt/application/file-" + number + ".cfg";
-    } else {
-        members["boardType"] = type;
-        members["id"] = i;
-        members["boardVariant"] = "V" + std::to_string(i % 3);
-        members["hwCompatibilityId"] = {1, 2, 3};
-        members["swCompatibilityId"] = {i % 5};
-    }
-    return members;
+    return (productionFolder(sizeOf(state)) / "archive.json").string();
 }
 
-// The file with the description of an archive of so many entries, as people write it: with indentation.
-std::string write(const Workspace& workspace, std::int64_t count)
+// Measures `read`, and how far memory grows for each byte of the description.
+template <class Read>
+void measureReading(benchmark::State& state, Read read)
 {
-    nlohmann::json entries = nlohmann::json::array();
-    for (unsigned i = 0; i < static_cast<unsigned>(count); ++i) {
-        entries.push_back(entry(i));
+    const std::string path = descriptionFile(state);
+    for ([[maybe_unused]] auto iteration : state) {
+        read(path);
     }
-    return workspace.write("archive.json", descriptionOf(std::move(entries)).dump(2).c_str());
+    const MemoryPeak peak;
+    read(path);
+    state.counters["peak_per_byte"] = peak.growth() / static_cast<double>(std::filesystem::file_size(path));
 }
 
-void descriptionRead(benchmark::State& state)
+void readDescription(benchmark::State& state)
 {
     Workspace workspace;
-    const std::string path = write(workspace, state.range(0));
-    ZoCUpdateArchive& archive = workspace.updater().getArchive();
-    for ([[maybe_unused]] auto iteration : state) {
-        if (!archive.readDescriptionFileJson(workspace.errors(), path)) {
-            throw std::runtime_error("the archive description is not valid");
-        }
-    }
-    state.SetComplexityN(state.range(0));
+    measureReading(state, [&](const std::string& path) { workspace.readArchive(path); });
 }
 
 std::string bytesOf(const std::string& path)
@@ -83,19 +56,16 @@ struct Record {
 constexpr const char* textNames[] = {"name", "version", "boardType", "targetPath"};
 constexpr const char* numberNames[] = {"sequence", "checksumCrc32", "id", "swCompatibilityId"};
 
-// A rival: `readRecords` gives the records of the description in `bytes`.
-template <class ReadRecords>
-void rival(benchmark::State& state, ReadRecords readRecords)
+using ReadRecords = std::vector<Record> (*)(const std::string& bytes);
+
+template <ReadRecords readRecords>
+void readByRival(benchmark::State& state)
 {
-    Workspace workspace;
-    const std::string path = write(workspace, state.range(0));
-    for ([[maybe_unused]] auto iteration : state) {
-        const std::vector<Record> records = readRecords(bytesOf(path));
-        if (records.size() != static_cast<std::size_t>(state.range(0))) {
+    measureReading(state, [&](const std::string& path) {
+        if (readRecords(bytesOf(path)).size() != sizeOf(state)) {
             throw std::runtime_error("not all entries were read");
         }
-    }
-    state.SetComplexityN(state.range(0));
+    });
 }
 
 std::vector<Record> readWithNlohmann(const std::string& bytes)
@@ -157,25 +127,17 @@ std::vector<Record> readWithSimdjson(const std::string& bytes)
     return records;
 }
 
-void descriptionReadFread(benchmark::State& state)
+void readBytes(benchmark::State& state)
 {
-    Workspace workspace;
-    const std::string path = write(workspace, state.range(0));
-    for ([[maybe_unused]] auto iteration : state) {
-        benchmark::DoNotOptimize(bytesOf(path));
-    }
-    state.SetComplexityN(state.range(0));
+    measureReading(state, [](const std::string& path) { benchmark::DoNotOptimize(bytesOf(path)); });
 }
 
-void sizes(benchmark::internal::Benchmark* benchmark)
-{
-    benchmark->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond)->Complexity();
-}
+constexpr auto sizes = {1000, 10000, 100000};
+
+const auto* const own = measure("description-read", readDescription, sizes);
+const auto* const nlohmann = measure("description-read-nlohmann", readByRival<readWithNlohmann>, sizes);
+const auto* const rapid = measure("description-read-rapidjson", readByRival<readWithRapidjson>, sizes);
+const auto* const simd = measure("description-read-simdjson", readByRival<readWithSimdjson>, sizes);
+const auto* const bytesAlone = measure("description-read-fread", readBytes, sizes);
 
 }  // namespace
-
-BENCHMARK(descriptionRead)->Name("description-read")->Apply(sizes);
-BENCHMARK_CAPTURE(rival, nlohmann, readWithNlohmann)->Name("description-read-nlohmann")->Apply(sizes);
-BENCHMARK_CAPTURE(rival, rapidjson, readWithRapidjson)->Name("description-read-rapidjson")->Apply(sizes);
-BENCHMARK_CAPTURE(rival, simdjson, readWithSimdjson)->Name("description-read-simdjson")->Apply(sizes);
-BENCHMARK(descriptionReadFread)->Name("description-read-fread")->Apply(sizes);

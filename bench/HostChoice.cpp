@@ -1,26 +1,20 @@
 // A host's choice among the elements: each of them is disabled, one after the other.
-#include <benchmark/benchmark.h>
-
+#include "Measure.h"
 #include "Workspace.h"
-#include "inventory/ZoCUpdateInventory.h"
 
 namespace {
 
 void disableEveryElement(benchmark::State& state)
 {
-    const auto count = static_cast<unsigned>(state.range(0));
     Workspace workspace;
-    for (unsigned i = 0; i < count; ++i) {
-        workspace.updater().getInventory().appendElement();
-    }
+    workspace.makeElements(sizeOf(state), [](Element&, unsigned) {});
     for ([[maybe_unused]] auto iteration : state) {
-        for (unsigned index = 0; index < count; ++index) {
+        for (unsigned index = 0; index < sizeOf(state); ++index) {
             workspace.updater().disableUpdateElement(index);
         }
     }
-    state.SetComplexityN(state.range(0));
 }
 
-}  // namespace
+const auto* const registered = measure("disable-every-element", disableEveryElement, {1000, 10000, 100000});
 
-BENCHMARK(disableEveryElement)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond)->Complexity();
+}  // namespace

@@ -1,32 +1,19 @@
 // Telling which entries of an archive no element is ever given.
-#include <benchmark/benchmark.h>
-
-#include <functional>
 #include <random>
-#include <stdexcept>
 
+#include "Measure.h"
 #include "Workspace.h"
 #include "archive/ZoCUpdateArchive.h"
 #include "inspection/Reachability.h"
 
 namespace {
 
-using Members = std::function<nlohmann::json(unsigned)>;  // of the file entry with this number
-
 void tell(benchmark::State& state, const Members& members)
 {
     Workspace workspace;
-    nlohmann::json entries = nlohmann::json::array();
-    for (unsigned i = 0; i < static_cast<unsigned>(state.range(0)); ++i) {
-        entries.push_back(entryOf(members(i)));
-    }
-    const std::string path = workspace.write("archive.json", descriptionOf(entries));
-    ZoCUpdateArchive& archive = workspace.updater().getArchive();
-    if (!archive.readDescriptionFileJson(workspace.errors(), path)) {
-        throw std::runtime_error("the archive description is not valid");
-    }
+    workspace.readArchive(sizeOf(state), members);
     std::vector<const ZoNUpdateArchive::ZoSUpdateFile*> files;
-    for (const auto& file : archive.getUpdateFileList()) {
+    for (const auto& file : workspace.updater().getArchive().getUpdateFileList()) {
         files.push_back(&file);
     }
     double reached = 0;
@@ -37,10 +24,9 @@ void tell(benchmark::State& state, const Members& members)
         }
     }
     state.counters["reached"] = reached;
-    state.SetComplexityN(state.range(0));
 }
 
-nlohmann::json entry(const nlohmann::json& type, unsigned id)
+Json entry(const Json& type, unsigned id)
 {
     return {{"boardType", type}, {"id", id}};
 }
@@ -49,12 +35,11 @@ nlohmann::json entry(const nlohmann::json& type, unsigned id)
 Members listsOutOf(unsigned world)
 {
     return [world, random = std::mt19937(1)](unsigned) mutable {
-        nlohmann::json made = entry("T", 1);
+        Json made = entry("T", 1);
         for (const char* const key : {"boardId", "hwCompatibilityId", "swCompatibilityId", "boardVariant"}) {
             for (int i = 0; i < 10; ++i) {
                 const auto value = static_cast<unsigned>(random() % world);
-                made[key].push_back(key == std::string("boardVariant") ? nlohmann::json(std::to_string(value))
-                                                                       : nlohmann::json(value));
+                made[key].push_back(key == std::string("boardVariant") ? Json(std::to_string(value)) : Json(value));
             }
         }
         return made;
@@ -69,7 +54,7 @@ void reachOfPlainEntries(benchmark::State& state)
 void reachOfOneKind(benchmark::State& state)
 {
     tell(state, [](unsigned i) {
-        nlohmann::json made = entry("T", 1);
+        Json made = entry("T", 1);
         made["hwCompatibilityId"] = i;
         return made;
     });
@@ -94,7 +79,7 @@ void reachOfListsInALargeWorld(benchmark::State& state)
 void reachOfASharedValueOfEachProperty(benchmark::State& state)
 {
     tell(state, [](unsigned i) {
-        nlohmann::json made = entry("T", 1);
+        Json made = entry("T", 1);
         for (const char* const key : {"boardId", "hwCompatibilityId", "swCompatibilityId"}) {
             made[key] = {0, i + 1};
         }
@@ -106,7 +91,7 @@ void reachOfASharedValueOfEachProperty(benchmark::State& state)
 void reachOfASharedBoardId(benchmark::State& state)
 {
     tell(state, [](unsigned i) {
-        nlohmann::json made = entry("T", 1);
+        Json made = entry("T", 1);
         made["boardId"] = 5;
         made["hwCompatibilityId"] = {i, i + 1};
         made["swCompatibilityId"] = {i % 100, 100};
@@ -117,27 +102,27 @@ void reachOfASharedBoardId(benchmark::State& state)
 // One entry for many board types and ids, after another one.
 void reachOfManyTypesAndIds(benchmark::State& state)
 {
-    const auto count = static_cast<unsigned>(state.range(0)) * 1000;
-    nlohmann::json types, ids;
+    const auto count = sizeOf(state) * 1000;
+    Json types, ids;
     for (unsigned i = 0; i < count; ++i) {
         types.push_back("T" + std::to_string(i));
         ids.push_back(i);
     }
     tell(state, [&](unsigned i) {
-        nlohmann::json made = entry(types, 1);
+        Json made = entry(types, 1);
         made["boardId"] = ids;
         made["boardId"].push_back(count + i);
         return made;
     });
 }
 
-}  // namespace
+const auto* const plain = measure("reach-plain", reachOfPlainEntries, {1000, 10000, 50000});
+const auto* const oneKind = measure("reach-one-kind", reachOfOneKind, {1000, 10000, 50000});
+const auto* const equal = measure("reach-equal", reachOfEqualEntries, {1000, 10000, 50000});
+const auto* const smallWorld = measure("reach-lists-of-20-values", reachOfListsInASmallWorld, {200, 1000, 4000});
+const auto* const largeWorld = measure("reach-lists-of-200-values", reachOfListsInALargeWorld, {200, 1000, 4000});
+const auto* const sharedValues = measure("reach-shared-value", reachOfASharedValueOfEachProperty, {1000, 10000});
+const auto* const sharedId = measure("reach-shared-board-id", reachOfASharedBoardId, {1000, 10000});
+const auto* const typesAndIds = measure("reach-many-types-and-ids", reachOfManyTypesAndIds, {2, 6, 15});
 
-BENCHMARK(reachOfPlainEntries)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
-BENCHMARK(reachOfOneKind)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
-BENCHMARK(reachOfEqualEntries)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
-BENCHMARK(reachOfListsInASmallWorld)->Arg(200)->Arg(10000)->Unit(benchmark::kMillisecond);
-BENCHMARK(reachOfListsInALargeWorld)->Arg(200)->Arg(10000)->Unit(benchmark::kMillisecond);
-BENCHMARK(reachOfASharedValueOfEachProperty)->Arg(10000)->Unit(benchmark::kMillisecond);
-BENCHMARK(reachOfASharedBoardId)->Arg(10000)->Unit(benchmark::kMillisecond);
-BENCHMARK(reachOfManyTypesAndIds)->Arg(2)->Arg(30)->Unit(benchmark::kMillisecond);
+}  // namespace

@@ -1,54 +1,78 @@
 #include "Workspace.h"
 
-#include <unistd.h>
+#include <stdlib.h>
 
-#include <fstream>
+#include <algorithm>
 #include <stdexcept>
 
-Workspace::Workspace() : instance(std::make_unique<OpenUpdater>(ZoNTrellanUpdater::ZoTOptions()))
+#include "archive/ZoCUpdateArchive.h"
+#include "inventory/ZoCUpdateInventory.h"
+
+namespace {
+
+std::unique_ptr<OpenUpdater> silentUpdater(const ZoNTrellanUpdater::ZoTOptions& options)
 {
-    std::string name = (std::filesystem::temp_directory_path() / "trellan-bench-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) {
-        throw std::runtime_error("cannot make the folder " + name);
+    auto updater = std::make_unique<OpenUpdater>(options);
+    updater->setMessageCallBack([](const std::string&) {});
+    return updater;
+}
+
+}  // namespace
+
+Workspace::Workspace(const ZoNTrellanUpdater::ZoTOptions& options)
+    : instance(silentUpdater(options)), errorList(ZoNUpdateBase::makeErrorList())
+{
+}
+
+std::string Workspace::write(const std::string& name, const std::string& text) const
+{
+    return folder.write(name, text).string();
+}
+
+void Workspace::readArchive(unsigned count, const Members& members)
+{
+    readArchive(write("archive.json", textOf(descriptionOf(count, members))));
+}
+
+void Workspace::readArchive(const std::filesystem::path& description)
+{
+    if (!instance->getArchive().readDescriptionFileJson(*errorList, description.string())) {
+        throw std::runtime_error("the archive description is not valid");
     }
-    folder = name;
-    errorList = ZoNUpdateBase::makeErrorList();
-    instance->setMessageCallBack([](const std::string&) {});
 }
 
-Workspace::~Workspace()
+void Workspace::makeElements(unsigned count, const Change& change)
 {
-    std::error_code ignored;
-    std::filesystem::remove_all(folder, ignored);
-}
-
-std::string Workspace::write(const std::string& name, const nlohmann::json& document) const
-{
-    return write(name, document.dump().c_str());
-}
-
-std::string Workspace::write(const std::string& name, const char* content) const
-{
-    const std::filesystem::path path = folder / name;
-    std::ofstream file(path);
-    file << content;
-    if (!file.flush()) {
-        throw std::runtime_error("cannot write " + path.string());
+    for (unsigned i = 0; i < count; ++i) {
+        ZoNUpdateInventory::ZoSUpdateElement& element = instance->getInventory().appendElement();
+        const std::uint32_t index = element.index;
+        static_cast<Element&>(element) = elementOf(i, change);
+        element.index = index;
     }
-    return path.string();
 }
 
-nlohmann::json descriptionOf(nlohmann::json entries)
+double Workspace::assignedElements()
 {
-    return {
-        {"info",
-         {{"formatVersion", "1.0"}, {"archiveVersion", "1.0"}, {"productName", "Product"}, {"archiveName", "Archive"}}},
-        {"files", std::move(entries)}};
+    const auto& elements = instance->getInventory().getUpdateElementList();
+    return static_cast<double>(std::count_if(elements.begin(), elements.end(),
+                                             [](const auto& element) { return element.updateFileIndex >= 0; }));
 }
 
-nlohmann::json entryOf(const nlohmann::json& members)
+ZoNTrellanUpdater::ZoTOptions optionsFor(ZoNTrellanUpdater::ZoTCommand command, const std::filesystem::path& folder)
 {
-    nlohmann::json entry = {{"name", "file.bin"}, {"sequence", 1}, {"checksumCrc32", 1}, {"version", "2.0"}};
-    entry.update(members);
-    return entry;
+    ::setenv("TRELLAN_TARGET", (folder / "target.json").c_str(), 1);
+    ZoNTrellanUpdater::ZoTOptions options;
+    options.command = command;
+    options.archivePath = folder.string();
+    options.descriptionFileName = "archive.json";
+    return options;
+}
+
+std::unique_ptr<OpenUpdater> appliedUpdater(const ZoNTrellanUpdater::ZoTOptions& options)
+{
+    std::unique_ptr<OpenUpdater> updater = silentUpdater(options);
+    if (updater->apply() != 0) {
+        throw std::runtime_error("the archive or the target cannot be read");
+    }
+    return updater;
 }

@@ -1,40 +1,47 @@
 // Workspace: a folder for what a benchmark reads, and an updater that prints nothing.
 #pragma once
 
-#include <filesystem>
-#include <nlohmann/json.hpp>
+#include <memory>
 #include <string>
 
+#include "Inputs.h"
 #include "base/ErrorListHandle.h"
 #include "libZoErrorHandling/ZoCErrorList.h"
 #include "support/OpenUpdater.h"
+#include "support/TempDir.h"
 
 class Workspace {
 public:
-    // Makes a fresh folder, which is removed with the workspace.
-    Workspace();
-    ~Workspace();
-    Workspace(const Workspace&) = delete;
-    Workspace& operator=(const Workspace&) = delete;
+    explicit Workspace(const ZoNTrellanUpdater::ZoTOptions& options = {});
 
-    // Writes `document`, or any other content, to the folder's file `name` and returns its path.
-    std::string write(const std::string& name, const nlohmann::json& document) const;
+    // Writes `text` to the folder's file `name` and returns its path.
+    std::string write(const std::string& name, const std::string& text) const;
 
-    std::string write(const std::string& name, const char* content) const;
+    // Makes an archive.json for `count` files of the case in the folder, and reads it. Throws std::runtime_error when
+    // it is not valid.
+    void readArchive(unsigned count, const Members& members);
 
-    const std::filesystem::path& path() const { return folder; }
+    // The same for an archive.json that there is.
+    void readArchive(const std::filesystem::path& description);
+
+    // Makes the first `count` elements of the case those that the updater has found.
+    void makeElements(unsigned count, const Change& change);
+
+    // How many elements have a file.
+    double assignedElements();
 
     OpenUpdater& updater() { return *instance; }
     ZoCErrorListPool& errors() { return *errorList; }
 
 private:
-    std::filesystem::path folder;
+    TempDir folder;
     std::unique_ptr<OpenUpdater> instance;
     ZoNUpdateBase::ErrorListHandle errorList;
 };
 
-// A description of an archive with these file entries.
-nlohmann::json descriptionOf(nlohmann::json entries);
+// Options for a command with archive.json and target.json in `folder`, whose target becomes the process's.
+ZoNTrellanUpdater::ZoTOptions optionsFor(ZoNTrellanUpdater::ZoTCommand command, const std::filesystem::path& folder);
 
-// A file entry with a version, a checksum and a sequence, and `members`.
-nlohmann::json entryOf(const nlohmann::json& members);
+// An updater that prints nothing and has carried out apply(). Throws std::runtime_error when the archive or the target
+// cannot be read.
+std::unique_ptr<OpenUpdater> appliedUpdater(const ZoNTrellanUpdater::ZoTOptions& options);

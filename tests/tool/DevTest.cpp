@@ -159,6 +159,7 @@ TEST_F(Dev, AMistakeIsNamedAndNothingIsDone)
         {"setup now", "nothing is expected behind setup, and not 'now'"},
         {"approve all", "nothing is expected behind approve, and not 'all'"},
         {"format tool", "nothing is expected behind format, and not 'tool'"},
+        {"bench read write", "nothing is expected behind the filter, and not 'write'"},
         {"help test", "nothing is expected behind help, and not 'test'"},
     };
     for (const auto& [command, mistake] : mistakes) {
@@ -168,6 +169,30 @@ TEST_F(Dev, AMistakeIsNamedAndNothingIsDone)
         EXPECT_EQ(result.errors, "./dev: " + mistake + "\nSee ./dev help.\n");
     }
     EXPECT_FALSE(fs::exists(folder.path() / "built"));
+}
+
+TEST_F(Dev, BenchPrintsTheTableOfWhatItHasMeasured)
+{
+    recordCalls();
+    script("build/release/bin/trellan-bench", "echo $* >>calls; echo results >build/bench/benchmarks.json");
+    script("bench/table.py", "echo table of; cat $1");
+    const ProcessResult result = dev("bench '^read/'");
+    EXPECT_EQ(result.output, "table of\nresults\n");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(calls(),
+              "cmake --preset release\n"
+              "cmake --build --preset release --target trellan-bench\n"
+              "--benchmark_out=build/bench/benchmarks.json --benchmark_repetitions=5 --benchmark_min_time=0.05 "
+              "--benchmark_filter=^read/\n");
+}
+
+TEST_F(Dev, BenchPrintsNoTableWhereABenchmarkFails)
+{
+    script("build/release/bin/trellan-bench", "exit 134");
+    script("bench/table.py", "echo table");
+    const ProcessResult result = dev("bench");
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.status, 134);
 }
 
 TEST_F(Dev, TestBuildsAndRunsEverythingOptimisedAndUnderTheSanitizers)

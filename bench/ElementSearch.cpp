@@ -1,9 +1,8 @@
 // The search for update elements in an inventory tree.
-#include <benchmark/benchmark.h>
-
 #include <memory>
 #include <stdexcept>
 
+#include "Measure.h"
 #include "Workspace.h"
 #include "inventory/ZoCUpdateInventory.h"
 #include "libZoInventoryTree/ZoCInventoryData.h"
@@ -13,9 +12,9 @@ namespace {
 
 constexpr unsigned elementsOfBoard = 8;
 
-nlohmann::json boardWithElements(unsigned index)
+Json boardWithElements(unsigned index)
 {
-    nlohmann::json elements = nlohmann::json::array();
+    Json elements = Json::array();
     for (unsigned i = 1; i <= elementsOfBoard; ++i) {
         elements.push_back({{"id", "UPDATE_ELEMENT[" + std::to_string(i) + "]"},
                             {"parameters",
@@ -34,9 +33,9 @@ nlohmann::json boardWithElements(unsigned index)
 
 // A unit whose boards stand before and behind the units inside it, so that most elements are found when elements of
 // later units are already in the list.
-nlohmann::json unitWithBoards(unsigned units, unsigned boardsOfUnit)
+Json unitWithBoards(unsigned units, unsigned boardsOfUnit)
 {
-    nlohmann::json items = nlohmann::json::array();
+    Json items = Json::array();
     for (unsigned i = 1; i <= boardsOfUnit; ++i) {
         if (i == boardsOfUnit / 2 && units > 1) {
             items.push_back(unitWithBoards(units - 1, boardsOfUnit));
@@ -48,38 +47,30 @@ nlohmann::json unitWithBoards(unsigned units, unsigned boardsOfUnit)
 
 std::unique_ptr<ZoCInventoryItem> treeOf(Workspace& workspace, unsigned elements, unsigned units)
 {
-    const nlohmann::json document = {
+    const Json document = {
         {"inventoryTree", {{"id", "ROOT"}, {"items", {unitWithBoards(units, elements / elementsOfBoard / units)}}}}};
     ZoCInventoryItem* root = nullptr;
     bool hasChecksum = false;
     unsigned checksum = 0;
-    ZoCInventoryData::extractInventoryTreeFromFile(workspace.errors(), workspace.write("tree.json", document).c_str(),
-                                                   root, hasChecksum, checksum);
+    ZoCInventoryData::extractInventoryTreeFromFile(
+        workspace.errors(), workspace.write("tree.json", textOf(document)).c_str(), root, hasChecksum, checksum);
     if (root == nullptr) {
         throw std::runtime_error(workspace.errors().getErrorText(0));
     }
     return std::unique_ptr<ZoCInventoryItem>(root);
 }
 
-void searchElementsOfFewUnits(benchmark::State& state)
+void searchElements(benchmark::State& state)
 {
-    const auto count = static_cast<unsigned>(state.range(0));
     Workspace workspace;
-    const std::unique_ptr<ZoCInventoryItem> tree = treeOf(workspace, count, 5);
+    const std::unique_ptr<ZoCInventoryItem> tree = treeOf(workspace, sizeOf(state), 5);
     ZoCUpdateInventory& inventory = workspace.updater().getInventory();
     for ([[maybe_unused]] auto iteration : state) {
         inventory.searchUpdateElements(workspace.errors(), tree.get(), nullptr, true);
     }
     state.counters["found"] = static_cast<double>(inventory.getUpdateElementList().size());
-    state.SetComplexityN(state.range(0));
 }
 
-}  // namespace
+const auto* const registered = measure("element-search", searchElements, {1000, 10000, 50000});
 
-BENCHMARK(searchElementsOfFewUnits)
-    ->Arg(1000)
-    ->Arg(4000)
-    ->Arg(16000)
-    ->Arg(64000)
-    ->Unit(benchmark::kMillisecond)
-    ->Complexity();
+}  // namespace

@@ -1,6 +1,4 @@
-#include "Cases.h"
-
-#include "Workspace.h"
+#include "HardCases.h"
 
 namespace {
 
@@ -9,17 +7,17 @@ public:
     // Each list of a file has `length` of the length + 1 values of its sort.
     explicit TwoSorts(unsigned length) : length(length) {}
 
-    nlohmann::json members(unsigned file) const
+    Json members(unsigned file) const
     {
         const unsigned sorts = odd(file);
-        nlohmann::json result = {{"boardType", "T"}, {"id", 1}};
+        Json result = {{"boardType", "T"}, {"id", 1}};
         unsigned bit = 0;
         for (const char* property : {"boardVariant", "boardId", "hwCompatibilityId", "swCompatibilityId"}) {
-            nlohmann::json& list = result[property] = nlohmann::json::array();
+            Json& list = result[property] = Json::array();
             for (unsigned value = 0; value <= length; ++value) {
                 if (value != (file >> bit) % (length + 1)) {
                     const unsigned number = value + (sorts >> bit & 1) * 1000;
-                    list.push_back(bit == 0 ? nlohmann::json(numbered("V", number)) : nlohmann::json(number));
+                    list.push_back(bit == 0 ? Json(numbered("V", number)) : Json(number));
                 }
             }
             ++bit;
@@ -54,9 +52,9 @@ private:
     unsigned length;
 };
 
-nlohmann::json manyVersions(unsigned count)
+Json manyVersions(unsigned count)
 {
-    nlohmann::json entry = {{"id", 1}};
+    Json entry = {{"id", 1}};
     for (unsigned i = 0; i < count; ++i) {
         entry["hwCompatibilityId"].push_back(i + 1);
     }
@@ -65,62 +63,10 @@ nlohmann::json manyVersions(unsigned count)
 
 }  // namespace
 
-std::string numbered(const char* text, unsigned number)
-{
-    return text + std::to_string(number);
-}
-
-nlohmann::json entriesOf(unsigned count, const Case& data)
-{
-    nlohmann::json entries = nlohmann::json::array();
-    for (unsigned i = 0; i < count; ++i) {
-        entries.push_back(entryOf(data.members(i)));
-    }
-    return entries;
-}
-
-Element elementOf(unsigned number, const Case& data)
-{
-    Element element;
-    element.boardType = ZoCString("T");
-    element.id = 1;
-    element.valid = true;
-    element.active = true;
-    data.change(element, number);
-    return element;
-}
-
-nlohmann::json targetOf(unsigned count, const Case& data)
-{
-    nlohmann::json boards = nlohmann::json::array();
-    for (unsigned i = 0; i < count; ++i) {
-        const Element element = elementOf(i, data);
-        const nlohmann::json item = {{"id", "UPDATE_ELEMENT[1]"},
-                                     {"parameters",
-                                      {{"ID", element.id},
-                                       {"NAME", "UserFirmware"},
-                                       {"CONFIGURATION", 0},
-                                       {"VALID", 1},
-                                       {"ACTIVE", 1},
-                                       {"VERSION", "1.0"},
-                                       {"CHECKSUM_CRC32", 7},
-                                       {"HW_COMPATIBILITY_ID", element.hwCompatibilityId},
-                                       {"SW_COMPATIBILITY_ID", element.swCompatibilityId}}}};
-        boards.push_back({{"id", "IOMODULE[" + std::to_string(i + 1) + "]"},
-                          {"parameters",
-                           {{"PRODUCT/BOARD_TYPE", element.boardType.c_str()},
-                            {"PRODUCT/VARIANT", element.variant.c_str()},
-                            {"PRODUCT/ID", element.productId},
-                            {"PRODUCT/SERIAL_NUMBER", i + 1}}},
-                          {"items", {{{"id", "UPDATE_INFO"}, {"items", {item}}}}}});
-    }
-    return {{"tree", {{"id", "ROOT"}, {"items", std::move(boards)}}}};
-}
-
 Case manyBoardTypes()
 {
     return {[](unsigned i) {
-                return nlohmann::json{{"boardType", numbered("T", i)}, {"id", 1}};
+                return Json{{"boardType", numbered("T", i)}, {"id", 1}};
             },
             [](Element& element, unsigned i) { element.boardType = ZoCString(numbered("T", i).c_str()); }};
 }
@@ -134,7 +80,7 @@ Case fourLists(unsigned length)
 
 Case manyBoardTypesAndVersions(unsigned count)
 {
-    nlohmann::json entry = manyVersions(count);
+    Json entry = manyVersions(count);
     for (unsigned type = 0; type < count; ++type) {
         entry["boardType"].push_back(numbered("T", type));
     }
@@ -144,7 +90,7 @@ Case manyBoardTypesAndVersions(unsigned count)
 
 Case manyBoardsAndVersions(unsigned count)
 {
-    nlohmann::json entry = manyVersions(count);
+    Json entry = manyVersions(count);
     for (unsigned type = 0; type < count; ++type) {
         entry["boards"].push_back({{"boardType", numbered("T", type)}});
     }
@@ -153,4 +99,12 @@ Case manyBoardsAndVersions(unsigned count)
                 element.boardType = ZoCString(numbered("T", i / 2).c_str());
                 element.productId = i % 2;
             }};
+}
+
+Case oneKeyForAll(unsigned count)
+{
+    return {[](unsigned i) {
+                return Json{{"boardType", "T"}, {"id", 1}, {"swCompatibilityId", {i, i + 1}}};
+            },
+            [=](Element& element, unsigned) { element.swCompatibilityId = count; }};
 }

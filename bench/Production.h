@@ -1,0 +1,15 @@
+// Inputs like those that archives and targets are in the field, in any size.
+#pragma once
+
+#include <filesystem>
+
+#include "Inputs.h"
+
+// Boards of 40 types with eight elements each. Of the entries one of five has board objects, one of fifty is for a file
+// on the flash drive; variants, types and ids stand in arrays. The entry with a number fits the element with this
+// number and no other, and one element of four has its content already.
+Case production();
+
+// A folder with archive.json and target.json, which have as many entries and elements. Written at the first call for
+// this size, and removed at the end of the program.
+const std::filesystem::path& productionFolder(unsigned count);

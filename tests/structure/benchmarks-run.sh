@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# Checks that each benchmark still runs, at its smallest size, and that the results are what the table expects.
+# Usage: benchmarks-run.sh PROJECT_FOLDER BENCHMARKS
+set -u
+root=${1:?project folder}
+benchmarks=${2:?program}
+results=$(mktemp)
+trap 'rm -f "$results"' EXIT
+
+TRELLAN_BENCH_SMALLEST=1 "$benchmarks" --benchmark_min_time=0.000001 --benchmark_out="$results" 2>/dev/null ||
+    { echo "the benchmarks fail"; exit 1; }
+table=$("$root/bench/table.py" "$results") || exit 1
+for name in apply assign assign-plain-walk check compare coverage description-read description-read-nlohmann \
+    description-read-rapidjson description-read-simdjson description-read-fread element-search explain installed \
+    table-compare update-few-polls update-many-polls; do
+    grep -qE "^$name/[0-9]+ +\| +[0-9.]+ ms" <<<"$table" || { echo "there is no benchmark $name with a size"; exit 1; }
+done
+echo "$(($(wc -l <<<"$table") - 1)) benchmarks run"
