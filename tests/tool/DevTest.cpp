@@ -130,6 +130,14 @@ TEST_F(Dev, ThreadsRunsTheTestsThatAreBuiltForThat)
     EXPECT_EQ(calls(), "cmake --preset thread\ncmake --build --preset thread\ntested\n");
 }
 
+TEST_F(Dev, MutateHandsItsOptionsOnAndFailsWhereTooMuchSurvived)
+{
+    script("tools/python3", "echo $*; exit 1");
+    const ProcessResult result = dev("mutate --count 3 tool/Streams.cpp");
+    EXPECT_EQ(result.output, "-B tests/mutation/mutate.py --count 3 tool/Streams.cpp\n");
+    EXPECT_EQ(result.status, 1);
+}
+
 TEST_F(Dev, BuildLeavesNothingBesideTheBuildFolder)
 {
     script("tools/cmake", "kill -KILL $PPID");
