@@ -91,6 +91,17 @@ TEST(TemporaryEndings, AreRecognisedWhicheverIsDrawn)
     }
 }
 
+TEST(TemporaryEndings, AreDrawnFromAllDigitsAndLetters)
+{
+    std::string drawn;
+    for (int draw = 0; draw < 1000; ++draw) {
+        drawn += drawTemporaryEnding();
+    }
+    for (const char each : std::string("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz")) {
+        EXPECT_NE(drawn.find(each), std::string::npos) << each;
+    }
+}
+
 TEST(TemporaryEndings, DifferFromDrawToDraw)
 {
     EXPECT_NE(drawTemporaryEnding(), drawTemporaryEnding());

@@ -60,6 +60,13 @@ TEST(CoveragePage, HoldsTheDocumentThatIsPrinted)
     EXPECT_EQ(occurrences(page.text, "@"), occurrences(page.text, "@page") + occurrences(page.text, "@media"));
 }
 
+TEST(CoveragePage, HoldsTheDocumentWithoutLineEndsAndIndentation)
+{
+    const std::string embedded = pageWith("one.bin", "KR5120").embedded();
+    EXPECT_EQ(occurrences(embedded, "\n"), 0u);
+    EXPECT_EQ(occurrences(embedded, "  "), 0u) << embedded;
+}
+
 TEST(CoveragePage, LetsNoNameEndThePlaceOfTheDocument)
 {
     const std::string name = "</script><script>alert(1)</script><!--<script>";

@@ -49,6 +49,12 @@ protected:
         return ran(words);
     }
 
+    // What is said of the plan that `updated` wrote.
+    std::string thatPlan(const std::string& words) const
+    {
+        return "trellan-update: the plan " + planFile() + " " + words + "; nothing was done\n";
+    }
+
     // Expects that nothing was done, and that this was said.
     void expectRefused(const RunResult& result, const std::string& reason)
     {
@@ -88,17 +94,18 @@ TEST_F(Plans, HoldsWhateverItsBlanks)
 TEST_F(Plans, ThatIsNotThereIsNamed)
 {
     const std::string absent = (folder.path() / "absent.json").string();
-    expectRefused(ran({"update", archive.path(), "--no-check", "--plan", absent}),
-                  "the plan " + absent + " cannot be read: No such file or directory");
+    expectRefused(
+        ran({"update", archive.path(), "--no-check", "--plan", absent}),
+        "trellan-update: the plan " + absent + " cannot be read: No such file or directory; nothing was done\n");
 }
 
 TEST_F(Plans, ThatIsNoPlanIsNamed)
 {
-    expectRefused(updated("not JSON"), "is no JSON document");
-    expectRefused(updated(R"({"schemaVersion": 1e999})"), "is no JSON document");
-    expectRefused(updated("[]"), "is no document of update --dry-run --json");
+    expectRefused(updated("not JSON"), thatPlan("is no JSON document"));
+    expectRefused(updated(R"({"schemaVersion": 1e999})"), thatPlan("is no JSON document"));
+    expectRefused(updated("[]"), thatPlan("is no document of update --dry-run --json"));
     expectRefused(updated(R"({"schemaVersion": 1, "command": "update", "elements": []})"),
-                  "is no document of update --dry-run --json");
+                  thatPlan("is no document of update --dry-run --json"));
 }
 
 TEST_F(Plans, ThatIsNestedDeeperThanTheStackIsNamed)
@@ -108,34 +115,34 @@ TEST_F(Plans, ThatIsNestedDeeperThanTheStackIsNamed)
          {R"({"schemaVersion": 1, "command": "update", "digest": "", "counts": )" + deep + "}",
           R"({"schemaVersion": 1, "command": "update", "digest": "", "elements": [{"keys": )" + deep + "}]}",
           R"({"schemaVersion": )" + deep + R"(, "command": "update", "digest": ""})", deep}) {
-        expectRefused(updated(text), "is no document of update --dry-run --json");
+        expectRefused(updated(text), thatPlan("is no document of update --dry-run --json"));
     }
 }
 
 TEST_F(Plans, ThatIsCutShortIsNamed)
 {
-    expectRefused(updated(plan.substr(0, plan.size() / 2)), "is cut short");
-    expectRefused(updated(""), "is cut short");
+    expectRefused(updated(plan.substr(0, plan.size() / 2)), thatPlan("is cut short"));
+    expectRefused(updated(""), thatPlan("is cut short"));
 }
 
 TEST_F(Plans, ThatWasEditedIsNamed)
 {
     ordered_json edited = ordered_json::parse(plan);
     edited["elements"][1]["state"] = "upToDate";
-    expectRefused(updated(edited.dump()), "was changed since it was written");
+    expectRefused(updated(edited.dump()), thatPlan("was changed since it was written"));
     edited["elements"] = {"Firmware", 1, {2}};
-    expectRefused(updated(edited.dump()), "was changed since it was written");
+    expectRefused(updated(edited.dump()), thatPlan("was changed since it was written"));
     edited["options"] = {"text"};
-    expectRefused(updated(edited.dump()), "was changed since it was written");
+    expectRefused(updated(edited.dump()), thatPlan("was changed since it was written"));
     edited["elements"] = {{"a", {{"b", nullptr}}}};
-    expectRefused(updated(edited.dump()), "was changed since it was written");
+    expectRefused(updated(edited.dump()), thatPlan("was changed since it was written"));
 }
 
 TEST_F(Plans, OfAnotherSchemaVersionIsNamed)
 {
     ordered_json newer = ordered_json::parse(plan);
     newer["schemaVersion"] = 2;
-    expectRefused(updated(newer.dump()), "has schema version 2, and this tool knows version 1 alone");
+    expectRefused(updated(newer.dump()), thatPlan("has schema version 2, and this tool knows version 1 alone"));
 }
 
 TEST_F(Plans, OfAnUpdateThatWasRefusedIsNamed)
@@ -143,7 +150,7 @@ TEST_F(Plans, OfAnUpdateThatWasRefusedIsNamed)
     const TestArchive partial(description({fileEntry("a.bin", {{"checksumCrc32", 9}})}));
     const RunResult refused = ran({"update", partial.path(), "--dry-run", "--json", "--no-check"});
     EXPECT_EQ(refused.status, 4);
-    expectRefused(updated(refused.out), "is of an update that was refused");
+    expectRefused(updated(refused.out), thatPlan("is of an update that was refused"));
 }
 
 TEST_F(Plans, DoesNotHoldForAnotherInstalledVersion)
