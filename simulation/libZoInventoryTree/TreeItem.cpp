@@ -93,24 +93,21 @@ TreeItem& TreeItem::addItem(const ZoCInventoryAddress& itemId)
     auto* item = new (tree->memory.allocate(sizeof(TreeItem), alignof(TreeItem))) TreeItem(itemId, *this);
     (last == nullptr ? first : last->next) = item;
     last = item;
-    ++count;
-    itemsById.reset();
+    tree->itemsById.erase(this);
     return *item;
 }
 
 void TreeItem::setParameter(const ZoCInventoryAddress& address, ParameterValue value)
 {
     const ParameterName& name = tree->names.of(address);
-    if (!later) {
-        later = std::make_unique<LaterParameters>();
-    }
-    for (auto& [ofOne, parameter] : *later) {
+    LaterParameters& own = tree->later[this];
+    for (auto& [ofOne, parameter] : own) {
         if (ofOne == &name) {
             parameter.value = std::move(value);
             return;
         }
     }
-    later->emplace_back(&name, ZoCInventoryParameter{std::move(value)});
+    own.emplace_back(&name, ZoCInventoryParameter{std::move(value)});
 }
 
 void TreeItem::setFaults(std::shared_ptr<const ValueFaults> treeFaults)
@@ -167,24 +164,31 @@ ZoCInventoryItem* TreeItem::getItem(const ZoCInventoryAddress& address) const
     return item;
 }
 
+// Whoever searches a second time among many may go on doing so.
 TreeItem* TreeItem::findItem(const ZoCInventoryAddress& itemId) const
 {
-    if (count <= fewItems) {
-        TreeItem* item = first;
-        while (item != nullptr && !item->hasId(itemId)) {
-            item = item->next;
+    TreeItem* item = first;
+    for (std::size_t looked = 0; item != nullptr && !item->hasId(itemId); ++looked) {
+        if (looked == fewItems && !tree->searched.insert(this).second) {
+            return findAmongMany(itemId);
         }
-        return item;
+        item = item->next;
     }
-    if (!itemsById) {
-        auto found = std::make_unique<ItemsById>();
+    return item;
+}
+
+TreeItem* TreeItem::findAmongMany(const ZoCInventoryAddress& itemId) const
+{
+    auto items = tree->itemsById.find(this);
+    if (items == tree->itemsById.end()) {
+        ItemsById made;
         for (TreeItem* item = first; item != nullptr; item = item->next) {
-            found->try_emplace(numberOf(item->category, item->index), item);
+            made.try_emplace(numberOf(item->category, item->index), item);
         }
-        itemsById = std::move(found);
+        items = tree->itemsById.emplace(this, std::move(made)).first;
     }
-    const auto found = itemsById->find(numberOf(itemId.getCategory(), itemId.getIndex()));
-    return found == itemsById->end() ? nullptr : found->second;
+    const auto found = items->second.find(numberOf(itemId.getCategory(), itemId.getIndex()));
+    return found == items->second.end() ? nullptr : found->second;
 }
 
 const ZoCInventoryParameter* TreeItem::getParameter(const ZoCInventoryAddress& address) const
@@ -193,15 +197,16 @@ const ZoCInventoryParameter* TreeItem::getParameter(const ZoCInventoryAddress& a
     if (name == nullptr) {
         return nullptr;
     }
-    if (later) {
-        for (const auto& [ofOne, parameter] : *later) {
+    if (const auto own = tree->later.find(this); own != tree->later.end()) {
+        for (const auto& [ofOne, parameter] : own->second) {
             if (ofOne == name) {
                 return &parameter;
             }
         }
     }
+    const JsonValues members = documented.values();
     for (const JsonBits key : name->keys) {
-        for (const JsonBits* at = documented.first; at != documented.first + documented.count; at += 2) {
+        for (const JsonBits* at = members.first; at != members.first + members.count; at += 2) {
             if (*at == key) {
                 return &parameterAt(at[1]);
             }

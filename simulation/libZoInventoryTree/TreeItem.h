@@ -6,6 +6,7 @@
 #include <memory_resource>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -45,7 +46,7 @@ public:
 
     // Gives the item as its parameters the members of `parameters`, in the tree's document: texts and numbers whose
     // keys are all known to parameterNames().
-    void takeParameters(const Json& parameters) { documented = parameters.values(); }
+    void takeParameters(const Json& parameters) { documented = parameters; }
 
     // Gives the item a parameter, or another value in the place of the one that it has.
     void setParameter(const ZoCInventoryAddress& address, ParameterValue value);
@@ -94,22 +95,29 @@ protected:
 private:
     TreeItem(const ZoCInventoryAddress& id, TreeItem& parent);
 
-    // What the items of a tree have in common.
+    static constexpr JsonBits noParameters = 0;
+
+    using ItemsById = std::unordered_map<std::uint64_t, TreeItem*>;
+    using LaterParameters = std::vector<std::pair<const ParameterName*, ZoCInventoryParameter>>;
+
+    // What the items of a tree have in common, and what few of them have.
     struct Tree {
         std::pmr::monotonic_buffer_resource memory;  // of all items but the root
         JsonDocument document;
         ParameterNames names;
         std::shared_ptr<const ValueFaults> faults;
+        std::unordered_set<const TreeItem*> searched;              // parents of many among whom an item was searched
+        std::unordered_map<const TreeItem*, ItemsById> itemsById;  // of those that were searched again
+        std::unordered_map<const TreeItem*, LaterParameters> later;
         bool handedOut = false;
     };
 
     bool hasId(const ZoCInventoryAddress& address) const;
     TreeItem* findItem(const ZoCInventoryAddress& id) const;
+    TreeItem* findAmongMany(const ZoCInventoryAddress& id) const;
     bool addFaults(ZoCErrorListPool& errors, const ZoCInventoryAddress& parameter) const;
     template <class T>
     void read(ZoCErrorListPool& errors, const ZoCInventoryAddress& address, T& value) const;
-
-    using ItemsById = std::unordered_map<std::uint64_t, TreeItem*>;
 
     std::unique_ptr<Tree> ownTree;  // of the root item
     Tree* tree;
@@ -119,13 +127,7 @@ private:
     TreeItem* next = nullptr;
     TreeItem* first = nullptr;  // of those below
     TreeItem* last = nullptr;
-    std::size_t count = 0;
-    mutable std::unique_ptr<ItemsById> itemsById;  // made where many are searched
-
-    // The parameters: keys and values of the document, and those that came later, which count before these.
-    using LaterParameters = std::vector<std::pair<const ParameterName*, ZoCInventoryParameter>>;
-    JsonValues documented;
-    std::unique_ptr<LaterParameters> later;
+    Json documented = Json(noParameters);  // the parameters, but for later ones, which count before these
 };
 
 }  // namespace TrellanSimulation

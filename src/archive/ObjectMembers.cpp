@@ -26,6 +26,14 @@ constexpr std::array<std::string_view, propertyCount> names{
     "boardType",
 };
 
+// What most entries have comes first: once as many members are found as there are, none of the others is asked for.
+constexpr std::array<Property, propertyCount> searchOrder{
+    Property::name,    Property::sequence,      Property::boardType,         Property::id,
+    Property::version, Property::checksumCrc32, Property::hwCompatibilityId, Property::swCompatibilityId,
+    Property::boards,  Property::targetPath,    Property::boardVariant,      Property::boardId,
+    Property::mode,    Property::featureLevel,
+};
+
 }  // namespace
 
 const char* nameOf(Property property)
@@ -35,10 +43,17 @@ const char* nameOf(Property property)
 
 ObjectMembers::ObjectMembers(const ZoNJson::json& object) : source(&object)
 {
+    if (!object.is_object()) {
+        return;
+    }
     static const std::vector<std::string> keys(names.begin(), names.end());  // a key is looked up as a string
-    for (std::size_t property = 0; property < propertyCount; ++property) {
-        if (object.contains(keys[property])) {
-            members[property] = &object[keys[property]];
+    std::size_t left = object.size();
+    for (auto property = searchOrder.begin(); left != 0 && property != searchOrder.end(); ++property) {
+        const auto position = static_cast<std::size_t>(*property);
+        const ZoNJson::json& member = object[keys[position]];
+        if (!member.is_null() || object.contains(keys[position])) {  // one that is not there is null, too
+            members[position] = &member;
+            --left;
         }
     }
 }

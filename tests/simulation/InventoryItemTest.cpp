@@ -89,6 +89,42 @@ TEST(InventoryItem, IsFoundByItsAddress)
     EXPECT_EQ(scan.tree->getItem(ZoCInventoryAddress()), nullptr);
 }
 
+TEST(InventoryItem, IsFoundAmongManyAsTheFirstWithItsIdHoweverOftenItIsSearched)
+{
+    std::vector<ordered_json> boards;
+    for (unsigned position = 0; position < 40; ++position) {
+        boards.push_back(item("IOMODULE[" + std::to_string(position % 20 + 1) + "]", {{"SLOT", position}}));
+    }
+    const SimulatedTarget device(target(boards));
+    const Scan scan;
+    ErrorPool errors;
+    for (unsigned round = 0; round < 3; ++round) {
+        EXPECT_EQ(scan.item(IOMODULE[1]).getValue<unsigned>(errors, SLOT), 0U);
+        EXPECT_EQ(scan.item(IOMODULE[20]).getValue<unsigned>(errors, SLOT), 19U);
+        EXPECT_EQ(scan.tree->getItem(IOMODULE[21]), nullptr);
+    }
+}
+
+TEST(InventoryItem, HasManyParametersAsItsNeighbourHasThem)
+{
+    constexpr unsigned end = 1000;  // of the indices
+    ordered_json parameters;
+    for (unsigned index = 2; index < end; ++index) {
+        parameters["PRODUCT/HW_COMPATIBILITY_ID[" + std::to_string(index) + "]"] = index + 7;
+    }
+    const SimulatedTarget device(target({item("HCN", parameters), item("CN", parameters)}));
+    const Scan scan;
+    ErrorPool errors;
+    for (unsigned index = 2; index < end; ++index) {
+        const auto address = PRODUCT / HW_COMPATIBILITY_ID[index];
+        EXPECT_EQ(scan.item(HCN).getValue<unsigned>(errors, address), index + 7);
+        EXPECT_EQ(scan.item(CN).getValue<unsigned>(errors, address), index + 7);
+    }
+    EXPECT_EQ(errors.count(), 0U);
+    EXPECT_EQ(scan.item(CN).getParameter(PRODUCT / HW_COMPATIBILITY_ID[end]), nullptr);
+    EXPECT_EQ(scan.item(CN).getParameter(HW_COMPATIBILITY_ID[2]), nullptr);
+}
+
 TEST(InventoryItem, TellsWhichParametersItHas)
 {
     const SimulatedTarget device(twoBoards());
