@@ -75,7 +75,7 @@ unsigned ZoCTrellanUpdater::getArchiveId()
 
 ZoCVersion ZoCTrellanUpdater::getToolVersion()
 {
-    return ZoCVersion(1, 0, 0, 0, 0, 0);
+    return ZoCVersion(TRELLAN_VERSION_MAJOR, TRELLAN_VERSION_MINOR, TRELLAN_VERSION_PATCH, 0, 0, 0);
 }
 
 ZoCString ZoCTrellanUpdater::getIpAddress() const

@@ -25,10 +25,10 @@ expect() {
     [ "$2" = "$3" ] || { printf '%s:\nexpected:\n%s\nactual:\n%s\n' "$1" "$2" "$3" >&2; exit 1; }
 }
 
-# The example has a flash drive, which its process mounts for itself.
+# needs_a_mount WHAT: the example has a flash drive, which its process mounts for itself.
 needs_a_mount() {
     unshare --mount true 2>/dev/null || unshare --map-root-user --mount true 2>/dev/null ||
-        not_run "the example's flash drive takes root, or a machine that allows user namespaces"
+        not_run "$1 takes root, or a machine that allows user namespaces"
 }
 
 # copy_example INSTALLED FOLDER: the installed example, writable, on a clock that does not make anybody wait.

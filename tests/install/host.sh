@@ -3,7 +3,7 @@
 # the installed example. The folder is none of the system's, so LD_LIBRARY_PATH names it when they run.
 # shellcheck source=tests/install/environment.bash
 . "$(dirname "$0")/environment.bash"
-needs_a_mount
+needs_a_mount "the flash drive of the example"
 prefix=$work/prefix
 cmake --install "$build" --prefix "$prefix" >install.log
 libraries=$(dirname "$(find "$prefix" -name libZoTrellanUpdateLib.so.1)")

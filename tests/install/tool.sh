@@ -2,7 +2,7 @@
 # The installed tool, called from another folder, updates the installed example; nothing else tells where its libraries are.
 # shellcheck source=tests/install/environment.bash
 . "$(dirname "$0")/environment.bash"
-needs_a_mount
+needs_a_mount "the flash drive of the example"
 prefix=$work/prefix
 cmake --install "$build" --prefix "$prefix" >install.log
 copy_example "$prefix" "$work/example"

@@ -166,6 +166,8 @@ TEST_F(Dev, AMistakeIsNamedAndNothingIsDone)
         {"build tool", "nothing is expected behind build, and not 'tool'"},
         {"setup now", "nothing is expected behind setup, and not 'now'"},
         {"approve all", "nothing is expected behind approve, and not 'all'"},
+        {"package tool", "nothing is expected behind package, and not 'tool'"},
+        {"abi now", "behind abi only 'record' is expected, and not 'now'"},
         {"format tool", "nothing is expected behind format, and not 'tool'"},
         {"bench read write", "nothing is expected behind the filter, and not 'write'"},
         {"help test", "nothing is expected behind help, and not 'test'"},
@@ -260,6 +262,36 @@ TEST_F(Dev, TestInstallTellsWhatFailedAndWhatCouldNotBeRun)
     EXPECT_EQ(dev("test-install alone unrun").status, 0);
     EXPECT_EQ(dev("test-install alone nothing").errors,
               "./dev: there is no test of the installation 'nothing'\nSee ./dev help.\n");
+}
+
+TEST_F(Dev, PackageConfiguresForTheSystemsFoldersMeanwhile)
+{
+    recordCalls();
+    script("tools/dpkg-parsechangelog", "echo 1700000000");
+    script("tools/cpack",
+           "echo cpack $* at $SOURCE_DATE_EPOCH >>calls; mkdir -p build/packages; touch build/packages/one.deb");
+    folder.write("build/packages/old.deb", "");
+    const ProcessResult result = dev("package");
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_EQ(result.output, "one.deb\n");
+    EXPECT_EQ(calls(),
+              "cmake --preset package\n"
+              "cmake --build --preset package\n"
+              "cpack --config build/release/CPackConfig.cmake at 1700000000\n"
+              "cmake --preset release\n"
+              "cmake --build --preset release --target trellan-update\n");
+}
+
+TEST_F(Dev, PackageShowsWhyItFailed)
+{
+    recordCalls();
+    script("tools/dpkg-parsechangelog", "echo 1700000000");
+    script("tools/cpack", "echo what is wrong; exit 1");
+    const ProcessResult result = dev("package");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.errors, "what is wrong\n");
+    EXPECT_TRUE(calls().ends_with("cmake --preset release\ncmake --build --preset release --target trellan-update\n"))
+        << calls();
 }
 
 TEST_F(Dev, DemoBuildsTheToolAloneAndInstallsWhatThatTakes)
