@@ -83,6 +83,14 @@ void installedByNlohmann(benchmark::State& state)
     }
 }
 
+// Each run updates all again, on a virtual clock.
+void update(benchmark::State& state)
+{
+    const std::string folder = productionOfDeviceFolder(sizeOf(state)).string();
+    measureRuns(state,
+                program("trellan-update") + " update " + folder + " --force --target " + folder + "/target.json");
+}
+
 void version(benchmark::State& state)
 {
     measureRuns(state, program("trellan-update") + " version");
@@ -110,6 +118,7 @@ const auto* const compared = measure("compare", compare, sizes) -> UseManualTime
 const auto* const comparedBySimdjson = measure("compare-simdjson", compareBySimdjson, sizes);
 const auto* const installedOnes = measure("installed", installed, sizes) -> UseManualTime();
 const auto* const installedOnesByNlohmann = measure("installed-nlohmann", installedByNlohmann, sizes);
+const auto* const updated = measure("update", update, sizes) -> UseManualTime();
 const auto* const started = measure("version", version, {}) -> UseManualTime();
 const auto* const startedNothing = measure("version-program-that-does-nothing", nothing, {}) -> UseManualTime();
 const auto* const covered = measure("coverage", coverage, {50, 500}) -> UseManualTime();

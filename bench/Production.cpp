@@ -1,12 +1,16 @@
 #include "Production.h"
 
+#include <cstring>
 #include <map>
 
+#include "base/Crc32.h"
 #include "support/TempDir.h"
 
 namespace {
 
 constexpr unsigned elementsOfBoard = 8;
+constexpr unsigned boardTypes = 40;
+constexpr const char* image = "the image of each board";
 
 bool hasBoards(unsigned number)
 {
@@ -25,7 +29,7 @@ bool isUpToDate(unsigned number)
 
 std::string boardTypeOf(unsigned number)
 {
-    return numbered("KR", 5000 + number / elementsOfBoard % 40);
+    return numbered("KR", 5000 + number / elementsOfBoard % boardTypes);
 }
 
 std::string variantOf(unsigned number)
@@ -60,7 +64,21 @@ Json boardsOf(unsigned number)
              {"hwCompatibilityId", {1, 2, 3}}}};
 }
 
-Json membersOf(unsigned number)
+// What an entry says besides the boards that it is for, unless it has board objects.
+void addKeys(Json& members, unsigned number, bool forFlashDrive)
+{
+    members["boardType"] = boardTypeOf(number);
+    members["boardVariant"] = variantOf(number);
+    members["hwCompatibilityId"] = {1, 2, 3};
+    if (forFlashDrive) {
+        members["targetPath"] = pathOf(number);
+    } else {
+        members["id"] = number;
+        members["swCompatibilityId"] = {number % 5};
+    }
+}
+
+Json membersOf(unsigned number, bool forFlashDrive)
 {
     Json members = {{"name", "firmware/" + boardTypeOf(number) + numbered("/image-", number) + ".bin"},
                     {"sequence", number % 10 + 1},
@@ -68,52 +86,91 @@ Json membersOf(unsigned number)
                     {"checksumCrc32", checksumOf(number)}};
     if (hasBoards(number)) {
         members["boards"] = boardsOf(number);
-        return members;
-    }
-    members["boardType"] = boardTypeOf(number);
-    members["boardVariant"] = variantOf(number);
-    members["hwCompatibilityId"] = {1, 2, 3};
-    if (isFile(number)) {
-        members["targetPath"] = pathOf(number);
     } else {
-        members["id"] = number;
-        members["swCompatibilityId"] = {number % 5};
+        addKeys(members, number, forFlashDrive);
     }
     return members;
 }
 
-void change(Element& element, unsigned number)
+std::string imageOf(unsigned number)
+{
+    return "firmware/" + boardTypeOf(number) + ".bin";
+}
+
+Json deviceMembersOf(unsigned number)
+{
+    static const std::uint32_t checksum = [] {
+        ZoNUpdateBase::Crc32 crc32;
+        crc32.add(reinterpret_cast<const unsigned char*>(image), std::strlen(image));
+        return crc32.value();
+    }();
+    Json members = membersOf(number, false);
+    members["name"] = imageOf(number);
+    members["checksumCrc32"] = checksum;
+    return members;
+}
+
+// Where the element is, and what is compared of it.
+void place(Element& element, unsigned number, bool onFlashDrive)
 {
     element.boardType = ZoCString(boardTypeOf(number).c_str());
     element.variant = ZoCString(variantOf(number).c_str());
     element.hwCompatibilityId = number % 3 + 1;
-    if (isFile(number)) {
+    if (onFlashDrive) {
         element.isFileSystemElement = true;
         element.location = ZoCString(pathOf(number).c_str());
     } else {
         element.id = number;
         element.swCompatibilityId = hasBoards(number) ? 0 : number % 5;
     }
+}
+
+void change(Element& element, unsigned number)
+{
+    place(element, number, isFile(number));
     if (isUpToDate(number)) {
         element.version = ZoCVersion(versionOf(number).c_str());
         element.checksumCrc32 = checksumOf(number);
     }
 }
 
+using Folders = std::map<unsigned, TempDir>;
+
+// The folder for this size, which is written when it is new.
+const TempDir& folderOf(Folders& folders, unsigned count, const Case& data)
+{
+    const auto [folder, isNew] = folders.try_emplace(count);
+    if (isNew) {
+        folder->second.write("archive.json", textOf(descriptionOf(count, data.members)));
+        folder->second.write("target.json", textOf(targetOf(count, data)));
+    }
+    return folder->second;
+}
+
 }  // namespace
 
 Case production()
 {
-    return {membersOf, change, elementsOfBoard};
+    return {[](unsigned i) { return membersOf(i, isFile(i)); }, change, elementsOfBoard};
+}
+
+Case productionOfDevice()
+{
+    return {deviceMembersOf, [](Element& element, unsigned i) { place(element, i, false); }, elementsOfBoard};
 }
 
 const std::filesystem::path& productionFolder(unsigned count)
 {
-    static std::map<unsigned, TempDir> folders;
-    const auto [folder, isNew] = folders.try_emplace(count);
-    if (isNew) {
-        folder->second.write("archive.json", textOf(descriptionOf(count, membersOf)));
-        folder->second.write("target.json", textOf(targetOf(count, production())));
+    static Folders folders;
+    return folderOf(folders, count, production()).path();
+}
+
+const std::filesystem::path& productionOfDeviceFolder(unsigned count)
+{
+    static Folders folders;
+    const TempDir& folder = folderOf(folders, count, productionOfDevice());
+    for (unsigned i = 0; i < boardTypes; ++i) {
+        folder.write(imageOf(i * elementsOfBoard), image);
     }
-    return folder->second.path();
+    return folder.path();
 }

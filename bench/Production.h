@@ -10,6 +10,12 @@
 // number and no other, and one element of four has its content already.
 Case production();
 
+// The same without files on the flash drive; entries for one board type share an image, and nothing is up to date.
+Case productionOfDevice();
+
 // A folder with archive.json and target.json, which have as many entries and elements. Written at the first call for
 // this size, and removed at the end of the program.
 const std::filesystem::path& productionFolder(unsigned count);
+
+// The same for productionOfDevice(), with the images.
+const std::filesystem::path& productionOfDeviceFolder(unsigned count);

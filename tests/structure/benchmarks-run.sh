@@ -12,7 +12,7 @@ TRELLAN_BENCH_SMALLEST=1 "$benchmarks" --benchmark_min_time=0.000001 --benchmark
 table=$("$root/bench/table.py" "$results") || exit 1
 for name in apply assign assign-plain-walk check compare coverage description-read description-read-nlohmann \
     description-read-rapidjson description-read-simdjson description-read-fread element-search explain installed \
-    table-compare update-few-polls update-many-polls; do
+    table-compare update update-few-polls update-many-polls; do
     grep -qE "^$name/[0-9]+ +\| +[0-9.]+ ms" <<<"$table" || { echo "there is no benchmark $name with a size"; exit 1; }
 done
 echo "$(($(wc -l <<<"$table") - 1)) benchmarks run"
