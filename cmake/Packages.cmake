@@ -13,6 +13,9 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 # The system's libraries are found by what is linked; ours are not packages that dpkg knows, and are named below.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
+if(TRELLAN_PLATFORM_DIR)
+    list(APPEND CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${TRELLAN_PLATFORM_DIR}/lib)
+endif()
 
 set(library_package libzotrellanupdatelib${PROJECT_VERSION_MAJOR})
 configure_file(cmake/debian/shlibs.in debian/shlibs @ONLY)
