@@ -5,7 +5,7 @@
 
 abidiff leaves that open: it takes a record that is passed by value for harmless when it grows, and an operation behind
 the last one for a change like one in the middle. What hosts rely on is this:
-- A record that they hold by value, point to, or have in another one or in an array stays as it is.
+- A record that they make, hold by value, point to, or have in another one or in an array stays as it is.
 - One that they only get by reference may get members behind its last one.
 - An enumeration may get further values.
 - An interface's operations keep their slots; others may follow behind the last one.
@@ -90,24 +90,27 @@ class Interface:
         return f"{self.text(function.find('return').get('type-id'))} {name}({', '.join(parameters)})"
 
     def find_frozen(self, root):
-        """The names of the records that hosts hold by value, point to, or have in others."""
+        """The names of the records that hosts make, hold by value, point to, or have in others."""
         held = [b.get("type-id") for b in root.iter("base-class")]
         held += [m.find("var-decl").get("type-id") for m in root.iter("data-member")]
-        for tag in ("function-decl", "function-type"):
-            for function in root.iter(tag):
-                held += [p.get("type-id") for p in function
-                         if p.get("type-id") and p.get("is-artificial") != "yes"]
+        # The library hands out what an operation returns and what a callback is given; the rest is the host's.
+        for function, handed_out in [(f, "return") for f in root.iter("function-decl")] + [
+                (f, "parameter") for f in root.iter("function-type")]:
+            held += [part.get("type-id") for part in function
+                     if part.get("type-id") and part.get("is-artificial") != "yes"
+                     and not (part.tag == handed_out and self.is_reference(part.get("type-id")))]
         frozen = set()
         for identity in held:
             identity, node = self.target(identity)
-            if node.tag == "reference-type-def":
-                identity, node = self.target(node.get("type-id"))
-                if node.tag in NAMED:
-                    continue  # only handed out by reference
-            while node.tag in ("pointer-type-def", "array-type-def"):
+            while node.tag in ("pointer-type-def", "reference-type-def", "array-type-def"):
                 identity, node = self.target(node.get("type-id"))
             frozen.add(self.names[identity])
         return frozen
+
+    def is_reference(self, identity):
+        """To a record, not to a pointer."""
+        node = self.target(identity)[1]
+        return node.tag == "reference-type-def" and self.target(node.get("type-id"))[1].tag in NAMED
 
     def members(self, record):
         return [(int(m.get("layout-offset-in-bits", 0)), m.find("var-decl").get("name"),

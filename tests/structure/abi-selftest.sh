@@ -69,6 +69,9 @@ refuses "a command with another number" "ZoNTrellanUpdater::ZoTCommand::UPDATE i
 refuses "a record that was handed out by reference alone, and is given by value" \
     "ZoNTrellanInspector::ZoTElement was only handed out by reference" \
     $inspector 's/virtual const ZoNTrellanInspector::ZoTElement& getElement/virtual ZoNTrellanInspector::ZoTElement getElement/'
+refuses "a record that was handed out alone, and is made by the host" \
+    "ZoNTrellanInspector::ZoTElement was only handed out by reference" \
+    $inspector 's/^    virtual unsigned getTargetErrorCount/    virtual void take(const ZoNTrellanInspector::ZoTElement\&) = 0;\n&/'
 refuses "a state with another number" "ZoNTrellanInspector::ZoTState::RUNNING is 12, and was 11" \
     $inspector 's/RUNNING = 11 /RUNNING = 12 /'
 refuses "a member in the middle of a record that is handed out by reference" "ZoNTrellanInspector::ZoTElement: in place of" \
