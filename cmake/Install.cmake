@@ -49,6 +49,17 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/ZoTrellanUpdateLib.pc
 
 # Tool.
 install(TARGETS trellan-update RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Tool)
+set(completions ${PROJECT_SOURCE_DIR}/tool/completion/shells)
+install(FILES ${completions}/trellan-update
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT Tool)
+if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")  # Debian's zsh looks for those of packages there
+    set(zsh_functions vendor-completions)
+else()
+    set(zsh_functions site-functions)
+endif()
+install(FILES ${completions}/_trellan-update DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/${zsh_functions} COMPONENT Tool)
+install(FILES ${completions}/trellan-update.fish
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT Tool)
 install(FILES docs/archive.schema.json docs/trellan-update.schema.json
     DESTINATION ${document_folder}/docs COMPONENT Tool)
 install(DIRECTORY examples/archive examples/flash DESTINATION ${document_folder}/examples COMPONENT Tool)

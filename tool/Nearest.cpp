@@ -8,7 +8,7 @@ namespace TrellanTool {
 
 namespace {
 
-constexpr std::size_t longest = 100;  // whatever is longer is like nothing that there is
+constexpr std::size_t longestCompared = 100;  // whatever is longer is like nothing that there is
 
 // A letter in the wrong case is less wrong than another letter.
 std::size_t costOf(char a, char b)
@@ -51,7 +51,7 @@ std::string_view lettersOf(std::string_view word)
 
 const std::string& nearest(std::string_view word, const std::vector<std::string>& candidates)
 {
-    const std::string_view compared = word.substr(0, longest);
+    const std::string_view compared = word.substr(0, longestCompared);
     return *std::min_element(candidates.begin(), candidates.end(), [&](const std::string& a, const std::string& b) {
         return distance(compared, a) < distance(compared, b);
     });
@@ -67,7 +67,7 @@ std::string didYouMean(std::string_view word, const std::vector<std::string>& ca
     const std::string& meant = begun != candidates.end() ? *begun : nearest(word, candidates);
     const std::string_view other = lettersOf(meant);
     const bool isNear = begun != candidates.end() || distance(letters, other) < std::max(letters.size(), other.size());
-    return letters.size() <= longest && isNear ? "; did you mean '" + meant + "'?" : "";
+    return letters.size() <= longestCompared && isNear ? "; did you mean '" + meant + "'?" : "";
 }
 
 }  // namespace TrellanTool

@@ -12,6 +12,7 @@
 namespace TrellanTool {
 
 struct Command;
+class Words;
 
 // When an update's progress is printed.
 enum class Progress {
@@ -63,5 +64,8 @@ public:
 // up to a "--"; a value stands in the next word or behind "=". Throws UsageError; std::runtime_error where a relative
 // path has no meaning.
 Arguments parseArguments(const std::vector<std::string>& words);
+
+// Of the options that `words` gives those that can be understood, as parseArguments() does; nothing is refused.
+Arguments understandOptions(const Words& words);
 
 }  // namespace TrellanTool

@@ -24,6 +24,7 @@ enum Trait : unsigned {
     RESULT = 1 << 8,    // has a result that can be written to a file
     EXPLAINS = 1 << 9,  // explains the matching
     TELLS = 1 << 10,    // may end with whether there is something to update
+    HIDDEN = 1 << 11,   // is for programs: help does not show it
     COVERS = 1 << 12,   // holds an archive against many targets
 };
 constexpr unsigned EVERYTHING = ~0u;

@@ -61,6 +61,8 @@ constexpr Command commandTable[] = {
      "trellan-update new fresh --board-types AI8100"},
     {"help", "[COMMAND]", 0, 0, printHelp, "Print what the tool does, or a command's options",
      "trellan-update help update"},
+    {"complete", "[WORD]...", HIDDEN, 0, completeWord,
+     "Tell a shell what the last WORD behind the tool's name may become", "trellan-update complete -- update --ver"},
 };
 
 }  // namespace
@@ -84,7 +86,9 @@ const Command& commandNamed(const std::string& name)
     }
     std::vector<std::string> names;
     for (const Command& command : commandTable) {
-        names.emplace_back(command.name);
+        if (!command.has(HIDDEN)) {
+            names.emplace_back(command.name);
+        }
     }
     throw UsageError("'" + name + "' is no command" + didYouMean(name, names));
 }

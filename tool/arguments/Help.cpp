@@ -46,7 +46,7 @@ std::string commandRows()
 {
     std::string rows;
     for (const Command& command : allCommands()) {
-        rows += row(withOperands(command), command.description);
+        rows += command.has(HIDDEN) ? "" : row(withOperands(command), command.description);
     }
     return rows;
 }

@@ -16,6 +16,16 @@ enum Manner : unsigned {
     REPEATABLE = 1 << 1,  // may be given several times
 };
 
+// What an option's value is, for whoever completes it.
+enum class Value {
+    OTHER,  // nothing that could be known, or one of its choices
+    FILE,
+    BOARD_TYPES,  // lists of what the target has
+    SERIAL_NUMBERS,
+    ELEMENT_NAMES,
+    ELEMENT,  // index of an element of the target
+};
+
 struct Option {
     const char* name;         // with its dashes
     char letter;              // of its short form, which flags alone have; 0: it has none
@@ -25,6 +35,8 @@ struct Option {
     unsigned meaning;  // traits (Command.h) of the commands that it has a meaning for
     unsigned manners;
     const char* description;
+    Value value = Value::OTHER;
+    std::span<const char* const> choices = {};  // all values that it may have, where they are few
 
     bool isMeantFor(const Command& command) const;
 };

@@ -53,4 +53,10 @@ int newArchive(const Arguments& arguments, const Streams& streams);
 // Help of the command that the operand names, or of the tool. Throws UsageError when there is no such command.
 int printHelp(const Arguments& arguments, const Streams& streams);
 
+// Tells what the last operand, a word behind the tool's name, may become where the others stand before it: first a line
+// that says what it is, "words", "list" (words behind which others may follow), "files" or "folders"; then, of the
+// first two, a line for each word, behind a tab what it means. The target is read where --target is among the operands.
+// What cannot be understood gets no words.
+int completeWord(const Arguments& arguments, const Streams& streams);
+
 }  // namespace TrellanTool
