@@ -192,7 +192,7 @@ TEST_F(Dev, BenchPrintsTheTableOfWhatItHasMeasured)
     EXPECT_EQ(calls(),
               "cmake --preset release\n"
               "cmake --build --preset release --target trellan-bench\n"
-              "--benchmark_out=build/bench/benchmarks.json --benchmark_repetitions=5 --benchmark_min_time=0.05 "
+              "--benchmark_out=build/bench/benchmarks.json --benchmark_repetitions=5 --benchmark_min_time=0.02 "
               "--benchmark_filter=^read/\n");
 }
 
