@@ -47,6 +47,14 @@ for link in libZoTrellanUpdateLib.so:libZoTrellanUpdateLib.so.1 \
     expect "the link ${link%:*}" "${link#*:}" "$(readlink "$(find whole -name "${link%:*}")")"
 done
 
+# The version stands in one place, and all tell that one.
+expect "the tool's version" "trellan-update $version" "$(whole/bin/trellan-update --version)"
+expect "the library's version, which ends with what is not 0" "$(sed -E 's/(\..*)\.0$/\1/' <<<"$version")" \
+    "$(whole/bin/trellan-update version)"
+expect "pkg-config's version" "$version" \
+    "$(PKG_CONFIG_PATH=$(dirname "$(find whole -name '*.pc')") pkg-config --modversion ZoTrellanUpdateLib)"
+grep -qF "set(PACKAGE_VERSION \"$version\")" "$(find whole -name '*ConfigVersion.cmake')" || fail "CMake is told another version"
+
 # Links of the documents lead to what is installed.
 for document in whole/share/doc/trellan-update/docs/*.md; do
     grep -oE '\]\([^) ]+\)' "$document" | sed -E 's/^..(.*).$/\1/; s/#.*//' | while read -r name; do
