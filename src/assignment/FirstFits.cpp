@@ -1,16 +1,14 @@
-// Elements that have the same of everything that a file may ask are one group, so they share one answer. A file looks
-// up each combination of values that it accepts, as long as these are few. Files that accept more wait until the end,
-// by target: board type and id, or target path.
+// Elements that have the same of everything that a file may ask are one group, so they share one answer. The groups of
+// a board type and id, or target path, are a target. A file asks each group of the targets that it is for, or looks up
+// each combination of values that it accepts, as long as either are few. Where both are many, it waits until the end.
 #include "assignment/FirstFits.h"
 
 #include <algorithm>
 #include <array>
-#include <bitset>
-#include <memory_resource>
-#include <unordered_map>
+#include <span>
 
 #include "assignment/ListSearch.h"
-#include "assignment/MatchCriteria.h"
+#include "assignment/MatchNumbers.h"
 
 using ZoNJson::json;
 using ZoNUpdateArchive::ZoSUpdateFile;
@@ -19,10 +17,6 @@ using ZoNUpdateInventory::ZoSUpdateElement;
 namespace ZoNUpdateAssignment {
 namespace {
 
-// What stands for a value that elements have for a criterion.
-using Number = std::uint32_t;
-constexpr Number noNumber = 0;
-
 // A file has one value of each of these for an element, if only because the board object is found by the board type.
 constexpr std::array targetCriteria{MatchCriterion::boardType, MatchCriterion::kind, MatchCriterion::id,
                                     MatchCriterion::targetPath};
@@ -30,144 +24,35 @@ constexpr std::array targetCriteria{MatchCriterion::boardType, MatchCriterion::k
 static_assert(targetCriteria.size() + listedCriteria.size() == MatchCriterion::count);
 static_assert(listedCriteria.size() == listedProperties);
 
-using Target = std::array<Number, targetCriteria.size()>;  // noNumber for what does not concern an element
+using Concern = std::uint32_t;  // a bit for each of these criteria that concerns an element
+using TargetRow = std::array<Number, targetCriteria.size()>;  // 0 for what does not concern it
 
-struct Key {
-    Target target;
+using Position = std::uint32_t;
+constexpr Position noGroup = 0xFFFFFFFF;
+
+struct Target {
+    Concern concern;
+    TargetRow numbers;
+    Position firstOpen = noGroup;  // of the groups that have no file, each of which tells the next
+    std::uint32_t openCount = 0;
+};
+
+struct Group {
+    Position target;
     NumberRow listed;
-
-    bool operator==(const Key&) const = default;
+    Position nextOpen;
+    std::optional<std::uint32_t> file;  // the first that fits, of those that were tried
 };
 
-struct Hash {
-    template <std::size_t size>
-    std::size_t operator()(const std::array<Number, size>& numbers, std::uint64_t hash = 0) const
-    {
-        for (const Number number : numbers) {
-            hash = (hash ^ number) * 0x9E3779B97F4A7C15U;
-            hash ^= hash >> 32;
-        }
-        return hash;
-    }
-
-    std::size_t operator()(const Key& key) const { return (*this)(key.listed, (*this)(key.target)); }
-};
-
-// For each group the first file that fits, of those that were tried.
-using Groups = std::pmr::unordered_map<Key, std::optional<std::uint32_t>, Hash>;
-using Group = Groups::value_type;
-
-// The numbers of the values that elements have for one criterion.
-class Numbering {
-public:
-    explicit Numbering(std::pmr::memory_resource* memory) : numbers(memory) {}
-
-    Number add(MatchValue value) { return numbers.try_emplace(std::move(value), end()).first->second; }
-
-    // noNumber for a value that was not added.
-    Number find(const MatchValue& value) const
-    {
-        const auto found = numbers.find(value);
-        return found != numbers.end() ? found->second : noNumber;
-    }
-
-    // All numbers are below this one.
-    Number end() const { return static_cast<Number>(numbers.size() + 1); }
-
-private:
-    // Not noexcept, for then the map computes it once for each value and not at each step of a search.
-    struct Hash {
-        std::size_t operator()(const MatchValue& value) const { return std::hash<MatchValue>()(value); }
-    };
-
-    std::pmr::unordered_map<MatchValue, Number, Hash> numbers;
-};
-
-using Numberings = std::vector<Numbering>;  // one for each criterion
-
-// A part of all the numbers that files accept.
-struct List {
-    std::size_t begin = 0;
-    std::size_t size = 0;
-};
-
-using Lists = std::array<List, listedCriteria.size()>;
-
-// What the properties of files accept, in numbers. What no element has is left out.
-class AcceptedNumbers {
-public:
-    explicit AcceptedNumbers(const Numberings& numberings) : numberings(numberings) {}
-
-    // Of a criterion of the target; noNumber when no element has it.
-    Number numberOf(std::size_t criterion, const Requirements& requirements) const;
-
-    // An array is read once, however many board objects share it.
-    Lists listsOf(const Requirements& requirements);
-
-    // In ascending order. Good until more lists are read.
-    std::span<const Number> numbersOf(const List& list) const
-    {
-        return std::span(numbers).subspan(list.begin, list.size);
-    }
-
-private:
-    List listOf(std::size_t criterion, const json* property);
-    List read(std::size_t criterion, const json& property);
-
-    const Numberings& numberings;
-    std::vector<Number> numbers;
-    std::array<std::unordered_map<const json*, List>, MatchCriterion::count> arrays;
-};
-
-Number AcceptedNumbers::numberOf(std::size_t criterion, const Requirements& requirements) const
+// Of a target by its concern, and of a group by its target.
+template <std::size_t size>
+std::uint64_t hashOf(std::uint32_t first, const std::array<Number, size>& numbers)
 {
-    Number number = noNumber;
-    if (const json* const property = requirements.expected(matchCriteria[criterion])) {
-        anyStated(*property, matchCriteria[criterion].form, [&](const MatchValue& value) {
-            number = numberings[criterion].find(value);
-            return true;
-        });
+    std::uint64_t hash = combinedHash(0, first);
+    for (const Number number : numbers) {
+        hash = combinedHash(hash, number);
     }
-    return number;
-}
-
-Lists AcceptedNumbers::listsOf(const Requirements& requirements)
-{
-    Lists lists;
-    for (std::size_t i = 0; i < lists.size(); ++i) {
-        lists[i] = listOf(listedCriteria[i], requirements.expected(matchCriteria[listedCriteria[i]]));
-    }
-    return lists;
-}
-
-List AcceptedNumbers::listOf(std::size_t criterion, const json* property)
-{
-    if (property == nullptr) {
-        return {};
-    }
-    if (!property->is_array()) {
-        return read(criterion, *property);
-    }
-    const auto [entry, isNew] = arrays[criterion].try_emplace(property);
-    if (isNew) {
-        entry->second = read(criterion, *property);
-    }
-    return entry->second;
-}
-
-List AcceptedNumbers::read(std::size_t criterion, const json& property)
-{
-    const std::size_t begin = numbers.size();
-    anyStated(property, matchCriteria[criterion].form, [&](const MatchValue& value) {
-        if (const Number number = numberings[criterion].find(value); number != noNumber) {
-            numbers.push_back(number);
-        }
-        return false;
-    });
-    const auto first = numbers.begin() + static_cast<std::ptrdiff_t>(begin);
-    std::sort(first, numbers.end());
-    numbers.erase(std::unique(first, numbers.end()), numbers.end());
-    return {begin, numbers.size() - begin};
+    return hash;
 }
 
 class FirstFits {
@@ -181,120 +66,236 @@ public:
     std::vector<std::optional<std::uint32_t>> filesOfElements();
 
 private:
-    using Concern = std::bitset<targetCriteria.size()>;  // which of these criteria concern an element
-
     struct WaitingFile {
+        Position target;
         std::uint32_t index;
         Lists lists;
     };
-    using WaitingFiles = std::vector<WaitingFile>;
 
-    Key keyOf(const ZoSUpdateElement& element);
-    std::optional<Target> targetOf(const Requirements& requirements, Number boardType, const Concern& concern) const;
-    void addToTarget(const Target& target, const Lists& lists, std::uint32_t index);
-    void lookUp(Key& key, const Lists& lists, std::uint32_t index, std::size_t property = 0);
+    void addElement(const ZoSUpdateElement& element);
+    Position targetWith(Concern concern, const TargetRow& numbers);
+    std::optional<Position> findTarget(Concern concern, const TargetRow& numbers) const;
+    Position groupWith(Position target, const NumberRow& listed);
+    std::optional<Position> findGroup(Position target, const NumberRow& listed) const;
+    void addBoard(const Requirements& requirements, std::span<const Number> boardTypes, std::uint32_t index);
+    bool setTarget(TargetRow& numbers, const Requirements& requirements, Concern concern) const;
+    void addToTarget(Position target, const Lists& lists, std::uint32_t index);
+    void askGroups(Target& target, const Lists& lists, std::uint32_t index);
+    void lookUp(Position target, NumberRow& listed, const Lists& lists, std::uint32_t index, std::size_t property = 0);
+    bool accepts(const Lists& lists, const NumberRow& listed) const;
+    void give(Group& group, std::uint32_t index);
     void decideForWaitingFiles();
-    void decide(ListSearch& search, const std::vector<Group*>& targetGroups, const WaitingFiles& files);
+    void decide(ListSearch& search, std::span<const Position> targetGroups, std::span<const WaitingFile> files);
 
     const json pathOtherwise{targetPathOtherwise};
-    std::pmr::monotonic_buffer_resource memory;  // of the maps from which nothing is ever taken out
     Numberings numberings;
     AcceptedNumbers accepted{numberings};
-    Groups groups{&memory};
-    std::vector<const Group*> groupOfElement;
+    std::vector<Target> targets;
+    PositionIndex targetIndex;
+    std::vector<Group> groups;
+    PositionIndex groupIndex;
+    std::vector<Position> groupOfElement;
     std::vector<Concern> concerns;  // all that there are
-    std::unordered_map<Target, WaitingFiles, Hash> waiting;
+    std::vector<WaitingFile> waiting;
+    bool isWaiting = false;                       // the file that is being added
+    std::vector<std::uint32_t> latestFileOfType;  // by number of the board type: the position behind it, 0: none
+    std::vector<Number> boardTypes;               // for which a board object decides
 };
 
 FirstFits::FirstFits(const ZoCUpdateInventory::ElementList& elements)
 {
-    for (std::size_t criterion = 0; criterion < MatchCriterion::count; ++criterion) {
-        numberings.emplace_back(&memory);
-    }
-    groups.reserve(elements.size());
     groupOfElement.reserve(elements.size());
     for (const ZoSUpdateElement& element : elements) {
-        const auto [group, isNew] = groups.try_emplace(keyOf(element));
-        groupOfElement.push_back(&*group);
-        Concern concern;
-        for (std::size_t i = 0; i < targetCriteria.size(); ++i) {
-            concern[i] = group->first.target[i] != noNumber;
-        }
-        if (std::find(concerns.begin(), concerns.end(), concern) == concerns.end()) {
-            concerns.push_back(concern);
-        }
+        addElement(element);
     }
+    latestFileOfType.resize(numberings.end(MatchCriterion::boardType));
 }
 
-Key FirstFits::keyOf(const ZoSUpdateElement& element)
+void FirstFits::addElement(const ZoSUpdateElement& element)
 {
-    const auto numberOf = [&](std::size_t criterion) {
-        std::optional<MatchValue> value = matchCriteria[criterion].actual(element);
-        return value ? numberings[criterion].add(*std::move(value)) : noNumber;
-    };
-    Key key{};
-    std::transform(targetCriteria.begin(), targetCriteria.end(), key.target.begin(), numberOf);
-    std::transform(listedCriteria.begin(), listedCriteria.end(), key.listed.begin(), numberOf);
-    return key;
+    Concern concern = 0;
+    TargetRow numbers{};
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        if (auto value = matchCriteria[targetCriteria[i]].actual(element)) {
+            concern |= 1U << i;
+            numbers[i] = numberings.add(targetCriteria[i], *std::move(value));
+        }
+    }
+    NumberRow listed;
+    std::transform(listedCriteria.begin(), listedCriteria.end(), listed.begin(), [&](std::size_t criterion) {
+        return numberings.add(criterion, *matchCriteria[criterion].actual(element));
+    });
+    groupOfElement.push_back(groupWith(targetWith(concern, numbers), listed));
+}
+
+Position FirstFits::targetWith(Concern concern, const TargetRow& numbers)
+{
+    if (const auto found = findTarget(concern, numbers)) {
+        return *found;
+    }
+    const auto position = static_cast<Position>(targets.size());
+    targetIndex.add(hashOf(concern, numbers), position);
+    targets.push_back({concern, numbers});
+    if (std::find(concerns.begin(), concerns.end(), concern) == concerns.end()) {
+        concerns.push_back(concern);
+    }
+    return position;
+}
+
+std::optional<Position> FirstFits::findTarget(Concern concern, const TargetRow& numbers) const
+{
+    return targetIndex.find(hashOf(concern, numbers), [&](Position at) {
+        return targets[at].concern == concern && targets[at].numbers == numbers;
+    });
+}
+
+Position FirstFits::groupWith(Position position, const NumberRow& listed)
+{
+    Target& target = targets[position];
+    if (const auto found = target.openCount != 0 ? findGroup(position, listed) : std::nullopt) {
+        return *found;
+    }
+    const auto group = static_cast<Position>(groups.size());
+    groupIndex.add(hashOf(position, listed), group);
+    groups.push_back({position, listed, target.firstOpen, std::nullopt});
+    target.firstOpen = group;
+    ++target.openCount;
+    return group;
+}
+
+std::optional<Position> FirstFits::findGroup(Position target, const NumberRow& listed) const
+{
+    return groupIndex.find(hashOf(target, listed),
+                           [&](Position at) { return groups[at].target == target && groups[at].listed == listed; });
 }
 
 void FirstFits::add(const ZoSUpdateFile& file, std::uint32_t index)
 {
-    for (const auto& [type, board] : decidingBoards(file)) {
-        const Number boardType = numberings[MatchCriterion::boardType].find(type);
-        if (boardType == noNumber) {
+    accepted.beginFile();
+    isWaiting = false;
+    const Requirements entry(file.jsonEntry, file, pathOtherwise);
+    bool isShared = false;
+    findBoard(file, [&](const json& board) {
+        boardTypes.clear();
+        anyBoardType(board, [&](const MatchValue& type) {
+            const auto number = numberings.find(MatchCriterion::boardType, type);
+            if (number && std::exchange(latestFileOfType[*number], index + 1) != index + 1) {
+                boardTypes.push_back(*number);
+            }
+            return false;
+        });
+        if (boardTypes.empty()) {
+            return false;
+        }
+        if (!isShared && &board != &file.jsonEntry) {
+            accepted.share(entry);
+            isShared = true;
+        }
+        addBoard(Requirements(board, file, pathOtherwise), boardTypes, index);
+        return false;
+    });
+    if (!isWaiting) {
+        accepted.dropFile();
+    }
+}
+
+void FirstFits::addBoard(const Requirements& requirements, std::span<const Number> types, std::uint32_t index)
+{
+    std::optional<Lists> lists;  // read when they are needed
+    for (const Concern concern : concerns) {
+        TargetRow numbers{};
+        if (!setTarget(numbers, requirements, concern)) {
             continue;
         }
-        const Requirements requirements(*board, file, pathOtherwise);
-        for (const Concern& concern : concerns) {
-            if (const auto target = targetOf(requirements, boardType, concern)) {
-                addToTarget(*target, accepted.listsOf(requirements), index);
+        for (const Number type : types) {
+            numbers.front() = type;
+            const auto target = findTarget(concern, numbers);
+            if (target && targets[*target].openCount != 0) {
+                lists = lists ? lists : accepted.listsOf(requirements);
+                addToTarget(*target, *lists, index);
             }
         }
     }
 }
 
-// Nothing when no element is in it.
-std::optional<Target> FirstFits::targetOf(const Requirements& requirements, Number boardType,
-                                          const Concern& concern) const
+// All but the board type, which is the first. False when no element is in it.
+bool FirstFits::setTarget(TargetRow& numbers, const Requirements& requirements, Concern concern) const
 {
-    Target target{boardType};
-    for (std::size_t i = 1; i < target.size(); ++i) {
-        if (concern[i]) {
-            target[i] = accepted.numberOf(targetCriteria[i], requirements);
-            if (target[i] == noNumber) {
-                return std::nullopt;
+    for (std::size_t i = 1; i < numbers.size(); ++i) {
+        if ((concern >> i & 1) != 0) {
+            const auto number = accepted.numberOf(targetCriteria[i], requirements);
+            if (!number) {
+                return false;
             }
+            numbers[i] = *number;
         }
     }
-    return target;
+    return true;
 }
 
-void FirstFits::addToTarget(const Target& target, const Lists& lists, std::uint32_t index)
+void FirstFits::addToTarget(Position position, const Lists& lists, std::uint32_t index)
 {
+    Target& target = targets[position];
     double combinations = 1;  // too many, possibly, for an integer
     for (const List& list : lists) {
         combinations *= static_cast<double>(list.size);
     }
-    constexpr double fewCombinations = 32;  // to look them up is no more work than to wait
-    if (combinations > fewCombinations) {
-        waiting[target].push_back({index, lists});
-        return;
+    constexpr double few = 32;  // to ask or to look up these is no more work than to wait
+    if (std::min<double>(combinations, target.openCount) > few) {
+        waiting.push_back({position, index, lists});
+        isWaiting = true;
+    } else if (target.openCount <= combinations) {
+        askGroups(target, lists, index);
+    } else {
+        NumberRow listed;
+        lookUp(position, listed, lists, index);
     }
-    Key key{target, {}};
-    lookUp(key, lists, index);
 }
 
-void FirstFits::lookUp(Key& key, const Lists& lists, std::uint32_t index, std::size_t property)
+// Forgets that groups were open that are so no more.
+void FirstFits::askGroups(Target& target, const Lists& lists, std::uint32_t index)
+{
+    for (Position* place = &target.firstOpen; *place != noGroup;) {
+        Group& group = groups[*place];
+        if (!group.file && accepts(lists, group.listed)) {
+            give(group, index);
+        }
+        if (group.file) {
+            *place = group.nextOpen;
+        } else {
+            place = &group.nextOpen;
+        }
+    }
+}
+
+bool FirstFits::accepts(const Lists& lists, const NumberRow& listed) const
+{
+    for (std::size_t i = 0; i < lists.size(); ++i) {
+        const auto numbers = accepted.numbersOf(lists[i]);
+        if (!std::binary_search(numbers.begin(), numbers.end(), listed[i])) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void FirstFits::lookUp(Position target, NumberRow& listed, const Lists& lists, std::uint32_t index,
+                       std::size_t property)
 {
     if (property < lists.size()) {
         for (const Number number : accepted.numbersOf(lists[property])) {
-            key.listed[property] = number;
-            lookUp(key, lists, index, property + 1);
+            listed[property] = number;
+            lookUp(target, listed, lists, index, property + 1);
         }
-    } else if (const auto group = groups.find(key); group != groups.end() && !group->second) {
-        group->second = index;
+    } else if (const auto group = findGroup(target, listed); group && !groups[*group].file) {
+        give(groups[*group], index);
     }
+}
+
+void FirstFits::give(Group& group, std::uint32_t index)
+{
+    group.file = index;
+    --targets[group.target].openCount;
 }
 
 std::vector<std::optional<std::uint32_t>> FirstFits::filesOfElements()
@@ -302,33 +303,37 @@ std::vector<std::optional<std::uint32_t>> FirstFits::filesOfElements()
     decideForWaitingFiles();
     std::vector<std::optional<std::uint32_t>> files;
     files.reserve(groupOfElement.size());
-    for (const Group* const group : groupOfElement) {
-        files.push_back(group->second);
+    for (const Position group : groupOfElement) {
+        files.push_back(groups[group].file);
     }
     return files;
 }
 
+// All groups of their targets are asked again: what waits comes before files that were asked at once.
 void FirstFits::decideForWaitingFiles()
 {
     if (waiting.empty()) {
         return;
     }
-    std::unordered_map<Target, std::vector<Group*>, Hash> groupsOfTarget;
-    for (Group& group : groups) {
-        groupsOfTarget[group.first.target].push_back(&group);
+    std::vector<std::vector<Position>> groupsOfTarget(targets.size());
+    for (Position group = 0; group < groups.size(); ++group) {
+        groupsOfTarget[groups[group].target].push_back(group);
     }
     NumberRow ends{};
     std::transform(listedCriteria.begin(), listedCriteria.end(), ends.begin(),
-                   [&](std::size_t criterion) { return numberings[criterion].end(); });
+                   [&](std::size_t criterion) { return numberings.end(criterion); });
     ListSearch search(ends);
-    for (const auto& [target, files] : waiting) {
-        if (const auto found = groupsOfTarget.find(target); found != groupsOfTarget.end()) {
-            decide(search, found->second, files);
-        }
+    std::stable_sort(waiting.begin(), waiting.end(),
+                     [](const WaitingFile& a, const WaitingFile& b) { return a.target < b.target; });
+    for (auto first = waiting.begin(); first != waiting.end();) {
+        const auto end =
+            std::find_if(first, waiting.end(), [&](const WaitingFile& file) { return file.target != first->target; });
+        decide(search, groupsOfTarget[first->target], {first, end});
+        first = end;
     }
 }
 
-void FirstFits::decide(ListSearch& search, const std::vector<Group*>& targetGroups, const WaitingFiles& files)
+void FirstFits::decide(ListSearch& search, std::span<const Position> targetGroups, std::span<const WaitingFile> files)
 {
     std::vector<ListOffer> offers;
     for (const WaitingFile& file : files) {
@@ -338,12 +343,12 @@ void FirstFits::decide(ListSearch& search, const std::vector<Group*>& targetGrou
     }
     std::vector<SoughtRow> rows;
     rows.reserve(targetGroups.size());
-    for (const Group* const group : targetGroups) {
-        rows.push_back({group->first.listed, group->second});
+    for (const Position group : targetGroups) {
+        rows.push_back({groups[group].listed, groups[group].file});
     }
     search.search(rows, offers);
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        targetGroups[i]->second = rows[i].position;
+        groups[targetGroups[i]].file = rows[i].position;
     }
 }
 

@@ -71,6 +71,26 @@ Actual pathOf(const ZoSUpdateElement& element)
     return hasPath ? MatchValue(allText(element.location)) : Actual();
 }
 
+// The property as a key, made once.
+const std::string& keyOf(const MatchCriterion& criterion)
+{
+    static const auto keys = [] {
+        std::array<std::string, MatchCriterion::count> made;
+        std::transform(matchCriteria.begin(), matchCriteria.end(), made.begin(), [](const MatchCriterion& each) {
+            return std::string(each.property != nullptr ? each.property : "");
+        });
+        return made;
+    }();
+    return keys[static_cast<std::size_t>(&criterion - matchCriteria.data())];
+}
+
+// Null when the object does not have the property.
+const json* memberOf(const json& object, const MatchCriterion& criterion)
+{
+    const std::string& key = keyOf(criterion);
+    return object.contains(key) ? &object[key] : nullptr;
+}
+
 }  // namespace
 
 constinit const std::array<MatchCriterion, MatchCriterion::count> matchCriteria{{
@@ -103,12 +123,13 @@ std::optional<MatchValue> matchValueOf(const json& value)
 const json* Requirements::expected(const MatchCriterion& criterion) const
 {
     if (criterion.property != nullptr) {
-        const std::string property = criterion.property;
-        if (board.contains(property)) {
-            return &board[property];
+        if (const json* const own = memberOf(board, criterion)) {
+            return own;
         }
-        if (&board != &file.jsonEntry && file.jsonEntry.contains(property)) {
-            return &file.jsonEntry[property];
+        if (&board != &file.jsonEntry) {
+            if (const json* const common = memberOf(file.jsonEntry, criterion)) {
+                return common;
+            }
         }
     }
     return criterion.otherwise(*this);
@@ -132,23 +153,22 @@ std::size_t countMet(const Requirements& requirements, const ZoSUpdateElement& e
     return static_cast<std::size_t>(unmet - matchCriteria.begin());
 }
 
+const json* decidingBoard(const ZoSUpdateFile& file, const MatchValue& boardType)
+{
+    return findBoard(file, [&](const json& board) {
+        return anyBoardType(board, [&](const MatchValue& stated) { return stated == boardType; });
+    });
+}
+
 DecidingBoards decidingBoards(const ZoSUpdateFile& file)
 {
     DecidingBoards boards;
-    const MatchCriterion& criterion = matchCriteria[MatchCriterion::boardType];
-    const auto add = [&](const json& board) {
-        anyStated(board[criterion.property], criterion.form, [&](MatchValue type) {
+    findBoard(file, [&](const json& board) {
+        return anyBoardType(board, [&](MatchValue type) {
             boards.try_emplace(std::move(type), &board);  // a later one of the same type is never looked at
             return false;
         });
-    };
-    if (!file.jsonEntry.contains("boards")) {
-        add(file.jsonEntry);
-        return boards;
-    }
-    for (const json& board : file.jsonEntry["boards"]) {
-        add(board);
-    }
+    });
     return boards;
 }
 

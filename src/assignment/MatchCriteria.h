@@ -123,8 +123,35 @@ bool isMet(const MatchCriterion& criterion, const Requirements& requirements,
 // How many criteria are met before the first that is not.
 std::size_t countMet(const Requirements& requirements, const ZoNUpdateInventory::ZoSUpdateElement& element);
 
-// For each board type that the file is for, the board object that decides: the first that states the type, whatever it
-// states besides; the entry itself when it has no "boards". Refers to the file's entry.
+// Asks `test` for each board object of the file, in their order, until it is true; for the entry itself when it has no
+// "boards". Returns the one for which it was true; null when there is none.
+template <class Test>
+const ZoNJson::json* findBoard(const ZoNUpdateArchive::ZoSUpdateFile& file, Test test)
+{
+    if (!file.jsonEntry.contains("boards")) {
+        return test(file.jsonEntry) ? &file.jsonEntry : nullptr;
+    }
+    for (const ZoNJson::json& board : file.jsonEntry["boards"]) {
+        if (test(board)) {
+            return &board;
+        }
+    }
+    return nullptr;
+}
+
+// Asks `test` for each board type that a board object states, until it is true, and returns whether it was.
+template <class Test>
+bool anyBoardType(const ZoNJson::json& board, Test test)
+{
+    const MatchCriterion& criterion = matchCriteria[MatchCriterion::boardType];
+    return anyStated(board[criterion.property], criterion.form, test);
+}
+
+// The board object of the file that decides for a board type: the first that states the type, whatever it states
+// besides. Null when none does.
+const ZoNJson::json* decidingBoard(const ZoNUpdateArchive::ZoSUpdateFile& file, const MatchValue& boardType);
+
+// The deciding ones of all board types that the file is for. Refers to the file's entry.
 using DecidingBoards = std::unordered_map<MatchValue, const ZoNJson::json*>;
 DecidingBoards decidingBoards(const ZoNUpdateArchive::ZoSUpdateFile& file);
 

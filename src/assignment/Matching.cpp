@@ -15,13 +15,12 @@ bool ZoCUpdateAssignment::contains(const json& expected, json value)
 
 bool ZoCUpdateAssignment::matches(const ZoSUpdateElement& element, const ZoSUpdateFile& file, std::string& targetPath)
 {
-    const DecidingBoards boards = decidingBoards(file);
-    const auto board = boards.find(*matchCriteria[MatchCriterion::boardType].actual(element));
-    if (board == boards.end()) {
+    const json* const board = decidingBoard(file, *matchCriteria[MatchCriterion::boardType].actual(element));
+    if (board == nullptr) {
         return false;
     }
     const json pathSoFar(targetPath);
-    const Requirements requirements(*board->second, file, pathSoFar);
+    const Requirements requirements(*board, file, pathSoFar);
     const std::size_t met = countMet(requirements, element);
     if (element.isFileSystemElement && met >= MatchCriterion::targetPath) {
         targetPath = std::string(*requirements.expected(matchCriteria[MatchCriterion::targetPath]));

@@ -39,14 +39,15 @@ struct World {
     std::vector<File> files;
 };
 
-// Compares many worlds, and makes sure that they are neither such that all elements get a file nor that none does.
-void compareWorlds(unsigned count, const RandomData::Style& style)
+// Compares many worlds of about `elements` elements, and makes sure that they are neither such that all of them get a
+// file nor that none does.
+void compareWorlds(unsigned count, const RandomData::Style& style, unsigned elements = 8)
 {
     std::ptrdiff_t without = 0;
     std::ptrdiff_t all = 0;
     for (unsigned seed = 1; seed <= count; ++seed) {
         RandomData data(seed, style);
-        const World world(data, 1 + data.below(8), 1 + data.below(20));
+        const World world(data, elements / 8 + data.below(elements), 1 + data.below(20));
         const Fits expected = world.byTryingEach();
         ASSERT_EQ(firstFits(world.elements, world.files), expected) << "seed " << seed;
         without += std::count(expected.begin(), expected.end(), std::nullopt);
@@ -64,6 +65,11 @@ TEST(FirstFits, AreThoseOfTryingEachFileInSmallWorlds)
 TEST(FirstFits, AreThoseOfTryingEachFileWhereFilesAcceptMuch)
 {
     compareWorlds(2000, {.types = 2, .ids = 1, .longestList = 16, .statedOneIn = 1});
+}
+
+TEST(FirstFits, AreThoseOfTryingEachFileWhereFilesAcceptMuchAndElementsDiffer)
+{
+    compareWorlds(60, {.types = 1, .ids = 1, .longestList = 16, .statedOneIn = 1}, 400);
 }
 
 }  // namespace
