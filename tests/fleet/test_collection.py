@@ -13,7 +13,7 @@ from pathlib import Path
 import yaml
 
 from engine import COLLECTIONS, Engine
-from fleet import TOOL_FOLDER, Fleet
+from fleet import PROJECT, TOOL_FOLDER, Fleet
 
 COLLECTION = COLLECTIONS / "ansible_collections" / "velorant" / "trellan"
 MODULES = ["coverage", "facts", "package", "report", "update"]
@@ -73,12 +73,18 @@ class TheDocumentation(Collection):
 class TheExamples(Collection):
     """They are run as they stand, but for the places of the archive and of what lies on the target."""
 
-    def run_examples(self, name, target):
-        text = module(name).EXAMPLES
+    def in_place(self, text):
         for place, stand_in in (("/srv/firmware/23.2", self.archive), ("/srv/firmware", self.folder),
                                 ("/var/lib/trellan", self.place), ("/var/tmp", self.place)):
             text = text.replace(place, str(stand_in))
-        tasks = yaml.safe_load(text)
+        return text
+
+    def playbook_of_the_document(self, name):
+        document = (PROJECT / "docs" / "fleet.md").read_text()
+        return self.in_place(document.split("```yaml %s\n" % name)[1].split("```")[0])
+
+    def run_examples(self, name, target):
+        tasks = yaml.safe_load(self.in_place(module(name).EXAMPLES))
         self.assertGreater(len(tasks), 1)
         play = [{"hosts": "trellan", "environment": {"TRELLAN_TARGET": str(target)}, "tasks": tasks}]
         run = self.engine.playbook(yaml.safe_dump(play, sort_keys=False), self.fleet.inventory(self.folder / "hosts"))
@@ -121,6 +127,26 @@ class TheExamples(Collection):
         for name in ("coverage", "package", "report"):
             with self.subTest(name=name):
                 self.run_examples(name, self.target)
+
+
+    def test_of_the_document_run(self):
+        inventory = self.fleet.inventory(self.folder / "hosts")
+        run = self.engine.playbook(self.playbook_of_the_document("update.yml"), inventory, TRELLAN_TARGET=str(self.target))
+        self.assertEqual(run.status, 0, run.text)
+        self.assertEqual(len(run.of("Update the modules")["target0000"]["result"]["written"]), 5)
+        self.assertIn("Analog inputs, SN 815, IoFirmware: 6.2 -> 6.3", run.text)
+
+    def test_of_the_document_run_where_a_target_fetches_them(self):
+        repository = self.folder / "repository"
+        repository.mkdir()
+        (repository / "pull.yml").write_text(self.playbook_of_the_document("pull.yml"))
+        git = ["git", "-C", repository, "-c", "user.name=a", "-c", "user.email=a@b.example"]
+        self.call(*git, "init", "-q")
+        self.call(*git, "add", "pull.yml")
+        self.call(*git, "commit", "-q", "-m", "How the targets are updated")
+        pulled = self.call("ansible-pull", "-U", "file://%s" % repository, "-d", self.folder / "pulled", "pull.yml",
+                           TRELLAN_TARGET=str(self.target))
+        self.assertIn("changed=1", pulled.stdout)
 
 
 class TheProduct(Collection):

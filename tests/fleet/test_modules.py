@@ -136,6 +136,26 @@ class AnUpdate(Module):
         again = self.update(element_names=["UserFirmware"])
         self.assertEqual((again["changed"], again["msg"], again["written"]), (False, "nothing to do", []))
 
+    def test_names_as_the_reason_what_is_otherwise_than_in_the_archive(self):
+        self.update(board_types=["KR5120"])
+
+        def change(target):
+            firmware, fpga, loader, cpld = [element["parameters"] for element in elements(hcn(target))]
+            firmware.update(VERSION="24.0")
+            fpga.update(CHECKSUM_CRC32=4)
+            loader.update(ACTIVE=0)
+            cpld.update(VALID=0)
+
+        self.change_target(change)
+        self.assertEqual(self.update("--check", board_types=["KR5120"])["reasons"], [
+            "Processor board, SN 5000, Firmware: 24.0 -> 23.2 (downgrade)",
+            "Processor board, SN 5000, FPGA: another checksum",
+            "Processor board, SN 5000, Bootloader: what is installed is not in use",
+            "Processor board, SN 5000, CPLD: nothing sound is installed"])
+        self.fleet.restore()
+        self.assertEqual(self.update("--check", element_names=["UserIpl"], force=True)["reasons"], [
+            "Processor board, SN 5000, Bootloader: written again, as it was asked for"])
+
     def test_shows_the_versions_before_and_after_in_diff_mode(self):
         expected = {"before_header": "installed", "after_header": "updated",
                     "before": "Processor board, SN 5000, Firmware: 23.1 (checksum 305419896)\n"
@@ -221,7 +241,7 @@ class AnUpdateThatIsDisturbed(Module):
         return dict(line["result"], task_status=line["status"])
 
     def test_is_told_as_interrupted_where_a_signal_ended_it(self):
-        self.be_slow(5000)
+        self.be_slow(2500)
         engine, tool = self.begin()
         os.kill(tool.pid, signal.SIGTERM)
         told = self.end(engine)
@@ -232,7 +252,7 @@ class AnUpdateThatIsDisturbed(Module):
 
     def test_is_a_success_where_a_signal_came_in_its_last_phase(self):
         self.options["board_types"] = ["KR5120"]
-        self.be_slow(8000)
+        self.be_slow(4000)
         engine, tool = self.begin()
         os.kill(tool.pid, signal.SIGTERM)
         told = self.end(engine)
@@ -249,8 +269,9 @@ class AnUpdateThatIsDisturbed(Module):
 
     def test_goes_on_where_the_module_is_killed_and_the_next_run_finds_its_result(self):
         self.options["board_types"] = ["KR5120"]
-        self.be_slow(1000)
+        self.be_slow(4000)
         engine, tool = self.begin()
+        os.kill(tool.pid, signal.SIGSTOP)  # so that it has not ended however long the further runs take
         os.kill(tool.parent, signal.SIGKILL)
         self.assertEqual(self.end(engine)["task_status"], "failed")
         for flags in (["--check"], []):
@@ -258,6 +279,7 @@ class AnUpdateThatIsDisturbed(Module):
             self.assertEqual((told["task_status"], told["changed"], told.get("running")), ("failed", False, True), told["msg"])
             self.assertIn("an earlier update with the file of events %s is still running; nothing was done" % self.events,
                           told["msg"])
+        os.kill(tool.pid, signal.SIGCONT)
         wait_for(lambda: not processes_of_target(self.target))
         told = self.task("update", self.options)
         self.assertEqual((told["task_status"], told["changed"], told["msg"]), ("ok", False, "nothing to do"))

@@ -86,6 +86,18 @@ class ARolloutWithFaults(Rollout):
         self.assertTrue((self.report_folder / "after.html").exists())
 
 
+class ARolloutToTheEnd(Rollout):
+    COUNT = max(TARGETS // 10, 2)
+
+    def test_updates_all_targets_in_batches(self):
+        run = self.engine.measured("whole rollout", self.COUNT, *self.arguments([], {}))
+        print("\n" + self.engine.table())
+        self.assertEqual(run.status, 0, run.text[-3000:])
+        self.assertEqual(self.results(), dict.fromkeys(self.fleet.hosts, "success"))
+        written = {host: len(entry["written"]) for host, entry in self.report()["hosts"].items()}
+        self.assertEqual(written, {host: state.first for host, state in self.fleet.state_of.items()})
+
+
 class ABoardWithoutFiles(Rollout):
     COUNT = 3
 
@@ -110,7 +122,7 @@ class ABoardWithoutFiles(Rollout):
         self.assertEqual(list((self.fleet.folder / "lib").iterdir()), [])
 
     def test_stops_nothing_where_that_is_allowed(self):
-        run = self.rollout(rollout_allow_boards_without_files=True)
+        run = self.rollout(rollout_allow_boards_without_files=True, rollout_archive="../archive")
         self.assertEqual(run.status, 0, run.text[-3000:])
         self.assertEqual(self.results(), dict.fromkeys(self.fleet.hosts, "success"))
 
@@ -149,6 +161,12 @@ class ACompleteRollout(Rollout):
         self.assertTrue(report["checkMode"])
         self.assertEqual(report["counts"], {"changed": 5, "success": 6})
         self.assertEqual([len(entry["written"]) for entry in report["hosts"].values()], [12, 0, 9, 7, 1, 1])
+
+    def test_sends_nothing_where_the_targets_have_the_archive(self):
+        run = self.rollout("--limit", "target0000", rollout_send=False)
+        self.assertEqual(run.status, 0, run.text[-3000:])
+        self.assertEqual(len(self.report()["hosts"]["target0000"]["written"]), 12)
+        self.assertEqual([path.name for path in (self.fleet.folder / "lib" / "target0000").iterdir()], ["events.jsonl"])
 
     def test_runs_its_updates_asynchronously_where_that_is_asked_for(self):
         run = self.rollout("--limit", "target0000,target0003", rollout_async=60, rollout_poll=1)

@@ -74,11 +74,14 @@ def change_reasons(written):
 
 def versions(element):
     before, after = element["installedVersion"], element["availableVersion"]
-    if before != after:
-        return "%s -> %s" % (before or "---", after or "---") + (" (downgrade)" if element["downgrade"] else "")
+    if after and before != after:
+        return "%s -> %s" % (before or "---", after) + (" (downgrade)" if element["downgrade"] else "")
     if not element["valid"]:
         return "nothing sound is installed"
-    return "another checksum" if element["checksumDiffers"] else "written again, as it was asked for"
+    if element["checksumDiffers"]:
+        return "another checksum"
+    in_use = element["active"] or element["isFileSystemElement"]
+    return "written again, as it was asked for" if in_use else "what is installed is not in use"
 
 
 STATE_WORDS = {
