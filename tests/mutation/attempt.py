@@ -16,6 +16,7 @@ import time
 from pathlib import Path
 
 MEMORY = 8 << 30  # bytes of address space
+MOST_READ = 10 << 20  # characters of what a program prints: a mutant may print without an end
 NO_TEST = 'the program itself'
 PROCESSOR = 60  # seconds of one process
 TOLD = re.compile(r'^\[ +(RUN|OK|FAILED|SKIPPED) +\] ([^ ,]+)')
@@ -31,7 +32,7 @@ def hide(tree, scratch):
         (Path(scratch) / folder).mkdir()
     subprocess.run(['mount', '-o', 'remount,bind,ro', '/'], check=os.environ['TRELLAN_ROOT'] == '1')
     mount('-t', 'overlay', '-o', f'lowerdir={tree},upperdir={scratch}/upper,workdir={scratch}/work', 'overlay', tree)
-    mount('-t', 'tmpfs', '-o', 'size=4g', 'tmp', '/tmp')
+    mount('-t', 'tmpfs', '-o', 'size=1g', 'tmp', '/tmp')
 
 
 def limit():
@@ -56,7 +57,9 @@ def tests_of(step, names):
             pass
         child.wait()
     failed, passed, running = [], {}, ''
-    for line in output.read_text(errors='replace').split('\n'):
+    with output.open(errors='replace') as file:
+        text = file.read(MOST_READ)
+    for line in text.split('\n'):
         told, took = TOLD.match(line), TOOK.search(line)
         if not told or not (took or told.group(1) == 'RUN'):
             continue  # those that failed are listed once more at the end

@@ -25,6 +25,7 @@ SOURCES = ['src/**/*.cpp', 'tool/**/*.cpp', 'simulation/target/*.cpp']
 LIMIT = 97.0  # percent of the mutants that are counted
 LOG = FOLDER.parent / 'verdicts.jsonl'
 LONGEST = 900  # seconds that one mutant may take
+NOT_TRIED = ('uncompiled', 'lost')  # lost: the sandbox could not be used
 
 
 def chosen(patterns):
@@ -61,6 +62,9 @@ def sandbox(job, worker=0):
                                    'PYTHONDONTWRITEBYTECODE': '1'})
     except subprocess.TimeoutExpired:
         return {'verdict': 'killed', 'by': 'time', 'tests': [], 'broken': True, 'seconds': LONGEST}
+    except subprocess.CalledProcessError as fault:
+        print(fault.stderr, file=sys.stderr)
+        return {'verdict': 'lost', 'seconds': 0}
     return json.loads(done.stdout)
 
 
@@ -103,7 +107,7 @@ class Run:
                 if entry is None:
                     self.tried += 1  # taken back if it does not compile
                     return mutant
-                self.tried += entry['verdict'] != 'uncompiled'
+                self.tried += entry['verdict'] not in NOT_TRIED
         return None
 
     def work(self, worker):
@@ -112,7 +116,7 @@ class Run:
                 job = job_of(mutant, self.tree, self.programs, self.quick)
             answer = sandbox(job, worker)
             with self.lock:
-                self.tried -= answer['verdict'] == 'uncompiled'
+                self.tried -= answer['verdict'] in NOT_TRIED
                 self.note(mutant, answer)
 
     def note(self, mutant, answer):
@@ -135,7 +139,7 @@ class Run:
 def tell(mutants, count):
     listed, found = reasons(), logged()
     tried = [found[mutant.key()] for mutant in mutants if mutant.key() in found]
-    tried = [entry for entry in tried if entry['verdict'] != 'uncompiled'][:count]
+    tried = [entry for entry in tried if entry['verdict'] not in NOT_TRIED][:count]
     survived = [entry for entry in tried if entry['verdict'] == 'survived']
     excused = [entry for entry in survived if (entry['file'], entry['after']) in listed]
     same = sum(entry['verdict'] == 'equivalent' for entry in tried)

@@ -43,8 +43,10 @@ class Tree:
                        stdout=subprocess.DEVNULL)
         subprocess.run(['cmake', '--build', BUILD, '--target', *(f'test_{name}' for name in programs)], check=True,
                        stdout=subprocess.DEVNULL)
-        self.commands = {os.path.relpath(entry['file'], FOLDER): entry['command']
-                         for entry in json.loads((BUILD / 'compile_commands.json').read_text())}
+        self.commands = {}
+        for entry in json.loads((BUILD / 'compile_commands.json').read_text()):
+            if (BUILD / self.made_by(entry['command'])).is_file():  # and not of another program that is not built
+                self.commands[os.path.relpath(entry['file'], FOLDER)] = entry['command']
         self.edges = self.read_edges()
         self.link_commands = {}
         self.fast = shutil.which('clang++')
@@ -60,8 +62,12 @@ class Tree:
         subprocess.run([self.fast, '-w', '-O0', '-DNDEBUG', '-fPIC', '-std=c++20', '-fpch-instantiate-templates',
                         '-x', 'c++-header', str(self.header), '-o', f'{self.header}.pch'], check=True)
 
+    @staticmethod
+    def made_by(command):
+        return re.search(r' -o (\S+)', command).group(1)
+
     def object(self, file):
-        return re.search(r' -o (\S+)', self.commands[file]).group(1)
+        return self.made_by(self.commands[file])
 
     def optimised(self, file):
         """The command that the build compiles a file with."""
