@@ -2,6 +2,7 @@
 // some.
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <string>
 
 #include "Inspecting.h"
@@ -36,6 +37,17 @@ protected:
 };
 
 }  // namespace
+
+TEST_F(ExplainedElements, HaveTheCandidatesOfTheLastExplanationAlone)
+{
+    boards = {hcnBoard({installed(1)})};
+    entries = {fileEntry("file.bin"), fileEntry("other.bin", {{"id", 2}})};
+    apply();
+    EXPECT_THROW(inspector->getCandidate(0), std::out_of_range);
+    ASSERT_EQ(inspector->explainElement(0), 2u);
+    inspector->getCandidate(1);
+    EXPECT_THROW(inspector->getCandidate(2), std::out_of_range);
+}
 
 TEST_F(ExplainedElements, WithTheSameKeysAreHeldAgainstAllEntriesOnceWhateverTheirBoardTypes)
 {

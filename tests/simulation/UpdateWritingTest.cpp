@@ -61,6 +61,16 @@ TEST(UpdateSession, ChangesNothingElseInTheFile)
     EXPECT_EQ(device.text(), after);
 }
 
+TEST(UpdateSession, KeepsBlanksBeforeTheDocument)
+{
+    const ElementDevice device(oldValues);
+    const std::string before = "\n \t\r\n" + device.text();
+    writeText(device.target.path(), before);
+    update(device);
+    EXPECT_TRUE(device.text().starts_with("\n \t\r\n{")) << device.text();
+    EXPECT_EQ(device.element().dump(), R"({"VERSION":"1.0","ID":1,"VALID":1,"CHECKSUM_CRC32":3421780262})");
+}
+
 TEST(UpdateSession, AddsParametersTheWayTheOthersAreWritten)
 {
     const ElementDevice device(oldValues);

@@ -261,6 +261,17 @@ TEST_F(OutputFiles, LeaveNoFolderBehindWhereTheyCannotBeMade)
     EXPECT_EQ(entries(), 0u);
 }
 
+TEST_F(OutputFiles, LeaveNoFolderBehindWhereOnlySomeOfTheirFoldersCanBeMade)
+{
+    fs::permissions(folder.path(), fs::perms::all);
+    const Unprivileged user;
+    const mode_t before = ::umask(0700);  // nobody may make anything in a folder of his own that is new
+    EXPECT_EQ(faultOf([&] { writeNewFile(pathOf("a/b/file"), [](std::ostream& out) { out << "content"; }); }),
+              pathOf("a/b/file") + " cannot be written: Permission denied");
+    ::umask(before);
+    EXPECT_EQ(entries(), 0u);
+}
+
 TEST_F(OutputFiles, ThatAreDevicesAreWrittenTo)
 {
     EXPECT_EQ(fault("/dev/full", "new"), "/dev/full cannot be written: No space left on device");

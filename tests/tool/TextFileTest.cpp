@@ -1,9 +1,13 @@
 // Files that are read whole.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <fstream>
+#include <thread>
 
 #include "support/BuildTree.h"
 #include "support/Process.h"
@@ -34,6 +38,27 @@ TEST_F(TextFiles, AreReadAlsoWhereTheyTellNoSize)
     ASSERT_TRUE(text);
     EXPECT_TRUE(text->starts_with("Name:")) << *text;
     EXPECT_TRUE(text->ends_with('\n')) << *text;
+}
+
+TEST_F(TextFiles, AreReadWholeWhereTheyComePieceByPiece)
+{
+    const std::string path = (folder.path() / "pipe").string();
+    ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+    std::string text;
+    for (int i = 0; i < 100'000; ++i) {
+        text += std::to_string(i) + '\n';
+    }
+    std::thread writer([&] {
+        std::ofstream pipe(path, std::ios::binary);
+        for (std::size_t at = 0; at < text.size(); at += 1000) {
+            pipe.write(text.data() + at, static_cast<std::streamsize>(std::min<std::size_t>(1000, text.size() - at)));
+            pipe.flush();
+        }
+    });
+    const auto got = readWholeFile(path);
+    writer.join();
+    ASSERT_TRUE(got);
+    EXPECT_TRUE(*got == text) << got->size() << " bytes in place of " << text.size();
 }
 
 TEST_F(TextFiles, TellWhyTheyCannotBeRead)

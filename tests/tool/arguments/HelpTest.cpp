@@ -1,7 +1,11 @@
 // Help, and what the tool says of itself.
 #include <gtest/gtest.h>
 
+#include <set>
+#include <sstream>
+
 #include "tool/CommandLine.h"
+#include "tool/arguments/Command.h"
 
 namespace {
 
@@ -83,6 +87,37 @@ Exit status:
  10  with --detailed-exit-status, in place of 0: there is something to update
 )";
 
+// Of all commands, in the order of their characters.
+constexpr const char* allOptionRows = R"(  --board-types LIST          Only elements of boards of these types
+  --configuration             Work on configuration elements instead of the others
+  --description NAME          Archive description file in the archive (archive.json)
+  --detailed-exit-status      End with 10 in place of 0 where there is something to update
+  --disable-custom-elements   Leave custom elements out of the update
+  --element INDEX             Explain this element only; may be repeated
+  --element-names LIST        Only elements with these names
+  --events FILE               Append a line of JSON to this file for each event of the update
+  --exclude INDEX             Leave the element with this number out of the update; may be repeated
+  --file NUMBER               Explain who is given this entry of the archive, counted from 0; may be repeated
+  --force                     Carry out standard updates even where they are not required
+  --html FILE                 Write a page for a browser to this file
+  --json                      Print a JSON document; the library's own text goes to standard error
+  --no-check                  Check nothing beforehand; do just what the library does
+  --no-progress               Print no progress lines
+  --output FILE               Write the result to this file, as a whole, in place of standard output
+  --plan FILE                 Update only while this plan, written by --dry-run --json, still holds
+  --progress WHEN             Print progress always, never, or (auto) as lines where there is no terminal
+  --serial-numbers LIST       Only elements of boards with these serial numbers
+  --stall-timeout SECONDS     Give the update up when it makes no progress for so long
+  --strict                    Count warnings as errors
+  --target FILE               Simulated target to work on (sets TRELLAN_TARGET)
+  --trace FILE                Where to trace the platform's calls (sets TRELLAN_TRACE)
+  --verify                    Scan again after the update, and compare each updated element with its file
+  -h, --help                  Print this help
+  -n, --dry-run               Tell what would be updated, and update nothing; with --json as a plan
+  -q, --quiet                 Print nothing on standard output
+  -v, --verbose               Print more diagnostics
+)";
+
 void expectPrinted(const std::vector<std::string>& words, const std::string& text)
 {
     const RunResult result = ran(words);
@@ -105,6 +140,24 @@ TEST(Help, OfACommandShowsTheOptionsThatHaveAMeaningForIt)
     expectPrinted({"compare", "--help"}, compareHelpText);
     expectPrinted({"-h", "compare"}, compareHelpText);
     expectPrinted({"help", "compare"}, compareHelpText);
+}
+
+TEST(Help, TellsWhatEachOptionOfAnyCommandDoes)
+{
+    std::set<std::string> rows;
+    for (const TrellanTool::Command& command : TrellanTool::allCommands()) {
+        std::istringstream text(ran({"help", command.name}).out);
+        for (std::string line; std::getline(text, line) && line != "Example:";) {
+            if (line.starts_with("  -")) {
+                rows.insert(line + '\n');
+            }
+        }
+    }
+    std::string all;
+    for (const std::string& row : rows) {
+        all += row;
+    }
+    EXPECT_EQ(all, allOptionRows);
 }
 
 TEST(Help, AnswersWhateverElseIsOnTheCommandLine)

@@ -185,6 +185,8 @@ TEST(NewEntries, NameFilesAsAnyShellAndFileSystemTakesThem)
         ElementsAre("A-B-y--z---.bin", "board-.bin", "board..--.bin"));
     EXPECT_THAT(namesOf(entriesFor({file("a/.hidden"), file("b.tmp"), file("c."), file("d.tar.gz"), file("dir/")})),
                 ElementsAre("T-.hidden.bin", "T-b.tmp.bin", "T-c..bin", "T-d.tar.gz", "T-.bin"));
+    EXPECT_THAT(namesOf(entriesFor({file("e.123456789"), file("f.1234567890")})),
+                ElementsAre("T-e.123456789", "T-f.1234567890.bin"));
     const ordered_json entries = entriesFor({named(std::string(300, 'b'), std::string(300, 'n'))});
     EXPECT_EQ(entries[0]["name"], std::string(80, 'b') + "-" + std::string(80, 'n') + ".bin");
 }

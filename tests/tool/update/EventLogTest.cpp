@@ -134,6 +134,16 @@ TEST_F(EventLogs, TellsProgressWhereThePercentageHasChanged)
                                       R"({"event":"progress","phase":1,"percent":100,"overall":100})"));
 }
 
+TEST_F(EventLogs, CountsAnElementOfAnEarlierPhaseAsWhole)
+{
+    EventLog events_(path(), [](const std::string&) {});
+    events_.start("/archive", "1.0", std::nullopt,
+                  {{1, "Firmware", "A", "", "", 0}, {2, "Firmware", "B", "", "", 0}, {3, "Firmware", "C", "", "", 1}});
+    events_.phase(1);
+    events_.progress(50);
+    EXPECT_EQ(events().back(), R"({"event":"progress","phase":1,"percent":50,"overall":83})");
+}
+
 TEST_F(EventLogs, MarksAllLinesOfARunAlikeAndThoseOfAnotherDifferently)
 {
     for (int i = 0; i < 2; ++i) {
@@ -163,6 +173,14 @@ TEST_F(EventLogs, ReplacesBytesThatAreNotUtf8)
     log().start("/archive\xFF", "1.0", std::nullopt, {{0, "Name\xC3", "", "", "", 0}});
     EXPECT_EQ(lines().at(0).at("archive").at("path"), "/archive\xEF\xBF\xBD");
     EXPECT_EQ(lines().at(0).at("elements").at(0).at("name"), "Name\xEF\xBF\xBD");
+}
+
+TEST_F(EventLogs, WritesLettersOfAllLanguagesAsTheyAre)
+{
+    EventLog events_ = log();
+    events_.start("/archive", "1.0", std::nullopt, {});
+    events_.message("Ger\xC3\xA4t");
+    EXPECT_NE(readText(path()).find("\"Ger\xC3\xA4t\""), std::string::npos) << readText(path());
 }
 
 TEST_F(EventLogs, KeepsATextWithLineEndsOnOneLine)

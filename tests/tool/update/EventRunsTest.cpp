@@ -5,6 +5,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <vector>
+
 #include "support/BuildTree.h"
 #include "support/Namespaces.h"
 #include "support/Process.h"
@@ -14,6 +18,9 @@
 #include "support/TextFile.h"
 #include "tool/update/SlowUpdate.h"
 
+namespace fs = std::filesystem;
+
+using nlohmann::ordered_json;
 using testing::EndsWith;
 using testing::HasSubstr;
 
@@ -54,6 +61,25 @@ TEST_F(EventRuns, NameTheTargetThatTheEnvironmentNames)
     EXPECT_EQ(result.status, 0);
     EXPECT_THAT(readText(pathOf("events")), HasSubstr(R"("event":"start",)"));
     EXPECT_THAT(readText(pathOf("events")), HasSubstr(R"("target":")" + pathOf("target.json") + '"'));
+}
+
+TEST_F(EventRuns, TellWhyAnUpdateWasRefused)
+{
+    fs::remove(fs::path(archive.path()) / "a.bin");
+    const ProcessResult result = runProcess(
+        TRELLAN_TOOL, {"update", archive.path(), "--target", "target.json", "--events", "events"}, folder.path());
+    EXPECT_EQ(result.status, 6);
+    std::vector<ordered_json> events;
+    std::istringstream lines(readText(pathOf("events")));
+    for (std::string line; std::getline(lines, line);) {
+        events.push_back(ordered_json::parse(line));
+    }
+    ASSERT_EQ(events.size(), 3u) << readText(pathOf("events"));
+    EXPECT_EQ(events[0]["event"], "start");
+    EXPECT_EQ(events[0]["archive"]["path"], archive.path());
+    EXPECT_EQ(events[1]["event"], "message");
+    EXPECT_EQ(events[2]["event"], "result");
+    EXPECT_EQ(events[2]["result"], "refused");
 }
 
 TEST_F(EventRuns, AreRefusedWhereEventsWouldSpoilWhatTheyRead)
