@@ -11,8 +11,13 @@ namespace {
 // A number of an address that few others have.
 std::uint64_t numberOf(const ZoCInventoryAddress& address)
 {
-    return std::uint64_t{address.getIndex()} << 32 ^ address.getLength() << 16 ^ address.getLength() << 5 ^
-           address.getCategory();
+    return std::uint64_t{address.getIndex()} << 32 | std::uint64_t{address.getCategory()} << 8 | address.getLength();
+}
+
+// One of 128 places, which addresses of one or two elements share with others of their kind alone.
+std::size_t placeOf(const ZoCInventoryAddress& address)
+{
+    return (address.getCategory() + 64 * address.getLength()) % 128;
 }
 
 }  // namespace
@@ -43,12 +48,11 @@ const ParameterName* ParameterNames::parseKey(const JsonBits& key)
 
 const ParameterName* ParameterNames::find(const ZoCInventoryAddress& address) const
 {
-    const std::uint64_t number = numberOf(address);
-    const ParameterName*& known = lateNames[number % lateNames.size()];
-    if (known != nullptr && known->address == address) {
+    const ParameterName*& known = lateNames[placeOf(address)];
+    if (known == nullptr || known->address == address) {
         return known;
     }
-    const auto [first, end] = byNumber.equal_range(number);
+    const auto [first, end] = byNumber.equal_range(numberOf(address));
     const auto found = std::find_if(first, end, [&](const auto& entry) { return entry.second->address == address; });
     return found == end ? nullptr : known = found->second;
 }
@@ -64,6 +68,7 @@ ParameterName& ParameterNames::add(std::string_view text, const ZoCInventoryAddr
     ParameterName& name = names[std::string(text)];
     name.address = address;
     byNumber.emplace(numberOf(address), &name);
+    lateNames[placeOf(address)] = &name;
     return name;
 }
 

@@ -42,9 +42,9 @@ private:
     std::map<std::string, ParameterName, std::less<>> names;  // by their texts
     std::unordered_multimap<std::uint64_t, const ParameterName*> byNumber;
 
-    // The same few come again and again.
+    // The same few come again and again. A place is null as long as no name has it.
     std::array<KnownKey, 64> lateKeys{};
-    mutable std::array<const ParameterName*, 64> lateNames{};
+    mutable std::array<const ParameterName*, 128> lateNames{};
 };
 
 }  // namespace TrellanSimulation
