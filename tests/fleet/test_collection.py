@@ -120,8 +120,8 @@ class TheExamples(Collection):
 
     def make_plan(self):
         with open(self.folder / "plan.json", "w", encoding="utf-8") as plan:
-            subprocess.run([TOOL_FOLDER / "trellan-update", "update", self.archive, "--dry-run", "--json"], check=True, stdout=plan,
-                           stderr=subprocess.DEVNULL, env=dict(os.environ, TRELLAN_TARGET=str(self.target)))
+            subprocess.run([TOOL_FOLDER / "trellan-update", "update", self.archive, "--dry-run", "--json"], check=True,
+                           stdout=plan, stderr=subprocess.DEVNULL, env=dict(os.environ, TRELLAN_TARGET=str(self.target)))
 
     def test_of_what_works_on_the_controller_run(self):
         for name in ("coverage", "package", "report"):

@@ -196,8 +196,19 @@ class ACompleteRollout(Rollout):
         before = self.fleet.content()
         run = self.rollout(rollout_archive=str(broken))
         self.assertEqual(run.status, 2)
-        self.assertIn("[missing-file]", run.text)
+        self.assertEqual(run.of("Stop with an archive that is not sound")["target0000"]["result"]["msg"],
+                         "no target was touched: archive.json:42:4: error: files[3] \"hcn-cpld.bin\": the archive's folder has "
+                         "no such file: add it, or correct the name [missing-file]\n1 error, 0 warnings, 0 notes")
         self.assertEqual(before, self.fleet.content())
+        run = self.rollout(rollout_archive="/nonexistent")
+        self.assertEqual(run.status, 2)
+        self.assertIn("no target was touched: ", run.text)
+        self.assertIn("/nonexistent/archive.json", run.text)
+
+    def test_tells_that_the_controller_needs_the_tool(self):
+        run = self.engine.playbook(*self.arguments([], {}), tool="/nonexistent")
+        self.assertEqual(run.status, 2)
+        self.assertIn("no target was touched: the controller needs trellan-update on its path", run.text)
 
 
 del Rollout  # has no tests of its own
