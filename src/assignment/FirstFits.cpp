@@ -6,10 +6,13 @@
 #include <algorithm>
 #include <array>
 #include <span>
+#include <utility>
 
 #include "assignment/ListSearch.h"
+#include "assignment/MatchCriteria.h"
 #include "assignment/MatchNumbers.h"
 
+using namespace ZoNUpdateBase;
 using ZoNJson::json;
 using ZoNUpdateArchive::ZoSUpdateFile;
 using ZoNUpdateInventory::ZoSUpdateElement;

@@ -9,16 +9,15 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
-#include <variant>
 
 #include "archive/ZoSUpdateFile.h"
+#include "base/MatchValue.h"
 #include "inventory/ZoSUpdateElement.h"
 #include "libZoJsonLib/ZoNJson.h"
 
 namespace ZoNUpdateAssignment {
 
-// What is compared: null, a text or an unsigned number. Values of different kinds are never equal.
-using MatchValue = std::variant<std::monostate, std::string, unsigned long long>;
+using ZoNUpdateBase::MatchValue;
 
 // Nothing for a JSON value of any other kind, which equals nothing.
 std::optional<MatchValue> matchValueOf(const ZoNJson::json& value);

@@ -4,14 +4,18 @@
 #include <functional>
 #include <utility>
 
+#include "assignment/MatchCriteria.h"
+
 using ZoNJson::json;
 
 namespace ZoNUpdateAssignment {
 namespace {
 
+static_assert(std::tuple_size_v<Lists> == listedCriteria.size());
+
 std::uint64_t hashOf(const MatchValue& value)
 {
-    return combinedHash(0, std::hash<MatchValue>()(value));
+    return ZoNUpdateBase::combinedHash(0, std::hash<MatchValue>()(value));
 }
 
 bool isOneNumber(std::size_t criterion)
@@ -41,6 +45,8 @@ std::optional<Number> Numbering::find(const MatchValue& value) const
 {
     return index.find(hashOf(value), [&](Number number) { return values[number] == value; });
 }
+
+Numberings::Numberings() : byCriterion(MatchCriterion::count) {}
 
 Number Numberings::add(std::size_t criterion, MatchValue value)
 {

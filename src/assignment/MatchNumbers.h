@@ -7,12 +7,17 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <tuple>
 #include <vector>
 
-#include "assignment/MatchCriteria.h"
-#include "assignment/PositionIndex.h"
+#include "base/MatchValue.h"
+#include "base/PositionIndex.h"
+#include "libZoJsonLib/ZoNJson.h"
 
 namespace ZoNUpdateAssignment {
+
+class Requirements;
+using ZoNUpdateBase::MatchValue;
 
 // What stands for a value that elements have for a criterion.
 using Number = std::uint32_t;
@@ -29,19 +34,21 @@ public:
     Number end() const { return static_cast<Number>(values.size()); }
 
 private:
-    PositionIndex index;
+    ZoNUpdateBase::PositionIndex index;
     std::vector<MatchValue> values;
 };
 
 // A value of a criterion that is stated as one number stands for itself.
 class Numberings {
 public:
+    Numberings();
+
     Number add(std::size_t criterion, MatchValue value);
     std::optional<Number> find(std::size_t criterion, const MatchValue& value) const;
     Number end(std::size_t criterion) const { return byCriterion[criterion].end(); }
 
 private:
-    std::array<Numbering, MatchCriterion::count> byCriterion;
+    std::vector<Numbering> byCriterion;
 };
 
 // A part of all the numbers that files accept.
@@ -50,7 +57,7 @@ struct List {
     std::size_t size = 0;
 };
 
-using Lists = std::array<List, listedCriteria.size()>;
+using Lists = std::array<List, 4>;  // by criterion that is stated as a list, the board type aside
 
 // What the properties of files accept, in numbers. What no element has is left out.
 class AcceptedNumbers {
@@ -91,7 +98,7 @@ private:
     const Numberings& numberings;
     std::vector<Number> numbers;
     std::size_t beginOfFile = 0;
-    std::array<SharedList, listedCriteria.size()> shared;
+    std::array<SharedList, std::tuple_size_v<Lists>> shared;
 };
 
 }  // namespace ZoNUpdateAssignment

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-namespace ZoNUpdateAssignment {
+namespace ZoNUpdateBase {
 
 // What `hash` and `value` together hash to. All bits of both tell in all bits of the result.
 inline std::uint64_t combinedHash(std::uint64_t hash, std::uint64_t value)
@@ -73,4 +73,4 @@ private:
     std::size_t count = 0;
 };
 
-}  // namespace ZoNUpdateAssignment
+}  // namespace ZoNUpdateBase
