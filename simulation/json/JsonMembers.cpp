@@ -18,10 +18,12 @@ bool JsonMembers::isBefore(const Member& left, const Member& right)
     return left.key != right.key && textOf(left.key) < textOf(right.key);
 }
 
+// Keys that differ mostly differ in their lengths, too.
 bool JsonMembers::isSame(const Member& left, const Member& right)
 {
-    return left.key == right.key || (tagOf(left.key) == JsonTag::text && tagOf(right.key) == JsonTag::text &&
-                                     textOf(left.key) == textOf(right.key));
+    return left.key == right.key ||
+           (tagOf(left.key) == JsonTag::text && tagOf(right.key) == JsonTag::text &&
+            nodeOf(left.key)->size() == nodeOf(right.key)->size() && textOf(left.key) == textOf(right.key));
 }
 
 std::size_t JsonMembers::orderByKey() const
@@ -48,9 +50,10 @@ std::size_t JsonMembers::orderByKey() const
 bool JsonMembers::isRepeatedAmongFew() const
 {
     for (const Member* at = first; at < first + count; ++at) {
-        if (std::any_of(static_cast<const Member*>(first), at,
-                        [&](const Member& earlier) { return isSame(earlier, *at); })) {
-            return true;
+        for (const Member* earlier = first; earlier < at; ++earlier) {
+            if (isSame(*earlier, *at)) {
+                return true;
+            }
         }
     }
     return false;
