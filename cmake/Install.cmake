@@ -49,6 +49,18 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/ZoTrellanUpdateLib.pc
 
 # Tool.
 install(TARGETS trellan-update RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Tool)
+# The page of the archive format is made of its document; that of the tool, of the tool's help, is among the sources, since the
+# tool cannot be run everywhere where it is built.
+find_program(AWK awk REQUIRED)
+file(STRINGS CHANGELOG.md release REGEX "^## \\[.*\\] - " LIMIT_COUNT 1)
+string(REGEX REPLACE "^.* - " "" release_date "${release}")
+set(archive_page_sources docs/archive-format.md docs/man/archive-page.awk CHANGELOG.md)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${archive_page_sources})
+execute_process(COMMAND ${AWK} -v date=${release_date} -f docs/man/archive-page.awk docs/archive-format.md
+    WORKING_DIRECTORY ${PROJECT_SOURCE_DIR} OUTPUT_FILE ${CMAKE_CURRENT_BINARY_DIR}/trellan-archive.5
+    COMMAND_ERROR_IS_FATAL ANY)
+install(FILES docs/man/trellan-update.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT Tool)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/trellan-archive.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5 COMPONENT Tool)
 set(completions ${PROJECT_SOURCE_DIR}/tool/completion/shells)
 install(FILES ${completions}/trellan-update
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT Tool)
@@ -79,7 +91,7 @@ function(install_documents component)
             DESTINATION ${document_folder}/docs COMPONENT ${component})
     endforeach()
 endfunction()
-install_documents(Tool archive-format.md checking.md target-file.md tour.md)
+install_documents(Tool technician.md archive-author.md archive-format.md checking.md target-file.md tour.md)
 install_documents(Development host.md)
 
 # Simulation: in a folder of its own, where no other program takes the stand-ins for the maker's libraries.

@@ -19,7 +19,8 @@ namespace {
 
 std::vector<fs::path> projectDocuments()
 {
-    std::vector<fs::path> documents = {TRELLAN_SOURCE_DIR "/README.md", TRELLAN_SOURCE_DIR "/CONTRIBUTING.md"};
+    std::vector<fs::path> documents = {TRELLAN_SOURCE_DIR "/README.md", TRELLAN_SOURCE_DIR "/CONTRIBUTING.md",
+                                       TRELLAN_SOURCE_DIR "/SECURITY.md"};
     for (const fs::directory_entry& entry : fs::directory_iterator(TRELLAN_SOURCE_DIR "/docs")) {
         if (entry.path().extension() == ".md") {
             documents.push_back(entry.path());

@@ -1,4 +1,4 @@
-// The way from a target to an archive, as docs/archive-format.md tells it, with the example's target and update files.
+// The way from a target to an archive, as docs/archive-author.md tells it, with the example's target and update files.
 #include <gtest/gtest.h>
 
 #include <filesystem>
