@@ -138,6 +138,14 @@ TEST_F(Dev, MutateHandsItsOptionsOnAndFailsWhereTooMuchSurvived)
     EXPECT_EQ(result.status, 1);
 }
 
+TEST_F(Dev, ReferenceFailsWhereDoxygenFindsSomething)
+{
+    script("tools/doxygen", "test -d build/reference && echo $*");
+    EXPECT_EQ(dev("reference").output, "docs/Doxyfile\n");
+    script("tools/doxygen", "exit 1");
+    EXPECT_EQ(dev("reference").status, 1);
+}
+
 TEST_F(Dev, BuildLeavesNothingBesideTheBuildFolder)
 {
     script("tools/cmake", "kill -KILL $PPID");
