@@ -302,6 +302,19 @@ TEST_F(Dev, PackageShowsWhyItFailed)
         << calls();
 }
 
+TEST_F(Dev, ReproducibleFailsWhereThePackagesOfTwoFoldersDiffer)
+{
+    script("tools/git", "printf 'dev\\0packages.txt\\0'");
+    script("tools/dpkg-parsechangelog", "echo 1700000000");
+    script("tools/cpack", "mkdir -p build/packages; echo same >build/packages/one.deb");
+    const ProcessResult same = dev("reproducible");
+    EXPECT_EQ(same.status, 0) << same.errors;
+    script("tools/cpack", "mkdir -p build/packages; pwd >build/packages/one.deb");
+    const ProcessResult different = dev("reproducible");
+    EXPECT_EQ(different.status, 1);
+    EXPECT_NE(different.output.find("one.deb: FAILED\n"), std::string::npos) << different.output;
+}
+
 TEST_F(Dev, DemoBuildsTheToolAloneAndInstallsWhatThatTakes)
 {
     recordCalls();
