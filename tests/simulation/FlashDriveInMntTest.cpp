@@ -102,3 +102,18 @@ TEST_F(FlashDrive, LeavesNoPlaceForTargetsDirectlyInMntToWhoeverComesAfter)
     fs::remove("/mnt/target.json");
     fs::remove("/mnt/flash");
 }
+
+TEST_F(FlashDrive, TakesThePlaceOfOneWhoseFolderIsGoneForWhoeverComesAfter)
+{
+    {
+        const FlashTarget device;
+        const Scan scan;
+        ASSERT_EQ(scan.result, 0) << scan.errors.text(0);
+    }
+    const FlashTarget next({"/mnt/cn/cfdrive/file"});
+    writeText(next.flash() / "file", "content");
+    const ProcessResult result =
+        runProcess(TRELLAN_TOOL, {"scan", "--target", next.target.path()}, next.target.folder());
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, 0);
+}
