@@ -74,6 +74,7 @@ install(FILES ${completions}/trellan-update.fish
     DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT Tool)
 install(FILES docs/archive.schema.json docs/trellan-update.schema.json
     DESTINATION ${document_folder}/docs COMPONENT Tool)
+install(FILES CHANGELOG.md DESTINATION ${document_folder} COMPONENT Tool)
 install(DIRECTORY examples/archive examples/flash DESTINATION ${document_folder}/examples COMPONENT Tool)
 install(FILES examples/target.json DESTINATION ${document_folder}/examples COMPONENT Tool)
 

@@ -58,7 +58,9 @@ target: one JSON file is the device.")
     set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS "trellan-simulation (= ${PROJECT_VERSION})")
 endif()
 
-# What every Debian package has is added to what is installed.
+# What every Debian package has is added to what is installed. The version's date stands in CHANGELOG.md.
+execute_process(COMMAND date --utc --rfc-email --date=${release_date}
+    OUTPUT_VARIABLE release_time OUTPUT_STRIP_TRAILING_WHITESPACE)
 set(debian_changelog ${CMAKE_CURRENT_BINARY_DIR}/debian/changelog)
 configure_file(cmake/debian/changelog.in ${debian_changelog} @ONLY)
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_BINARY_DIR}/debian/PackageFiles.cmake)

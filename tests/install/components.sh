@@ -24,6 +24,7 @@ lib/pkgconfig/ZoTrellanUpdateLib.pc
 share/doc/trellan-update/docs
 share/doc/trellan-update/examples" "$(listed Development)"
 expect "the component Tool" "bin/trellan-update
+share/doc/trellan-update/CHANGELOG.md
 share/doc/trellan-update/docs
 share/doc/trellan-update/examples" "$(listed Tool | grep -v -e /man/ -e completion -e site-functions)"
 expect "the component Simulation" "lib/trellan-simulation/libTrellanSimulation.so
