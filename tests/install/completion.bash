@@ -17,7 +17,7 @@ TEXT
 chmod +x "$work/bin/trellan-update"
 
 # The example target, without a drive that would have to be mounted, and with names that shells have plans for.
-cd "$work/example"
+cd "$work/example" || exit
 cp -R "$examples/archive" archive
 mkdir 'two words' 'arc'\''s $HOME'
 sed -e '/"flashDrive"/d' -e 's/"AI8100"/"AI (24 V)"/' -e 's/"IoCpld"/"$PATH\&'\''x'\''"/' -e 's/"UserIpl"/"User:Ipl=\\"1\\""/' \
