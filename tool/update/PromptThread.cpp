@@ -2,6 +2,7 @@
 
 #include <pthread.h>
 #include <sched.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -35,6 +36,7 @@ void runPromptly()
         return;
     }
     SchedulingAttributes attributes;
+    attributes.nice = ::getpriority(PRIO_PROCESS, 0);  // of this thread; only a superuser may lower it
     attributes.runtime = shortestSlice;
     ::syscall(SYS_sched_setattr, 0, &attributes, 0);  // Linux before 6.12 makes no difference
 }

@@ -1,6 +1,7 @@
 // A thread that must not wait for others to make room.
 #include <gtest/gtest.h>
 #include <pthread.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -32,6 +33,29 @@ struct SchedulingAttributes {
     std::uint64_t runtime, deadline, period;
 };
 
+// Of a thread whose niceness is `niceness`, and which is to run promptly.
+void expectAShortSlice(int niceness)
+{
+    const Unprivileged user;
+    if (mayRunBeforeOrdinaryThreads()) {
+        GTEST_SKIP() << "every user may run before others here";
+    }
+    SchedulingAttributes before = {}, after = {};
+    std::thread([&] {
+        SchedulingAttributes wanted = {sizeof(SchedulingAttributes), SCHED_OTHER, 0, niceness, 0, 300'000, 0, 0};
+        ASSERT_EQ(::syscall(SYS_sched_setattr, 0, &wanted, 0), 0);
+        ASSERT_EQ(::syscall(SYS_sched_getattr, 0, &before, sizeof before, 0), 0);
+        TrellanTool::runPromptly();
+        ASSERT_EQ(::syscall(SYS_sched_getattr, 0, &after, sizeof after, 0), 0);
+    }).join();
+    if (before.runtime != 300'000) {
+        GTEST_SKIP() << "this kernel's ordinary threads have no slices of their own";
+    }
+    EXPECT_EQ(after.policy, static_cast<std::uint32_t>(SCHED_OTHER));
+    EXPECT_EQ(after.runtime, 100'000u);
+    EXPECT_EQ(after.nice, niceness);
+}
+
 }  // namespace
 
 TEST(PromptThread, RunsBeforeAllOrdinaryThreadsAndAfterAllOthers)
@@ -51,21 +75,10 @@ TEST(PromptThread, RunsBeforeAllOrdinaryThreadsAndAfterAllOthers)
 
 TEST(PromptThread, HasAShortSliceOfTimeWhereItMayNotRunBeforeOthers)
 {
-    const Unprivileged user;
-    if (mayRunBeforeOrdinaryThreads()) {
-        GTEST_SKIP() << "every user may run before others here";
-    }
-    SchedulingAttributes before = {}, after = {};
-    std::thread([&] {
-        SchedulingAttributes wanted = {sizeof(SchedulingAttributes), SCHED_OTHER, 0, 0, 0, 300'000, 0, 0};
-        ASSERT_EQ(::syscall(SYS_sched_setattr, 0, &wanted, 0), 0);
-        ASSERT_EQ(::syscall(SYS_sched_getattr, 0, &before, sizeof before, 0), 0);
-        TrellanTool::runPromptly();
-        ASSERT_EQ(::syscall(SYS_sched_getattr, 0, &after, sizeof after, 0), 0);
-    }).join();
-    if (before.runtime != 300'000) {
-        GTEST_SKIP() << "this kernel's ordinary threads have no slices of their own";
-    }
-    EXPECT_EQ(after.policy, static_cast<std::uint32_t>(SCHED_OTHER));
-    EXPECT_EQ(after.runtime, 100'000u);
+    expectAShortSlice(::getpriority(PRIO_PROCESS, 0));
+}
+
+TEST(PromptThread, StaysAsNiceAsItWas)
+{
+    expectAShortSlice(12);
 }
