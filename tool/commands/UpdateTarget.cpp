@@ -243,6 +243,9 @@ private:
         if (arguments.json) {
             writeDocument(status);
         }
+        if (!log.isOn()) {
+            return status;
+        }
         ordered_json outcomes = outcomesOf(elements, session.inspector());
         if (isGivenUp) {
             noneStarted(outcomes);

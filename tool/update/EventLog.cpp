@@ -78,6 +78,9 @@ void EventLog::start(const std::string& archivePath, const std::string& archiveV
     }
     std::sort(phases.begin(), phases.end());
     started = true;
+    if (!isOn()) {
+        return;
+    }
     write("start",
           {{"archive", {{"path", archivePath}, {"version", archiveVersion}}},
            {"target", target ? ordered_json(*target) : ordered_json()},

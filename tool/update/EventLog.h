@@ -37,6 +37,9 @@ public:
     // once.
     EventLog(const std::optional<std::string>& path, Say say);
 
+    // Whether there is a file: events of all elements need not be made for none.
+    bool isOn() const { return file.has_value(); }
+
     // The update begins: `elements` are those to update, in the order of their indices. The target is the file that was
     // named, by the command line or the environment, where one was. Before this no other event is written.
     void start(const std::string& archivePath, const std::string& archiveVersion,
