@@ -39,7 +39,8 @@ TEXT
         export ZDOTDIR=$work/home
         start=(zsh -i) ;;
     fish)
-        mkdir -p "$work/home/fish"
+        # Where there is this folder, it makes none of all the system's man pages meanwhile.
+        mkdir -p "$work/home/fish/generated_completions"
         ln -s "$prefix/share/fish/vendor_completions.d" "$work/home/fish/completions"
         start=(fish -i) ;;
 esac
