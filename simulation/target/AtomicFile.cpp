@@ -28,13 +28,14 @@ FileDescriptor createBeside(const std::filesystem::path& path, std::string& name
     }
 }
 
-// A file beside `path` that is removed again unless it took the place of `path`.
+// A file beside `path` that is removed again unless it took the place of `path`. Faults name the latter, which the user
+// knows: the temporary one is gone by the time that they are read.
 class TemporaryFile {
 public:
     explicit TemporaryFile(const std::filesystem::path& path) : target(path), file(createBeside(path, name))
     {
         if (!file.isOpen()) {
-            throwSystemFault(operation("create"));
+            throwSystemFault("create the new", target.native());
         }
     }
     TemporaryFile(const TemporaryFile&) = delete;
@@ -50,13 +51,13 @@ public:
     void takeAttributes()
     {
         struct stat status = {};
-        checkSystem(::stat(target.c_str(), &status), "stat " + target.string());
+        checkSystem(::stat(target.c_str(), &status), "stat", target.native());
         // EINVAL: an owner or group that this process's user namespace does not know.
         if (::fchown(file.get(), status.st_uid, status.st_gid) != 0 && errno != EPERM && errno != EINVAL) {
-            throwSystemFault(operation("chown"));
+            throwSystemFault("chown the new", target.native());
         }
         // The mode comes second, since a new owner takes set-id bits away.
-        checkSystem(::fchmod(file.get(), status.st_mode & 07777), operation("chmod"));
+        checkSystem(::fchmod(file.get(), status.st_mode & 07777), "chmod the new", target.native());
     }
 
     void write(std::string_view content)
@@ -64,23 +65,20 @@ public:
         while (!content.empty()) {
             const ssize_t written = ::write(file.get(), content.data(), content.size());
             if (written < 0) {
-                throwSystemFault(operation("write"));
+                throwSystemFault("write the new", target.native());
             }
             content.remove_prefix(static_cast<std::size_t>(written));
         }
-        checkSystem(::fsync(file.get()), operation("sync"));
+        checkSystem(::fsync(file.get()), "sync the new", target.native());
     }
 
     void replaceTarget()
     {
-        checkSystem(::rename(name.c_str(), target.c_str()), operation("rename"));
+        checkSystem(::rename(name.c_str(), target.c_str()), "rename the new", target.native());
         name.clear();
     }
 
 private:
-    // Names the file that the user knows: the temporary one is gone by the time that a fault is read.
-    std::string operation(const std::string& verb) const { return verb + " the new " + target.string(); }
-
     std::filesystem::path target;
     std::string name;  // empty: it has taken the place of the target
     FileDescriptor file;
@@ -88,8 +86,8 @@ private:
 
 FileDescriptor openFolder(const std::filesystem::path& folder)
 {
-    return checkSystem(FileDescriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)),
-                       "open " + folder.string());
+    return checkSystem(FileDescriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)), "open",
+                       folder.native());
 }
 
 }  // namespace
@@ -103,7 +101,7 @@ void replaceFile(const std::filesystem::path& path, std::string_view content)
     file.write(content);
     file.replaceTarget();
     if (::fsync(folder.get()) != 0 && errno != EINVAL) {  // some file systems sync no folders by themselves
-        throwSystemFault("sync " + path.parent_path().string());
+        throwSystemFault("sync", path.parent_path().native());
     }
 }
 

@@ -51,12 +51,12 @@ std::string throughDescriptor(const FileDescriptor& folder, const std::string& n
 
 void bindMount(const std::string& source, const std::string& place)
 {
-    checkSystem(::mount(source.c_str(), place.c_str(), nullptr, MS_BIND | MS_REC, nullptr), "bind " + place);
+    checkSystem(::mount(source.c_str(), place.c_str(), nullptr, MS_BIND | MS_REC, nullptr), "bind", place);
 }
 
 void makeFolder(const std::string& path)
 {
-    checkSystem(::mkdir(path.c_str(), 0755), "mkdir " + path);
+    checkSystem(::mkdir(path.c_str(), 0755), "mkdir", path);
 }
 
 void recreateLink(const FileDescriptor& folder, const std::string& name, const std::string& place)
@@ -64,16 +64,16 @@ void recreateLink(const FileDescriptor& folder, const std::string& name, const s
     std::string text(PATH_MAX, '\0');
     const ssize_t length = ::readlinkat(folder.get(), name.c_str(), text.data(), text.size());
     if (length < 0) {
-        throwSystemFault("read link " + place);
+        throwSystemFault("read link", place);
     }
     text.resize(static_cast<std::size_t>(length));
-    checkSystem(::symlink(text.c_str(), place.c_str()), "link " + place);
+    checkSystem(::symlink(text.c_str(), place.c_str()), "link", place);
 }
 
 void recreateEntry(const FileDescriptor& folder, const std::string& name, const std::string& place)
 {
     struct stat status = {};
-    checkSystem(::fstatat(folder.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW), "stat " + place);
+    checkSystem(::fstatat(folder.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW), "stat", place);
     if (S_ISLNK(status.st_mode)) {
         recreateLink(folder, name, place);
         return;
@@ -81,8 +81,8 @@ void recreateEntry(const FileDescriptor& folder, const std::string& name, const 
     if (S_ISDIR(status.st_mode)) {
         makeFolder(place);
     } else {
-        checkSystem(FileDescriptor(::open(place.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644)),
-                    "create " + place);
+        checkSystem(FileDescriptor(::open(place.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644)), "create",
+                    place);
     }
     bindMount(throughDescriptor(folder, name), place);
 }
@@ -132,7 +132,7 @@ void bindDrive(const std::string& source)
     }
     // The folder there is gone: one that was attached before this library was loaded again.
     if (errno == ENOENT) {
-        checkSystem(::umount2(drive, MNT_DETACH), std::string("unmount ") + drive);
+        checkSystem(::umount2(drive, MNT_DETACH), "unmount", drive);
     }
     bindMount(source, drive);
 }
@@ -254,7 +254,7 @@ void FlashDrive::mountDrive(const std::filesystem::path& folder)
 void FlashDrive::detach()
 {
     if (attached) {
-        checkSystem(::umount2(drive, MNT_DETACH), std::string("unmount ") + drive);
+        checkSystem(::umount2(drive, MNT_DETACH), "unmount", drive);
         attached = false;
     }
 }

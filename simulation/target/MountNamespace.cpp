@@ -26,7 +26,7 @@ FileDescriptor openCurrent()
         return opened;
     }
     if (errno != ENOENT) {
-        throwSystemFault(std::string("open ") + current);
+        throwSystemFault("open", current);
     }
     throw std::runtime_error("its flash drive cannot be mounted without /proc: mount that, or leave flashDrive out");
 }
@@ -46,15 +46,15 @@ struct stat statusOf(const FileDescriptor& file)
 struct stat statusOf(const char* path)
 {
     struct stat status = {};
-    checkSystem(::stat(path, &status), std::string("stat ") + path);
+    checkSystem(::stat(path, &status), "stat", path);
     return status;
 }
 
 void writeProcFile(const std::string& path, const std::string& content)
 {
-    const FileDescriptor file = checkSystem(FileDescriptor(::open(path.c_str(), O_WRONLY | O_CLOEXEC)), "open " + path);
+    const FileDescriptor file = checkSystem(FileDescriptor(::open(path.c_str(), O_WRONLY | O_CLOEXEC)), "open", path);
     if (::write(file.get(), content.data(), content.size()) < 0) {
-        throwSystemFault("write " + path);
+        throwSystemFault("write", path);
     }
 }
 
@@ -88,7 +88,7 @@ void enterUserNamespace()
 
 FileDescriptor openFolder(const char* path)
 {
-    return checkSystem(FileDescriptor(::open(path, O_PATH | O_DIRECTORY | O_CLOEXEC)), std::string("open ") + path);
+    return checkSystem(FileDescriptor(::open(path, O_PATH | O_DIRECTORY | O_CLOEXEC)), "open", path);
 }
 
 void makePrivate(const char* mount)

@@ -27,10 +27,10 @@ FileDescriptor openLockFile(const std::string& name)
     FileDescriptor file(
         ::open(name.c_str(), O_RDONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666));
     if (!file.isOpen()) {
-        errno == ELOOP ? throwNoRegularFile(name) : throwSystemFault("its lock file cannot be opened: open " + name);
+        errno == ELOOP ? throwNoRegularFile(name) : throwSystemFault("its lock file cannot be opened: open", name);
     }
     struct stat status = {};
-    checkSystem(::fstat(file.get(), &status), "stat " + name);
+    checkSystem(::fstat(file.get(), &status), "stat", name);
     if (!S_ISREG(status.st_mode)) {
         throwNoRegularFile(name);
     }
@@ -42,7 +42,7 @@ FileDescriptor openDriveToLock(const std::string& name)
 {
     FileDescriptor folder(::open(name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!folder.isOpen() && errno != EACCES) {
-        throwSystemFault("its flash drive cannot be locked: open " + name);
+        throwSystemFault("its flash drive cannot be locked: open", name);
     }
     return folder;
 }

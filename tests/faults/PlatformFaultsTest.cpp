@@ -37,7 +37,7 @@ std::ostream& operator<<(std::ostream& stream, const PlatformCall& call)
 
 constexpr const char* firmware = "/ROOT/HCN#1";
 constexpr const char* fpga = "/ROOT/HCN#2";
-const ordered_json once = {ordered_json::object()};
+const ordered_json once = ordered_json::array({ordered_json::object()});
 const ordered_json polls = {
     {{"status", 1}, {"total", 10}}, {{"status", 1}, {"done", 5}, {"total", 10}}, {{"status", 2}}};
 const ordered_json unknownStatus = {{"status", 7}};

@@ -144,7 +144,7 @@ TEST_F(StalledRuns, AreNoneWhereEveryElementHasFinished)
 {
     ordered_json finished = stallingDevice(0);
     const ordered_json whole = {{"status", 1}, {"done", 10}, {"total", 10}};
-    finished["script"]["elements"]["/ROOT/HCN#1"]["polls"] = {whole};
+    finished["script"]["elements"]["/ROOT/HCN#1"]["polls"] = ordered_json::array({whole});
     const SimulatedTarget device(finished);
     const RunResult result = updated({"--stall-timeout", "0.1"});
     EXPECT_EQ(result.status, 0) << result.err;
