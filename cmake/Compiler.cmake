@@ -25,10 +25,6 @@ endif()
 if(TRELLAN_SANITIZE)
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=address,undefined)
-    # Up to sixteen files of a folder are compiled as one, in little more than half the time. The optimised build compiles them
-    # file by file.
-    set(CMAKE_UNITY_BUILD ON)
-    set(CMAKE_UNITY_BUILD_BATCH_SIZE 16)
 endif()
 if(TRELLAN_SANITIZE_THREADS)
     if(TRELLAN_SANITIZE)
@@ -36,4 +32,21 @@ if(TRELLAN_SANITIZE_THREADS)
     endif()
     add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
     add_link_options(-fsanitize=thread)
+endif()
+if(TRELLAN_COVERAGE)
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        message(FATAL_ERROR "TRELLAN_COVERAGE needs clang: set CMAKE_CXX_COMPILER to clang++.")
+    endif()
+    # The counters lie in files that are mapped into memory: what a killed process ran is counted, too. Where they lie stands
+    # in the programs, since tests start some of them with another environment.
+    add_compile_options(-fprofile-instr-generate=${CMAKE_BINARY_DIR}/profiles/%m%c.profraw
+        -fcoverage-mapping -fprofile-list=${CMAKE_CURRENT_SOURCE_DIR}/cmake/coverage.list
+        -mllvm -runtime-counter-relocation)
+    add_link_options(-fprofile-instr-generate)
+endif()
+if(TRELLAN_SANITIZE)
+    # Up to sixteen files of a folder are compiled as one, in little more than half the time. The optimised build compiles them
+    # file by file.
+    set(CMAKE_UNITY_BUILD ON)
+    set(CMAKE_UNITY_BUILD_BATCH_SIZE 16)
 endif()

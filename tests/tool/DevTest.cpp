@@ -51,6 +51,21 @@ protected:
         }
     }
 
+    // Programs that were counted, and tools that export `counts`.
+    void giveCoverage(const std::string& counts) const
+    {
+        fs::create_directories(folder.path() / "cmake");
+        fs::copy(TRELLAN_SOURCE_DIR "/cmake/coverage.awk", folder.path() / "cmake" / "coverage.awk",
+                 fs::copy_options::overwrite_existing);
+        script("build/coverage/bin/trellan-update",
+               "mkdir build/coverage/profiles && >build/coverage/profiles/a.profraw");
+        script("build/coverage/lib/counted.so", "");
+        script("tools/ctest", "exit 0");
+        script("tools/readelf", "echo __llvm_covmap");
+        script("tools/llvm-profdata", "test -f build/coverage/profiles/a.profraw");
+        script("tools/llvm-cov", "printf \"" + counts + "\"");
+    }
+
     std::string calls() const { return readText(folder.path() / "calls"); }
 
     ProcessResult dev(const std::string& command) const
@@ -144,6 +159,45 @@ TEST_F(Dev, ReferenceFailsWhereDoxygenFindsSomething)
     EXPECT_EQ(dev("reference").output, "docs/Doxyfile\n");
     script("tools/doxygen", "exit 1");
     EXPECT_EQ(dev("reference").status, 1);
+}
+
+TEST_F(Dev, CoverageTellsWhatRanOfEachFolderAndListsWhatDidNot)
+{
+    giveCoverage(
+        "SF:$PWD/src/a.cpp\nDA:1,5\nDA:2,0\nDA:3,2\nBRDA:3,0,0,2\nBRDA:3,0,1,0\nBRF:2\nBRH:1\nLF:100\nLH:97\n"
+        "end_of_record\nSF:$PWD/src/b.cpp\nDA:1,1\nBRF:23\nBRH:22\nLF:100\nLH:98\nend_of_record\n"
+        "SF:$PWD/simulation/c.cpp\nBRF:2\nBRH:0\nLF:20\nLH:19\nend_of_record\n"
+        "SF:$PWD/tool/d.cpp\nLF:20\nLH:20\nend_of_record\n");
+    folder.write("src/a.cpp", "int f()\n    lost();\n    if (a) {\n");
+    const ProcessResult passed = dev("coverage");
+    EXPECT_EQ(passed.output,
+              "src          97.50 % of   200 lines (limit 97),  92.00 % of    25 branches (limit 92)\n"
+              "simulation   95.00 % of    20 lines (limit 95),   0.00 % of     2 branches (limit -)\n"
+              "tool        100.00 % of    20 lines (limit 95),   0.00 % of     0 branches (limit -)\n");
+    EXPECT_EQ(passed.status, 0) << passed.errors;
+    EXPECT_EQ(readText(folder.path() / "build/coverage/uncovered.txt"),
+              "src/a.cpp:2: not run: lost();\nsrc/a.cpp:3: never false: if (a) {\n");
+}
+
+TEST_F(Dev, CoverageFailsBelowALimitAndWhereATestFails)
+{
+    giveCoverage(
+        "SF:$PWD/src/a.cpp\nBRF:1000\nBRH:919\nLF:100\nLH:100\nend_of_record\n"
+        "SF:$PWD/simulation/c.cpp\nLF:100\nLH:95\nend_of_record\n"
+        "SF:$PWD/tool/d.cpp\nLF:1000\nLH:949\nend_of_record\n");
+    const ProcessResult low = dev("coverage");
+    EXPECT_EQ(low.output,
+              "src         100.00 % of   100 lines (limit 97),  91.90 % of  1000 branches (limit 92): too few\n"
+              "simulation   95.00 % of   100 lines (limit 95),   0.00 % of     0 branches (limit -)\n"
+              "tool         94.90 % of  1000 lines (limit 95),   0.00 % of     0 branches (limit -): too few\n");
+    EXPECT_EQ(low.status, 1);
+    giveCoverage(
+        "SF:$PWD/src/a.cpp\nBRF:1\nBRH:1\nLF:1\nLH:1\nend_of_record\n"
+        "SF:$PWD/simulation/c.cpp\nLF:1\nLH:1\nend_of_record\n"
+        "SF:$PWD/tool/d.cpp\nLF:1\nLH:1\nend_of_record\n");
+    EXPECT_EQ(dev("coverage").status, 0);
+    script("tools/ctest", "exit 8");
+    EXPECT_EQ(dev("coverage").status, 1);
 }
 
 TEST_F(Dev, BuildLeavesNothingBesideTheBuildFolder)

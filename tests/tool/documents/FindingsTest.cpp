@@ -1,12 +1,10 @@
 // Findings as text and as JSON.
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
-
+#include "json/Json.h"
 #include "tool/documents/Findings.h"
 
 using namespace TrellanTool;
-using nlohmann::ordered_json;
 using ZoNTrellanInspector::ZoTSeverity;
 
 namespace {
@@ -46,24 +44,24 @@ TEST(Findings, AboutNothingInTheDescriptionHaveNoPlace)
 {
     const Finding finding = {"unlisted-file", ZoTSeverity::NOTE, {}, {}, "", {}, {}, "x.bin is in no entry", {}, {}};
     EXPECT_EQ(findingText(finding, "archive.json"), "archive.json: note: x.bin is in no entry [unlisted-file]");
-    EXPECT_EQ(findingRecord(finding), ordered_json({{"rule", "unlisted-file"},
-                                                    {"severity", "note"},
-                                                    {"file", nullptr},
-                                                    {"board", nullptr},
-                                                    {"pointer", nullptr},
-                                                    {"line", nullptr},
-                                                    {"column", nullptr},
-                                                    {"message", "x.bin is in no entry"}}));
+    EXPECT_EQ(findingRecord(finding), TrellanJson::ordered_json({{"rule", "unlisted-file"},
+                                                                 {"severity", "note"},
+                                                                 {"file", nullptr},
+                                                                 {"board", nullptr},
+                                                                 {"pointer", nullptr},
+                                                                 {"line", nullptr},
+                                                                 {"column", nullptr},
+                                                                 {"message", "x.bin is in no entry"}}));
 }
 
 TEST(Findings, HaveTheirPlacesInJson)
 {
-    EXPECT_EQ(findingRecord(aboutAFile()), ordered_json({{"rule", "checksum"},
-                                                         {"severity", "error"},
-                                                         {"file", 3},
-                                                         {"board", nullptr},
-                                                         {"pointer", "/files/3/checksumCrc32"},
-                                                         {"line", 9},
-                                                         {"column", 5},
-                                                         {"message", "the checksum is another"}}));
+    EXPECT_EQ(findingRecord(aboutAFile()), TrellanJson::ordered_json({{"rule", "checksum"},
+                                                                      {"severity", "error"},
+                                                                      {"file", 3},
+                                                                      {"board", nullptr},
+                                                                      {"pointer", "/files/3/checksumCrc32"},
+                                                                      {"line", 9},
+                                                                      {"column", 5},
+                                                                      {"message", "the checksum is another"}}));
 }
