@@ -7,9 +7,11 @@
 namespace fs = std::filesystem;
 using FaultPoints::Kind;
 
-std::vector<std::string> FaultyTool::failEach(Kind kind, unsigned step, const std::vector<std::string>& words)
+std::vector<std::string> FaultyTool::failEach(Kind kind, unsigned step, const std::vector<std::string>& words,
+                                              const std::vector<std::string>& lines)
 {
     arguments = words;
+    surroundings = lines;
     usual = run(Kind::none, 0, 0).result;
     isUsuallyNew = device.isNew();
     std::vector<std::string> faults;
@@ -37,7 +39,8 @@ FaultyTool::Outcome FaultyTool::run(Kind kind, unsigned long number, unsigned wa
     device.putOld();
     const fs::path report = reports.path() / "report";
     fs::remove(report);
-    std::vector<std::string> environment = {"TRELLAN_FAULT_REPORT=" + report.string()};
+    std::vector<std::string> environment = surroundings;
+    environment.push_back("TRELLAN_FAULT_REPORT=" + report.string());
     if (kind != Kind::none) {
         environment.push_back(std::string("TRELLAN_FAULT=") + (kind == Kind::call ? "call " : "allocation ") +
                               std::to_string(number) + " " + std::to_string(way));

@@ -15,8 +15,9 @@ public:
     // the system in each way in which they fail; of the former every `step`-th. Returns what is wrong with each of
     // these runs, a sentence for each; and prints how many points there were. A run is right that ends as the one
     // without a fault and with the same output, or with an error that it has told; that leaves an element of the target
-    // and the file on the drive old or new, and the target unlocked.
-    std::vector<std::string> failEach(FaultPoints::Kind kind, unsigned step, const std::vector<std::string>& arguments);
+    // and the file on the drive old or new, and the target unlocked. `surroundings` come into the tool's environment.
+    std::vector<std::string> failEach(FaultPoints::Kind kind, unsigned step, const std::vector<std::string>& arguments,
+                                      const std::vector<std::string>& surroundings = {});
 
 private:
     struct Outcome {
@@ -31,6 +32,7 @@ private:
     Device device;
     TempDir reports;
     std::vector<std::string> arguments;
+    std::vector<std::string> surroundings;
     ProcessResult usual;
     bool isUsuallyNew = false;  // the device after a run without a fault
 };

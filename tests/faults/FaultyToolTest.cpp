@@ -5,6 +5,7 @@
 
 #include "faults/FaultyTool.h"
 #include "faults/Steps.h"
+#include "support/BuildTree.h"
 #include "support/Namespaces.h"
 
 using FaultPoints::Kind;
@@ -16,6 +17,7 @@ struct ToolRun {
     std::vector<std::string> arguments;
     unsigned allocationStep;
     unsigned callStep;
+    std::vector<std::string> surroundings = {};
 };
 
 std::ostream& operator<<(std::ostream& stream, const ToolRun& run)
@@ -37,6 +39,12 @@ const ToolRun toolRuns[] = {
      {"update", "archive", "--target", "target.json", "--json", "--verify", "--events", "events", "--trace", "trace"},
      37,
      7},
+    // The lock is waited for in vain, and a signal comes meanwhile: both are told by a thread beside.
+    {"WaitingUpdate",
+     {"update", "archive", "--target", "target.json", "--json", "--stall-timeout", "0.01", "--events", "events"},
+     9,
+     7,
+     {"LD_PRELOAD=" TRELLAN_WAITING_LOCK, "TRELLAN_SIGNAL_AT_LOCK=2"}},
     {"DryRun", {"update", "archive", "--target", "target.json", "--dry-run", "--json"}, 37, 7},
     {"Check", {"check", "archive", "--json"}, 17, 5},
     {"Explain", {"explain", "archive", "--target", "target.json"}, 37, 7},
@@ -48,13 +56,22 @@ const ToolRun toolRuns[] = {
 
 class FaultyToolRun : public testing::TestWithParam<ToolRun> {
 protected:
-    void SetUp() override { SKIP_WITHOUT_MOUNT(); }
+    void SetUp() override
+    {
+        SKIP_WITHOUT_MOUNT();
+#ifdef __SANITIZE_ADDRESS__
+        if (!GetParam().surroundings.empty()) {
+            GTEST_SKIP() << "the sanitizer wants to be the first that is loaded";
+        }
+#endif
+    }
 
     static void failEach(Kind kind, unsigned usualStep)
     {
         FaultyTool tool;
         unsigned shown = 0;
-        for (const std::string& fault : tool.failEach(kind, stepOf(usualStep), GetParam().arguments)) {
+        for (const std::string& fault :
+             tool.failEach(kind, stepOf(usualStep), GetParam().arguments, GetParam().surroundings)) {
             ADD_FAILURE() << fault;
             if (++shown == 20) {
                 FAIL() << "and so on";

@@ -2,6 +2,8 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <array>
+#include <map>
 #include <optional>
 #include <sstream>
 #include <system_error>
@@ -130,6 +132,7 @@ private:
             verification.emplace().verified.resize(
                 session.inspector().getElementCount());  // until there is another scan
         }
+        prepareSignalWords();
         prepareLockTimeout();
         SignalWatch watch(signals, listener(), stallTimeout());
         start(true);
@@ -152,7 +155,17 @@ private:
                                       : std::nullopt;
     }
 
-    // What the watching thread says when the lock is waited for in vain: it must not ask the library.
+    // What the watching thread says of a signal: it must not fail, as making a text can.
+    void prepareSignalWords()
+    {
+        for (const int signal : signals) {
+            for (const bool again : {false, true}) {
+                signalWords[signal][again] = "trellan-update: " + waitingForPhase(signal, again) + "\n";
+            }
+        }
+    }
+
+    // What that thread says when the lock is waited for in vain: it must not ask the library either.
     void prepareLockTimeout()
     {
         if (!arguments.stallTimeout) {
@@ -179,7 +192,7 @@ private:
     SignalWatch::Listener listener()
     {
         return {[this](int signal, bool again) noexcept {
-                    writeRaw(STDERR_FILENO, "trellan-update: " + waitingForPhase(signal, again) + "\n");
+                    writeRaw(STDERR_FILENO, signalWords.find(signal)->second[again]);
                     log.signal(signalName(signal));
                 },
                 [this]() noexcept {
@@ -187,8 +200,21 @@ private:
                     writeRaw(STDERR_FILENO, lockTimeoutWords.errors);
                     writeRaw(STDOUT_FILENO, lockTimeoutWords.output);
                     log.result(STALLED, lockTimeoutOutcomes);
+                    writeFaultOfLog();
                     ::_exit(STALLED);
                 }};
+    }
+
+    // Past all buffers.
+    void writeFaultOfLog() noexcept
+    {
+        try {
+            if (const std::string fault = log.takeFault(); !fault.empty()) {
+                writeRaw(STDERR_FILENO, shownOn(STDERR_FILENO, "trellan-update: " + fault + "\n"));
+            }
+        } catch (...) {
+            writeRaw(STDERR_FILENO, "trellan-update: events cannot be written\n");  // memory is short
+        }
     }
 
     void start(bool isRead)
@@ -287,7 +313,8 @@ private:
     std::vector<UpdateElement> elements;  // to update
     std::string said;                     // why nothing was done, or why the update was stopped
     std::optional<Verification> verification;
-    bool isGivenUp = false;  // before the target was locked
+    bool isGivenUp = false;                                 // before the target was locked
+    std::map<int, std::array<std::string, 2>> signalWords;  // of the first signal, and of those behind it
     LastWords lockTimeoutWords;
     ordered_json lockTimeoutOutcomes;
 };

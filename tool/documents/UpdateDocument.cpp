@@ -1,5 +1,6 @@
 #include "tool/documents/UpdateDocument.h"
 
+#include "json/IsText.h"
 #include "json/Json.h"
 #include "tool/documents/ElementRecords.h"
 
@@ -12,7 +13,7 @@ using TrellanJson::ordered_json;
 ordered_json updatedElement(const ElementRecords& records, unsigned index, const UpdateKnowledge& known)
 {
     ordered_json element = records.at(index);
-    if (known.givenUp && element["state"] == "update") {
+    if (known.givenUp && TrellanJson::isText(element["state"], "update")) {
         element["state"] = "notStarted";
         element["errors"] = ordered_json::array();
     }

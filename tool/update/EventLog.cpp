@@ -9,7 +9,6 @@
 #include <chrono>
 #include <cinttypes>
 #include <cstdio>
-#include <new>
 #include <utility>
 
 #include "json/Json.h"
@@ -78,21 +77,24 @@ void EventLog::start(const std::string& archivePath, const std::string& archiveV
     }
     std::sort(phases.begin(), phases.end());
     started = true;
-    if (!isOn()) {
-        return;
-    }
-    write("start",
-          {{"archive", {{"path", archivePath}, {"version", archiveVersion}}},
-           {"target", target ? ordered_json(*target) : ordered_json()},
-           {"elements", toBeUpdated(elements)}},
-          true);
+    const auto members = [&]() -> ordered_json {
+        return {{"archive", {{"path", archivePath}, {"version", archiveVersion}}},
+                {"target", target ? ordered_json(*target) : ordered_json()},
+                {"elements", toBeUpdated(elements)}};
+    };
+    write("start", members, true);
 }
 
 void EventLog::phase(unsigned number)
 {
     currentPhase = number;
     lastPercent.reset();
-    write("phase", {{"phase", number}}, true);
+    write(
+        "phase",
+        [&]() -> ordered_json {
+            return {{"phase", number}};
+        },
+        true);
 }
 
 void EventLog::progress(unsigned percent)
@@ -101,7 +103,10 @@ void EventLog::progress(unsigned percent)
         return;
     }
     lastPercent = percent;
-    write("progress", {{"phase", currentPhase}, {"percent", percent}, {"overall", overall(percent)}}, false);
+    const auto members = [&]() -> ordered_json {
+        return {{"phase", currentPhase}, {"percent", percent}, {"overall", overall(percent)}};
+    };
+    write("progress", members, false);
 }
 
 // Of all elements to update, in percent.
@@ -122,22 +127,36 @@ void EventLog::failure(std::uint32_t index)
         std::lower_bound(elements.begin(), elements.end(), index,
                          [](const UpdateElement& element, std::uint32_t wanted) { return element.index < wanted; });
     const bool isKnown = found != elements.end() && found->index == index;
-    write("failure", {{"element", index}, {"name", isKnown ? found->name : ""}}, true);
+    const auto members = [&]() -> ordered_json { return {{"element", index}, {"name", isKnown ? found->name : ""}}; };
+    write("failure", members, true);
 }
 
 void EventLog::message(const std::string& text)
 {
-    write("message", {{"text", text}}, false);
+    write(
+        "message",
+        [&]() -> ordered_json {
+            return {{"text", text}};
+        },
+        false);
 }
 
-void EventLog::signal(const char* name)
+void EventLog::signal(const char* name) noexcept
 {
-    append("signal", {{"signal", name}}, false);
+    append(
+        "signal",
+        [&]() -> ordered_json {
+            return {{"signal", name}};
+        },
+        false);
 }
 
-void EventLog::result(int status, const ordered_json& outcomes)
+void EventLog::result(int status, const ordered_json& outcomes) noexcept
 {
-    append("result", {{"status", status}, {"result", resultName(status)}, {"elements", outcomes}}, true);
+    const auto members = [&]() -> ordered_json {
+        return {{"status", status}, {"result", resultName(status)}, {"elements", outcomes}};
+    };
+    append("result", members, true);
 }
 
 std::string EventLog::takeFault()
@@ -149,30 +168,32 @@ std::string EventLog::takeFault()
     return file->takeFault();
 }
 
-void EventLog::write(const char* event, ordered_json&& members, bool toMedium)
+template <class Members>
+void EventLog::write(const char* event, Members members, bool toMedium)
 {
-    append(event, std::move(members), toMedium);
+    append(event, members, toMedium);
     if (const std::string fault = takeFault(); !fault.empty()) {
         say(fault);
     }
 }
 
-void EventLog::append(const char* event, ordered_json&& members, bool toMedium)
+template <class Members>
+void EventLog::append(const char* event, Members members, bool toMedium) noexcept
 {
     if (!file || !started) {
         return;
     }
     try {
-        const std::string line = lineOf(event, std::move(members));
+        const std::string line = lineOf(event, members());
         const std::lock_guard guard(mutex);
         file->append(line, toMedium);
-    } catch (const std::bad_alloc&) {
+    } catch (...) {  // memory is short
         const std::lock_guard guard(mutex);
         file->lose(ENOMEM);
     }
 }
 
-std::string EventLog::lineOf(const char* event, ordered_json&& members) const
+std::string EventLog::lineOf(const char* event, const ordered_json& members) const
 {
     const auto now = std::chrono::system_clock::now();
     ordered_json line = {{"time", utcText(now)}, {"run", run}, {"event", event}};

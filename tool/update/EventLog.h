@@ -45,8 +45,6 @@ public:
     void start(const std::string& archivePath, const std::string& archiveVersion,
                const std::optional<std::string>& target, std::vector<UpdateElement> elements);
 
-    bool hasStarted() const { return started; }
-
     // A phase begins.
     void phase(unsigned number);
     // The phase has come to `percent`; written where that is not what the last such event said.
@@ -56,18 +54,22 @@ public:
     // A line that was printed.
     void message(const std::string& text);
     // The signal of this name, such as "SIGINT", has come. May be called on any thread; says nothing itself.
-    void signal(const char* name);
+    void signal(const char* name) noexcept;
     // The update has ended with this exit status, and the elements as they are now. May be called on any thread; says
     // nothing itself.
-    void result(int status, const TrellanJson::ordered_json& elements);
+    void result(int status, const TrellanJson::ordered_json& elements) noexcept;
 
     // Why events could not be written, once; empty when they could, or it has been said.
     std::string takeFault();
 
 private:
-    void write(const char* event, TrellanJson::ordered_json&& members, bool toMedium);
-    void append(const char* event, TrellanJson::ordered_json&& members, bool toMedium);
-    std::string lineOf(const char* event, TrellanJson::ordered_json&& members) const;
+    // `members` makes what the event tells beside time, run and name. Where memory is too short for that, or for the
+    // line, the event is lost, and a fault of the file.
+    template <class Members>
+    void write(const char* event, Members members, bool toMedium);
+    template <class Members>
+    void append(const char* event, Members members, bool toMedium) noexcept;
+    std::string lineOf(const char* event, const TrellanJson::ordered_json& members) const;
     unsigned overall(unsigned percent) const;
 
     const Say say;

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <utility>
 
+#include "json/IsText.h"
 #include "tool/TextFile.h"
 #include "tool/documents/DocumentWriter.h"
 #include "tool/documents/Sha256.h"
@@ -13,6 +14,7 @@ namespace TrellanTool {
 
 namespace {
 
+using TrellanJson::isText;
 using TrellanJson::json;
 using TrellanJson::ordered_json;
 
@@ -78,7 +80,7 @@ ordered_json readPlan(const std::string& path)
 
 bool isDryRun(const ordered_json& document)
 {
-    return document.is_object() && document.value("command", ordered_json()) == "update" &&
+    return document.is_object() && document.contains("command") && isText(document["command"], "update") &&
            document.contains("schemaVersion");
 }
 
@@ -107,7 +109,7 @@ std::string digestOf(const ordered_json& document)
 bool isUnchanged(const ordered_json& document)
 {
     try {
-        return document["digest"] == digestOf(document);
+        return isText(document["digest"], digestOf(document));
     } catch (const json::exception&) {
         return false;  // something else stands among the elements
     }
