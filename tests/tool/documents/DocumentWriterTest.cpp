@@ -7,6 +7,7 @@
 #include "tool/documents/DocumentWriter.h"
 
 using nlohmann::ordered_json;
+using TrellanTool::compactText;
 using TrellanTool::DocumentError;
 using TrellanTool::documentText;
 using TrellanTool::DocumentWriter;
@@ -30,4 +31,10 @@ TEST(DocumentWriter, WritesWhatTheWholeDocumentWouldBe)
                                        {"none", ordered_json::array()},
                                        {"some", values}}));
     EXPECT_TRUE(out.str().ends_with("\n  ]\n}\n"));
+}
+
+TEST(DocumentWriter, WritesLettersOfAllLanguagesAsTheyAreAndReplacesWhatIsNoText)
+{
+    EXPECT_EQ(compactText({{"name", "Ger\xC3\xA4t \xFF"}, {"id", 1}}),
+              "{\"name\":\"Ger\xC3\xA4t \xEF\xBF\xBD\",\"id\":1}");
 }
