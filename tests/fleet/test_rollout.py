@@ -58,16 +58,17 @@ class ARolloutWithFaults(Rollout):
     def test_stops_at_its_share_of_failures_in_the_first_batch(self):
         before = self.fleet.content()
         run = self.engine.measured("rollout stopped in its first batch", TARGETS, *self.arguments(
-            [], {"rollout_allow_boards_without_files": True, "rollout_batches": ["10%", "100%"],
+            [], {"rollout_allow_boards_without_files": True, "rollout_batches": [16, "100%"],
                  "rollout_max_fail_percentage": 5}))
         print("\n" + self.engine.table())
         self.assertEqual(run.status, 2, run.text[-3000:])
-        # Those that cannot be read were left out, and a batch has a tenth of the others.
+        # Those that cannot be read were left out.
         unread = [host for host, fault in self.fleet.fault_of.items() if fault.name in ("missing parameter", "no target file")]
-        batch = [host for host in self.fleet.hosts if host not in unread][:TARGETS // 10]
+        batch = [host for host in self.fleet.hosts if host not in unread][:16]
         failing = [host for host in batch if host in self.fleet.fault_of]
         self.assertGreater(len(failing) / len(batch), 0.05)
         self.assertEqual(sorted(run.of("Update")), batch)
+        self.assertEqual(sorted(path.name for path in (self.fleet.folder / "lib").iterdir()), batch)
         results = self.results()
         self.assertEqual(sorted(results), self.fleet.hosts)
         for host in self.fleet.hosts:
