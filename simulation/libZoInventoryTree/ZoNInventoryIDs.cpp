@@ -19,6 +19,8 @@ consteval ZoCInventoryAddress::Category kind(std::string_view name)
 
 namespace ZoNInventoryIDs {
 
+// NOLINTBEGIN(cert-err58-cpp): short addresses take no memory
+
 const ZoCInventoryAddress ROOT(kind("ROOT"));
 const ZoCInventoryAddress HCN(kind("HCN"));
 const ZoCInventoryAddress CN(kind("CN"));
@@ -61,5 +63,7 @@ const ZoCInventoryAddress MIN_HW_COMPATIBILITY_ID(kind("MIN_HW_COMPATIBILITY_ID"
 const ZoCInventoryAddress MAX_HW_COMPATIBILITY_ID(kind("MAX_HW_COMPATIBILITY_ID"));
 const ZoCInventoryAddress MIN_SW_COMPATIBILITY_ID(kind("MIN_SW_COMPATIBILITY_ID"));
 const ZoCInventoryAddress MAX_SW_COMPATIBILITY_ID(kind("MAX_SW_COMPATIBILITY_ID"));
+
+// NOLINTEND(cert-err58-cpp)
 
 }  // namespace ZoNInventoryIDs

@@ -93,6 +93,7 @@ const json* memberOf(const json& object, const MatchCriterion& criterion)
 
 }  // namespace
 
+// NOLINTNEXTLINE(cert-err58-cpp): the compiler computes it
 constinit const std::array<MatchCriterion, MatchCriterion::count> matchCriteria{{
     {"boardType", "boardType", StatedAs::list, orNothing,
      [](const ZoSUpdateElement& element) -> Actual { return MatchValue(allText(element.boardType)); }},

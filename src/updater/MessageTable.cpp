@@ -26,6 +26,7 @@ public:
 
 namespace {
 
+// NOLINTNEXTLINE(cert-err58-cpp): the platform is told while the library is loaded
 const ZoCErrMsgResourceHandler messageRegistration;
 
 }  // namespace

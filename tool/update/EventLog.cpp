@@ -153,10 +153,12 @@ void EventLog::signal(const char* name) noexcept
 
 void EventLog::result(int status, const ordered_json& outcomes) noexcept
 {
-    const auto members = [&]() -> ordered_json {
-        return {{"status", status}, {"result", resultName(status)}, {"elements", outcomes}};
-    };
-    append("result", members, true);
+    append(
+        "result",
+        [&]() -> ordered_json {
+            return {{"status", status}, {"result", resultName(status)}, {"elements", outcomes}};
+        },
+        true);
 }
 
 std::string EventLog::takeFault()
