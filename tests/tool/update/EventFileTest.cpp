@@ -5,8 +5,10 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <filesystem>
 #include <sstream>
 #include <thread>
+#include <vector>
 
 #include "support/FileSizeLimit.h"
 #include "support/TempDir.h"
@@ -114,6 +116,22 @@ TEST_F(EventFiles, GoesOnWithAWholeLineOnceAFullMediumHasRoomAgain)
     EXPECT_EQ(readText(pathOf("events")), "one\nlos\ntwo\n");
     EXPECT_EQ(file.takeFault(),
               "events cannot be written to " + pathOf("events") + ": File too large; the update goes on without them");
+}
+
+TEST_F(EventFiles, GoesOnWithAWholeLineWhereverTheMediumWasFull)
+{
+    const std::vector<std::string> torn = {"", "s\n", "se\n", "sec\n"};  // before "third"
+    for (std::size_t room = 0; room < torn.size(); ++room) {
+        std::filesystem::remove(pathOf("events"));
+        EventFile file(pathOf("events"));
+        file.append("one", false);
+        {
+            const FileSizeLimit limit(4 + room);
+            file.append("sec", false);
+        }
+        file.append("third", false);
+        EXPECT_EQ(readText(pathOf("events")), "one\n" + torn[room] + "third\n") << "room for " << room << " bytes";
+    }
 }
 
 TEST_F(EventFiles, DoesNotWaitForTheReaderOfAPipe)
