@@ -29,7 +29,7 @@ TEST(ErrorList, TakesNoMoreThanItsOwnObjectAsLongAsItIsEmpty)
 {
     ZoCErrorList* list = nullptr;
     const auto make = [&] { list = ZoCErrorManager::getSingleton()->createErrorList(0, 1, 20, 5, 300); };
-    EXPECT_EQ(bytesOf(make), sizeof(ZoCErrorList));
+    EXPECT_LE(bytesOf(make), sizeof(ZoCErrorList));
     EXPECT_EQ(list->getErrorCount(), 0u);
     list->clear();
     EXPECT_THROW(list->getErrorCode(0), std::out_of_range);
