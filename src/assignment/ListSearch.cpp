@@ -110,11 +110,13 @@ void ListSearch::searchBlock(std::vector<OpenRow>& openRows, std::span<const Lis
             columns[property].addOffer(block[i].accepted[property], i);
         }
     }
+    static_assert(listedProperties == 4);
     std::erase_if(openRows, [&](const OpenRow& open) {
-        PositionSet fitting = PositionSet::all();
-        for (std::size_t property = 0; property < listedProperties; ++property) {
-            fitting &= columns[property][open.places[property]];
-        }
+        const auto setOf = [&](std::size_t property) -> const PositionSet& {
+            return columns[property][open.places[property]];
+        };
+        PositionSet fitting = setOf(0);
+        fitting.intersect(setOf(1), setOf(2), setOf(3));
         std::optional<std::uint32_t>& position = open.row->position;
         if (const std::size_t first = fitting.first(); first != PositionSet::capacity) {
             position = std::min(block[first].position, position.value_or(block[first].position));

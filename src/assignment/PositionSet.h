@@ -13,20 +13,15 @@ public:
     // It holds numbers below this one: as many as fit a line of the processor's cache.
     static constexpr std::size_t capacity = 512;
 
-    static PositionSet all()
-    {
-        PositionSet set;
-        set.words.fill(~Word(0));
-        return set;
-    }
-
     void add(std::size_t position) { words[position / bits] |= Word(1) << position % bits; }
     void clear() { words.fill(0); }
 
-    PositionSet& operator&=(const PositionSet& other)
+    // Keeps the numbers that all of these have too.
+    template <class... Sets>
+    PositionSet& intersect(const Sets&... others)
     {
         for (std::size_t i = 0; i < words.size(); ++i) {
-            words[i] &= other.words[i];
+            words[i] &= (others.words[i] & ...);
         }
         return *this;
     }

@@ -199,21 +199,20 @@ TEST(PositionSet, HasTheSmallestOfItsNumbersFirst)
     EXPECT_EQ(set.first(), 512u);
 }
 
-TEST(PositionSet, IsIntersectedWithAnother)
+TEST(PositionSet, IsIntersectedWithOthers)
 {
-    PositionSet set;
-    for (const std::size_t number : {3, 70, 200, 511}) {
-        set.add(number);
-    }
-    PositionSet other;
-    for (const std::size_t number : {2, 4, 200, 511}) {
-        other.add(number);
-    }
-    set &= other;
+    const auto setOf = [](const std::vector<std::size_t>& numbers) {
+        PositionSet set;
+        for (const std::size_t number : numbers) {
+            set.add(number);
+        }
+        return set;
+    };
+    PositionSet set = setOf({3, 70, 200, 511});
+    set.intersect(setOf({2, 4, 200, 511}));
     EXPECT_EQ(set.first(), 200u);
-    set &= PositionSet::all();
-    EXPECT_EQ(set.first(), 200u);
-    EXPECT_EQ(PositionSet::all().first(), 0u);
+    set.intersect(setOf({3, 200, 511}), setOf({3, 70, 511}));
+    EXPECT_EQ(set.first(), 511u);
 }
 
 }  // namespace
