@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "support/FileSizeLimit.h"
+#include "support/Process.h"
 #include "support/TempDir.h"
 #include "support/TextFile.h"
 #include "tool/update/EventFile.h"
@@ -132,6 +133,14 @@ TEST_F(EventFiles, GoesOnWithAWholeLineWhereverTheMediumWasFull)
         file.append("third", false);
         EXPECT_EQ(readText(pathOf("events")), "one\n" + torn[room] + "third\n") << "room for " << room << " bytes";
     }
+}
+
+TEST_F(EventFiles, IsNotOpenInProcessesThatAreStarted)
+{
+    const EventFile file(pathOf("events"));
+    const ProcessResult listed = runProcess("/bin/sh", {"-c", "ls -l /proc/self/fd"}, folder.path());
+    EXPECT_NE(listed.output.find("/proc/"), std::string::npos) << listed.output;
+    EXPECT_EQ(listed.output.find(pathOf("events")), std::string::npos) << listed.output;
 }
 
 TEST_F(EventFiles, DoesNotWaitForTheReaderOfAPipe)
