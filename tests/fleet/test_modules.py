@@ -40,6 +40,15 @@ class Module(unittest.TestCase):
         self.fleet.restore()
         self.events.unlink(missing_ok=True)
 
+    def stand_in(self, content):
+        """A folder with a program in the tool's place."""
+        folder = self.folder / "stand-in"
+        folder.mkdir(exist_ok=True)
+        tool = folder / "trellan-update"
+        tool.write_text(content)
+        tool.chmod(0o755)
+        return folder
+
     def change_target(self, change):
         target = json.loads(self.target.read_text())
         change(target)
@@ -109,6 +118,25 @@ class AnUpdateThatIsKnownToDoNothing(Module):
             self.assertEqual(told["task_status"], "failed")
             self.assertIn("there is no trellan-update on the path of this target: install it there, or add its folder to PATH",
                           told["msg"])
+
+    def test_is_refused_where_a_path_looks_like_an_option(self):
+        self.expect_red_in_both_modes("refused", "the archive or the target cannot be read", archive="--help")
+
+    def test_is_refused_where_its_stall_time_out_is_none(self):
+        self.expect_red_in_both_modes("refused", "'0' is no number of seconds above 0", stall_timeout=0)
+
+    def test_is_refused_where_a_filter_holds_several_names_or_none(self):
+        self.expect_red_in_both_modes("refused", "element_names: 'UserFpga,UserCpld' is no single name; nothing was done",
+                                      element_names=["UserFpga,UserCpld"])
+        self.expect_red_in_both_modes("refused", "board_types: '' is no single name; nothing was done", board_types=[""])
+
+    def test_is_refused_where_the_tool_cannot_be_started(self):
+        tool = self.stand_in("\x7fELF of another machine")
+        self.expect_red_in_both_modes("refused", "trellan-update cannot be started; nothing was done: %s/trellan-update: Exec "
+                                      "format error" % tool, tool=tool)
+        told = self.task("facts", {}, tool=tool)
+        self.assertEqual((told["task_status"], told["status"]), ("failed", 126))
+        self.assertIn("Exec format error", told["msg"])
 
     def make_plan(self, plan):
         with open(plan, "wb") as output:
@@ -207,6 +235,27 @@ class AnUpdate(Module):
     def test_verifies_only_where_that_is_asked_for(self):
         told = self.update(element_names=["UserFirmware"], verify=False)
         self.assertNotIn("verified", told["elements"][0])
+
+
+class WhatAProgramInTheToolsPlaceTells(Module):
+    def test_is_no_success_where_it_is_nothing_or_only_a_part(self):
+        for content in ("#!/bin/sh\n", "#!/bin/sh\necho '[]'\n",
+                        "#!/bin/sh\n%s/trellan-update \"$@\" | head -c 300\n" % TOOL_FOLDER):
+            with self.subTest(content):
+                tool = self.stand_in(content)
+                for flags in (["--check"], []):
+                    told = self.update(*flags, tool=tool)
+                    # What was written by then is not known.
+                    self.assertEqual((told["task_status"], told["result"], told["changed"]),
+                                     ("failed", "failed", flags == []), told["msg"])
+                    self.assertIn("trellan-update has not told what it has done", told["msg"])
+                facts = self.task("facts", {}, tool=tool)
+                self.assertEqual(facts["task_status"], "failed")
+                self.assertIn("trellan-update has not told what it has read", facts["msg"])
+
+    def test_may_have_been_written_where_it_was_killed_and_its_events_are_not_kept(self):
+        told = self.update(tool=self.stand_in("#!/bin/sh\nkill -9 $$\n"), events="/dev/null")
+        self.assertEqual((told["task_status"], told["result"], told["changed"]), ("failed", "interrupted", True))
 
 
 class AnUpdateThatIsDisturbed(Module):

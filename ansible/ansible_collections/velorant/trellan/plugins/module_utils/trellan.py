@@ -5,6 +5,7 @@ from __future__ import absolute_import, division, print_function
 __metaclass__ = type
 
 import json
+import os
 import re
 import subprocess
 import tempfile
@@ -14,7 +15,9 @@ TOOL_WORD = TOOL + ": "
 
 # What the tool's exit statuses mean; any other is a failure that its own words explain.
 SUCCESS, FAILED, USAGE, UNREADABLE, REFUSED, EMPTY, NOT_HELD, STALLED = 0, 1, 2, 3, 4, 5, 6, 8
+NOT_STARTED = 126  # none of the tool's own: what a shell ends with where a program cannot be started
 NOTHING_DONE = {
+    NOT_STARTED: "trellan-update cannot be started",
     USAGE: "trellan-update was called wrongly",
     UNREADABLE: "the archive or the target cannot be read",
     REFUSED: "the archive does not support the target",
@@ -26,6 +29,7 @@ SIGNALS = {129: "SIGHUP", 130: "SIGINT", 143: "SIGTERM"}
 # The arguments that select elements: the name of the module's option, and the tool's.
 FILTERS = [("board_types", "--board-types"), ("serial_numbers", "--serial-numbers"), ("element_names", "--element-names")]
 FILTER_SPEC = dict((name, dict(type="list", elements="str")) for name, unused in FILTERS)
+PATHS = ("archive", "target", "plan", "events")
 
 
 class Outcome(object):
@@ -37,9 +41,14 @@ class Outcome(object):
         self.output = output
         self.text = text
         try:
-            self.document = json.loads(output)
-        except ValueError:
-            self.document = {}
+            document = json.loads(output)
+        except (ValueError, RecursionError):
+            document = None
+        self.document = document if isinstance(document, dict) else {}
+
+    def tells_of(self, command):
+        """Whether there is the document of this command, and not the output of another program or a part of one."""
+        return (self.document.get("schemaVersion"), self.document.get("command")) == (1, command)
 
     @property
     def elements(self):
@@ -51,21 +60,38 @@ class Outcome(object):
         return [line[len(TOOL_WORD):] for line in self.text.splitlines() if line.startswith(TOOL_WORD)]
 
 
-def find_tool(module):
-    """The tool's path; the module fails where there is none."""
+def find_tool(module, **result):
+    """The tool's path; the module fails with RESULT where there is none."""
     path = module.get_bin_path(TOOL, opt_dirs=["/usr/local/bin"])
     if path is None:
         module.fail_json(msg="there is no %s on the path of this target: install it there, or add its folder to PATH with the "
-                             "keyword 'environment' of the task or play" % TOOL)
+                             "keyword 'environment' of the task or play" % TOOL, **result)
     return path
+
+
+def understood(module, **result):
+    """The module's parameters, with whole paths, which no option of the tool looks like. The module fails with RESULT where a
+    filter has a value that the tool would take for several or for none."""
+    parameters = dict(module.params)
+    for name, unused in FILTERS:
+        for value in parameters.get(name) or []:
+            if "," in value or not value.strip():
+                module.fail_json(msg="%s: '%s' is no single name; nothing was done" % (name, value), **result)
+    for name in PATHS:
+        if parameters.get(name):
+            parameters[name] = os.path.abspath(parameters[name])
+    return parameters
 
 
 def run_tool(arguments, lasting=None):
     """Runs the tool to its end. It has a session of its own and writes into files, so that it goes on where the module is
     killed or the connection is lost; LASTING, an open file, stays open as long as it or a copy that it has started runs."""
     with tempfile.TemporaryFile() as output, tempfile.TemporaryFile() as text:
-        process = subprocess.Popen(arguments, stdin=subprocess.DEVNULL, stdout=output, stderr=text, start_new_session=True,
-                                   pass_fds=[] if lasting is None else [lasting.fileno()])
+        try:
+            process = subprocess.Popen(arguments, stdin=subprocess.DEVNULL, stdout=output, stderr=text, start_new_session=True,
+                                       pass_fds=[] if lasting is None else [lasting.fileno()])
+        except OSError as error:
+            return Outcome(NOT_STARTED, "", "%s%s: %s\n" % (TOOL_WORD, arguments[0], error.strerror))
         status = process.wait()
         return Outcome(status, whole_text(output), whole_text(text))
 

@@ -144,6 +144,7 @@ from ansible_collections.velorant.trellan.plugins.module_utils.trellan import (
     reading_arguments,
     run_tool,
     sentence,
+    understood,
 )
 
 ARGUMENT_SPEC = dict(
@@ -158,15 +159,16 @@ ARGUMENT_SPEC = dict(
 def read(module, arguments, answer=None):
     """The outcome of a call that must succeed, or have a document with the member ANSWER; else the module fails."""
     outcome = run_tool(arguments)
-    if outcome.status != SUCCESS and answer not in outcome.document:
-        reasons = failure_reasons(outcome)
+    told = outcome.document.get("schemaVersion") == 1 if "--json" in arguments else bool(outcome.document)
+    if not told or (outcome.status != SUCCESS and answer not in outcome.document):
+        reasons = failure_reasons(outcome) or ["%s has not told what it has read" % arguments[0]]
         module.fail_json(msg=sentence("the target cannot be read", reasons), reasons=reasons, status=outcome.status)
     return outcome
 
 
 def main():
     module = AnsibleModule(argument_spec=ARGUMENT_SPEC, supports_check_mode=True)
-    parameters = module.params
+    parameters = understood(module)
     tool = find_tool(module)
     selected = reading_arguments(parameters)
     elements = read(module, [tool, "installed", "--json"] + selected).elements

@@ -224,6 +224,7 @@ from ansible_collections.velorant.trellan.plugins.module_utils.trellan import (
     reading_arguments,
     run_tool,
     sentence,
+    understood,
 )
 
 ARGUMENT_SPEC = dict(
@@ -248,9 +249,9 @@ class Update(object):
 
     def __init__(self, module):
         self.module = module
-        self.parameters = module.params
-        self.tool = find_tool(module)
         self.result = {"changed": False, "result": "refused", "status": None, "written": [], "unlisted": [], "reasons": []}
+        self.parameters = understood(module, **self.result)
+        self.tool = find_tool(module, **self.result)
 
     def command(self, name, further):
         return [self.tool, name, self.parameters["archive"], "--json"] + self.selection() + further
@@ -268,6 +269,8 @@ class Update(object):
     def restrictions(self):
         """The arguments that tell under which conditions it is updated."""
         arguments = ["--plan", self.parameters["plan"]] if self.parameters["plan"] else []
+        if self.parameters["stall_timeout"] is not None:
+            arguments += ["--stall-timeout", ("%f" % self.parameters["stall_timeout"]).rstrip("0").rstrip(".")]
         return arguments + ([] if self.parameters["check"] else ["--no-check"])
 
     def fail(self, message):
@@ -321,11 +324,20 @@ class Update(object):
         """Check mode: what the update would do."""
         self.held_events()
         outcome = run_tool(self.command("update", ["--dry-run"] + self.restrictions()))
+        self.expect_document(outcome)
         written = elements_in(outcome, [TO_WRITE]) if outcome.status == SUCCESS else []
         self.note(outcome, written)
         if outcome.status == SUCCESS:
             self.expect_no_errors()
         self.end(outcome, written, "%d elements would be updated")
+
+    def expect_document(self, outcome):
+        """Fails where a call has ended with success and has not told of what: another program may be in the tool's place."""
+        if outcome.status == SUCCESS and not outcome.tells_of("update"):
+            self.result.update(status=outcome.status, result="failed",
+                               changed=not self.module.check_mode and self.may_have_written(),
+                               reasons=["%s has not told what it has done" % self.tool])
+            self.fail("%s: see whether it is the tool, and run the update again" % self.result["reasons"][0])
 
     def expect_no_errors(self):
         """Fails where reading the target reports errors: an update ends as failed then, whatever it has done."""
@@ -339,9 +351,8 @@ class Update(object):
         arguments = ["--progress", "never"] + self.restrictions()
         arguments += ["--verify"] if self.parameters["verify"] else []
         arguments += ["--events", self.parameters["events"]] if self.parameters["events"] else []
-        if self.parameters["stall_timeout"] is not None:
-            arguments += ["--stall-timeout", ("%f" % self.parameters["stall_timeout"]).rstrip("0").rstrip(".")]
         outcome = run_tool(self.command("update", arguments), lasting=held)
+        self.expect_document(outcome)
         written = elements_in(outcome, [WRITTEN])
         self.note(outcome, written + self.written_nevertheless(outcome))
         if outcome.status < 0:
@@ -358,13 +369,12 @@ class Update(object):
         return written_after_all(uncertain, now.elements)
 
     def may_have_written(self):
-        """Whether an update that was killed may have written something: unless its events tell that it had begun no phase."""
+        """Whether an update whose end is not known may have written something: unless its events tell that it had begun no
+        phase."""
         path = self.parameters["events"]
-        if not path:
-            return True
-        last = last_update(self.module, self.tool, path)
-        begun = last and last["run"] != self.result.get("previous", {}).get("run")
-        return bool(begun and last["phase"] is not None)
+        last = last_update(self.module, self.tool, path) if path else None
+        is_told = last is not None and last["run"] != self.result.get("previous", {}).get("run")
+        return not is_told or last["phase"] is not None
 
 
 def elements_in(outcome, states):
