@@ -130,6 +130,7 @@ int update(const std::string& archive)
         std::printf("\rPhase %u: %3u %%", current, percent);
         std::fflush(stdout);
     });
+    said.clear();  // from here on it is what the update has to say
     const CancellationToken token;
     cancelWhenInterrupted(token);
     const Result result = updater.run(token);
@@ -142,7 +143,8 @@ int update(const std::string& archive)
         case Result::CANCELLED:
             std::puts("Stopped.");
             return STOPPED;
-        default:
+        default:  // the reason may be no element's: a target that is locked, an error at the end
+            std::fputs(said.c_str(), stderr);
             std::puts("Failed.");
             return FAILURE;
     }

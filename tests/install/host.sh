@@ -15,11 +15,13 @@ cat >old-strings.h <<'TEXT'
 #endif
 TEXT
 
-# run_host PROGRAM ARGUMENT...: with a fresh copy of the example in "example".
+# run_host PROGRAM ARGUMENT...: with a fresh copy of the example in "example", whose target begins with $script where it is set.
+script=''
 run_host() {
     ! readelf -d "$1" | grep -E 'RPATH|RUNPATH' || fail "$1 knows a folder of libraries"
     rm -rf example
     copy_example "$prefix" example
+    [ -z "$script" ] || sed -i "1s/{/$script/" example/target.json
     LD_LIBRARY_PATH=$libraries TRELLAN_TARGET=$work/example/target.json "$@"
 }
 
@@ -43,6 +45,16 @@ run_host host/trellan-host example/archive <<<y >host.log || { cat host.log; fai
 expect "the host's last words" "Done." "$(tail -n 1 host.log)"
 expect "the elements to be updated" 12 "$(grep -c 'to be updated$' host.log)"
 expect "the elements that were updated" 12 "$(grep -v 'to be' host.log | grep -c ' updated$')"
+
+# What fails and is no element's is told with its reason.
+for call in lock unlock; do
+    error="{\"errors\": [{\"code\": 19, \"text\": \"the $call is out of order\"}]}"
+    script="{ \"script\": { \"$call\": [$error] }," status=0
+    run_host host/trellan-host example/archive <<<y >host.log 2>errors.log || status=$?
+    expect "the status where the $call fails" 1 "$status"
+    grep -q "the $call is out of order" errors.log || { cat host.log errors.log; fail "the host does not tell why it fails"; }
+done
+script=''
 
 # With pkg-config alone.
 pkg_config() {
