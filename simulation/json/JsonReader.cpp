@@ -9,6 +9,8 @@
 #include <new>
 #include <nlohmann/json.hpp>
 
+#include "json/HasNul.h"
+
 #ifdef __SSE2__
 #define RAPIDJSON_SSE2
 #endif
@@ -263,7 +265,7 @@ public:
 
 JsonVerdict readJson(std::string& text, JsonEvents& events, std::size_t maxDepth)
 {
-    if (text.find('\0') != std::string::npos || !isText(text)) {
+    if (TrellanJson::hasNul(text) || !isText(text)) {
         return JsonVerdict::invalid;
     }
     text.reserve(text.size() + readAhead);

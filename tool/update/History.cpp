@@ -9,10 +9,13 @@
 #include <system_error>
 #include <unordered_map>
 
+#include "json/HasNul.h"
+
 namespace TrellanTool {
 
 namespace {
 
+using TrellanJson::hasNul;
 using TrellanJson::json;  // whose objects stay fast however many members a line has
 
 constexpr std::string_view results[] = {"success", "failed", "interrupted", "stalled", "refused"};
@@ -133,7 +136,7 @@ class Reader {
 public:
     void takeLine(const std::string& line, unsigned long long lineNumber)
     {
-        const json event = json::parse(line, nullptr, false);
+        const json event = hasNul(line) ? json(json::value_t::discarded) : json::parse(line, nullptr, false);
         if (event.is_discarded()) {
             complain(lineNumber, "torn");
             return;

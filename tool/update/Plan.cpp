@@ -1,10 +1,12 @@
 // A plan is read, its digest made again, and each thing that it fixed held against what is now.
 #include "tool/update/Plan.h"
 
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <utility>
 
+#include "json/HasNul.h"
 #include "json/IsText.h"
 #include "tool/TextFile.h"
 #include "tool/documents/DocumentWriter.h"
@@ -14,6 +16,7 @@ namespace TrellanTool {
 
 namespace {
 
+using TrellanJson::hasNul;
 using TrellanJson::isText;
 using TrellanJson::json;
 using TrellanJson::ordered_json;
@@ -28,9 +31,11 @@ std::string textOf(const ordered_json& value)
 }
 
 class NestedTooDeep {};
+class MemberTwice {};
 
 // Turns the elements of a plan into their texts while it is read: 100,000 of them take far less room so. Refuses what
-// is nested deeper than a plan, since a value's copy and its text take room on the stack for each level.
+// is nested deeper than a plan, since a value's copy and its text take room on the stack for each level, and members
+// that stand twice, of which the last alone would be kept.
 class ElementsAsTexts {
 public:
     bool operator()(int depth, ordered_json::parse_event_t event, ordered_json& value)
@@ -39,24 +44,39 @@ public:
         if (depth > deepest) {
             throw NestedTooDeep();
         }
-        if (event == Event::key && depth == depthOfMembers) {
-            areMeant = value == "elements";
-        } else if (event == Event::object_end && depth == depthOfElements && areMeant) {
-            value = textOf(value);
+        if (event == Event::key) {
+            ++members[static_cast<std::size_t>(depth)];
+            areMeant = depth == depthOfMembers ? value == "elements" : areMeant;
+        } else if (event == Event::object_end) {
+            endObject(depth, value);
         }
         return true;
     }
 
 private:
+    void endObject(int depth, ordered_json& value)
+    {
+        if (std::exchange(members[static_cast<std::size_t>(depth) + 1], 0) != value.size()) {
+            throw MemberTwice();
+        }
+        if (depth == depthOfElements && areMeant) {
+            value = textOf(value);
+        }
+    }
+
     static constexpr int depthOfMembers = 1;
     static constexpr int depthOfElements = 2;
     static constexpr int deepest = 32;
 
+    std::array<std::size_t, deepest + 2> members = {};  // of the object that is being read at each depth
     bool areMeant = false;
 };
 
 ordered_json parsed(const std::string& path, const std::string& text)
 {
+    if (hasNul(text)) {
+        throw PlanError("the plan " + path + " is no JSON document");
+    }
     try {
         return ordered_json::parse(text, ElementsAsTexts());
     } catch (const json::parse_error& error) {
@@ -64,6 +84,8 @@ ordered_json parsed(const std::string& path, const std::string& text)
         throw PlanError("the plan " + path + (isCutShort ? " is cut short" : " is no JSON document"));
     } catch (const json::out_of_range&) {  // a number beyond all that can be held
         throw PlanError("the plan " + path + " is no JSON document");
+    } catch (const MemberTwice&) {
+        throw PlanError("the plan " + path + " was changed since it was written");
     } catch (const NestedTooDeep&) {
         throw PlanError("the plan " + path + " is no document of update --dry-run --json");
     }
@@ -82,6 +104,12 @@ bool isDryRun(const ordered_json& document)
 {
     return document.is_object() && document.contains("command") && isText(document["command"], "update") &&
            document.contains("schemaVersion");
+}
+
+// As it is written: 1.0 has the same value.
+bool isVersionOne(const ordered_json& version)
+{
+    return version.is_number_integer() && version == 1;
 }
 
 ordered_json elementAt(const ordered_json& elements, unsigned index)
@@ -209,7 +237,7 @@ Plan::Plan(const std::string& path) : path(path), document(readPlan(path))
     if (!isDryRun(document)) {
         throw PlanError("the plan " + path + " is no document of update --dry-run --json");
     }
-    if (document["schemaVersion"] != 1) {
+    if (!isVersionOne(document["schemaVersion"])) {
         throw PlanError("the plan " + path + " has schema version " + document["schemaVersion"].dump() +
                         ", and this tool knows version 1 alone");
     }

@@ -19,7 +19,8 @@ public:
 class Plan {
 public:
     // Reads the plan from the file `path`. Throws PlanError where there is none, it is cut short, was edited, has
-    // another schema version or tells of an update that was refused.
+    // another schema version or tells of an update that was refused. Edited is what has other members or values, in
+    // another order, or a member twice; blanks and line ends between them may be others.
     explicit Plan(const std::string& path);
 
     // In what the update that would be made now differs from the planned one, a line for each; none: the plan holds.

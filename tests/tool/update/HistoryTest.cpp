@@ -76,6 +76,14 @@ TEST_F(Histories, ShowsARunWithoutResultAsInterruptedInThePhaseThatItHadReached)
               R"({"index":4,"name":"UserFpga","from":"","to":"3.1","state":null,"errors":[]}]}])");
 }
 
+TEST_F(Histories, SkipsALineWithANulByte)
+{
+    const std::string torn = phase1.substr(0, phase1.size() - 1) + '\0' + phase1;
+    const History history = read(start + phase0 + torn + '\0' + '\n');
+    EXPECT_THAT(history.complaints, ElementsAre("line 3 is torn, and is skipped", "line 4 is torn, and is skipped"));
+    EXPECT_EQ(history.runs.at(0).phase, 0U);
+}
+
 TEST_F(Histories, ShowsARunThatReachedNoPhase)
 {
     const History history = read(start);

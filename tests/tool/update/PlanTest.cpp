@@ -108,6 +108,13 @@ TEST_F(Plans, ThatIsNoPlanIsNamed)
                   thatPlan("is no document of update --dry-run --json"));
 }
 
+// As a power cut leaves behind what was appended to a file.
+TEST_F(Plans, WithANulByteIsNamedWhateverStandsBehindIt)
+{
+    expectRefused(updated(plan + '\0'), thatPlan("is no JSON document"));
+    expectRefused(updated(plan + '\0' + R"( {"garbage": [)"), thatPlan("is no JSON document"));
+}
+
 TEST_F(Plans, ThatIsNestedDeeperThanTheStackIsNamed)
 {
     const std::string deep = std::string(200'000, '[') + std::string(200'000, ']');
@@ -138,11 +145,22 @@ TEST_F(Plans, ThatWasEditedIsNamed)
     expectRefused(updated(edited.dump()), thatPlan("was changed since it was written"));
 }
 
+TEST_F(Plans, WithAMemberThatStandsTwiceWasEdited)
+{
+    expectRefused(updated(R"({"supported": false, )" + plan.substr(1)), thatPlan("was changed since it was written"));
+    std::string twice = plan;
+    const std::string state = R"("state": "update")";
+    twice.replace(twice.find(state), state.size(), R"("state": "upToDate", "state": "update")");
+    expectRefused(updated(twice), thatPlan("was changed since it was written"));
+}
+
 TEST_F(Plans, OfAnotherSchemaVersionIsNamed)
 {
     ordered_json newer = ordered_json::parse(plan);
     newer["schemaVersion"] = 2;
     expectRefused(updated(newer.dump()), thatPlan("has schema version 2, and this tool knows version 1 alone"));
+    newer["schemaVersion"] = 1.0;
+    expectRefused(updated(newer.dump()), thatPlan("has schema version 1.0, and this tool knows version 1 alone"));
 }
 
 TEST_F(Plans, OfAnUpdateThatWasRefusedIsNamed)
