@@ -74,17 +74,22 @@ bool confirm(unsigned count)
     return std::getline(std::cin, answer) && (answer == "y" || answer == "Y");
 }
 
-// Has Ctrl-C cancel, and nothing else: a file that is being copied is not disturbed, since the copying program gets
-// the signal no more than this one.
+// Has Ctrl-C and SIGTERM cancel, and nothing else. They are blocked, so that the thread alone takes them, and ignored,
+// which holds for programs that are started too: a file that is being copied is not disturbed, although a terminal
+// sends its signals to the copying program as well. (That they are blocked, the shell on the way would not pass on.)
 void cancelWhenInterrupted(const CancellationToken& token)
 {
     sigset_t signals;
     sigemptyset(&signals);
-    sigaddset(&signals, SIGINT);
-    sigaddset(&signals, SIGTERM);
+    for (const int stopping : {SIGINT, SIGTERM}) {
+        sigaddset(&signals, stopping);
+    }
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    for (const int stopping : {SIGINT, SIGTERM}) {
+        ::signal(stopping, SIG_IGN);
+    }
     std::thread([signals, token] {
-        for (int signal = 0; sigwait(&signals, &signal) == 0;) {
+        for (int taken = 0; sigwait(&signals, &taken) == 0;) {
             token.cancel();
             std::fputs("\nStopping behind this phase ...\n", stderr);
         }

@@ -56,6 +56,42 @@ for call in lock unlock; do
 done
 script=''
 
+# Stopped by Ctrl-C or by SIGTERM, which its children get too, while a file is copied in the second phase of three.
+mkdir slow
+cat >slow/cp <<TEXT
+#!/bin/sh
+touch '$work/copying'
+sleep 1
+exec /bin/cp "\$@"
+TEXT
+chmod +x slow/cp
+set -m # a process group of its own for what is started
+for signal in INT TERM; do
+    rm -rf example copying
+    copy_example "$prefix" example
+    echo old >example/flash/config/site.cfg
+    status=0
+    PATH=$work/slow:$PATH LD_LIBRARY_PATH=$libraries TRELLAN_TARGET=$work/example/target.json \
+        host/trellan-host example/archive <<<y >host.log 2>errors.log &
+    for ((i = 0; i < 100; i++)); do
+        [ ! -e copying ] || break
+        sleep 0.1
+    done
+    [ -e copying ] || { cat host.log errors.log; fail "no file is copied"; }
+    kill -"$signal" -- -$!
+    wait $! || status=$?
+    expect "the status behind SIG$signal" 3 "$status"
+    expect "the host's last words" "Stopped." "$(tail -n 1 host.log)"
+    cmp example/archive/site.cfg example/flash/config/site.cfg || fail "the file that was being copied is not whole"
+    expect "the elements that were updated" 9 "$(grep -v 'to be' host.log | grep -c ' updated$')"
+    expect "the elements that were not" 3 "$(grep -v 'to be' host.log | grep -c ' not begun$')"
+    # Nothing is left locked: the rest is updated at once.
+    LD_LIBRARY_PATH=$libraries TRELLAN_TARGET=$work/example/target.json host/trellan-host example/archive <<<y >host.log
+    expect "the elements of the next update" 3 "$(grep -c 'to be updated$' host.log)"
+    expect "the next update's last words" "Done." "$(tail -n 1 host.log)"
+done
+set +m
+
 # With pkg-config alone.
 pkg_config() {
     PKG_CONFIG_PATH=$libraries/pkgconfig pkg-config "$@"
