@@ -8,8 +8,9 @@
 #include <cstring>
 #include <new>
 #include <nlohmann/json.hpp>
+#include <type_traits>
 
-#include "json/HasNul.h"
+#include "simulation/json/JsonCharacters.h"
 
 #ifdef __SSE2__
 #define RAPIDJSON_SSE2
@@ -104,16 +105,19 @@ bool holdsSurrogate(std::string_view text)
     return false;
 }
 
+// Takes what the parser reads from `text`. Where strings have no escapes, they are read in place, and the text stays as
+// it is: the parser puts a NUL where a string ends, and what stood there is put back.
+template <class Stream>
 class FastEvents : public Levels {
 public:
     using Ch = char;
     using Length = rapidjson::SizeType;
 
-    FastEvents(JsonEvents& events, std::size_t maxDepth, const std::string& text, const rapidjson::StringStream& stream)
-        : Levels(events, maxDepth),
-          stream(stream),
-          end(text.data() + text.size()),
-          hasEscapes(text.find('\\') != std::string::npos)
+    static constexpr bool inPlace = std::is_same_v<Stream, rapidjson::InsituStringStream>;
+    static constexpr unsigned parseFlags = inPlace ? rapidjson::kParseInsituFlag : rapidjson::kParseDefaultFlags;
+
+    FastEvents(JsonEvents& events, std::size_t maxDepth, const std::string& text, const Stream& stream)
+        : Levels(events, maxDepth), stream(stream), end(text.data() + text.size())
     {
     }
 
@@ -138,9 +142,9 @@ public:
         return pass(&JsonEvents::real, value);
     }
 
-    bool String(const char* text, Length length, bool) { return passText(&JsonEvents::text, {text, length}); }
+    bool String(const char* text, Length length, bool) { return passText(&JsonEvents::text, text, length); }
 
-    bool Key(const char* text, Length length, bool) { return passText(&JsonEvents::key, {text, length}); }
+    bool Key(const char* text, Length length, bool) { return passText(&JsonEvents::key, text, length); }
 
     bool StartObject() { return open(true); }
     bool EndObject(Length) { return close(true); }
@@ -148,14 +152,18 @@ public:
     bool EndArray(Length) { return close(false); }
 
 private:
-    bool passText(void (JsonEvents::*event)(std::string_view), std::string_view text)
+    bool passText(void (JsonEvents::*event)(std::string_view), const char* text, Length length)
     {
-        return !(hasEscapes && holdsSurrogate(text)) && pass(event, text);
+        if constexpr (inPlace) {
+            const_cast<char*>(text)[length] = '"';
+        } else if (holdsSurrogate({text, length})) {
+            return false;
+        }
+        return pass(event, std::string_view(text, length));
     }
 
-    const rapidjson::StringStream& stream;
+    const Stream& stream;
     const char* const end;
-    const bool hasEscapes;
 };
 
 using SlowParser = nlohmann::json;
@@ -191,50 +199,19 @@ JsonVerdict readSlowly(const std::string& text, JsonEvents& events, std::size_t 
     return verdict(SlowParser::sax_parse(text, &taker), taker);
 }
 
-struct Nowhere {
-    void Put(char) {}
-};
-
-// Of eight characters of ASCII, whether one is among U+001A to U+001F.
-bool hasHighControl(std::uint64_t eight)
+template <class Stream>
+JsonVerdict readFast(std::string& text, JsonEvents& events, std::size_t maxDepth)
 {
-    constexpr std::uint64_t each = 0x0101010101010101;
-    constexpr std::uint64_t topBits = each * 0x80;
-    const std::uint64_t above19 = eight + each * (0x7F - 0x19);
-    const std::uint64_t above1F = eight + each * (0x7F - 0x1F);
-    return (above19 & ~above1F & topBits) != 0;
-}
-
-bool isHighControl(char character)
-{
-    return character >= '\x1A' && character <= '\x1F';
-}
-
-// Whether the text is valid UTF-8 and has none of the control characters that the fast parser lets pass in strings, and
-// that no document has. Most of it is ASCII, which is looked at eight bytes at a time.
-bool isText(const std::string& text)
-{
-    constexpr std::uint64_t beyondAscii = 0x8080808080808080;
-    const char* at = text.data();
-    const char* const end = at + text.size();
-    Nowhere nowhere;
-    while (at < end) {
-        std::uint64_t eight = 0;
-        std::memcpy(&eight, at, std::min<std::size_t>(sizeof eight, static_cast<std::size_t>(end - at)));
-        if ((eight & beyondAscii) == 0) {
-            if (hasHighControl(eight)) {
-                return false;
-            }
-            at += sizeof eight;
-            continue;
-        }
-        rapidjson::StringStream stream(at);
-        if (isHighControl(*at) || !rapidjson::UTF8<>::Validate(stream, nowhere)) {
-            return false;
-        }
-        at += stream.Tell();
+    Stream stream(text.data() + (text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0));
+    events.begin();
+    using Taker = FastEvents<Stream>;
+    Taker taker(events, maxDepth, text, stream);
+    ParserMemory memory;
+    const auto result = FastParser(&memory).Parse<Taker::parseFlags>(stream, taker);
+    if (result.Code() == rapidjson::kParseErrorNumberTooBig) {
+        return readSlowly(text, events, maxDepth);
     }
-    return true;
+    return verdict(!result.IsError(), taker);
 }
 
 class NoEvents final : public nlohmann::json_sax<SlowParser> {
@@ -265,20 +242,13 @@ public:
 
 JsonVerdict readJson(std::string& text, JsonEvents& events, std::size_t maxDepth)
 {
-    if (TrellanJson::hasNul(text) || !isText(text)) {
+    const JsonCharacters characters = charactersOf(text);
+    if (!characters.valid) {
         return JsonVerdict::invalid;
     }
     text.reserve(text.size() + readAhead);
-    rapidjson::StringStream stream(text.c_str() + (text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0));
-    events.begin();
-    FastEvents taker(events, maxDepth, text, stream);
-    ParserMemory memory;
-    FastParser parser(&memory);
-    const auto result = parser.Parse<rapidjson::kParseDefaultFlags>(stream, taker);
-    if (result.Code() == rapidjson::kParseErrorNumberTooBig) {
-        return readSlowly(text, events, maxDepth);
-    }
-    return verdict(!result.IsError(), taker);
+    return characters.hasBackslash ? readFast<rapidjson::StringStream>(text, events, maxDepth)
+                                   : readFast<rapidjson::InsituStringStream>(text, events, maxDepth);
 }
 
 std::string reasonWhyNoJson(const std::string& text)

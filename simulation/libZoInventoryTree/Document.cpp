@@ -110,10 +110,13 @@ void JsonDocument::releaseRoot()
 
 JsonDocument JsonDocument::parse(std::string& text)
 {
-    const auto nul = text.find('\0');
-    text.resize(std::min(nul, text.size()));
     JsonBuilder builder(MemberOrder::written);
-    const JsonVerdict verdict = readJson(text, builder, maxDepth);
+    JsonVerdict verdict = readJson(text, builder, maxDepth);
+    const auto nul = verdict == JsonVerdict::invalid ? text.find('\0') : std::string::npos;
+    if (nul != std::string::npos) {
+        text.resize(nul);
+        verdict = readJson(text, builder, maxDepth);
+    }
     if (verdict == JsonVerdict::tooDeep) {
         throw DocumentFault("nested more than " + std::to_string(maxDepth) + " levels deep");
     }
