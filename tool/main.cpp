@@ -2,8 +2,10 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <new>
 #include <ostream>
 
 #include "tool/ExitStatus.h"
@@ -22,6 +24,18 @@ void occupyStandardDescriptors()
             ::open("/dev/null", O_RDONLY);
         }
     }
+}
+
+constexpr const char* noMemory = "there is not enough memory for this";
+
+// Whether there is memory to begin with. Where there is less than this, the C++ library may have had none to put aside
+// for exceptions either, and whatever is thrown would end the process by abort.
+bool isThereMemory()
+{
+    constexpr std::size_t needed = 512 * 1024;
+    void* volatile const memory = std::malloc(needed);  // volatile: it must not be optimised away
+    std::free(memory);
+    return memory != nullptr;
 }
 
 // For whoever prints through std::cerr, too. Never destroyed: the platform's libraries still do while they are
@@ -77,8 +91,13 @@ int main(int argc, char** argv)
     std::signal(SIGXFSZ, SIG_IGN);
     // Whoever ignores it never learns how a program that it has started has ended, such as a copy to the device.
     std::signal(SIGCHLD, SIG_DFL);
+    if (!isThereMemory()) {
+        return failedFor(noMemory);
+    }
     try {
         return runTool(argc, argv);
+    } catch (const std::bad_alloc&) {
+        return failedFor(noMemory);
     } catch (const std::exception& error) {
         return failedFor(error.what());
     }

@@ -14,6 +14,7 @@
 #include "support/TempDir.h"
 #include "support/TestArchive.h"
 #include "support/TextFile.h"
+#include "tool/JsonDocument.h"
 
 using nlohmann::json;
 using nlohmann::ordered_json;
@@ -135,4 +136,65 @@ TEST_F(Surroundings, ATerminalIsShownWhatThePlatformSaysAtTheEnd)
     const PseudoTerminal terminal;
     shell("exec \"$0\" version --trace '/\x1b[3J/trace' 2>" + terminal.path());
     EXPECT_EQ(terminal.shown(), "WARNING: cannot write the trace /\\x1b[3J/trace: No such file or directory\n");
+}
+
+TEST_F(Surroundings, AMachineWithoutAFurtherThreadHasAnUpdateDoNothingAndSaySo)
+{
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the sanitizer wants to be the first that is loaded";
+#endif
+    TestArchive firmware(description({fileEntry("a.bin", {{"id", 1}, {"version", "2.0"}})}));
+    firmware.addFile("a.bin", "firmware");
+    const std::string before = target({board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}},
+                                             {updateElement(1, {{"NAME", "UserFpga"}, {"VERSION", "1.0"}})})})
+                                   .dump();
+    folder.write("target.json", before);
+    const ProcessResult result =
+        runProcess(TRELLAN_TOOL,
+                   {"update", firmware.path(), "--no-check", "--target", "target.json", "--json", "--events", "events"},
+                   folder.path(), {"LD_PRELOAD=" TRELLAN_NO_THREADS});
+    const std::string reason = "the signals cannot be watched: Resource temporarily unavailable; nothing was done";
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(result.errors.ends_with("trellan-update: " + reason + "\n")) << result.errors;
+    const ordered_json document = conformingDocument(result.output);
+    EXPECT_EQ(document["error"], ordered_json({{"status", 1}, {"message", reason}}));
+    EXPECT_EQ(document["elements"][0]["state"], "notStarted");
+    const std::string events = text("events");
+    EXPECT_EQ(json::parse(events.substr(0, events.find('\n')))["event"], "start");
+    const json last = json::parse(events.substr(events.rfind('\n', events.size() - 2) + 1));
+    EXPECT_EQ(last["result"], "failed");
+    EXPECT_EQ(last["elements"][0]["state"], "notStarted");
+    EXPECT_EQ(text("target.json"), before);
+}
+
+// Down to where the tool's own libraries cannot be loaded any more.
+TEST_F(Surroundings, AnAddressSpaceThatIsTooSmallIsToldHoweverSmallItIs)
+{
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "a sanitizer takes most of the address space";
+#endif
+    constexpr unsigned page = 4096;
+    const auto version = [this](unsigned pages) {
+        return runProcess("/usr/bin/prlimit", {"--as=" + std::to_string(pages * page), TRELLAN_TOOL, "version"},
+                          folder.path());
+    };
+    unsigned tooFew = 0;
+    unsigned enough = 64 * 1024;
+    while (enough - tooFew > 1) {
+        const unsigned middle = (tooFew + enough) / 2;
+        (version(middle).status == 0 ? enough : tooFew) = middle;
+    }
+    ASSERT_EQ(version(64 * 1024).status, 0);
+    constexpr int notLoaded = 127;
+    unsigned told = 0;
+    for (unsigned pages = enough - 1; pages > 4; pages -= 4) {
+        const ProcessResult result = version(pages);
+        if (result.status == notLoaded) {
+            break;
+        }
+        ASSERT_EQ(result.status, 1) << pages << " pages: " << result.errors;
+        ASSERT_EQ(result.errors, "trellan-update: there is not enough memory for this\n") << pages << " pages";
+        ++told;
+    }
+    EXPECT_GT(told, 0U);
 }

@@ -134,19 +134,31 @@ private:
         }
         prepareSignalWords();
         prepareLockTimeout();
-        SignalWatch watch(signals, listener(), stallTimeout());
-        start(true);
-        if (const int signal = watch.firstSignal(); signal != 0) {
-            isGivenUp = true;
-            tell(endedBeforeLock(signal));
-            return finish(ENDED_BY_SIGNAL + signal);
+        std::optional<SignalWatch> watch;
+        try {
+            watch.emplace(signals, listener(), stallTimeout());
+        } catch (const std::system_error& fault) {
+            start(true);
+            return giveUp(FAILURE, signalsNotWatched(fault.code().message()));
         }
-        UpdateCourse course(log, watch, printsLines ? &text() : nullptr, arguments.stallTimeout);
+        start(true);
+        if (const int signal = watch->firstSignal(); signal != 0) {
+            return giveUp(ENDED_BY_SIGNAL + signal, endedBeforeLock(signal));
+        }
+        UpdateCourse course(log, *watch, printsLines ? &text() : nullptr, arguments.stallTimeout);
         // From the lock on an update may be held up by whoever reads what is printed.
-        session.beforeEachText([&watch] { watch.endPatience(); });
+        session.beforeEachText([&watch] { watch->endPatience(); });
         const UpdateEnd end = course.run(session.updater(), session.inspector());
         session.beforeEachText(nullptr);
-        return finish(statusOf(end, watch.firstSignal()));
+        return finish(statusOf(end, watch->firstSignal()));
+    }
+
+    // Before the target is locked.
+    int giveUp(int status, const std::string& reason)
+    {
+        isGivenUp = true;
+        tell(reason);
+        return finish(status);
     }
 
     std::optional<std::chrono::duration<double>> stallTimeout() const
@@ -290,7 +302,7 @@ private:
             writeErrorDocument(streams.out, *arguments.command, error);
             return;
         }
-        const bool isError = status != SUCCESS && status != FAILURE;
+        const bool isError = isGivenUp || (status != SUCCESS && status != FAILURE);
         writeUpdateDocument(streams.out, session.updater(), session.inspector(),
                             {preparation.findings(), isError ? &error : nullptr, isGivenUp, verified()});
     }

@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <stdexcept>
 #include <system_error>
 
 #include "tool/ExitStatus.h"
@@ -36,8 +35,8 @@ int Preparation::prepare(std::ostream& err)
     const std::string path = arguments.options.archivePath + "/" + arguments.options.descriptionFileName;
     std::optional<std::string> text = readWholeFile(path);
     if (!text) {
-        throw std::runtime_error("cannot open the archive description " + path + ": " +
-                                 std::generic_category().message(errno));
+        complain(err, "cannot open the archive description " + path + ": " + std::generic_category().message(errno));
+        return NOT_READ;
     }
     description = *std::move(text);
     if (applied != SUCCESS) {

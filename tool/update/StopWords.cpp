@@ -17,6 +17,11 @@ std::string asSeconds(double seconds)
 
 }  // namespace
 
+std::string signalsNotWatched(const std::string& reason)
+{
+    return "the signals cannot be watched: " + reason + "; nothing was done";
+}
+
 std::string endedBeforeLock(int signal)
 {
     return std::string("ended by ") + signalName(signal) + " before the target was locked; nothing was done";

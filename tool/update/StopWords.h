@@ -1,9 +1,12 @@
-// What is said when a signal, or waiting in vain, stops an update; without line ends.
+// What is said when a signal, or waiting in vain, stops an update or keeps it from beginning; without line ends.
 #pragma once
 
 #include <string>
 
 namespace TrellanTool {
+
+// Nothing can be told of signals that come, for this reason: the update is not begun.
+std::string signalsNotWatched(const std::string& reason);
 
 // The signal came before the target was locked, and ends the tool.
 std::string endedBeforeLock(int signal);

@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <ostream>
 
 #include "ZoITrellanInspector.h"
@@ -83,10 +84,11 @@ void UpdateCourse::beginPhase(unsigned number)
 
 void UpdateCourse::report(unsigned percent)
 {
-    end.percent = percent;
-    log.progress(percent);
+    const unsigned told = std::min(percent, 100U);  // a target may say that more is done than there is to do
+    end.percent = told;
+    log.progress(told);
     if (lines != nullptr) {
-        *lines << tenthLines.report(percent) << std::flush;
+        *lines << tenthLines.report(told) << std::flush;
     }
     // The last report of a phase repeats the one before, when all is done.
     if (stallWatch && stallWatch->report(percent, StallWatch::Clock::now()) && isAnyRunning(*looking)) {

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <sstream>
 
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
@@ -69,6 +71,41 @@ TEST(BeforeUpdate, NothingIsCheckedWhereThatIsAskedFor)
     const RunResult result = ran({"update", archive.path(), "--no-check"});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.err, "");
+}
+
+// The library has read it, the tool has not yet.
+TEST(BeforeUpdate, ADescriptionThatIsGoneBeforeItsDigestIsMadeIsNoReadableArchive)
+{
+    class Removing : public std::stringbuf {
+    public:
+        explicit Removing(std::string path) : path(std::move(path)) {}
+
+    private:
+        std::streamsize xsputn(const char* text, std::streamsize length) override
+        {
+            const std::streamsize taken = std::stringbuf::xsputn(text, length);
+            if (str().find("99") != std::string::npos) {
+                std::filesystem::remove(path);
+            }
+            return taken;
+        }
+
+        const std::string path;
+    };
+    const SimulatedTarget target(device());
+    TestArchive archive(contents(contentChecksum));
+    archive.addFile("a.bin", "content");
+    const std::string path = archive.path();
+    Removing removing(path + "/archive.json");  // when it is told that no element has the index 99
+    std::ostringstream out;
+    std::ostream err(&removing);
+    const char* const words[] = {"trellan-update", "update", path.c_str(), "--exclude", "99", "--json"};
+    EXPECT_EQ(TrellanTool::run(6, words, out, err), 3);
+    const std::string reason =
+        "cannot open the archive description " + path + "/archive.json: No such file or directory";
+    EXPECT_TRUE(removing.str().ends_with("trellan-update: " + reason + "\n")) << removing.str();
+    EXPECT_EQ(conformingDocument(out.str())["error"], ordered_json({{"status", 3}, {"message", reason}}));
+    EXPECT_FALSE(wasLocked(target));
 }
 
 TEST(BeforeUpdate, AFileThatIsNotUsedIsNotChecked)

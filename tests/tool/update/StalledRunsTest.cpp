@@ -98,6 +98,19 @@ TEST_F(StalledRuns, AreToldInTheDocumentTheEventsAndTheHistory)
     EXPECT_EQ(conformingDocument(ran({"history", events(), "--json"}).out)["runs"][0]["result"], "stalled");
 }
 
+TEST_F(StalledRuns, AreAt100PercentWhereMoreIsDoneThanThereIs)
+{
+    ordered_json document = stallingDevice(1000);
+    for (ordered_json& answer : document["script"]["elements"]["/ROOT/HCN#1"]["polls"]) {
+        answer["done"] = 20;
+    }
+    const SimulatedTarget device(document);
+    const RunResult result = updated({"--stall-timeout", "2", "--events", events()});
+    EXPECT_EQ(result.status, 8);
+    EXPECT_THAT(result.err, HasSubstr("phase 0 stays at 100%;"));
+    EXPECT_THAT(readText(events()), HasSubstr(R"("event":"progress","phase":0,"percent":100,"overall":50)"));
+}
+
 // Longer than the time without progress, and when the target is locked already.
 TEST_F(StalledRuns, AreNoneWhereTheFirstTextAfterTheLockIsHeldUp)
 {
