@@ -62,8 +62,8 @@ public:
     // The value itself, which the caller refers to from now on (releaseValue).
     JsonBits share() const;
 
-    // Tells the values of a document apart.
-    const void* identity() const { return bits; }
+    // Where the value stands in its document, which tells its values apart.
+    const JsonBits* identity() const { return bits; }
 
 private:
     const JsonBits* bits;

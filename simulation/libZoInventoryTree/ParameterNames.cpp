@@ -8,11 +8,9 @@ namespace TrellanSimulation {
 
 namespace {
 
-// A number of an address that few others have.
-std::uint64_t numberOf(const ZoCInventoryAddress& address)
-{
-    return std::uint64_t{address.getIndex()} << 32 | std::uint64_t{address.getCategory()} << 8 | address.getLength();
-}
+// What is beyond these is looked for by its text in each item.
+constexpr std::size_t maxNames = 1024;
+constexpr std::size_t maxKeys = 4;
 
 // One of 128 places, which addresses of one or two elements share with others of their kind alone.
 std::size_t placeOf(const ZoCInventoryAddress& address)
@@ -22,28 +20,41 @@ std::size_t placeOf(const ZoCInventoryAddress& address)
 
 }  // namespace
 
-const ParameterName* ParameterNames::ofKey(const JsonBits& key)
+bool ParameterNames::add(const JsonBits& key)
 {
-    KnownKey& known = lateKeys[(key >> jsonTagBits ^ key >> 12) % lateKeys.size()];
-    if (known.key != key || known.name == nullptr) {
-        known = {key, parseKey(key)};
+    JsonBits& known = lateKeys[(key >> jsonTagBits ^ key >> 12) % lateKeys.size()];
+    if (known == key) {
+        return true;
     }
-    return known.name;
+    if (!parse(key)) {
+        return false;
+    }
+    known = key;
+    return true;
 }
 
-const ParameterName* ParameterNames::parseKey(const JsonBits& key)
+bool ParameterNames::parse(const JsonBits& key)
 {
     const std::string_view text = textOf(key);
     const auto found = names.find(text);
     const auto address = found == names.end() ? parseParameterAddress(text) : std::nullopt;
     if (found == names.end() && !address) {
-        return nullptr;
+        return false;
     }
-    ParameterName& name = found == names.end() ? add(text, *address) : found->second;
-    if (std::find(name.keys.begin(), name.keys.end(), key) == name.keys.end()) {
+    if (found == names.end() && names.size() >= maxNames) {
+        all = false;
+        return true;
+    }
+    ParameterName& name = found == names.end() ? addName(text, *address) : found->second;
+    if (std::find(name.keys.begin(), name.keys.end(), key) != name.keys.end()) {
+        return true;
+    }
+    if (name.keys.size() < maxKeys) {
         name.keys.push_back(key);
+    } else {
+        name.hasAllKeys = false;
     }
-    return &name;
+    return true;
 }
 
 const ParameterName* ParameterNames::find(const ZoCInventoryAddress& address) const
@@ -52,22 +63,22 @@ const ParameterName* ParameterNames::find(const ZoCInventoryAddress& address) co
     if (known == nullptr || known->address == address) {
         return known;
     }
-    const auto [first, end] = byNumber.equal_range(numberOf(address));
-    const auto found = std::find_if(first, end, [&](const auto& entry) { return entry.second->address == address; });
-    return found == end ? nullptr : known = found->second;
+    const auto found = names.find(parameterAddressText(address));
+    return found == names.end() ? nullptr : known = &found->second;
 }
 
 const ParameterName& ParameterNames::of(const ZoCInventoryAddress& address)
 {
     const ParameterName* name = find(address);
-    return name != nullptr ? *name : add(parameterAddressText(address), address);
+    return name != nullptr ? *name : addName(parameterAddressText(address), address);
 }
 
-ParameterName& ParameterNames::add(std::string_view text, const ZoCInventoryAddress& address)
+// Behind the document's last name, the new one may be among those that were not noted.
+ParameterName& ParameterNames::addName(std::string_view text, const ZoCInventoryAddress& address)
 {
     ParameterName& name = names[std::string(text)];
     name.address = address;
-    byNumber.emplace(numberOf(address), &name);
+    name.hasAllKeys = all;
     lateNames[placeOf(address)] = &name;
     return name;
 }

@@ -1,12 +1,10 @@
-// ParameterNames: the names that the parameters of a tree have, each parsed once.
+// ParameterNames: the names that the parameters of a tree have, as far as they are few.
 #pragma once
 
 #include <array>
-#include <cstdint>
 #include <map>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "libZoInventoryTree/ZoCInventoryAddress.h"
@@ -17,33 +15,32 @@ namespace TrellanSimulation {
 struct ParameterName {
     ZoCInventoryAddress address;
     std::vector<JsonBits> keys;  // by which the tree's document has it: nearly always one, none where it is not there
+    bool hasAllKeys = true;      // false: the document may have it by others, too, with the same text
 };
 
 class ParameterNames {
 public:
-    // The name that is this key of the tree's document; null when no parameter can have it. A name stays where it is.
-    const ParameterName* ofKey(const JsonBits& key);
+    // Notes that the tree's document has this key; false when no parameter can have it.
+    bool add(const JsonBits& key);
 
-    // The name of this address; null when no parameter of the tree has it.
+    // The name of this address; null when none is noted. A name stays where it is.
     const ParameterName* find(const ZoCInventoryAddress& address) const;
 
-    // The name of this address, new where no parameter of the tree has it.
+    // Whether every name of the document is noted. The same few come again and again in nearly every tree.
+    bool areAll() const { return all; }
+
+    // The name of this address, new where none is noted.
     const ParameterName& of(const ZoCInventoryAddress& address);
 
 private:
-    struct KnownKey {
-        JsonBits key = 0;
-        const ParameterName* name = nullptr;
-    };
-
-    ParameterName& add(std::string_view text, const ZoCInventoryAddress& address);
-    const ParameterName* parseKey(const JsonBits& key);
+    ParameterName& addName(std::string_view text, const ZoCInventoryAddress& address);
+    bool parse(const JsonBits& key);
 
     std::map<std::string, ParameterName, std::less<>> names;  // by their texts
-    std::unordered_multimap<std::uint64_t, const ParameterName*> byNumber;
+    bool all = true;
 
-    // The same few come again and again. A place is null as long as no name has it.
-    std::array<KnownKey, 64> lateKeys{};
+    // A place is null as long as no key, no name has it.
+    std::array<JsonBits, 64> lateKeys{};
     mutable std::array<const ParameterName*, 128> lateNames{};
 };
 

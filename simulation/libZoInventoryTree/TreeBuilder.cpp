@@ -14,7 +14,7 @@ void addParameters(TreeItem& item, const Json& parameters, const Place& place)
     requireObject(parameters, place);
     ParameterNames& names = item.parameterNames();
     parameters.forEachKey([&](const JsonBits& key, const Json& value) {
-        if (names.ofKey(key) == nullptr) {
+        if (!names.add(key)) {
             throw DocumentFault(Place(place, textOf(key)), "unknown parameter");
         }
         if (!value.isText() && !value.isNumber()) {

@@ -195,7 +195,7 @@ const ZoCInventoryParameter* TreeItem::getParameter(const ZoCInventoryAddress& a
 {
     const ParameterName* name = tree->names.find(address);
     if (name == nullptr) {
-        return nullptr;
+        return tree->names.areAll() ? nullptr : findByText(address);
     }
     if (const auto own = tree->later.find(this); own != tree->later.end()) {
         for (const auto& [ofOne, parameter] : own->second) {
@@ -212,7 +212,13 @@ const ZoCInventoryParameter* TreeItem::getParameter(const ZoCInventoryAddress& a
             }
         }
     }
-    return nullptr;
+    return name->hasAllKeys ? nullptr : findByText(address);
+}
+
+const ZoCInventoryParameter* TreeItem::findByText(const ZoCInventoryAddress& address) const
+{
+    const auto value = documented.find(parameterAddressText(address));
+    return value ? &parameterAt(*value->identity()) : nullptr;
 }
 
 void TreeItem::readValue(ZoCErrorListPool& errors, const ZoCInventoryAddress& address, ZoCString& value) const

@@ -45,7 +45,7 @@ public:
     ParameterNames& parameterNames() { return tree->names; }
 
     // Gives the item as its parameters the members of `parameters`, in the tree's document: texts and numbers whose
-    // keys are all known to parameterNames().
+    // keys are all noted in parameterNames().
     void takeParameters(const Json& parameters) { documented = parameters; }
 
     // Gives the item a parameter, or another value in the place of the one that it has.
@@ -115,6 +115,7 @@ private:
     bool hasId(const ZoCInventoryAddress& address) const;
     TreeItem* findItem(const ZoCInventoryAddress& id) const;
     TreeItem* findAmongMany(const ZoCInventoryAddress& id) const;
+    const ZoCInventoryParameter* findByText(const ZoCInventoryAddress& address) const;
     bool addFaults(ZoCErrorListPool& errors, const ZoCInventoryAddress& parameter) const;
     template <class T>
     void read(ZoCErrorListPool& errors, const ZoCInventoryAddress& address, T& value) const;
