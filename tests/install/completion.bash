@@ -15,12 +15,16 @@ cat >"$work/bin/trellan-update" <<TEXT
 { for word; do printf '[%s]' "\$word"; done; echo; } >>'$work/typed'
 TEXT
 chmod +x "$work/bin/trellan-update"
+mkdir "$work/home/tools" "$work/home/my tools"
+ln -s "$work/bin/trellan-update" "$work/home/tools"
+ln -s "$work/bin/trellan-update" "$work/home/my tools"
 
 # The example target, without a drive that would have to be mounted, and with names that shells have plans for.
 cd "$work/example" || exit
 cp -R "$examples/archive" archive
 mkdir 'two words' 'arc'\''s $HOME'
 sed -e '/"flashDrive"/d' -e 's/"AI8100"/"AI (24 V)"/' -e 's/"IoCpld"/"$PATH\&'\''x'\''"/' -e 's/"UserIpl"/"User:Ipl=\\"1\\""/' \
+    -e 's/"CnIpl"/"CnIpl!x*?"/' \
     "$examples/target.json" >target.json
 cp target.json 'two words/my target.json'
 cp target.json "$work/home/at home.json"
@@ -66,11 +70,11 @@ quote1='' quote2=''
 [ "$shell" != zsh ] || quote1=\' quote2=\"
 
 failures=0 count=0
-# types KEYS WORDS: once the keys, without the tool's name, are pressed and then Enter, the tool is given the words. (In KEYS
-# "<TAB>" is the tab key.)
+# types KEYS WORDS [TOOL]: once the keys, without the tool's name, are pressed and then Enter, the tool is given the words. (In
+# KEYS "<TAB>" is the tab key. TOOL is how the tool is called where it is not by its name.)
 types() {
     count=$((count + 1))
-    printf 'trellan-update %s' "${1//<TAB>/$'\t'}" >&"$keys"
+    printf '%s %s' "${3:-trellan-update}" "${1//<TAB>/$'\t'}" >&"$keys"
     sleep 0.1
     printf '\r' >&"$keys"
     if ! await "$count"; then
@@ -80,7 +84,7 @@ types() {
     local words
     words=$(tail -n 1 "$work/typed" | sed 's:/\]:]:g') # shells differ in whether they leave a slash behind a folder
     if [ "$words" != "$2" ]; then
-        echo "$1 became $words, and not $2" >&2
+        echo "${3-}$1 became $words, and not $2" >&2
         failures=$((failures + 1))
     fi
 }
@@ -118,6 +122,12 @@ types 'scan --target target.json --element-names IoFpga1,\$P<TAB>' \
     '[scan][--target][target.json][--element-names][IoFpga1,$PATH&'\''x'\'']'
 types 'scan --target target.json --element-names "IoFpga1 \$P<TAB>'"$quote2" \
     '[scan][--target][target.json][--element-names][IoFpga1 $PATH&'\''x'\'']'
+types 'scan --target target.json --element-names "CnIpl<TAB>'"$quote2" '[scan][--target][target.json][--element-names][CnIpl!x*?]'
+types "scan --target target.json --element-names 'CnIpl<TAB>$quote1" '[scan][--target][target.json][--element-names][CnIpl!x*?]'
+types 'scan --target target.json --element-names CnIpl<TAB>' '[scan][--target][target.json][--element-names][CnIpl!x*?]'
+for tool in '~/tools/trellan-update' '../bin/trellan-update' '~/my\ tools/trellan-update'; do
+    types 'compare archive --verb<TAB>' '[compare][archive][--verbose]' "$tool"
+done
 types "inspect ~/at<TAB>" "[inspect][$work/home/at home.json]"
 types 'check arc\'\''<TAB>' '[check][arc'\''s $HOME]'
 

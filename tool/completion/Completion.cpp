@@ -31,7 +31,10 @@ Completion valueOf(const Option& option, const std::string& word, const Words& b
     if (option.value == Value::ELEMENT) {
         return {Completion::WORDS, known};
     }
-    return {Completion::LIST, completedLists(word, known)};
+    Completion completion{Completion::LIST, completedLists(word, known)};
+    // In a word of its own it would be taken for an option.
+    std::erase_if(completion.candidates, [](const Candidate& candidate) { return candidate.word.starts_with('-'); });
+    return completion;
 }
 
 // Before a command is known, those that go without one.

@@ -3,11 +3,14 @@
 #include <stdlib.h>
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 #include <ostream>
+#include <string_view>
 #include <unordered_set>
 
 #include "tool/ExitStatus.h"
+#include "tool/OutputBuffer.h"
 #include "tool/arguments/Arguments.h"
 #include "tool/arguments/Command.h"
 #include "tool/arguments/Option.h"
@@ -36,13 +39,35 @@ Candidate candidateOf(Value kind, const ZoTUpdateElement& shown, const ZoTElemen
     }
 }
 
+// In UTF-8, all of one length: from the first to the last. U+061C, U+200E and U+200F, U+2028 to U+202E, and U+2066 to
+// U+2069, of which most turn the text around that follows.
+struct Range {
+    std::string_view first, last;
+};
+
+constexpr Range turningRanges[] = {{"\xd8\x9c", "\xd8\x9c"},
+                                   {"\xe2\x80\x8e", "\xe2\x80\x8f"},
+                                   {"\xe2\x80\xa8", "\xe2\x80\xae"},
+                                   {"\xe2\x81\xa6", "\xe2\x81\xa9"}};
+
+bool turnsText(std::string_view text)
+{
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (std::any_of(std::begin(turningRanges), std::end(turningRanges), [&](const Range& range) {
+                const std::string_view character = text.substr(i, range.first.size());
+                return range.first <= character && character <= range.last;
+            })) {
+            return true;
+        }
+    }
+    return false;
+}
+
 // What has a control character cannot be typed, and would look like something else in a list.
 bool isPlain(const std::string& text)
 {
-    return std::none_of(text.begin(), text.end(), [](char letter) {
-        const auto byte = static_cast<unsigned char>(letter);
-        return byte < 0x20 || byte == 0x7f;
-    });
+    return text.find_first_of("\t\n\r") == std::string::npos && withControlCharactersShown(text) == text &&
+           !turnsText(text);
 }
 
 }  // namespace

@@ -121,6 +121,25 @@ TEST(Completion, LeavesOutNamesThatNobodyCanType)
     EXPECT_EQ(completedOn(device, {"--board-types", "CN 24 V", "--element-names", ""}), "list\n\xc3\xa9\t\xc3\xa9\n");
 }
 
+TEST(Completion, LeavesOutNamesThatATerminalWouldObeyOrTurnAround)
+{
+    const SimulatedTarget device(targetWith({"a\u0080", "b\u009b2J", "c\u009f", "d\u00a0", "e\u061c", "f\u200e",
+                                             "g\u2028", "h\u202ecod.exe", "i\u2066", "j\u2069", "k\u206a"}));
+    EXPECT_EQ(completedOn(device, {"--board-types", "CN 24 V", "--element-names", ""}),
+              "list\nd\u00a0\td\u00a0\nk\u206a\tk\u206a\n");
+}
+
+TEST(Completion, LeavesOutValuesThatWouldBeTakenForAnOption)
+{
+    const SimulatedTarget device(targetWith({"-dash", "--force", "a-b"}));
+    const auto names = [&](const std::string& list) {
+        return completedOn(device, {"--board-types", "CN 24 V", "--element-names", list});
+    };
+    EXPECT_EQ(names(""), "list\na-b\ta-b\n");
+    EXPECT_EQ(names("-"), "list\n");
+    EXPECT_EQ(names("a-b,-"), "list\na-b,-dash\t-dash\na-b,--force\t--force\n");
+}
+
 TEST(Completion, ReadsNoTargetThatIsNotNamedAndTracesNothing)
 {
     const SimulatedTarget device(targetWith({}));

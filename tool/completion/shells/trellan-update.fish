@@ -3,7 +3,7 @@
 # Prints the answer of the tool: what the word is, and a line for each word, behind what stands before it as in "--target=".
 function __trellan_update_ask
     set -l typed (commandline --current-process --tokenize --cut-at-cursor)
-    set -l tool $typed[1]
+    set -l tool (string replace --regex '^~/' "$HOME/" -- $typed[1])
     set -e typed[1]
     set -l raw (commandline --current-token --cut-at-cursor)
     # An open quote is none of the word's letters.
