@@ -72,6 +72,9 @@ struct ArchiveInfo {
 class CancellationToken {
 public:
     CancellationToken() : cancelled(std::make_shared<std::atomic<bool>>(false)) {}
+    // What is moved is copied, so that the old one goes on stopping the same update.
+    CancellationToken(const CancellationToken&) = default;
+    CancellationToken& operator=(const CancellationToken&) = default;
 
     void cancel() const noexcept { cancelled->store(true); }
     bool isCancelled() const noexcept { return cancelled->load(); }
@@ -112,21 +115,19 @@ public:
     Applied apply()
     {
         const Calling calling(*host);
-        switch (host->updater->apply()) {
-            case 0:
-                return Applied::READY;
-            case 2:
-                return Applied::NOT_SUPPORTED;
-            default:
-                return Applied::NOT_READ;
-        }
+        const unsigned code = host->updater->apply();
+        host->isReady = code == 0;
+        return host->isReady ? Applied::READY : code == 2 ? Applied::NOT_SUPPORTED : Applied::NOT_READ;
     }
 
-    // Carries out the command; to be called after apply() was READY. Once `token` is cancelled, no further phase of an
-    // update begins: the phase that runs comes to its end, and the target is unlocked. In its last phase an update that
-    // is cancelled ends as it would have ended.
+    // Carries out the command. FAILED at once, with nothing done or said, unless apply() was READY before. Once `token`
+    // is cancelled, no further phase of an update begins: the phase that runs comes to its end, and the target is
+    // unlocked. In its last phase an update that is cancelled ends as it would have ended.
     Result run(const CancellationToken& token = CancellationToken())
     {
+        if (!host->isReady) {
+            return Result::FAILED;
+        }
         const Calling calling(*host);
         if (token.isCancelled()) {
             return Result::CANCELLED;
@@ -194,7 +195,10 @@ public:
         return state <= 3 ? static_cast<RebootSupport>(state) : RebootSupport::UNKNOWN;
     }
 
-    // The interfaces, for what is not here. They stay owned; their callbacks belong to this class.
+    // The interfaces, for what is not here. They stay owned; their callbacks belong to this class, which knows of its
+    // own calls alone. An operation that is called through them calls back whichever updater of this class is at work:
+    // within a callback the one whose callback it is, with text too, otherwise nobody, and text is lost where
+    // onMessage() is set.
     ZoITrellanUpdater& updater() { return *host->updater; }
     ZoITrellanInspector& inspector() { return *host->inspector; }
 
@@ -273,6 +277,7 @@ private:
         std::function<void(unsigned)> progress;
         std::function<void(const std::string&)> message;
         const CancellationToken* token = nullptr;
+        bool isReady = false;  // as the last apply() told
         std::unique_ptr<ZoITrellanUpdater> updater;
         std::unique_ptr<ZoITrellanInspector> inspector;  // gone before the updater
     };
@@ -291,13 +296,16 @@ private:
 
     class Stopping {
     public:
-        Stopping(Host& host, const CancellationToken& token) : host(host), before(host.token) { host.token = &token; }
-        ~Stopping() { host.token = before; }
+        Stopping(Host& running, const CancellationToken& token) : stopped(running), before(running.token)
+        {
+            stopped.token = &token;
+        }
+        ~Stopping() { stopped.token = before; }
         Stopping(const Stopping&) = delete;
         Stopping& operator=(const Stopping&) = delete;
 
     private:
-        Host& host;
+        Host& stopped;
         const CancellationToken* const before;
     };
 

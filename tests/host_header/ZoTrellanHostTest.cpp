@@ -157,6 +157,23 @@ TEST_F(HostHeader, TellsWhatCouldNotBeRead)
     EXPECT_NE(said.find(archive.path() + "/absent/archive.json"), std::string::npos) << said;
 }
 
+TEST_F(HostHeader, RunFailsAtOnceWhereApplyWasNotReady)
+{
+    const SimulatedTarget target(device());
+    EXPECT_EQ(quiet(UPDATE).run(), Result::FAILED);
+
+    Updater absent(optionsFor(UPDATE, archive.path() + "/absent"));
+    absent.onMessage([](const std::string&) {});
+    EXPECT_EQ(absent.apply(), Applied::NOT_READ);
+    EXPECT_EQ(absent.run(), Result::FAILED);
+
+    const SimulatedTarget other(device("KR9999"));
+    Updater refused = quiet(UPDATE);
+    EXPECT_EQ(refused.apply(), Applied::NOT_SUPPORTED);
+    EXPECT_EQ(refused.run(), Result::FAILED);
+    EXPECT_EQ(callsOf(target, "lock") + callsOf(other, "lock"), 0u);
+}
+
 TEST_F(HostHeader, TellsWhatIsNotSupported)
 {
     const SimulatedTarget target(device("KR9999"));
@@ -226,6 +243,27 @@ TEST_F(HostHeader, TwoUpdatersAreToldApartAlsoWhereOneIsUsedInTheOthersCallback)
     EXPECT_EQ(outer.find("1.0\n"), std::string::npos) << outer;
     EXPECT_NE(outer.find("Results:"), std::string::npos) << outer;
     EXPECT_EQ(phases, (std::vector<unsigned>{0, 1}));
+}
+
+TEST_F(HostHeader, ACallThroughTheInterfaceItselfCallsWhoeverIsBeingCalled)
+{
+    const SimulatedTarget target(device());
+    std::string outer, inner;
+    Updater version(optionsFor(TOOL_VERSION));
+    version.onMessage([&inner](const std::string& text) { inner += text; });
+    version.updater().apply();
+    testing::internal::CaptureStdout();
+    version.updater().run();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+
+    Updater updater(options(UPDATE));
+    updater.onMessage([&outer](const std::string& text) { outer += text; });
+    updater.onPhase([&](unsigned) { version.updater().run(); });
+    ASSERT_EQ(updater.apply(), Applied::READY);
+    outer.clear();
+    EXPECT_EQ(updater.run(), Result::SUCCESSFUL);
+    EXPECT_NE(outer.find("1.0\n"), std::string::npos) << outer;
+    EXPECT_EQ(inner, "");
 }
 
 TEST_F(HostHeader, CallbacksStayWithAnUpdaterThatIsMoved)
@@ -311,6 +349,19 @@ TEST_F(HostHeader, CancelledBeforehandNothingIsLocked)
     EXPECT_EQ(updater.run(token), Result::CANCELLED);
     EXPECT_EQ(callsOf(target, "lock"), 0u);
     EXPECT_EQ(updater.run(), Result::SUCCESSFUL);
+}
+
+TEST_F(HostHeader, ATokenThatWasMovedFromStopsTheSameUpdate)
+{
+    CancellationToken token;
+    const CancellationToken moved = std::move(token);
+    EXPECT_FALSE(token.isCancelled());
+    token.cancel();
+    EXPECT_TRUE(moved.isCancelled());
+    CancellationToken other;
+    other = std::move(token);
+    EXPECT_TRUE(token.isCancelled());
+    EXPECT_TRUE(other.isCancelled());
 }
 
 TEST_F(HostHeader, WhatACallbackThrowsPassesThroughAndTheTargetIsUnlocked)
