@@ -32,14 +32,25 @@ FileDescriptor openFolder(int at, const std::string& name)
     return FileDescriptor(::openat(at, name.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
 }
 
+bool isNoFolder(int error)
+{
+    return error == ENOENT || error == ENOTDIR;
+}
+
 FileDescriptor openDrive(const std::filesystem::path& folder)
 {
     FileDescriptor opened = openFolder(AT_FDCWD, folder.string());
     if (!opened.isOpen()) {
-        throw std::runtime_error("flash drive " + folder.string() + ": " + std::generic_category().message(errno) +
-                                 ", make that folder or leave flashDrive out");
+        const int reason = errno;
+        throw std::runtime_error("flash drive " + folder.string() + ": " + std::generic_category().message(reason) +
+                                 (isNoFolder(reason) ? ", make that folder or leave flashDrive out" : ""));
     }
     return opened;
+}
+
+bool isNotAllowed(const std::error_code& error)
+{
+    return error == std::errc::operation_not_permitted || error == std::errc::permission_denied;
 }
 
 // A name for what `name` is in the opened folder, also when the folder itself is covered by a mount.
@@ -107,6 +118,9 @@ void makeDriveFolder()
 {
     const FileDescriptor mnt = openFolder(AT_FDCWD, "/mnt");
     if (!mnt.isOpen()) {
+        if (!isNoFolder(errno)) {
+            throwSystemFault("open", "/mnt");
+        }
         throw std::runtime_error("its flash drive cannot be mounted without a folder /mnt (" +
                                  std::generic_category().message(errno) + "): make it, or leave flashDrive out");
     }
@@ -192,8 +206,9 @@ void FlashDrive::attach(const std::filesystem::path& target, const std::optional
     try {
         mountDrive(*folder);
     } catch (const std::system_error& fault) {
-        throw std::runtime_error(std::string("its flash drive cannot be mounted (") + fault.what() +
-                                 "): be root or allow user namespaces, or leave flashDrive out");
+        throw std::runtime_error(
+            std::string("its flash drive cannot be mounted (") + fault.what() + ")" +
+            (isNotAllowed(fault.code()) ? ": be root or allow user namespaces, or leave flashDrive out" : ""));
     }
 }
 

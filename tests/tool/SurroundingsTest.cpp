@@ -167,6 +167,22 @@ TEST_F(Surroundings, AMachineWithoutAFurtherThreadHasAnUpdateDoNothingAndSaySo)
     EXPECT_EQ(text("target.json"), before);
 }
 
+TEST_F(Surroundings, AdviceIsNotGivenWhereItDoesNotHelpAgainstTooManyOpenFiles)
+{
+    SKIP_WITHOUT_MOUNT();
+    unsigned told = 0;
+    for (unsigned files = 4; files < 16; ++files) {
+        const ProcessResult result =
+            shell("ulimit -n " + std::to_string(files) + "; exec \"$0\" update \"$1\" --target target.json");
+        const auto says = [&](const char* words) { return result.errors.find(words) != std::string::npos; };
+        for (const char* const advice : {"make that folder", "make it", "be root", "allow user namespaces"}) {
+            EXPECT_FALSE(says(advice)) << files << " files: " << result.errors;
+        }
+        told += says("flash drive") && says("Too many open files") ? 1 : 0;
+    }
+    EXPECT_GT(told, 0U);
+}
+
 // Down to where the tool's own libraries cannot be loaded any more.
 TEST_F(Surroundings, AnAddressSpaceThatIsTooSmallIsToldHoweverSmallItIs)
 {
