@@ -141,6 +141,16 @@ std::string_view getText(const Json& value, const Place& place);
 std::uint64_t getNumber(const Json& value, const Place& place, std::uint64_t lowest = 0,
                         std::uint64_t highest = std::numeric_limits<std::uint32_t>::max());
 
+// Sets `number` to the member `name` of `object`, which stands at `place`; leaves it as it is when there is none.
+// Throws DocumentFault when that is no whole number which `number` holds.
+template <class Number>
+void readNumber(const Json& object, std::string_view name, const Place& place, Number& number)
+{
+    if (const auto member = object.find(name)) {
+        number = static_cast<Number>(getNumber(*member, Place(place, name), 0, std::numeric_limits<Number>::max()));
+    }
+}
+
 // The value as a whole number of any sign that an int holds. Throws DocumentFault when it is anything else.
 int getInt(const Json& value, const Place& place);
 

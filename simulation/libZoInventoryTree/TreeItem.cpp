@@ -80,8 +80,8 @@ TreeItem::TreeItem(const ZoCInventoryAddress& id, TreeItem& parent)
 // The memory of the items below is the tree's.
 TreeItem::~TreeItem()
 {
-    while (first != nullptr) {
-        std::exchange(first, first->next)->~TreeItem();
+    for (TreeItem* item = firstBelow(); item != nullptr;) {
+        std::exchange(item, item->nextBeside())->~TreeItem();
     }
     if (ownTree && ownTree->handedOut) {
         --resources().inventoryTrees;
@@ -91,7 +91,7 @@ TreeItem::~TreeItem()
 TreeItem& TreeItem::addItem(const ZoCInventoryAddress& itemId)
 {
     auto* item = new (tree->memory.allocate(sizeof(TreeItem), alignof(TreeItem))) TreeItem(itemId, *this);
-    (last == nullptr ? first : last->next) = item;
+    item->next = last == nullptr ? item : std::exchange(last->next, item);
     last = item;
     tree->itemsById.erase(this);
     return *item;
@@ -144,12 +144,12 @@ ZoCInventoryItem* TreeItem::getParent() const
 
 ZoCInventoryItem* TreeItem::getFirstSubItem() const
 {
-    return first;
+    return firstBelow();
 }
 
 ZoCInventoryItem* TreeItem::getNext() const
 {
-    return next;
+    return nextBeside();
 }
 
 ZoCInventoryItem* TreeItem::getItem(const ZoCInventoryAddress& address) const
@@ -167,12 +167,12 @@ ZoCInventoryItem* TreeItem::getItem(const ZoCInventoryAddress& address) const
 // Whoever searches a second time among many may go on doing so.
 TreeItem* TreeItem::findItem(const ZoCInventoryAddress& itemId) const
 {
-    TreeItem* item = first;
+    TreeItem* item = firstBelow();
     for (std::size_t looked = 0; item != nullptr && !item->hasId(itemId); ++looked) {
         if (looked == fewItems && !tree->searched.insert(this).second) {
             return findAmongMany(itemId);
         }
-        item = item->next;
+        item = item->nextBeside();
     }
     return item;
 }
@@ -182,7 +182,7 @@ TreeItem* TreeItem::findAmongMany(const ZoCInventoryAddress& itemId) const
     auto items = tree->itemsById.find(this);
     if (items == tree->itemsById.end()) {
         ItemsById made;
-        for (TreeItem* item = first; item != nullptr; item = item->next) {
+        for (TreeItem* item = firstBelow(); item != nullptr; item = item->nextBeside()) {
             made.try_emplace(numberOf(item->category, item->index), item);
         }
         items = tree->itemsById.emplace(this, std::move(made)).first;
@@ -247,14 +247,7 @@ bool TreeItem::addFaults(ZoCErrorListPool& errors, const ZoCInventoryAddress& pa
     if (treeFaults == nullptr || treeFaults->empty()) {
         return false;
     }
-    const auto found = treeFaults->find(itemAddressText(getAddress()) + ':' + parameterAddressText(parameter));
-    if (found == treeFaults->end() || found->second.empty()) {
-        return false;
-    }
-    for (const ZoSErrorRecord& error : found->second) {
-        errors.addError(error);
-    }
-    return true;
+    return treeFaults->add(errors, itemAddressText(getAddress()) + ':' + parameterAddressText(parameter));
 }
 
 template <class T>

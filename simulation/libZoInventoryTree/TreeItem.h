@@ -15,6 +15,7 @@
 #include "simulation/libZoInventoryTree/Document.h"
 #include "simulation/libZoInventoryTree/ParameterNames.h"
 #include "simulation/libZoInventoryTree/ParameterValue.h"
+#include "simulation/libZoInventoryTree/ValueFaults.h"
 
 class ZoCInventoryParameter {
 public:
@@ -22,10 +23,6 @@ public:
 };
 
 namespace TrellanSimulation {
-
-// Errors that reading a value adds, by "ITEM:PARAMETER" ("/ROOT/HCN:PRODUCT/NAME"). The value then reads as the
-// default.
-using ValueFaults = std::unordered_map<std::string, std::vector<ZoSErrorRecord>>;
 
 class TreeItem final : public ZoCInventoryItem {
 public:
@@ -63,7 +60,7 @@ public:
     template <class Visit>
     void forEachBelow(Visit&& visit)
     {
-        for (TreeItem* item = first; item != nullptr; item = item->next) {
+        for (TreeItem* item = firstBelow(); item != nullptr; item = item->nextBeside()) {
             visit(*item);
         }
     }
@@ -112,6 +109,8 @@ private:
         bool handedOut = false;
     };
 
+    TreeItem* firstBelow() const { return last == nullptr ? nullptr : last->next; }
+    TreeItem* nextBeside() const { return parent == nullptr || parent->last == this ? nullptr : next; }
     bool hasId(const ZoCInventoryAddress& address) const;
     TreeItem* findItem(const ZoCInventoryAddress& id) const;
     TreeItem* findAmongMany(const ZoCInventoryAddress& id) const;
@@ -125,9 +124,8 @@ private:
     const ZoCInventoryAddress::Category category;
     const unsigned index;
     TreeItem* parent = nullptr;
-    TreeItem* next = nullptr;
-    TreeItem* first = nullptr;  // of those below
-    TreeItem* last = nullptr;
+    TreeItem* next = nullptr;              // behind the last one comes the first one
+    TreeItem* last = nullptr;              // of those below
     Json documented = Json(noParameters);  // the parameters, but for later ones, which count before these
 };
 

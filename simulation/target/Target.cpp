@@ -13,20 +13,14 @@ namespace TrellanSimulation {
 
 namespace {
 
-void addErrors(ZoCErrorListPool& pool, const std::vector<ZoSErrorRecord>& errors)
+// Adds the errors of a call's script entry, if there is one; false when there were any.
+template <class Call>
+bool passes(ZoCErrorListPool& pool, const std::optional<Call>& entry)
 {
-    for (const ZoSErrorRecord& error : errors) {
-        pool.addError(error);
-    }
-}
-
-// Adds the errors of a call's script entry, null when there is none; false when there were any.
-bool passes(ZoCErrorListPool& pool, const ScriptedCall* entry)
-{
-    if (entry == nullptr || entry->errors.empty()) {
+    if (!entry || entry->errors.empty()) {
         return true;
     }
-    addErrors(pool, entry->errors);
+    entry->errors.addTo(pool);
     return false;
 }
 
@@ -44,9 +38,9 @@ int Target::scan(ZoCErrorListPool& errors, ZoCInventoryItem*& tree)
     tree = nullptr;
     try {
         auto items = readTree();
-        const ScriptedScan* entry = positions.next(script->scan, "scan");
+        const auto entry = positions.next(script->scan, "scan");
         passes(errors, entry);
-        if (entry != nullptr && entry->result != 0) {
+        if (entry && entry->result != 0) {
             return entry->result;
         }
         tree = TreeItem::handOut(std::move(items));
@@ -118,12 +112,12 @@ UpdateProgress Target::poll(ZoCErrorListPool& errors, const ZoCInventoryAddress&
     if (!session || !session->isStarted(key)) {
         return {};
     }
-    const auto& polls = script->element(key).polls;
-    const ScriptedPoll* entry = positions.next(polls, "polls", key);
+    const auto polls = script->element(key).polls;
+    const auto entry = positions.next(polls, "polls", key);
     const bool succeeds = passes(errors, entry);
-    const UpdateProgress progress = entry != nullptr ? UpdateProgress{entry->status, entry->done, entry->total}
-                                    : polls.empty()  ? session->progress(key)
-                                                     : session->finishedProgress(key);
+    const UpdateProgress progress = entry           ? UpdateProgress{entry->status, entry->done, entry->total}
+                                    : polls.empty() ? session->progress(key)
+                                                    : session->finishedProgress(key);
     constexpr unsigned finished = 2;
     if (succeeds && progress.status == finished) {
         session->finish(key);
@@ -135,10 +129,10 @@ void Target::collectErrors(ZoCErrorListPool& errors, const ZoCInventoryAddress& 
                            ZoCErrorListPool& results)
 {
     const std::string key = elementKey(board, id);
-    const ScriptedFinish* entry = positions.next(script->element(key).finish, "finish", key);
+    const auto entry = positions.next(script->element(key).finish, "finish", key);
     passes(errors, entry);
-    if (entry != nullptr) {
-        addErrors(results, entry->results);
+    if (entry) {
+        entry->results.addTo(results);
     }
     checkHandle(errors, handle);
 }

@@ -127,7 +127,7 @@ void TargetFile::readMembers()
         flash = path.parent_path() / readFolder(*folder, Place(top, "flashDrive"));
     }
     const auto script = whole.find("script");
-    calls = std::make_shared<Script>(script ? readScript(*script, Place(top, "script")) : Script());
+    calls = script ? std::make_shared<Script>(*script, Place(top, "script")) : std::make_shared<Script>();
     unused = buildTree(getMember(whole, "tree", top), Place(top, "tree"));
 }
 

@@ -56,6 +56,33 @@ std::string stringOf(const std::string& piece)
     return '"' + repeated(piece, size / piece.size()) + '"';
 }
 
+// A document of as many `pieces` as go into the size, joined by commas, in each of which the last "#" is a number of
+// its own.
+std::function<std::string()> withMany(const std::string& front, const std::string& piece, const std::string& back)
+{
+    return [=] {
+        const auto mark = piece.rfind('#');
+        std::string text = front;
+        for (unsigned number = 2; text.size() < size; ++number) {
+            text += mark == std::string::npos ? piece
+                                              : piece.substr(0, mark) + std::to_string(number) + piece.substr(mark + 1);
+            text += ',';
+        }
+        text.pop_back();
+        return text + back;
+    };
+}
+
+std::function<std::string()> withItems(const std::string& item)
+{
+    return withMany(R"({"tree":{"id":"ROOT","items":[)", item, "]}}");
+}
+
+std::function<std::string()> withScript(const std::string& front, const std::string& piece, const std::string& back)
+{
+    return withMany(R"({"tree":{"id":"ROOT"},"script":{)" + front, piece, back + "}}");
+}
+
 class DocumentMemory : public ::testing::TestWithParam<Shape> {
 protected:
     void SetUp() override
@@ -71,14 +98,18 @@ protected:
         return folder.write("document.json", GetParam().make());
     }
 
-    // What `read` costs, for each byte of the document, in tenths; 255 and more: 255.
+    // What `read` costs, for each byte of the document, in tenths; 255 and more: 255, and where it fails.
     template <class Read>
     static int tenthsForEachByte(Read read)
     {
         return inAnotherProcess([&] {
-            const std::size_t before = peak();
-            read();
-            return static_cast<int>(std::min<std::size_t>((peak() - before) * 10 / size, 255));
+            try {
+                const std::size_t before = peak();
+                read();
+                return static_cast<int>(std::min<std::size_t>((peak() - before) * 10 / size, 255));
+            } catch (...) {
+                return 255;
+            }
         });
     }
 
@@ -119,6 +150,19 @@ TEST_P(DocumentMemory, OfATargetFileIsAtMostTenTimesItsSize)
               100);
 }
 
+class TargetFileMemory : public DocumentMemory {};
+
+// With the script and the tree, which are made of the document.
+TEST_P(TargetFileMemory, IsAtMostTenTimesTheFilesSize)
+{
+    const auto path = write();
+    EXPECT_LE(tenthsForEachByte([&] {
+                  TrellanSimulation::TargetFile file(path);
+                  file.makeTree();
+              }),
+              100);
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Shapes, DocumentMemory,
     ::testing::Values(Shape{"Numbers", arrayOf("1,")}, Shape{"EmptyArrays", arrayOf("[],")},
@@ -135,4 +179,27 @@ INSTANTIATE_TEST_SUITE_P(
                       Shape{"OneStringOfEscapes", [] { return stringOf("\\n"); }},
                       Shape{"OneStringOfTwoByteCharacters", [] { return stringOf("\xC3\xA4"); }},
                       Shape{"Blanks", [] { return repeated(" ", size) + "1"; }}, Shape{"NoJson", arrayOf("[],]")}),
+    [](const auto& shape) { return shape.param.name; });
+
+INSTANTIATE_TEST_SUITE_P(
+    Shapes, TargetFileMemory,
+    ::testing::Values(
+        Shape{"Items", withItems("{\"id\":\"CN\"}")},
+        Shape{"ItemsBelowEachOther", withItems(R"({"id":"CN","items":[{"id":"CN"}]})")},
+        Shape{"ItemsWithAParameter", withItems(R"({"id":"CN","parameters":{"ID":1}})")},
+        Shape{"UpdateElements", withItems(R"({"id":"UPDATE_ELEMENT","parameters":{"ID":1}})")},
+        Shape{"ParametersOfManyNames", withMany(R"({"tree":{"id":"ROOT","parameters":{)", "\"ID[#]\":1", "}}}")},
+        Shape{"ParametersOfManyLongNames", withMany(R"({"tree":{"id":"ROOT","parameters":{)", "\"ID/ID[#]\":1", "}}}")},
+        Shape{"Scans", withScript("\"scan\":[", "{}", "]")}, Shape{"Locks", withScript("\"lock\":[", "{}", "]")},
+        Shape{"Unlocks", withScript("\"unlock\":[", "{}", "]")},
+        Shape{"NodesFinished", withScript("\"updateFinish\":[", "{}", "]")},
+        Shape{"Starts", withScript(R"("elements":{"/ROOT#1":{"start":[)", "{}", "]}}")},
+        Shape{"Polls", withScript(R"("elements":{"/ROOT#1":{"polls":[)", "{}", "]}}")},
+        Shape{"Finishes", withScript(R"("elements":{"/ROOT#1":{"finish":[)", "{}", "]}}")},
+        Shape{"Results",
+              withScript(R"("elements":{"/ROOT#1":{"finish":[{"results":[)", R"({"code":1,"text":""})", "]}]}}")},
+        Shape{"Elements", withScript("\"elements\":{", "\"/ROOT##\":{}", "}")},
+        Shape{"Errors", withScript(R"("scan":[{"errors":[)", R"({"code":1,"text":""})", "]}]")},
+        Shape{"Values", withScript("\"values\":{", "\"/ROOT:ID[#]\":[]", "}")},
+        Shape{"ErrorsOfAValue", withScript(R"("values":{"/ROOT:ID":[)", R"({"code":1,"text":""})", "]}")}),
     [](const auto& shape) { return shape.param.name; });

@@ -93,3 +93,19 @@ TEST(TargetFileGrowth, OfNamesThatEndAlikeIsThatOfTheNames)
         }));
     });
 }
+
+TEST(TargetFileGrowth, OfTheCallsOfAScriptIsThatOfTheirNumber)
+{
+    const TempDir folder;
+    expectTwiceTheStepsAtMost(1000, [&](unsigned count) {
+        const auto path =
+            folder.write("target.json", R"({"tree":{"id":"ROOT"},"script":{"elements":{"/ROOT#1":{"polls":[)" +
+                                            listOf(count, [](unsigned) { return std::string("{}"); }) + "]}}}}");
+        return stepsOf([&] {
+            const TargetFile file(path);
+            ScriptPositions positions;
+            while (positions.next(file.script()->element("/ROOT#1").polls, "polls", "/ROOT#1")) {
+            }
+        });
+    });
+}
