@@ -140,8 +140,12 @@ int OutputBuffer::sync()
 
 bool OutputBuffer::append(std::string_view text)
 {
-    if (neighbour != nullptr) {
+    if (neighbour != nullptr && !neighbour->held.empty()) {
         neighbour->writeHeld();
+    }
+    if (!isTerminal && failure == 0 && text.size() < capacity - held.size()) {
+        held.append(text);
+        return true;
     }
     const bool endsLine = isTerminal && text.find('\n') != std::string_view::npos;
     while (!text.empty() && failure == 0) {

@@ -22,7 +22,7 @@ std::size_t placeOf(const ZoCInventoryAddress& address)
 
 bool ParameterNames::add(const JsonBits& key)
 {
-    JsonBits& known = lateKeys[(key >> jsonTagBits ^ key >> 12) % lateKeys.size()];
+    JsonBits& known = lateKeys[key * 0x9E3779B97F4A7C15 >> 56];
     if (known == key) {
         return true;
     }

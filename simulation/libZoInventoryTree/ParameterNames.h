@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <map>
 #include <string>
 #include <string_view>
@@ -16,6 +17,8 @@ struct ParameterName {
     ZoCInventoryAddress address;
     std::vector<JsonBits> keys;  // by which the tree's document has it: nearly always one, none where it is not there
     bool hasAllKeys = true;      // false: the document may have it by others, too, with the same text
+    mutable std::size_t latePlace =
+        0;  // among the members of the item that had it last: the next one has it there, too
 };
 
 class ParameterNames {
@@ -40,7 +43,7 @@ private:
     bool all = true;
 
     // A place is null as long as no key, no name has it.
-    std::array<JsonBits, 64> lateKeys{};
+    std::array<JsonBits, 256> lateKeys{};
     mutable std::array<const ParameterName*, 128> lateNames{};
 };
 

@@ -206,9 +206,13 @@ const ZoCInventoryParameter* TreeItem::getParameter(const ZoCInventoryAddress& a
     }
     const JsonValues members = documented.values();
     for (const JsonBits key : name->keys) {
-        for (const JsonBits* at = members.first; at != members.first + members.count; at += 2) {
-            if (*at == key) {
-                return &parameterAt(at[1]);
+        if (name->latePlace < members.count && members.first[name->latePlace] == key) {
+            return &parameterAt(members.first[name->latePlace + 1]);
+        }
+        for (std::size_t place = 0; place < members.count; place += 2) {
+            if (members.first[place] == key) {
+                name->latePlace = place;
+                return &parameterAt(members.first[place + 1]);
             }
         }
     }

@@ -28,17 +28,16 @@ std::string checksumsText(const ZoSUpdateElement& element, const ZoSUpdateFile* 
 
 Row rowOf(std::uint32_t number, const ZoSUpdateElement& element, const ZoSUpdateFile* file)
 {
-    Row row{
-        cellText(number),
-        textBeforeNul(element.displayName),
-        cellText(element.version),
-        file != nullptr ? cellText(file->version) : "---",
-        checksumsText(element, file),
-        file == nullptr       ? ""
-        : element.notRequired ? "Y"
-                              : "N",
-        file != nullptr && !element.disabled ? cellText(element.phase) : "-",
-    };
+    constexpr std::size_t mostCells = 8;
+    Row row;
+    row.reserve(mostCells);
+    row.push_back(cellText(number));
+    row.push_back(textBeforeNul(element.displayName));
+    row.push_back(cellText(element.version));
+    row.push_back(file != nullptr ? cellText(file->version) : "---");
+    row.push_back(checksumsText(element, file));
+    row.emplace_back(file == nullptr ? "" : element.notRequired ? "Y" : "N");
+    row.push_back(file != nullptr && !element.disabled ? cellText(element.phase) : "-");
     if (const char* const marker = elementMarker(element)) {
         row.emplace_back(marker);
     }

@@ -76,7 +76,7 @@ void LibrarySession::print(const std::string& text)
     if (destination.stream == nullptr) {
         return;
     }
-    *destination.stream << text;
+    destination.stream->write(text.data(), static_cast<std::streamsize>(text.size()));
     if (destination.flushEachLine && text.find_first_of("\n\r") != std::string::npos) {
         destination.stream->flush();
     }
