@@ -16,6 +16,7 @@ import time
 from pathlib import Path
 
 MEMORY = 8 << 30  # bytes of address space
+MOST_BROKEN = 5  # tests of a step that end them all, until its others are given up
 MOST_READ = 10 << 20  # characters of what a program prints: a mutant may print without an end
 NO_TEST = 'the program itself'
 PROCESSOR = 60  # seconds of one process
@@ -90,6 +91,28 @@ def learned(job):
     return {'failed': failed, 'times': times, 'broken': broken}
 
 
+def noticing(step):
+    """The tests of a step that notice a mutant, and whether one ended them all."""
+    failed, _, broken = tests_of(step, step['names'])
+    if not failed or broken:
+        return failed, broken
+    # On a busy machine, a test may fail for once. What does not end or crashes is not tried again.
+    names = step['names'] if NO_TEST in failed else ':'.join(failed)
+    return tests_of(step, names)[0], False
+
+
+def all_noticing(step):
+    """The same of all tests, also of those behind one that ends them all: it is left out of another run."""
+    found, names = [], step['names']
+    for _ in range(MOST_BROKEN):
+        failed, broken = noticing({**step, 'names': names})
+        found += [test for test in failed if test not in found]
+        if not broken or NO_TEST in failed or names == failed[-1]:
+            return found, False
+        names += (':' if '-' in names else '-') + failed[-1]
+    return found, True
+
+
 def verdict(job):
     source, compiled = Path(job['tree']) / job['file'], Path(job['object'])
     optimised = compiled.read_bytes()
@@ -98,15 +121,17 @@ def verdict(job):
     source.write_text('\n'.join(lines))
     if not ran(job['compile']) or not all(ran(command) for command in job['links']):
         return {'verdict': 'uncompiled'}
+    told = []
     for step in job['steps']:
         if not all(ran(command) for command in step['links']):
             return {'verdict': 'uncompiled'}
-        failed, _, broken = tests_of(step, step['names'])
+        failed, broken = all_noticing(step) if job['everyone'] else noticing(step)
         if failed:
-            # On a busy machine, a test may fail for once. What does not end or crashes is not tried again.
-            names = step['names'] if NO_TEST in failed else ':'.join(failed)
-            if broken or tests_of(step, names)[0]:
-                return {'verdict': 'killed', 'by': step['name'], 'tests': failed, 'broken': broken}
+            told.append({'by': step['name'], 'tests': failed, 'broken': broken})
+            if not job['everyone']:
+                break
+    if told:
+        return {'verdict': 'killed', **told[0], **({'everyone': told} if job['everyone'] else {})}
     # What the optimising compiler makes the same of is the same.
     same = ran(job['optimise']) and compiled.read_bytes() == optimised
     return {'verdict': 'equivalent' if same else 'survived'}

@@ -21,6 +21,7 @@ import threading
 import programs
 from mutants import mutants_of
 from tree import BUILD, FOLDER, ROOT, Tree
+from worth import Worth, noticed_by
 
 SOURCES = ['src/**/*.cpp', 'tool/**/*.cpp', 'simulation/target/*.cpp']
 LIMIT = 97.0  # percent of the mutants that are counted
@@ -74,17 +75,19 @@ def sandbox(job, worker=0):
     return json.loads(done.stdout)
 
 
-def job_of(mutant, tree, known, quick):
+def job_of(mutant, tree, known, asked):
     wanted = [f'bin/test_{name}' for name in programs.that_belong(mutant.file)] + ['bin/trellan-update']
     links = tree.linked_from(mutant.file, wanted)
-    steps, linked = known.steps(mutant.file, quick), set()
+    steps = known.all_steps(mutant.file) if asked.all_tests else known.steps(mutant.file, asked.quick)
+    linked = set()
     for step in steps:
         made = os.path.relpath(step['program'], BUILD)
         step['links'] = [tree.link_command(made)] if made in links and made not in linked else []
         linked.add(made)
     return {'file': mutant.file, 'line': mutant.line, 'after': mutant.after, 'object': tree.object(mutant.file),
             'compile': tree.unoptimised(mutant.file), 'optimise': tree.optimised(mutant.file),
-            'links': [tree.link_command(made) for made in links if not made.startswith('bin/test_')], 'steps': steps}
+            'links': [tree.link_command(made) for made in links if not made.startswith('bin/test_')], 'steps': steps,
+            'everyone': asked.all_tests}
 
 
 class Run:
@@ -94,7 +97,9 @@ class Run:
         self.found = logged()
         if asked.again:
             self.found = {key: entry for key, entry in self.found.items() if entry['verdict'] != 'survived'}
-        self.wanted, self.quick = asked.count, asked.quick
+        if asked.all_tests:
+            self.found = {key: entry for key, entry in self.found.items() if entry['verdict'] != 'killed' or 'everyone' in entry}
+        self.asked = asked
         self.waiting = queue.Queue()
         for mutant in mutants:
             self.waiting.put(mutant)
@@ -107,7 +112,7 @@ class Run:
 
     def next(self):
         with self.lock:
-            while self.tried < self.wanted and not self.waiting.empty():
+            while self.tried < self.asked.count and not self.waiting.empty():
                 mutant = self.waiting.get()
                 entry = self.found.get(mutant.key())
                 if entry is None:
@@ -119,7 +124,7 @@ class Run:
     def work(self, worker):
         while mutant := self.next():
             with self.lock:
-                job = job_of(mutant, self.tree, self.programs, self.quick)
+                job = job_of(mutant, self.tree, self.programs, self.asked)
             answer = sandbox(job, worker)
             with self.lock:
                 self.tried -= answer['verdict'] in NOT_TRIED
@@ -157,7 +162,21 @@ def tell(mutants, count):
     share = 100.0 * killed / counted if counted else 0.0
     print(f'{len(tried)} mutants; {same} give the same code, {len(excused)} are listed with their reason; '
           f'{killed} of the other {counted} killed: {share:.1f} %')
-    return 0 if share >= LIMIT else 1
+    # Of few files, there may be fewer than that.
+    missing = min(count, len(mutants) - sum(found.get(mutant.key(), {}).get('verdict') == 'uncompiled' for mutant in mutants))
+    missing -= len(tried)
+    if missing > 0:
+        print(f'{missing} more are still to be tried')
+    return 0 if share >= LIMIT and missing <= 0 else 1
+
+
+def tell_tests(entries):
+    """What each test is worth, in build/mutate/tests.txt."""
+    known = programs.Programs(sandbox)
+    value = Worth(known.quick_tests(), [noticed_by(entry) for entry in entries])
+    with (FOLDER.parent / 'tests.txt').open('w', encoding='utf-8') as file:
+        file.writelines(f'{line}\n' for line in value.lines())
+    print(value.summary() + ': build/mutate/tests.txt')
 
 
 def main():
@@ -169,6 +188,8 @@ def main():
     options.add_argument('--list', action='store_true', help='print the mutants and try none')
     options.add_argument('--tell', action='store_true', help='say what became of those that were tried, and try none')
     options.add_argument('files', nargs='*', default=SOURCES, help='patterns of files instead of all')
+    options.add_argument('--all-tests', action='store_true', help='run all quick tests for each mutant, also behind one that '
+                         'notices it, and say which tests notice nothing that others do not')
     asked = options.parse_args()
 
     mutants = chosen(asked.files)
@@ -179,7 +200,10 @@ def main():
     if not asked.tell:
         FOLDER.mkdir(parents=True, exist_ok=True)
         Run(asked, mutants).carry_out(asked.jobs)
-    return tell(mutants, asked.count)
+    status = tell(mutants, asked.count)
+    if asked.all_tests:
+        tell_tests([entry for key, entry in logged().items() if 'everyone' in entry])
+    return status
 
 
 if __name__ == '__main__':

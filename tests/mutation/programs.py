@@ -36,7 +36,7 @@ class Programs:
     def learn(self, name):
         """Which tests fail after others in one process, which fail at all here, and which take long."""
         stamp = (BUILD / f'bin/test_{name}').stat().st_mtime
-        if self.known.get(name, {}).get('stamp') == stamp:
+        if self.known.get(name, {}).get('stamp') == stamp and 'together' in self.known[name]:
             return
         step = {'program': self.binary(name), 'names': f'-{BROWSER}', 'seconds': 600, 'all': True}
         together = self.sandbox({'steps': [step]})
@@ -47,24 +47,35 @@ class Programs:
         failed = together['failed'] + breaking
         alone = self.sandbox({'steps': [{**step, 'names': test, 'seconds': 60} for test in failed]})
         slow = [test for test, time in together['times'].items() if time >= SLOW]
-        self.known[name] = {'stamp': stamp, 'alone': [test for test in failed if test not in alone['failed']],
+        self.known[name] = {'stamp': stamp, 'together': sorted(together['times']), 'alone': [test for test in failed if test not in alone['failed']],
                             'failing': alone['failed'], 'slow': slow, 'seconds': together['seconds']}
         self.file.write_text(json.dumps(self.known, indent=1))
         print(f"test_{name}: {len(together['times'])} tests together, {len(self.known[name]['alone'])} alone, "
               f"{len(slow)} of them slow, not used as they fail in the sandbox: {alone['failed']}", flush=True)
+
+    def all_steps(self, file):
+        """The quick tests of each program, all of which are run."""
+        return [{**step, 'all': True} for name in that_belong(file) for step in self.quick_steps(name)]
 
     def steps(self, file, quick):
         """The tests named after the file, the quick tests of each program, and at last the slow ones of the nearest."""
         programs = that_belong(file)
         near, stem = programs[0], file.rsplit('/', 1)[1].removesuffix('.cpp')
         steps = [self.step(near, f'{stem}*:*/{stem}*')] if near not in SOURCE_FOLDERS else []
-        for name in programs:
-            known = self.known[name]
-            steps.append(self.step(name, '-' + ':'.join([BROWSER] + known['alone'] + known['failing'] + known['slow'])))
-            steps += [self.step(name, test) for test in known['alone']]
+        steps += [step for name in programs for step in self.quick_steps(name)]
         if self.known[near]['slow'] and not quick:
             steps.append(self.step(near, ':'.join(self.known[near]['slow'])))
         return steps
+
+    def quick_steps(self, name):
+        known = self.known[name]
+        together = self.step(name, '-' + ':'.join([BROWSER] + known['alone'] + known['failing'] + known['slow']))
+        return [together] + [self.step(name, test) for test in known['alone']]
+
+    def quick_tests(self):
+        """The tests that every mutant meets which they belong to: (program, test)."""
+        return {(name, test) for name, known in self.known.items()
+                for test in known['together'] + known['alone'] if test not in known['slow'] + known['failing']}
 
     def step(self, name, names):
         """Of the library's folders, whose tests are quick, all tests are run that may notice a mutant; else until one does."""
