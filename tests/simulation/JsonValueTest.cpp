@@ -75,6 +75,23 @@ TEST(JsonValue, ContainsTheMembersOfAnObject)
     EXPECT_FALSE(json().contains("a"));
 }
 
+TEST(JsonValue, ContainsEachOfManyMembersAndNoOther)
+{
+    std::string text = "{";
+    for (int i = 0; i < 100; i += 2) {
+        text += "\"member " + std::to_string(i) + "\":" + std::to_string(i) + ",";
+    }
+    const json value = parse(text + "\"x\":-1}");
+    for (int i = 0; i < 100; i += 2) {
+        const json& member = value["member " + std::to_string(i)];
+        EXPECT_EQ(member.dump(), std::to_string(i));
+        EXPECT_FALSE(value.contains("member " + std::to_string(i + 1))) << i;
+    }
+    EXPECT_EQ(value["x"].dump(), "-1");
+    EXPECT_FALSE(value.contains(""));
+    EXPECT_FALSE(value.contains("y"));
+}
+
 TEST(JsonValue, GivesNullForAMemberThatIsNotThere)
 {
     const json value = parse("{\"a\":1}");

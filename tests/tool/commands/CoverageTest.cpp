@@ -261,6 +261,16 @@ TEST_F(CoverageCommand, SaysOnceWhatOfATargetCannotBeReadAndEndsWith1AsCompareDo
     EXPECT_EQ(runProcess(TRELLAN_TOOL, {"compare", archive.path(), "--target", "a.json"}, folder.path()).status, 1);
 }
 
+TEST_F(CoverageCommand, SaysOfWhichTargetItIsWarned)
+{
+    put("a.json", target({item("IOMODULE", {{"PRODUCT/BOARD_TYPE", "IO7"}}, {element(8, "1.0")})}));
+    const RunResult result = covered({path("a.json"), path("c.json")});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err,
+              "WARNING: File entry 0 is not supported. Ignoring this entry.\ntrellan-update: " + path("a.json") +
+                  ": WARNING: /ROOT/IOMODULE/UPDATE_ELEMENT[8] has no UPDATE_INFO parent item!\n");
+}
+
 TEST_F(CoverageCommand, PrintsWhatItHasFoundAlsoWhereThePageCannotBeWritten)
 {
     const RunResult text = covered({path("a.json")});

@@ -1,5 +1,6 @@
 // The targets that a command line names.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <filesystem>
 
@@ -50,4 +51,23 @@ TEST(TargetNames, TellOfAFolderWithoutTargets)
     const TempDir folder;
     const std::string path = folder.path().string();
     EXPECT_EQ(namesOf({path}), (Names{path + ": the folder holds no .json file"}));
+}
+
+TEST(TargetNames, TellOfAnEmptyPath)
+{
+    EXPECT_EQ(namesOf({"", "a.json"}), (Names{": the path is empty", "a.json"}));
+}
+
+TEST(TargetNames, TellOfAFolderThatCannotBeRead)
+{
+    const TempDir folder;
+    writeText(folder.path() / "a.json", "");
+    const std::string path = folder.path().string();
+    rlimit usual = {};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &usual), 0);
+    const rlimit none = {0, usual.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+    const Names names = namesOf({path});
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &usual), 0);
+    EXPECT_EQ(names, (Names{path + ": the folder cannot be read: Too many open files"}));
 }

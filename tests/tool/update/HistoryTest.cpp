@@ -145,6 +145,7 @@ TEST_F(Histories, SkipsWhatIsNoEvent)
              R"({"time":"t","run":"a","event":"phase","phase":4294967296})",
              R"({"time":"t","run":"a","event":"start","archive":"x","elements":[]})",
              R"({"time":"t","run":"a","event":"start","archive":{"path":"","version":""},"elements":[3]})",
+             R"({"time":"t","run":"a","event":"start","archive":{"path":"","version":""},"elements":{}})",
              R"({"time":"t","run":"a","event":"result","result":"odd","elements":[]})",
              R"({"time":"t","run":"a","event":"result","result":"failed","elements":[{"index":1,"name":"","from":"",)"
              R"("to":"","state":"failed","errors":[{"code":"5","text":""}]}]})",
@@ -153,6 +154,19 @@ TEST_F(Histories, SkipsWhatIsNoEvent)
         EXPECT_THAT(history.complaints, ElementsAre("line 1 is no event of an update, and is skipped")) << line;
         EXPECT_TRUE(history.runs.empty()) << line;
     }
+}
+
+TEST_F(Histories, SkipsALineWithAnErrorOfMoreThan32Members)
+{
+    std::string members;
+    for (int i = 0; i < 30; ++i) {
+        members += "\"m" + std::to_string(i) + "\":0,";
+    }
+    std::string large = failed;
+    large.replace(large.find(R"("text":)"), 0, members);
+    EXPECT_THAT(read(start + large).complaints, ElementsAre());
+    large.replace(large.find(R"("text":)"), 0, "\"m30\":0,");
+    EXPECT_THAT(read(start + large).complaints, ElementsAre("line 2 is no event of an update, and is skipped"));
 }
 
 TEST_F(Histories, SkipsALineWhoseErrorsAreNestedDeeperThanTheStack)

@@ -195,6 +195,24 @@ TEST_F(Plans, DoesNotHoldForOtherElements)
     expectRefused(updated(plan), R"(displayName was "KR5120, SN 815, Firmware" in the plan)");
 }
 
+TEST_F(Plans, ThatDiffersInMuchHasTwentyDifferencesNamedAndTheOthersCounted)
+{
+    const auto device = [](const std::string& version) {
+        std::vector<ordered_json> elements;
+        for (unsigned i = 1; i <= 23; ++i) {
+            elements.push_back(updateElement(i, {{"ID", 1}, {"NAME", "E" + std::to_string(i)}, {"VERSION", version}}));
+        }
+        return ::target({board("HCN", {{"PRODUCT/BOARD_TYPE", "KR5120"}, {"PRODUCT/SERIAL_NUMBER", 815}}, elements)});
+    };
+    replaceTarget(device("1.0"));
+    const std::string planned = ran({"update", archive.path(), "--dry-run", "--json", "--no-check"}).out;
+    replaceTarget(device("1.1"));
+    const RunResult result = updated(planned);
+    expectRefused(result, R"(E20: installedVersion was "1.0" in the plan, and is "1.1")");
+    expectRefused(result, "and 3 more differences\n");
+    EXPECT_EQ(result.err.find("E21"), std::string::npos);
+}
+
 TEST_F(Plans, DoesNotHoldForAnotherDescription)
 {
     writeText(archive.path() + "/archive.json", contents().dump(1));

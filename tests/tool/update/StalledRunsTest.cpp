@@ -85,6 +85,41 @@ TEST_F(StalledRuns, AreGivenUpWithTheTargetUnlocked)
     EXPECT_EQ(calls(device, "unlock"), 1);
 }
 
+// The first board fails in its first phase, the second one lacks a file, the third one stalls.
+TEST_F(StalledRuns, SayOfEachElementWhyItWasNotUpdated)
+{
+    const auto boardOfType = [](const std::string& type, std::vector<ordered_json> elements) {
+        return board(type, {{"PRODUCT/BOARD_TYPE", type}, {"PRODUCT/NAME", type}}, std::move(elements));
+    };
+    const auto firmware = [](unsigned id) {
+        return updateElement(id, {{"NAME", "E" + std::to_string(id)}, {"VERSION", "1.0"}, {"CHECKSUM_CRC32", 1}});
+    };
+    const auto entry = [](const std::string& type, const std::string& name, unsigned id) {
+        ordered_json result = entryOf(name, id);
+        result["boardType"] = type;
+        return result;
+    };
+    ordered_json failing = target({boardOfType("HCN", {firmware(1), firmware(2)}),
+                                   boardOfType("IOMODULE", {firmware(2)}), boardOfType("CN", {firmware(2)})});
+    failing["script"]["elements"]["/ROOT/HCN#1"]["polls"] = {{{"status", 3}}};
+    failing["script"]["elements"]["/ROOT/CN#2"]["polls"] =
+        std::vector<ordered_json>(1000, {{"done", 5}, {"total", 10}});
+    const SimulatedTarget device(failing);
+    TestArchive mixed(description({entry("HCN", "one.bin", 1), entry("HCN", "two.bin", 2),
+                                   entry("IOMODULE", "lost.bin", 2), entry("CN", "two.bin", 2)}));
+    mixed.addFile("one.bin", "firmware");
+    mixed.addFile("two.bin", "firmware");
+    const RunResult result = ran({"update", mixed.path(), "--no-progress", "--no-check", "--stall-timeout", "2"});
+    EXPECT_EQ(result.status, 8);
+    EXPECT_EQ(result.err,
+              "trellan-update: no progress for 2 s: phase 1 stays at 50%; the update is given up\n"
+              "trellan-update: not updated: HCN, E1, 1.0 -> 2.0 (failed)\n"
+              "trellan-update: not updated: HCN, E2, 1.0 -> 2.0 (cancelled, since an earlier update of its board "
+              "failed)\n"
+              "trellan-update: not updated: IOMODULE, E2, 1.0 -> 2.0 (its update file is missing)\n"
+              "trellan-update: not updated: CN, E2, 1.0 -> 2.0 (still running)\n");
+}
+
 TEST_F(StalledRuns, AreToldInTheDocumentTheEventsAndTheHistory)
 {
     const SimulatedTarget device(stallingDevice(1000));
