@@ -8,6 +8,24 @@ include(CMakePackageConfigHelpers)
 
 set(document_folder ${CMAKE_INSTALL_DATAROOTDIR}/doc/trellan-update)
 
+# install_page(FILE DESTINATION COMPONENT [HYPHEN]): FILE, that names the folder of the documents as it is in the system, as it
+# is where it is installed. HYPHEN is how the file writes a hyphen.
+function(install_page file destination component)
+    set(hyphen "-")
+    if(ARGC GREATER 3)
+        set(hyphen "${ARGV3}")
+    endif()
+    cmake_path(GET file FILENAME name)
+    install(FILES ${file} DESTINATION ${destination} COMPONENT ${component})
+    install(CODE "
+        set(installed \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${destination}/${name}\")
+        file(READ \"\${installed}\" text)
+        string(REPLACE - [[${hyphen}]] usual /usr/share/doc/trellan-update)
+        string(REPLACE - [[${hyphen}]] here \"\${CMAKE_INSTALL_PREFIX}/${document_folder}\")
+        string(REPLACE \"\${usual}\" \"\${here}\" text \"\${text}\")
+        file(WRITE \"\${installed}\" \"\${text}\")" COMPONENT ${component})
+endfunction()
+
 # Where the system looks for libraries by itself nothing needs to tell it; anywhere else the tool looks beside itself, so that
 # a folder with all of it can be moved.
 if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
@@ -59,8 +77,8 @@ set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${archive_page_so
 execute_process(COMMAND ${AWK} -v date=${release_date} -f docs/man/archive-page.awk docs/archive-format.md
     WORKING_DIRECTORY ${PROJECT_SOURCE_DIR} OUTPUT_FILE ${CMAKE_CURRENT_BINARY_DIR}/trellan-archive.5
     COMMAND_ERROR_IS_FATAL ANY)
-install(FILES docs/man/trellan-update.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT Tool)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/trellan-archive.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5 COMPONENT Tool)
+install_page(${PROJECT_SOURCE_DIR}/docs/man/trellan-update.1 ${CMAKE_INSTALL_MANDIR}/man1 Tool "\\-")
+install_page(${CMAKE_CURRENT_BINARY_DIR}/trellan-archive.5 ${CMAKE_INSTALL_MANDIR}/man5 Tool "\\-")
 set(completions ${PROJECT_SOURCE_DIR}/tool/completion/shells)
 install(FILES ${completions}/trellan-update
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT Tool)
@@ -79,21 +97,24 @@ install(DIRECTORY examples/archive examples/flash DESTINATION ${document_folder}
 install(FILES examples/target.json DESTINATION ${document_folder}/examples COMPONENT Tool)
 
 # Documents lie beside one another whatever package brings them. A link to a public header leads to the installed one; one to
-# another file of the sources becomes its text.
+# another file of the sources becomes its text. What stands in docs/ here does there, too.
 function(install_documents component)
     file(RELATIVE_PATH to_headers ${CMAKE_INSTALL_PREFIX}/${document_folder}/docs ${CMAKE_INSTALL_FULL_INCLUDEDIR})
     foreach(document IN LISTS ARGN)
-        set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/docs/${document})
-        file(READ docs/${document} text)
+        set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${document})
+        file(READ ${document} text)
         string(REGEX REPLACE "\\]\\(\\.\\./include/([^)]+)\\)" "](${to_headers}/\\1)" text "${text}")
-        string(REGEX REPLACE "\\[([^]]+)\\]\\(\\.\\./(platform|include|README.md|CONTRIBUTING.md)\\)" "\\1" text "${text}")
-        file(CONFIGURE OUTPUT installed-docs/${document} CONTENT "${text}" @ONLY)
-        install(FILES ${CMAKE_CURRENT_BINARY_DIR}/installed-docs/${document}
-            DESTINATION ${document_folder}/docs COMPONENT ${component})
+        string(REGEX REPLACE "\\[([^]]+)\\]\\((\\.\\./(platform|include|ansible/[^)]+|README.md|CONTRIBUTING.md)|docs/testing.md)\\)" "\\1"
+            text "${text}")
+        set(mended ${CMAKE_CURRENT_BINARY_DIR}/installed-docs/${document})
+        file(WRITE ${mended} "${text}")
+        cmake_path(GET document PARENT_PATH folder)
+        install_page(${mended} ${document_folder}/${folder} ${component})
     endforeach()
 endfunction()
-install_documents(Tool technician.md archive-author.md archive-format.md checking.md target-file.md tour.md)
-install_documents(Development host.md)
+install_documents(Tool SECURITY.md docs/technician.md docs/archive-author.md docs/archive-format.md docs/checking.md
+    docs/target-file.md docs/tour.md docs/fleet.md)
+install_documents(Development docs/host.md)
 
 # Simulation: in a folder of its own, where no other program takes the stand-ins for the maker's libraries.
 if(TRELLAN_SIMULATION)

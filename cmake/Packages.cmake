@@ -4,7 +4,7 @@ set(CPACK_PACKAGE_NAME trellan-update)
 set(CPACK_PACKAGE_VENDOR Velorant)
 set(CPACK_PACKAGE_CONTACT "Velorant <trellan-update@velorant.example>")
 set(CPACK_PACKAGE_DIRECTORY ${PROJECT_SOURCE_DIR}/build/packages)
-set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_SET_DESTDIR ON) # what is installed may tell where: that is the prefix, and not the folder that is packed
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_ALL Runtime Development Tool)

@@ -25,6 +25,7 @@ share/doc/trellan-update/docs
 share/doc/trellan-update/examples" "$(listed Development)"
 expect "the component Tool" "bin/trellan-update
 share/doc/trellan-update/CHANGELOG.md
+share/doc/trellan-update/SECURITY.md
 share/doc/trellan-update/docs
 share/doc/trellan-update/examples" "$(listed Tool | grep -v -e /man/ -e completion -e site-functions)"
 expect "the component Simulation" "lib/trellan-simulation/libTrellanSimulation.so
@@ -36,11 +37,11 @@ lib/trellan-simulation/libZoInventoryTree.so
 lib/trellan-simulation/libZoJsonLib.so
 lib/trellan-simulation/libZoRtosAbstraction.so" "$(listed Simulation)"
 
-cmake --install "$build" --prefix "$work/whole" >install.log
-mkdir parts
 for component in Runtime Development Tool Simulation; do
-    cp -a "$component/." parts
+    cmake --install "$build" --prefix "$work/whole" --component "$component" >install.log
 done
+mv whole parts
+cmake --install "$build" --prefix "$work/whole" >install.log
 diff -r parts whole || fail "the components together are not the whole"
 
 for link in libZoTrellanUpdateLib.so:libZoTrellanUpdateLib.so.1 \
@@ -57,8 +58,20 @@ expect "pkg-config's version" "$version" \
 grep -qF "set(PACKAGE_VERSION \"$version\")" "$(find whole -name '*ConfigVersion.cmake')" || fail "CMake is told another version"
 
 # Links of the documents lead to what is installed.
-for document in whole/share/doc/trellan-update/docs/*.md; do
-    grep -oE '\]\([^) ]+\)' "$document" | sed -E 's/^..(.*).$/\1/; s/#.*//' | while read -r name; do
+documents=$work/whole/share/doc/trellan-update
+for document in "$documents"/*.md "$documents"/docs/*.md; do
+    grep -oE '\]\([^) ]+\)' "$document" | sed -E 's/^..(.*).$/\1/; s/#.*//; /^https:/d' | while read -r name; do
         [ -e "$(dirname "$document")/$name" ] || fail "$(basename "$document"): the link $name leads nowhere"
     done
 done
+
+# What tells where the examples and documents are tells where they have been installed.
+mentioned() {
+    grep -rhoE '/[^ ]*/share/doc/trellan-update/(examples|docs)\b' "$documents"/*.md "$documents/docs" | sort -u
+    find whole/share/man -type f -exec cat {} + | sed 's/\\-/-/g' |
+        grep -oE '/[^ ]*/share/doc/trellan-update/(examples|docs)\b' | sort -u
+}
+expect "the folders that documents and man pages name" "$documents/examples
+$documents/docs
+$documents/examples" "$(mentioned)"
+! grep -rl 'ansible/ansible_collections/.*README' "$documents" || fail "a document links to what is not installed"
