@@ -10,8 +10,8 @@ import time
 import unittest
 from pathlib import Path
 
-from engine import Engine
-from fleet import TOOL_FOLDER, Fleet, elements, hcn
+from engine import COLLECTIONS, Engine
+from fleet import NOTES, TOOL_FOLDER, Fleet, elements, hcn
 from tool_processes import processes_of_target, wait_for
 
 ONE = """
@@ -22,8 +22,14 @@ ONE = """
 """
 
 
+MODULES = COLLECTIONS / "ansible_collections" / "velorant" / "trellan" / "plugins" / "modules"
+
+
 class Module(unittest.TestCase):
-    """One old target, and the engine."""
+    """One old target, and the engine. Where what is tested is the module's alone, tests call it DIRECTly, as the engine does at
+    a target: that takes a tenth of the time."""
+
+    DIRECT = False
 
     @classmethod
     def setUpClass(cls):
@@ -59,14 +65,28 @@ class Module(unittest.TestCase):
 
     def task(self, name, options, *flags, **further):
         """The result of one task, with its status."""
+        if self.DIRECT:
+            return self.call(name, dict({"target": str(self.target)}, **options), flags, **further)
         run = self.engine.playbook(self.playbook(name, options), self.inventory, *flags, **further)
         line = run.of("Task").get("target0000")
         self.assertIsNotNone(line, run.text)
         return dict(line["result"], task_status=line["status"])
 
-    def update(self, *flags, tool=TOOL_FOLDER, **options):
+    def call(self, name, options, flags, **further):
+        arguments = self.folder / "arguments.json"
+        arguments.write_text(json.dumps({"ANSIBLE_MODULE_ARGS": dict(
+            options, _ansible_check_mode="--check" in flags, _ansible_diff="--diff" in flags,
+            _ansible_remote_tmp=str(self.folder))}))
+        environment = dict(self.engine.environment(**further), PYTHONPATH=str(COLLECTIONS))
+        run = subprocess.run(["/usr/bin/python3", MODULES / (name + ".py"), arguments], env=environment, check=False,
+                             stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, encoding="utf-8")
+        self.assertEqual(run.stderr, "")
+        result = json.loads(run.stdout)
+        return dict(result, task_status="failed" if result.get("failed") else "ok")
+
+    def update(self, *flags, tool=TOOL_FOLDER, environment=None, **options):
         options = dict({"archive": str(self.fleet.archive)}, **options)
-        return self.task("update", options, *flags, tool=tool)
+        return self.task("update", options, *flags, tool=tool, **environment or {})
 
     def expect_red_in_both_modes(self, result, part, **options):
         """An update that is known beforehand to do nothing fails in check mode and without it, and writes nothing."""
@@ -80,6 +100,8 @@ class Module(unittest.TestCase):
 
 
 class AnUpdateThatIsKnownToDoNothing(Module):
+    DIRECT = True
+
     def test_is_refused_where_a_board_has_no_file(self):
         self.change_target(lambda target: hcn(target)["parameters"].update({"PRODUCT/BOARD_TYPE": "KR9999"}))
         self.expect_red_in_both_modes("refused", "the archive does not support the target; nothing was done")
@@ -109,8 +131,30 @@ class AnUpdateThatIsKnownToDoNothing(Module):
         self.expect_red_in_both_modes("refused", "the plan /nonexistent cannot be read", plan="/nonexistent")
 
     def test_is_refused_where_its_events_cannot_be_written(self):
-        self.expect_red_in_both_modes("refused", "the file of events /nonexistent/events cannot be written: No such file",
-                                      events="/nonexistent/events")
+        file, dangling, loop = self.folder / "file", self.folder / "dangling", self.folder / "loop"
+        file.write_text("")
+        dangling.symlink_to("/nonexistent/events")
+        loop.symlink_to(loop)
+        for path, reason in (("/nonexistent/events", "No such file or directory"), (dangling, "No such file or directory"),
+                             (file / "events", "Not a directory"), (loop, "Too many levels of symbolic links"),
+                             (self.folder / ("e" * 300), "File name too long"), (self.folder, "Is a directory")):
+            self.expect_red_in_both_modes("refused", "the file of events %s cannot be written: %s" % (path, reason),
+                                          events=str(path))
+
+    def test_is_refused_where_its_output_has_no_room_at_the_target(self):
+        folder = self.folder / "temporary"
+        folder.mkdir()
+        subprocess.run(["mount", "-t", "tmpfs", "-o", "size=128k", "temporary", folder], check=True)
+        self.addCleanup(subprocess.run, ["umount", folder], check=True)
+        self.expect_red_in_both_modes("refused", "no room for the tool's output in the folder for temporary files: No space left",
+                                      environment={"TMPDIR": str(folder)})
+
+    def test_is_carried_out_where_its_events_are_made_behind_a_link(self):
+        link = self.folder / "link"
+        link.symlink_to("made-by-the-update")
+        for flags in (["--check"], []):
+            self.assertEqual(self.update(*flags, events=str(link))["task_status"], "ok")
+        self.assertIn('"event":"result"', (self.folder / "made-by-the-update").read_text())
 
     def test_is_refused_where_there_is_no_tool(self):
         for flags in (["--check"], []):
@@ -158,7 +202,7 @@ class AnUpdate(Module):
         self.assertTrue(told["changed"])
         self.assertEqual(told["written"], ["Processor board, SN 5000, Firmware"])
         self.assertEqual(told["reasons"], ["Processor board, SN 5000, Firmware: 23.1 -> 23.2"])
-        self.assertEqual(told["msg"], "1 elements were updated: Processor board, SN 5000, Firmware: 23.1 -> 23.2")
+        self.assertEqual(told["msg"], "1 element was updated: Processor board, SN 5000, Firmware: 23.1 -> 23.2")
         self.assertEqual(told["counts"], {"updated": 1})
         self.assertEqual((told["elements"][0]["state"], told["elements"][0]["verified"]), ("updated", True))
         again = self.update(element_names=["UserFirmware"])
@@ -224,25 +268,67 @@ class AnUpdate(Module):
         self.assertEqual(told["written"], ["Processor board, SN 5000, Firmware"])
         self.assertEqual(told["diff"]["after"], "Processor board, SN 5000, Firmware: 23.2 (checksum 2091406745)\n")
 
-    def test_leaves_the_check_out_where_that_is_asked_for(self):
-        faulty = self.folder / "faulty"
-        shutil.copytree(self.fleet.archive, faulty)
-        self.addCleanup(shutil.rmtree, faulty)
-        (faulty / "site.cfg").write_text("# other content\n")
-        told = self.update("--check", archive=str(faulty), check=False)
-        self.assertEqual((told["task_status"], len(told["written"])), ("ok", 12), told["msg"])
-
     def test_verifies_only_where_that_is_asked_for(self):
         told = self.update(element_names=["UserFirmware"], verify=False)
         self.assertNotIn("verified", told["elements"][0])
 
 
+class AnUpdateWithoutTheCheck(Module):
+    """What the check finds is no reason to refuse it; but it may fail of that, and check mode knows."""
+
+    DIRECT = True
+
+    def archive(self, name="copy"):
+        archive = self.folder / name
+        shutil.copytree(self.fleet.archive, archive)
+        self.addCleanup(shutil.rmtree, archive)
+        return archive
+
+    def expect(self, status, part, written, archive, **options):
+        """The same of check mode and of the update; of this the elements that are WRITTEN."""
+        for flags in (["--check"], []):
+            with self.subTest(flags=flags):
+                told = self.update(*flags, archive=str(archive), check=False, **options)
+                self.assertEqual((told["task_status"], len(told["written"]), told["changed"]), (status, written, written > 0),
+                                 told["msg"])
+                if flags:
+                    self.assertIn(part, told["msg"])
+
+    def test_fails_where_a_file_is_missing(self):
+        archive = self.archive()
+        (archive / "site.cfg").unlink()
+        self.expect("failed", "the update would fail: the archive's folder has no such file", 11, archive)
+
+    def test_fails_where_a_path_cannot_be_handed_to_a_shell(self):
+        self.expect("failed", "must not have a blank: move the archive to another folder", 0, self.archive("with blank"),
+                    element_names=["SiteSettings"])
+
+    def test_fails_where_what_it_writes_is_not_what_was_stated_and_that_is_looked_at(self):
+        archive = self.archive()
+        (archive / "site.cfg").write_text("# other content\n")
+        self.expect("failed", "the stated checksum is 77930046", 12, archive)
+        self.fleet.restore()
+        self.expect("ok", "12 elements would be updated", 12, archive, verify=False)
+
+    def test_succeeds_where_the_target_does_not_tell_what_it_has(self):
+        archive = self.archive()
+        (archive / "notes.txt").write_text("%s and more" % NOTES)
+        self.change_target(lambda target: hcn(target)["parameters"].update({"PRODUCT/VARIANT": "X"}))
+        self.expect("ok", "13 elements would be updated", 13, archive)
+
+
 class WhatAProgramInTheToolsPlaceTells(Module):
-    def test_is_no_success_where_it_is_nothing_or_only_a_part(self):
-        for content in ("#!/bin/sh\n", "#!/bin/sh\necho '[]'\n",
-                        "#!/bin/sh\n%s/trellan-update \"$@\" | head -c 300\n" % TOOL_FOLDER):
+    DIRECT = True
+
+    def test_is_no_success_where_it_is_nothing_or_only_a_part_or_another_document(self):
+        head = '{"schemaVersion": 1, "command": "update"'
+        for content in ("", "echo null", "echo '[]'", "echo '%s, \"elements\": null}'" % head,
+                        "echo '%s, \"elements\": [{\"index\": 0, \"state\": \"updated\"}]}'" % head,
+                        "echo '%s, \"elements\": [7]}'" % head, "echo '%s, \"error\": \"none\"}'" % head,
+                        "head -c 100000 /dev/zero | tr '\\0' '['",
+                        "%s/trellan-update \"$@\" | head -c 300" % TOOL_FOLDER):
             with self.subTest(content):
-                tool = self.stand_in(content)
+                tool = self.stand_in("#!/bin/sh\n%s\n" % content)
                 for flags in (["--check"], []):
                     told = self.update(*flags, tool=tool)
                     # What was written by then is not known.
@@ -252,6 +338,19 @@ class WhatAProgramInTheToolsPlaceTells(Module):
                 facts = self.task("facts", {}, tool=tool)
                 self.assertEqual(facts["task_status"], "failed")
                 self.assertIn("trellan-update has not told what it has read", facts["msg"])
+
+    def test_may_have_been_written_where_it_failed_and_its_output_is_lost(self):
+        lost = "#!/bin/sh\n[ $1 = update ] || exec %s/trellan-update \"$@\"\n%s/trellan-update \"$@\" >/dev/full\n" % (
+            TOOL_FOLDER, TOOL_FOLDER)
+        for options in ({}, {"events": str(self.events)}):
+            self.fleet.restore()
+            before = self.fleet.content()
+            told = self.update(tool=self.stand_in(lost), **options)
+            self.assertNotEqual(before, self.fleet.content())
+            self.assertEqual((told["task_status"], told["result"], told["changed"]), ("failed", "failed", True))
+            self.assertIn("the update failed: standard output cannot be written", told["msg"])
+        again = self.update(tool=self.stand_in(lost), **options)
+        self.assertFalse(again["changed"], again["msg"])  # its events tell that it had nothing to do
 
     def test_may_have_been_written_where_it_was_killed_and_its_events_are_not_kept(self):
         told = self.update(tool=self.stand_in("#!/bin/sh\nkill -9 $$\n"), events="/dev/null")

@@ -16,6 +16,14 @@ class StillRunning(Exception):
     """An update that was started with this file of events has not ended."""
 
 
+def still_running(path):
+    return "an earlier update with the file of events %s is still running" % path
+
+
+def not_writable(path, error):
+    return "the file of events %s cannot be written: %s" % (path, error.strerror)
+
+
 def hold_events(path):
     """Opens the file of events, makes it where it is missing, and locks it: what the file is given to holds the lock too.
     OSError where it cannot be opened, StillRunning where another update holds it. None for a pipe or a device, which is not
@@ -31,17 +39,30 @@ def look_for_running(path):
     """As hold_events, but the file stays as it is; OSError also where it could not be made."""
     if is_special(path):
         return
-    if not os.path.exists(path):
-        folder = os.path.dirname(os.path.abspath(path))
-        if not os.path.isdir(folder):
-            raise OSError(errno.ENOENT, os.strerror(errno.ENOENT), path)
-        if not os.access(folder, os.W_OK | os.X_OK):
-            raise OSError(errno.EACCES, os.strerror(errno.EACCES), path)
+    if is_missing(path):
+        folder = os.path.dirname(os.path.realpath(path))
+        os.stat(folder)
+        expect_access(folder, os.W_OK | os.X_OK)
         return
-    if not os.access(path, os.W_OK):
-        raise OSError(errno.EACCES, os.strerror(errno.EACCES), path)
+    expect_access(path, os.W_OK)
     with open(path, "rb") as file:
         lock(file, fcntl.LOCK_SH)
+
+
+def is_missing(path):
+    """Whether a file could be made there, as far as the path tells, since nothing is; OSError for a path that is none."""
+    try:
+        os.stat(path)
+    except OSError as error:
+        if error.errno != errno.ENOENT:
+            raise
+        return True
+    return False
+
+
+def expect_access(path, mode):
+    if not os.access(path, mode):
+        raise OSError(errno.EACCES, os.strerror(errno.EACCES), path)
 
 
 def is_special(path):

@@ -4,6 +4,7 @@ from __future__ import absolute_import, division, print_function
 
 __metaclass__ = type
 
+import errno
 import json
 import os
 import re
@@ -16,6 +17,17 @@ TOOL_WORD = TOOL + ": "
 # What the tool's exit statuses mean; any other is a failure that its own words explain.
 SUCCESS, FAILED, USAGE, UNREADABLE, REFUSED, EMPTY, NOT_HELD, STALLED = 0, 1, 2, 3, 4, 5, 6, 8
 NOT_STARTED = 126  # none of the tool's own: what a shell ends with where a program cannot be started
+
+# The members that the modules need of what a document lists, by the document's command for elements.
+COMPARED = ("index", "state", "displayName", "name", "isFileSystemElement", "valid", "active", "installedVersion",
+            "installedChecksum", "updateFile", "updateFileIndex", "availableVersion", "availableChecksum", "checksumDiffers",
+            "downgrade")
+ELEMENT_MEMBERS = {"update": COMPARED, "compare": COMPARED}
+FURTHER_MEMBERS = {"runs": ("run", "phase"), "findings": ("rule", "severity", "file", "message")}
+
+# What is kept for the tool's output and for its words before it is started. An update whose output then finds no room would
+# have written and could not tell of it.
+OUTPUT_ROOM, TEXT_ROOM = 1 << 20, 1 << 16
 NOTHING_DONE = {
     NOT_STARTED: "trellan-update cannot be started",
     USAGE: "trellan-update was called wrongly",
@@ -40,11 +52,7 @@ class Outcome(object):
         self.status = status
         self.output = output
         self.text = text
-        try:
-            document = json.loads(output)
-        except (ValueError, RecursionError):
-            document = None
-        self.document = document if isinstance(document, dict) else {}
+        self.document = understood_document(output)
 
     def tells_of(self, command):
         """Whether there is the document of this command, and not the output of another program or a part of one."""
@@ -58,6 +66,28 @@ class Outcome(object):
     def own_words(self):
         """What the tool has said in its own name, in lines."""
         return [line[len(TOOL_WORD):] for line in self.text.splitlines() if line.startswith(TOOL_WORD)]
+
+
+def understood_document(text):
+    """The tool's document, empty for what is none: another program may be in the tool's place, or a part be missing."""
+    try:
+        document = json.loads(text)
+    except (ValueError, RecursionError):
+        return {}
+    if not isinstance(document, dict) or not isinstance(document.get("error", {}), dict):
+        return {}
+    needed = dict(FURTHER_MEMBERS, elements=ELEMENT_MEMBERS.get(document.get("command"), ("displayName",)))
+    return document if all(are_records(document.get(name, []), members) for name, members in needed.items()) else {}
+
+
+def are_records(entries, members):
+    """Whether this is a list of objects with these members."""
+    return isinstance(entries, list) and all(isinstance(entry, dict) and all(name in entry for name in members)
+                                             and are_errors(entry.get("errors", [])) for entry in entries)
+
+
+def are_errors(entries):
+    return isinstance(entries, list) and all(isinstance(entry, dict) and "text" in entry for entry in entries)
 
 
 def find_tool(module, **result):
@@ -86,19 +116,40 @@ def understood(module, **result):
 def run_tool(arguments, lasting=None):
     """Runs the tool to its end. It has a session of its own and writes into files, so that it goes on where the module is
     killed or the connection is lost; LASTING, an open file, stays open as long as it or a copy that it has started runs."""
-    with tempfile.TemporaryFile() as output, tempfile.TemporaryFile() as text:
+    try:
+        output, text = file_with_room(OUTPUT_ROOM), file_with_room(TEXT_ROOM)
+    except OSError as error:
+        return not_started("no room for the tool's output in the folder for temporary files: %s" % error.strerror)
+    with output, text:
         try:
             process = subprocess.Popen(arguments, stdin=subprocess.DEVNULL, stdout=output, stderr=text, start_new_session=True,
                                        pass_fds=[] if lasting is None else [lasting.fileno()])
         except OSError as error:
-            return Outcome(NOT_STARTED, "", "%s%s: %s\n" % (TOOL_WORD, arguments[0], error.strerror))
+            return not_started("%s: %s" % (arguments[0], error.strerror))
         status = process.wait()
         return Outcome(status, whole_text(output), whole_text(text))
 
 
+def not_started(reason):
+    return Outcome(NOT_STARTED, "", "%s%s\n" % (TOOL_WORD, reason))
+
+
+def file_with_room(size):
+    """A temporary file that so many bytes can be written to for certain; OSError where there is no room for them. It has them
+    already, as zeros."""
+    file = tempfile.TemporaryFile()
+    try:
+        os.posix_fallocate(file.fileno(), 0, size)
+    except OSError as error:
+        if error.errno not in (errno.EINVAL, errno.EOPNOTSUPP, errno.ENOSYS):  # a drive that cannot do that
+            file.close()
+            raise
+    return file
+
+
 def whole_text(file):
     file.seek(0)
-    return file.read().decode("utf-8", "replace")
+    return file.read().rstrip(b"\0").decode("utf-8", "replace")
 
 
 def reading_arguments(parameters):
@@ -129,6 +180,11 @@ def failure_reasons(outcome):
     message = outcome.document.get("error", {}).get("message") or "\n".join(outcome.own_words)
     lines = [line.strip() for line in message.splitlines()]
     return [error for error in reported_errors(outcome.text) if error not in lines] + lines
+
+
+def counted(count, one, several):
+    """How many there are, in the words for one or for several."""
+    return (one if count == 1 else several) % count
 
 
 def sentence(beginning, reasons, most=3):

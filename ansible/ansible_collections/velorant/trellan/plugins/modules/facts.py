@@ -38,7 +38,9 @@ options:
     type: bool
     default: false
   events:
-    description: Tell of the last update in this file of events, which the module M(velorant.trellan.update) has written.
+    description:
+      - Tell of the last update in this file of events, which the module M(velorant.trellan.update) has written, and whether
+        one is running.
     type: path
 attributes:
   check_mode:
@@ -114,6 +116,16 @@ ansible_facts:
                 4, checking failed.
               type: int
               returned: success
+        running:
+          description: Whether an update with this file of events is running.
+          type: bool
+          returned: when C(events) is given
+        hindrance:
+          description: >-
+            Why an update with this file of events would be refused now, since one is running or the file cannot be written;
+            none for nothing.
+          type: str
+          returned: when C(events) is given
         last_update:
           description: The last update in the file of events, as C(trellan-update history --json) has it; none for none.
           type: dict
@@ -135,8 +147,15 @@ status:
 """
 
 from ansible.module_utils.basic import AnsibleModule
-from ansible_collections.velorant.trellan.plugins.module_utils.events import last_update
+from ansible_collections.velorant.trellan.plugins.module_utils.events import (
+    StillRunning,
+    last_update,
+    look_for_running,
+    not_writable,
+    still_running,
+)
 from ansible_collections.velorant.trellan.plugins.module_utils.trellan import (
+    FAILED,
     FILTER_SPEC,
     SUCCESS,
     failure_reasons,
@@ -156,14 +175,25 @@ ARGUMENT_SPEC = dict(
 )
 
 
-def read(module, arguments, answer=None):
-    """The outcome of a call that must succeed, or have a document with the member ANSWER; else the module fails."""
+def read(module, arguments, member, statuses=(SUCCESS,)):
+    """The outcome of a call that must end with one of these statuses, and have a document with this member; else the module
+    fails."""
     outcome = run_tool(arguments)
-    told = outcome.document.get("schemaVersion") == 1 if "--json" in arguments else bool(outcome.document)
-    if not told or (outcome.status != SUCCESS and answer not in outcome.document):
+    if outcome.status not in statuses or member not in outcome.document:
         reasons = failure_reasons(outcome) or ["%s has not told what it has read" % arguments[0]]
         module.fail_json(msg=sentence("the target cannot be read", reasons), reasons=reasons, status=outcome.status)
     return outcome
+
+
+def hindrance(path):
+    """Why an update with this file of events would be refused, and whether that is since an earlier one is still running."""
+    try:
+        look_for_running(path)
+    except StillRunning:
+        return still_running(path), True
+    except OSError as error:
+        return not_writable(path, error), False
+    return None, False
 
 
 def main():
@@ -171,19 +201,20 @@ def main():
     parameters = understood(module)
     tool = find_tool(module)
     selected = reading_arguments(parameters)
-    elements = read(module, [tool, "installed", "--json"] + selected).elements
+    elements = read(module, [tool, "installed", "--json"] + selected, "elements").elements
     # That a device cannot be rebooted by itself is an answer, which the tool ends with 1 for.
-    reboot = read(module, [tool, "reboot-support", "--json"] + selected, "supported").document
+    reboot = read(module, [tool, "reboot-support", "--json"] + selected, "supported", (SUCCESS, FAILED)).document
     facts = {
         "elements": elements,
-        "reboot": {"supported": reboot["supported"], "state": reboot["state"]},
+        "reboot": {"supported": reboot["supported"], "state": reboot.get("state")},
     }
     result = {"changed": False, "ansible_facts": {"trellan": facts}}
     if parameters["events"]:
+        facts["hindrance"], facts["running"] = hindrance(parameters["events"])
         facts["last_update"] = last_update(module, tool, parameters["events"])
     if parameters["inventory"]:
         target = ["--target", parameters["target"]] if parameters["target"] else []
-        result["inventory"] = read(module, [tool, "record"] + target).output
+        result["inventory"] = read(module, [tool, "record"] + target, "tree").output
     module.exit_json(**result)
 
 

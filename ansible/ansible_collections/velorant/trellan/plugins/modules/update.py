@@ -203,6 +203,8 @@ from ansible_collections.velorant.trellan.plugins.module_utils.events import (
     hold_events,
     last_update,
     look_for_running,
+    not_writable,
+    still_running,
 )
 from ansible_collections.velorant.trellan.plugins.module_utils.results import (
     TO_WRITE,
@@ -219,6 +221,7 @@ from ansible_collections.velorant.trellan.plugins.module_utils.trellan import (
     FILTER_SPEC,
     NOTHING_DONE,
     SUCCESS,
+    counted,
     failure_reasons,
     find_tool,
     reading_arguments,
@@ -242,6 +245,10 @@ ARGUMENT_SPEC = dict(
     stall_timeout=dict(type="float"),
     events=dict(type="path"),
 )
+
+
+# A rule of the check whose findings do not keep a file from being written: the target shows another content afterwards.
+FOUND_AFTERWARDS = ("checksum",)
 
 
 class Update(object):
@@ -286,13 +293,15 @@ class Update(object):
         except StillRunning:
             self.note_previous()
             self.result["running"] = True
-            self.result["reasons"] = ["an earlier update with the file of events %s is still running" % path]
-            self.fail("%s; nothing was done" % self.result["reasons"][0])
+            self.refuse(still_running(path))
         except OSError as error:
-            self.result["reasons"] = ["the file of events %s cannot be written: %s" % (path, error.strerror)]
-            self.fail("%s; nothing was done" % self.result["reasons"][0])
+            self.refuse(not_writable(path, error))
         self.note_previous()
         return held
+
+    def refuse(self, reason):
+        self.result["reasons"] = [reason]
+        self.fail("%s; nothing was done" % reason)
 
     def note_previous(self):
         previous = last_update(self.module, self.tool, self.parameters["events"])
@@ -317,19 +326,40 @@ class Update(object):
         for line in outcome.own_words:
             self.module.warn(line)
         self.result["reasons"] = change_reasons(written)
-        self.module.exit_json(msg=sentence(words % len(written), self.result["reasons"]) if written else "nothing to do",
-                              **self.result)
+        words = sentence(counted(len(written), *words), self.result["reasons"]) if written else "nothing to do"
+        self.module.exit_json(msg=words, **self.result)
 
     def foresee(self):
         """Check mode: what the update would do."""
         self.held_events()
-        outcome = run_tool(self.command("update", ["--dry-run"] + self.restrictions()))
+        outcome = self.dry_run(self.restrictions())
         self.expect_document(outcome)
         written = elements_in(outcome, [TO_WRITE]) if outcome.status == SUCCESS else []
-        self.note(outcome, written)
+        faults = [] if self.parameters["check"] else self.faults_not_checked_for(written)
+        without = set(fault["file"] for fault in faults if fault["rule"] not in FOUND_AFTERWARDS)
+        self.note(outcome, [element for element in written if element["updateFileIndex"] not in without])
+        if faults:
+            self.result["findings"] = faults
+            self.expect_failure([fault["message"] for fault in faults])
         if outcome.status == SUCCESS:
             self.expect_no_errors()
-        self.end(outcome, written, "%d elements would be updated")
+        self.end(outcome, written, ("%d element would be updated", "%d elements would be updated"))
+
+    def dry_run(self, restrictions):
+        return run_tool(self.command("update", ["--dry-run"] + restrictions))
+
+    def faults_not_checked_for(self, written):
+        """What the check would find wrong with the files of these elements, and the update will fail of without the check, too: a
+        file that cannot be written, or one with another content than stated where the target shows that afterwards."""
+        checked = self.dry_run([])
+        used = files_of(written)
+        compared = used - files_of(unlisted_files(written)) if self.parameters["verify"] else set()
+        return [finding for finding in checked.document.get("findings", []) if finding["severity"] == "error"
+                and finding["file"] in (compared if finding["rule"] in FOUND_AFTERWARDS else used)]
+
+    def expect_failure(self, reasons):
+        self.result.update(result="failed", reasons=reasons)
+        self.fail(sentence("the update would fail", reasons))
 
     def expect_document(self, outcome):
         """Fails where a call has ended with success and has not told of what: another program may be in the tool's place."""
@@ -343,8 +373,7 @@ class Update(object):
         """Fails where reading the target reports errors: an update ends as failed then, whatever it has done."""
         scan = run_tool([self.tool, "scan", "--json"] + reading_arguments(self.parameters))
         if scan.status != SUCCESS:
-            self.result.update(result="failed", reasons=failure_reasons(scan))
-            self.fail(sentence("the update would fail", self.result["reasons"]))
+            self.expect_failure(failure_reasons(scan))
 
     def carry_out(self):
         held = self.held_events()
@@ -355,9 +384,9 @@ class Update(object):
         self.expect_document(outcome)
         written = elements_in(outcome, [WRITTEN])
         self.note(outcome, written + self.written_nevertheless(outcome))
-        if outcome.status < 0:
+        if outcome.status not in NOTHING_DONE and not outcome.tells_of("update"):
             self.result["changed"] = self.may_have_written()
-        self.end(outcome, written, "%d elements were updated")
+        self.end(outcome, written, ("%d element was updated", "%d elements were updated"))
 
     def written_nevertheless(self, outcome):
         """The elements that have been written to although their update has not succeeded; where the target cannot be read, all
@@ -366,7 +395,7 @@ class Update(object):
         if not uncertain:
             return []
         now = run_tool(self.command("compare", []))
-        return written_after_all(uncertain, now.elements)
+        return written_after_all(uncertain, now.elements if now.tells_of("compare") else [])
 
     def may_have_written(self):
         """Whether an update whose end is not known may have written something: unless its events tell that it had begun no
@@ -375,6 +404,11 @@ class Update(object):
         last = last_update(self.module, self.tool, path) if path else None
         is_told = last is not None and last["run"] != self.result.get("previous", {}).get("run")
         return not is_told or last["phase"] is not None
+
+
+def files_of(elements):
+    """The positions of the files that these elements get."""
+    return set(element["updateFileIndex"] for element in elements)
 
 
 def elements_in(outcome, states):
