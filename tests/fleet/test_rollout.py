@@ -114,7 +114,7 @@ class ABoardWithoutFiles(Rollout):
         before = self.fleet.content()
         run = self.rollout()
         self.assertEqual(run.status, 2)
-        self.assertIn("1 boards would get nothing, and no target was touched: target0001: Analog inputs, SN 815.", run.text)
+        self.assertIn("1 board would get nothing, and no target was touched: target0001: Analog inputs, SN 815.", run.text)
         self.assertEqual(self.report()["boardsWithoutFiles"], [
             {"host": "target0001", "board": "Analog inputs, SN 815", "boardType": "AI9900",
              "reason": "the archive has no file for it"}])

@@ -14,6 +14,7 @@ from ansible_collections.velorant.trellan.plugins.plugin_utils.controller import
     call_tool,
     file_name,
     find_tool,
+    host_of,
     result_of,
     write_whole,
 )
@@ -43,19 +44,27 @@ class ActionModule(ActionBase):
         for old in args.get("fresh") or []:
             remove_inventories(old)
         os.makedirs(folder, exist_ok=True)
-        for host in args["hosts"]:
-            text = result_of(task_vars, host, args["variable"]).get("inventory")
-            if text:
-                write_whole(os.path.join(folder, file_name(host) + ".json"), text)
-        if args.get("others"):
-            take_over_missing(args["others"], folder)
+        if args.get("others") and not inventories(folder):
+            take_over(args["others"], folder)
+        unread = [host for host in args["hosts"] if not self.keep_inventory(task_vars, host, folder)]
         document = self.cover(folder)
         result.update(changed=False, folder=folder, page=folder + ".html", document=folder + ".document",
                       files=document["files"], no_file=document["noFile"], unused=document["unused"],
                       counts=sums(document["targets"]),
+                      unread=unread,
                       unreadable=[target["target"] for target in document["targets"] if target["error"]],
                       boards_without_files=self.boards_without_files(document["targets"]))
         return result
+
+    def keep_inventory(self, task_vars, host, folder):
+        """Writes a host's inventory. Without one none stays that is of a time before; returns whether there is one."""
+        path = os.path.join(folder, file_name(host) + ".json")
+        text = result_of(task_vars, host, self._task.args["variable"]).get("inventory")
+        if text:
+            write_whole(path, text)
+        elif os.path.exists(path):
+            os.remove(path)
+        return bool(text)
 
     def cover(self, folder):
         """The document of the coverage of all inventories in the folder; beside it the page, and the document itself."""
@@ -88,8 +97,7 @@ class ActionModule(ActionBase):
             labels[board] = element["displayName"].rsplit(", ", 1)[0]
             if not element["custom"]:
                 states[board].append(element["state"])
-        host = os.path.splitext(os.path.basename(target))[0]
-        return [{"host": host, "board": labels[board], "boardType": board[0],
+        return [{"host": host_of(target), "board": labels[board], "boardType": board[0],
                  "reason": "the archive has no file for it" if all(state == "noFile" for state in found)
                  else "the archive does not support the target"}
                 for board, found in states.items() if found and all(state in WITHOUT for state in found)]
@@ -104,11 +112,9 @@ def remove_inventories(folder):
         os.remove(os.path.join(folder, name))
 
 
-def take_over_missing(source, folder):
-    present = set(inventories(folder))
+def take_over(source, folder):
     for name in inventories(source):
-        if name not in present:
-            shutil.copyfile(os.path.join(source, name), os.path.join(folder, name))
+        shutil.copyfile(os.path.join(source, name), os.path.join(folder, name))
 
 
 def selection(args):

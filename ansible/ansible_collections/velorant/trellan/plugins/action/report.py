@@ -17,7 +17,7 @@ class ActionModule(ActionBase):
     """Writes the report of a rollout, or brings it up to date with what hosts have come to."""
 
     TRANSFERS_FILES = False
-    _VALID_ARGS = frozenset(["path", "fresh", "about", "hosts", "batch", "survey", "update"])
+    _VALID_ARGS = frozenset(["path", "fresh", "about", "hosts", "batch", "survey", "update", "after"])
 
     def run(self, tmp=None, task_vars=None):
         result = super().run(tmp, task_vars)
@@ -37,28 +37,41 @@ class ActionModule(ActionBase):
         report["counts"] = count(hosts.values())
         write_whole(path, json.dumps(report, indent=1, ensure_ascii=False) + "\n")
         result.update(changed=False, path=path, counts=report["counts"])
+        unread = [host for host in args["hosts"] if "after" in hosts[host]]
+        if unread:
+            result["warnings"] = ["%d could not be read behind the update: %s" % (len(unread), ", ".join(unread[:10]))]
         return result
 
     def entry(self, task_vars, host):
         """What has become of one host: the update's result or, without one, what kept it from being reached."""
-        survey = result_of(task_vars, host, self._task.args["survey"])
-        update = result_of(task_vars, host, self._task.args["update"]) if self._task.args.get("update") else {}
+        survey, update, after = [result_of(task_vars, host, self._task.args[name]) if self._task.args.get(name) else {}
+                                 for name in ("survey", "update", "after")]
         if update and not update.get("skipped"):
-            return update_entry(update)
-        if survey.get("inventory"):
-            return {"result": "not reached", "changed": False, "msg": "its turn did not come"}
-        return unread_entry(survey)
+            entry = update_entry(update, after)
+        elif survey.get("inventory"):
+            entry = {"result": "not reached", "changed": False, "msg": "its turn did not come"}
+        else:
+            entry = unread_entry(survey)
+        if after and not after.get("skipped") and not after.get("inventory"):
+            entry["after"] = unread_entry(after)
+        return entry
 
 
 def now():
     return datetime.datetime.now(datetime.timezone.utc).strftime("%Y-%m-%dT%H:%M:%SZ")
 
 
-def update_entry(update):
+def update_entry(update, after):
+    """What an update has told; AFTER is what a task has read behind it, if one has."""
     if update.get("unreachable"):
         return {"result": "unreachable", "changed": None, "msg": update.get("msg", "")}
-    entry = {"result": update.get("result", "failed"), "changed": update.get("changed", False),
-             "msg": update.get("msg") or update.get("module_stderr", "")}
+    msg = update.get("msg") or update.get("module_stderr", "")
+    if "result" not in update:
+        # The module did not come to its end: its time was over, or it was killed. The update does not end by that.
+        running = after.get("ansible_facts", {}).get("trellan", {}).get("running", False)
+        state = "the update is still running" if running else "how the update has ended is not known"
+        return {"result": "running" if running else "unknown", "changed": None, "msg": "%s; %s" % (msg, state)}
+    entry = {"result": update["result"], "changed": update.get("changed", False), "msg": msg}
     entry.update((key, update[key]) for key in TAKEN_OVER if key in update)
     return entry
 
@@ -72,8 +85,10 @@ def unread_entry(survey):
 
 
 def count(entries):
+    """How many hosts have come to each result, were changed, and could not be read behind their update."""
     counts = {"changed": 0}
     for entry in entries:
-        counts[entry["result"]] = counts.get(entry["result"], 0) + 1
+        for name in [entry["result"]] + (["unreadAfter"] if "after" in entry else []):
+            counts[name] = counts.get(name, 0) + 1
         counts["changed"] += 1 if entry["changed"] else 0
     return counts

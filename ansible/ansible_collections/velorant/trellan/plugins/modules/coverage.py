@@ -21,7 +21,7 @@ options:
     type: str
     default: archive.json
   hosts:
-    description: The hosts whose inventories are written.
+    description: The hosts whose inventories are written. One of which there is none now has none afterwards either.
     type: list
     elements: str
     required: true
@@ -36,7 +36,7 @@ options:
     type: path
     required: true
   others:
-    description: A folder from which inventories are taken over that are missing in C(folder).
+    description: A folder from which those of all hosts are taken over first, where C(folder) has none yet.
     type: path
   fresh:
     description: Folders from which the inventories are removed first.
@@ -128,6 +128,11 @@ no_file:
   returned: success
   type: list
   elements: dict
+unread:
+  description: Of the hosts those without an inventory.
+  returned: success
+  type: list
+  elements: str
 unreadable:
   description: Inventories that cannot be read.
   returned: success

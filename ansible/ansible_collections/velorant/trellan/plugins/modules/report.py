@@ -38,6 +38,11 @@ options:
   update:
     description: What a task with M(velorant.trellan.update) has registered its result as.
     type: str
+  after:
+    description:
+      - What a task with M(velorant.trellan.facts) behind the update has registered its result as. With C(events) it tells
+        whether an update is running whose module has not come to its end.
+    type: str
 attributes:
   check_mode:
     description: Does the same in check mode. It changes no target.
@@ -79,7 +84,12 @@ path:
   returned: success
   type: str
 counts:
-  description: How many hosts have come to each result, and how many were changed.
+  description:
+    - How many hosts have come to each result, how many were changed, and where there are some, how many could not be read behind
+      their update.
+    - The results are those of M(velorant.trellan.update), and C(unreachable), C(unreadable), C(not reached); C(running) and
+      C(unknown) where the module has not come to its end. Of these and of those that became unreachable it is not known whether
+      they were changed.
   returned: success
   type: dict
   sample: {"changed": 9, "success": 9, "failed": 1}

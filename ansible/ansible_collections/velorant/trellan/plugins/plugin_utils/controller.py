@@ -9,6 +9,9 @@ import os
 import shutil
 import subprocess
 import tempfile
+from urllib.parse import quote, unquote
+
+from jinja2 import UndefinedError
 
 from ansible.errors import AnsibleActionFail
 from ansible_collections.velorant.trellan.plugins.module_utils.trellan import TOOL
@@ -30,8 +33,13 @@ def call_tool(arguments):
 
 
 def file_name(host):
-    """The name of a host's file, without its ending: a host's name may hold a slash."""
-    return host.replace("/", "_")
+    """The name of a host's file, without its ending: each host has its own, whatever its name has in it."""
+    return quote(host, safe="")
+
+
+def host_of(path):
+    """The host that this file is of."""
+    return unquote(os.path.splitext(os.path.basename(path))[0])
 
 
 def write_whole(path, text):
@@ -52,8 +60,9 @@ def read_document(path):
 
 
 def result_of(task_vars, host, variable):
-    """What a task of this host has registered; empty for none."""
+    """What a task of this host has registered; empty for none. An action fails where the inventory has no such host."""
     try:
         return task_vars["hostvars"][host].get(variable) or {}
-    except KeyError:
-        return {}
+    except (KeyError, UndefinedError):
+        raise AnsibleActionFail("the inventory has no host '%s': a host must not have a name that the engine takes for a "
+                                "template, with '{{' or '{%%'" % host)
