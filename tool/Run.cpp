@@ -57,12 +57,12 @@ int runWords(int argc, const char* const* argv, const Streams& streams)
 int run(int argc, const char* const* argv, std::ostream& out, std::ostream& err)
 {
     const int status = runWords(argc, argv, {out, err});
-    if (!out.flush() && (status == SUCCESS || status == UPDATES_AVAILABLE)) {
+    const bool isWritten = static_cast<bool>(out.flush());
+    if (!isWritten) {
         say(err, "standard output cannot be written");
-        return FAILURE;
     }
     err.flush();
-    return status;
+    return !isWritten && (status == SUCCESS || status == UPDATES_AVAILABLE) ? FAILURE : status;
 }
 
 }  // namespace TrellanTool

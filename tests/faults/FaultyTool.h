@@ -1,6 +1,7 @@
 // The tool, run once for each of the points at which it can fail.
 #pragma once
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -9,15 +10,34 @@
 #include "support/Process.h"
 #include "support/TempDir.h"
 
+// A command line, and what a run of it may end with.
+struct ToolRun {
+    const char* name;
+    std::vector<std::string> arguments;
+    int usualStatus;                 // without a fault
+    std::vector<int> faultStatuses;  // with one; the usual one too
+    unsigned allocationStep;         // of so many points one is tried, where there is no time for all
+    unsigned callStep;
+    std::vector<std::string> surroundings = {};  // come into its environment
+    bool mayBeSilent = false;                    // about what it could not find out
+};
+
+inline std::ostream& operator<<(std::ostream& stream, const ToolRun& run)
+{
+    return stream << run.name;
+}
+
 class FaultyTool {
 public:
-    // Runs the tool with these arguments once without a fault, and then for each of its allocations, or of its calls of
-    // the system in each way in which they fail; of the former every `step`-th. Returns what is wrong with each of
-    // these runs, a sentence for each; and prints how many points there were. A run is right that ends as the one
-    // without a fault and with the same output, or with an error that it has told; that leaves an element of the target
-    // and the file on the drive old or new, and the target unlocked. `surroundings` come into the tool's environment.
-    std::vector<std::string> failEach(FaultPoints::Kind kind, unsigned step, const std::vector<std::string>& arguments,
-                                      const std::vector<std::string>& surroundings = {});
+    // In a folder with a device, a plan of its update ("plan") and the events of one that was made ("past").
+    FaultyTool();
+
+    // Runs the tool once without a fault, and then for each of its allocations, or of its calls of the system in each
+    // way in which they fail; of the former every `step`-th. Returns what is wrong with each of these runs, a sentence
+    // for each; and prints how many points there were. A run is right that ends with the usual status and output, or
+    // with an error that it has told and a status that it may have then; that leaves an element of the target and the
+    // file on the drive old or new, and the target unlocked.
+    std::vector<std::string> failEach(FaultPoints::Kind kind, unsigned step, const ToolRun& toolRun);
 
 private:
     struct Outcome {
@@ -26,13 +46,11 @@ private:
         unsigned ways = 0;   // in which that can fail
     };
 
-    Outcome run(FaultPoints::Kind kind, unsigned long number, unsigned way);
-    std::vector<std::string> faultsOf(const Outcome& outcome) const;
+    Outcome run(const ToolRun& toolRun, FaultPoints::Kind kind, unsigned long number, unsigned way);
+    std::vector<std::string> faultsOf(const ToolRun& toolRun, const Outcome& outcome) const;
 
     Device device;
     TempDir reports;
-    std::vector<std::string> arguments;
-    std::vector<std::string> surroundings;
     ProcessResult usual;
     bool isUsuallyNew = false;  // the device after a run without a fault
 };

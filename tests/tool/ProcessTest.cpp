@@ -158,6 +158,16 @@ TEST_F(Process, AFullStandardOutputEndsWith1AlsoWhereThereIsSomethingToUpdate)
     EXPECT_EQ(result.errors, "trellan-update: standard output cannot be written\n");
 }
 
+TEST_F(Process, AFullStandardOutputIsToldAlsoWhereTheCommandFails)
+{
+    for (const auto& [target, status] : {std::pair(faultyTarget(), 1), {"absent.json", 3}}) {
+        const ProcessResult result = runProcess(
+            "/bin/sh", {"-c", "exec \"$0\" scan --target \"$1\" >/dev/full", TRELLAN_TOOL, target}, folder.path());
+        EXPECT_EQ(result.status, status);
+        EXPECT_TRUE(result.errors.ends_with("trellan-update: standard output cannot be written\n")) << result.errors;
+    }
+}
+
 // A pipe whose reader is gone: every attempt to write to it fails.
 TEST_F(Process, AReaderThatGoesAwayDoesNotStopAnUpdate)
 {

@@ -46,7 +46,7 @@ public:
         }
         if (event == Event::key) {
             ++members[static_cast<std::size_t>(depth)];
-            areMeant = depth == depthOfMembers ? value == "elements" : areMeant;
+            areMeant = depth == depthOfMembers ? isText(value, "elements") : areMeant;
         } else if (event == Event::object_end) {
             endObject(depth, value);
         }
