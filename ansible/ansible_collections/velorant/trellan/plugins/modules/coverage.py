@@ -10,16 +10,7 @@ short_description: Hold an archive against the targets of a group
 description:
   - Writes the inventories that M(velorant.trellan.facts) has returned into a folder on the controller, and holds an archive
     against all that are there with C(trellan-update coverage), which must be on the controller.
-  - Runs on the controller whatever host it is for. Use C(run_once).
 options:
-  archive:
-    description: The folder of the firmware archive, on the controller.
-    type: path
-    required: true
-  description:
-    description: The name of the archive's description file.
-    type: str
-    default: archive.json
   hosts:
     description: The hosts whose inventories are written. One of which there is none now has none afterwards either.
     type: list
@@ -42,35 +33,17 @@ options:
     description: Folders from which the inventories are removed first.
     type: list
     elements: path
-  board_types:
-    description: Only elements of boards of these types.
-    type: list
-    elements: str
-  serial_numbers:
-    description: Only elements of boards with these serial numbers.
-    type: list
-    elements: str
-  element_names:
-    description: Only elements with these names.
-    type: list
-    elements: str
   force:
     description: Count as to update also what is up to date.
     type: bool
     default: false
-  disable_custom_elements:
-    description: Leave out the customer's own elements.
-    type: bool
-    default: false
-attributes:
-  check_mode:
-    description: Does the same in check mode. It changes no target.
-    support: full
-  diff_mode:
-    description: Shows no difference.
-    support: none
 author:
   - Velorant (@velorant)
+extends_documentation_fragment:
+  - velorant.trellan.shared.archive_here
+  - velorant.trellan.shared.archive
+  - velorant.trellan.shared.controller
+  - velorant.trellan.shared.filters
 seealso:
   - module: velorant.trellan.facts
 """

@@ -11,22 +11,6 @@ description:
   - Reads what is installed on a target, and whether it can be rebooted by itself, with C(trellan-update).
   - Nothing is changed, so that it does the same in check mode.
 options:
-  target:
-    description:
-      - The file that is the simulated target. Without it the device that the tool runs on is meant.
-    type: path
-  board_types:
-    description: Only elements of boards of these types.
-    type: list
-    elements: str
-  serial_numbers:
-    description: Only elements of boards with these serial numbers, as numbers or as they are displayed.
-    type: list
-    elements: str
-  element_names:
-    description: Only elements with these names, or of these displayed types.
-    type: list
-    elements: str
   configuration:
     description: Tell of the configuration elements instead of the others.
     type: bool
@@ -49,11 +33,11 @@ attributes:
   diff_mode:
     description: Shows what has changed; nothing does.
     support: none
-requirements:
-  - C(trellan-update) on the target's path, or in /usr/local/bin
-  - Python 3.6 or later on the target
 author:
   - Velorant (@velorant)
+extends_documentation_fragment:
+  - velorant.trellan.shared.filters
+  - velorant.trellan.shared.target
 seealso:
   - module: velorant.trellan.update
 """

@@ -11,25 +11,16 @@ description:
   - Packs an archive's folder into a tar file on the controller. Its name depends on the paths and contents of the archive's
     files alone, so that an archive that is at a target already need not be sent again.
   - The files lie in a folder of that name; an empty file with C(.complete) behind the name is the last one to be unpacked.
-  - Runs on the controller whatever host it is for. Use C(run_once).
 options:
-  archive:
-    description: The folder of the firmware archive, on the controller.
-    type: path
-    required: true
   folder:
     description: The folder for the tar file.
     type: path
     required: true
-attributes:
-  check_mode:
-    description: Does the same in check mode. It changes no target.
-    support: full
-  diff_mode:
-    description: Shows no difference.
-    support: none
 author:
   - Velorant (@velorant)
+extends_documentation_fragment:
+  - velorant.trellan.shared.archive_here
+  - velorant.trellan.shared.controller
 """
 
 EXAMPLES = r"""

@@ -10,7 +10,6 @@ short_description: Write one report about the updates of a group
 description:
   - Writes a JSON document on the controller that tells of each host what has become of its update. A report that is there is
     brought up to date with the hosts given, so that it may be written after each batch.
-  - Runs on the controller whatever host it is for. Use C(run_once).
 options:
   path:
     description: The report.
@@ -43,15 +42,10 @@ options:
       - What a task with M(velorant.trellan.facts) behind the update has registered its result as. With C(events) it tells
         whether an update is running whose module has not come to its end.
     type: str
-attributes:
-  check_mode:
-    description: Does the same in check mode. It changes no target.
-    support: full
-  diff_mode:
-    description: Shows no difference.
-    support: none
 author:
   - Velorant (@velorant)
+extends_documentation_fragment:
+  - velorant.trellan.shared.controller
 """
 
 EXAMPLES = r"""

@@ -24,32 +24,8 @@ options:
         that are special to a shell.
     type: path
     required: true
-  target:
-    description:
-      - The file that is the simulated target. Without it the device that the tool runs on is meant.
-    type: path
-  description:
-    description: The name of the archive's description file.
-    type: str
-    default: archive.json
-  board_types:
-    description: Only elements of boards of these types.
-    type: list
-    elements: str
-  serial_numbers:
-    description: Only elements of boards with these serial numbers, as numbers or as they are displayed.
-    type: list
-    elements: str
-  element_names:
-    description: Only elements with these names, or of these displayed types.
-    type: list
-    elements: str
   configuration:
     description: Update the configuration elements instead of the others.
-    type: bool
-    default: false
-  disable_custom_elements:
-    description: Leave out the customer's own elements.
     type: bool
     default: false
   exclude:
@@ -97,11 +73,12 @@ attributes:
   async:
     description: Can run as an asynchronous task; in check mode only with C(async) 0.
     support: full
-requirements:
-  - C(trellan-update) on the target's path, or in /usr/local/bin
-  - Python 3.6 or later on the target
 author:
   - Velorant (@velorant)
+extends_documentation_fragment:
+  - velorant.trellan.shared.archive
+  - velorant.trellan.shared.filters
+  - velorant.trellan.shared.target
 seealso:
   - module: velorant.trellan.facts
 """
