@@ -44,9 +44,20 @@ options_part() {
         done
 }
 
+# What 1 means to each command, where that is not what it means to all.
+failures() {
+    local command meaning general
+    general=$(rows 'Exit status' | sed -n 's/^1\t//p')
+    for command in $commands; do
+        meaning=$(rows 'Exit status' "$command" | sed -n 's/^1\t//p')
+        [ "$meaning" = "$general" ] || entry "$command" "$meaning"
+    done
+}
+
 exit_part() {
     rows 'Exit status' | while IFS=$'\t' read -r status meaning; do
         entry "$status" "$meaning"
+        [ "$status" != 1 ] || printf '%s\n' "Of these commands it means:" .RS "$(failures)" .RE
     done
 }
 

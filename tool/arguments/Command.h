@@ -29,6 +29,9 @@ enum Trait : unsigned {
 };
 constexpr unsigned EVERYTHING = ~0u;
 
+// What it means that a command ends with 1, where nothing more can be said.
+constexpr const char* failedOrReported = "the command failed, or errors were reported";
+
 // Carries out what is asked for and returns an ExitStatus. May throw what derives from std::exception.
 using Action = int(const Arguments& arguments, const Streams& streams);
 
@@ -40,6 +43,7 @@ struct Command {
     Action* action;
     const char* description;
     const char* example;  // what is typed, run in the folder examples/, whose target.json is the target
+    const char* failure = failedOrReported;  // what it means that it ends with 1
 
     bool has(unsigned anyOfTheseTraits) const { return (traits & anyOfTheseTraits) != 0; }
 };

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "tool/arguments/Command.h"
+#include "tool/arguments/ExitMeanings.h"
 #include "tool/arguments/Option.h"
 
 namespace TrellanTool {
@@ -11,24 +12,6 @@ namespace TrellanTool {
 namespace {
 
 constexpr std::size_t firstColumn = 30;
-
-struct ExitMeaning {
-    unsigned traits;  // of the commands that may end so
-    const char* line;
-};
-
-constexpr ExitMeaning exitMeanings[] = {
-    {EVERYTHING, "  0  success\n"},
-    {EVERYTHING, "  1  the command failed, or errors were reported\n"},
-    {EVERYTHING, "  2  wrong usage\n"},
-    {ARCHIVE | TARGET | CHECKS, "  3  the archive or the target's inventory cannot be read\n"},
-    {UPDATES, "  4  the archive does not support the target\n"},
-    {UPDATES, "  5  the filters select no element; nothing was done\n"},
-    {UPDATES, "  6  the check found errors, or a plan does not hold; nothing was done\n"},
-    {UPDATES, "  8  no progress for the time of --stall-timeout; the target was unlocked\n"},
-    {TELLS, " 10  with --detailed-exit-status, in place of 0: there is something to update\n"},
-    {UPDATES | COVERS, "  129, 130, 143  ended by SIGHUP, SIGINT, SIGTERM; no target stays locked\n"},
-};
 
 std::string row(std::string_view name, std::string_view description)
 {
@@ -68,11 +51,22 @@ std::string optionRows(const Command& command)
     return rows;
 }
 
-std::string exitRows(unsigned traits)
+// Numbers of up to three digits end at the same column; several begin where the first of them does.
+std::string exitRow(const ExitMeaning& exit)
+{
+    std::string statuses;
+    for (const int status : exit.statuses) {
+        statuses += (statuses.empty() ? "" : ", ") + std::to_string(status);
+    }
+    const std::size_t blanks = statuses.size() < 3 ? 3 - statuses.size() : 2;
+    return std::string(blanks, ' ') + statuses + "  " + exit.meaning + "\n";
+}
+
+std::string exitRows(const Command* command)
 {
     std::string rows = "\nExit status:\n";
-    for (const ExitMeaning& meaning : exitMeanings) {
-        rows += meaning.traits == EVERYTHING || (meaning.traits & traits) != 0 ? meaning.line : "";
+    for (const ExitMeaning& exit : exitMeanings(command)) {
+        rows += exitRow(exit);
     }
     return rows;
 }
@@ -87,7 +81,7 @@ std::string toolHelp()
            "\n"
            "Commands:\n" +
            commandRows() + "\nOptions:\n" + optionRow(*findOption("--help")) + optionRow(*findOption("--version")) +
-           exitRows(EVERYTHING) +
+           exitRows(nullptr) +
            "\ntrellan-update help COMMAND prints a command's options, an example and its exit statuses.\n";
 }
 
@@ -100,7 +94,7 @@ std::string commandHelp(const Command& command)
     text += "\nOptions:\n" + optionRows(command);
     text += command.has(ELEMENTS) ? "\nA LIST holds names separated by commas and/or blanks.\n" : "";
     text += "\nExample:\n  " + std::string(command.example) + "\n";
-    return text + exitRows(command.traits);
+    return text + exitRows(&command);
 }
 
 std::string helpCommand(const Command* command)

@@ -3,6 +3,8 @@
 
 #include <set>
 #include <sstream>
+#include <utility>
+#include <vector>
 
 #include "tool/CommandLine.h"
 #include "tool/arguments/Command.h"
@@ -186,6 +188,33 @@ TEST(Help, EachCommandHasSomeWithAnExampleAndExitStatuses)
         EXPECT_TRUE(result.out.starts_with("Usage: trellan-update " + command + " ")) << result.out;
         EXPECT_NE(result.out.find("\nExample:\n  trellan-update " + command), std::string::npos) << result.out;
         EXPECT_NE(result.out.find("\nExit status:\n  0  success\n"), std::string::npos) << result.out;
+    }
+}
+
+TEST(Help, OfEachCommandTellsWhatItMeansThatItEndsWith1)
+{
+    const std::string general = "the command failed, or errors were reported";
+    const std::vector<std::pair<std::string, std::string>> meanings = {
+        {"version", general},
+        {"archive-version", general},
+        {"list", general},
+        {"describe", general},
+        {"installed", general},
+        {"scan", general},
+        {"compare", general},
+        {"update", "something failed or was reported as an error, or --verify has found something else than the file"},
+        {"reboot-support", "the device cannot be rebooted automatically"},
+        {"check", "errors were found, or with --strict warnings"},
+        {"explain", "an element or an entry that was asked for is not there"},
+        {"record", "something of the target cannot be read, or the result cannot be written"},
+        {"coverage", "something of a target cannot be read, or the page cannot be written"},
+        {"history", "the file cannot be read"},
+        {"inspect", "a file cannot be read"},
+        {"new", "there is a description or no element, an element has no entry, or nothing can be written"},
+        {"help", "standard output cannot be written"}};
+    for (const auto& [command, meaning] : meanings) {
+        const std::string text = ran({"help", command}).out;
+        EXPECT_NE(text.find("\n  1  " + meaning + "\n"), std::string::npos) << text;
     }
 }
 
