@@ -5,14 +5,19 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <memory>
 #include <random>
 #include <regex>
 
 #include "DescriptionJudge.h"
+#include "ZoITrellanInspector.h"
 #include "archive/ZoCUpdateArchive.h"
+#include "support/BuildTree.h"
 #include "support/MessageCapture.h"
 #include "support/OpenUpdater.h"
+#include "support/Process.h"
 #include "support/TestArchive.h"
+#include "support/TextFile.h"
 #include "support/UpdateFiles.h"
 
 namespace {
@@ -84,7 +89,7 @@ protected:
         if (expected) {
             ++accepted;
             EXPECT_EQ(result, 0u) << messages.text() << text;
-            expectArchive(updater.getArchive(), *expected, text);
+            expectArchive(updater, *expected, text);
         } else {
             ++refused;
             EXPECT_EQ(result, 1u) << text;
@@ -105,19 +110,48 @@ private:
         EXPECT_EQ(said.back(), "ERROR: Failed to read firmware archive.\n");
     }
 
-    static void expectArchive(ZoCUpdateArchive& read, const JudgedArchive& expected, const std::string& text)
+    static void expectArchive(OpenUpdater& updater, const JudgedArchive& expected, const std::string& text)
     {
+        const ZoCUpdateArchive& read = updater.getArchive();
         std::string name, version, product, format, variant;
         read.getInfo(name, version, product, format, variant);
         EXPECT_EQ(name, expected.name) << text;
+        EXPECT_EQ(ZoCVersion(version.c_str()).getAsULong64(), expected.version) << text;
         EXPECT_EQ(product, expected.product) << text;
+        EXPECT_EQ(ZoCVersion(format.c_str()).getAsULong64(), expected.format) << text;
+        EXPECT_EQ(variant, expected.variant) << text;
         EXPECT_EQ(read.getUnsupportedElements(), expected.passedOver) << text;
+        EXPECT_TRUE(filesOf(updater) == expected.files) << text;
+    }
+
+    static std::vector<JudgedFile> filesOf(OpenUpdater& updater)
+    {
+        const std::unique_ptr<ZoITrellanInspector> inspector(ZoITrellanInspector::createInstance(updater));
         std::vector<JudgedFile> files;
-        for (const auto& file : read.getUpdateFileList()) {
-            files.push_back({file.name.c_str(), file.sequence, file.checksumCrc32,
-                             file.mode == ZoNUpdateArchive::UpdateMode::upgrade, file.hasTargetPath});
+        for (const auto& file : updater.getArchive().getUpdateFileList()) {
+            const bool isUpgrade = file.mode == ZoNUpdateArchive::UpdateMode::upgrade;
+            files.push_back({file.name.c_str(),
+                             file.entry,
+                             file.sequence,
+                             file.version.getAsULong64(),
+                             file.checksumCrc32,
+                             isUpgrade,
+                             file.hasTargetPath,
+                             {}});
+            const unsigned count = inspector->readFileKeys(static_cast<unsigned>(files.size() - 1));
+            for (unsigned i = 0; i < count; ++i) {
+                files.back().keys.push_back(keysOf(inspector->getFileKeys(i)));
+            }
         }
-        EXPECT_TRUE(files == expected.files) << text;
+        return files;
+    }
+
+    static JudgedKeys keysOf(const ZoNTrellanInspector::ZoTFileKeys& keys)
+    {
+        const auto value = [](const std::string& text) { return nlohmann::json::parse(text, nullptr, false); };
+        return {keys.decidesFor,     value(keys.boardType),         value(keys.boardVariant),
+                value(keys.boardId), value(keys.hwCompatibilityId), value(keys.swCompatibilityId),
+                value(keys.id),      value(keys.targetPath)};
     }
 };
 
@@ -165,6 +199,15 @@ const std::vector<std::string> strangeTokens = {"null",
                                                 "\"\xff\"",
                                                 "\"c.bin\""};
 
+unsigned countOf(const std::string& part, const std::string& text)
+{
+    unsigned count = 0;
+    for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size())) {
+        ++count;
+    }
+    return count;
+}
+
 // One to three tokens exchanged, left out, or written twice.
 std::string mutant(std::vector<std::string> tokens, std::mt19937& random)
 {
@@ -199,8 +242,27 @@ TEST_F(DamagedDescriptions, TheJudgeTakesTheSoundOne)
     EXPECT_EQ(accepted, 1u);
     const auto judged = judge(sound, archive.path());
     ASSERT_EQ(judged->files.size(), 9u);
-    EXPECT_EQ(judged->files[0], (JudgedFile{"a.bin", 1, 4711, false, false}));
-    EXPECT_EQ(judged->files[5], (JudgedFile{"f.cfg", 3, 4, true, true}));
+    EXPECT_EQ(judged->version, 0x1702'0000'0000'0000u);
+    EXPECT_EQ(judged->variant, "lean");
+    const nlohmann::json none(nlohmann::json::value_t::discarded);
+    EXPECT_TRUE(judged->files[0] == (JudgedFile{"a.bin",
+                                                0,
+                                                1,
+                                                0x1702'0000'0000'0000,
+                                                4711,
+                                                false,
+                                                false,
+                                                {{{"KR5120"}, "KR5120", nullptr, 0, 0, 0, 1, none}}}));
+    EXPECT_TRUE(judged->files[5] == (JudgedFile{"f.cfg",
+                                                5,
+                                                3,
+                                                0x1702'0000'0000'0000,
+                                                4,
+                                                true,
+                                                true,
+                                                {{{"CN7210"}, "CN7210", nullptr, 0, 0, 0, none, "config/site.cfg"}}}));
+    EXPECT_TRUE(judged->files[6].keys[1] == (JudgedKeys{{"Y", "Z"}, {"Y", "Z"}, nullptr, 1, 0, 0, 6, none}));
+    EXPECT_EQ(judged->files[8].version, 0x0102'0002'0003'0000u);
     EXPECT_EQ(judged->passedOver, 1u);
 }
 
@@ -237,4 +299,29 @@ TEST_F(DamagedDescriptions, WithPiecesExchangedAreReadAsTheyStandThereOrRefused)
     }
     EXPECT_GT(accepted, mutants / 30);
     EXPECT_GT(refused, mutants / 4);
+}
+
+// By the tool, to its exit status: a few of each kind of damage.
+TEST_F(DamagedDescriptions, EndTheToolWith3AndOneMessageWhereTheyAreRefused)
+{
+    std::mt19937 random(1511);
+    const std::vector<std::string> tokens = tokensOf(sound);
+    unsigned statuses[2] = {};  // 0 and 3
+    for (unsigned i = 0; i < 120 / oneOf && !HasFailure(); ++i) {
+        std::string text = i % 3 == 0 ? mutant(tokens, random) : i % 3 == 1 ? sound.substr(0, random() % 1000) : sound;
+        if (i % 3 == 2) {
+            text[random() % text.size()] ^= static_cast<char>(1u << random() % 8);
+        }
+        writeText(std::string(archive.path()) + "/damaged.json", text);
+        const ProcessResult result =
+            runProcess(TRELLAN_TOOL, {"list", archive.path(), "--description", "damaged.json"}, archive.path());
+        const bool isRefused = !judge(text, archive.path());
+        EXPECT_EQ(result.status, isRefused ? 3 : 0) << text;
+        EXPECT_EQ(countOf("\nERROR: ", result.output), isRefused ? 2u : 0u) << result.output << text;
+        EXPECT_EQ(result.output.ends_with("\nERROR: Failed to read firmware archive.\n"), isRefused) << text;
+        EXPECT_EQ(result.errors, "") << text;
+        ++statuses[isRefused ? 1 : 0];
+    }
+    EXPECT_GT(statuses[0], 0u);
+    EXPECT_GT(statuses[1], 60 / oneOf);
 }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <nlohmann/json.hpp>
 #include <regex>
 
 using Json = nlohmann::json;
@@ -55,8 +54,18 @@ std::uint32_t narrow(const Json& value)
     return static_cast<std::uint32_t>(std::min<std::uint64_t>(value.get<std::uint64_t>(), 0xFFFFFFFF));
 }
 
-// The version's first number; nothing where it is none.
-std::optional<unsigned long> firstNumber(const Json* value)
+std::uint64_t numberIn(const std::ssub_match& digits)
+{
+    return digits.matched ? std::stoul(digits) : 0;
+}
+
+std::uint64_t stageIn(const std::smatch& part)
+{
+    return part[4] == "a" ? 1 : part[4] == "b" ? 2 : numberIn(part[6]);
+}
+
+// Each of the version's numbers in its place of 64 bits; nothing where it is none.
+std::optional<std::uint64_t> versionIn(const Json* value)
 {
     static const std::regex form(R"((\d+)(?:\.(\d+))?(?:\.(\d+))?(?:([abr])(\d+)|s(\d+)\.(\d+))?(?:p(\d+))?)");
     const std::string text = textIn(value);
@@ -72,7 +81,11 @@ std::optional<unsigned long> firstNumber(const Json* value)
     const bool isSomething =
         part[4] == "a" || part[4] == "b" || isOtherStage || text.find_first_of("123456789") != std::string::npos;
     const bool hasTwoNumbers = part[2].matched || text.find_first_not_of("0123456789") == std::string::npos;
-    return fits && isStage && isSomething && hasTwoNumbers ? std::optional(std::stoul(part[1])) : std::nullopt;
+    if (!fits || !isStage || !isSomething || !hasTwoNumbers) {
+        return std::nullopt;
+    }
+    return numberIn(part[1]) << 56 | numberIn(part[2]) << 48 | numberIn(part[3]) << 40 | stageIn(part) << 32 |
+           (numberIn(part[5]) + numberIn(part[7])) << 16 | numberIn(part[8]);
 }
 
 // A property that may be left out: each value of it, or it itself where it is no list, is of the type.
@@ -147,7 +160,46 @@ std::uint32_t checksumInHeader(const std::string& path)
     return checksum;
 }
 
-JudgedFile judgeEntry(const Json& entry)
+// The board object's own, or else the entry's, or else `otherwise`.
+Json keyOf(const Json& board, const Json& entry, const char* name, Json otherwise)
+{
+    const Json* const own = memberOf(board, name);
+    const Json* const common = memberOf(entry, name);
+    return own != nullptr ? *own : common != nullptr ? *common : std::move(otherwise);
+}
+
+JudgedKeys judgeKeys(const Json& board, const Json& entry, bool isForDrive, std::vector<std::string>& decided)
+{
+    JudgedKeys keys;
+    keys.boardType = board.at("boardType");
+    for (const Json& type : keys.boardType.is_array() ? keys.boardType : Json::array({keys.boardType})) {
+        if (std::find(decided.begin(), decided.end(), type.get<std::string>()) == decided.end()) {
+            keys.decidesFor.push_back(type.get<std::string>());
+            decided.push_back(type.get<std::string>());
+        }
+    }
+    const Json none(Json::value_t::discarded);
+    keys.boardVariant = keyOf(board, entry, "boardVariant", nullptr);
+    keys.boardId = keyOf(board, entry, "boardId", 0u);
+    keys.hwCompatibilityId = keyOf(board, entry, "hwCompatibilityId", 0u);
+    keys.swCompatibilityId = keyOf(board, entry, "swCompatibilityId", 0u);
+    keys.id = isForDrive ? none : keyOf(board, entry, "id", none);
+    keys.targetPath = isForDrive ? keyOf(board, entry, "targetPath", "") : none;
+    return keys;
+}
+
+std::vector<JudgedKeys> judgeAllKeys(const Json& entry, bool isForDrive)
+{
+    std::vector<std::string> decided;
+    std::vector<JudgedKeys> keys;
+    const Json* const boards = memberOf(entry, "boards");
+    for (const Json& board : boards == nullptr ? Json::array({entry}) : *boards) {
+        keys.push_back(judgeKeys(board, entry, isForDrive, decided));
+    }
+    return keys;
+}
+
+JudgedFile judgeEntry(const Json& entry, std::uint64_t archiveVersion)
 {
     demandKeys(entry);
     JudgedFile file;
@@ -156,11 +208,18 @@ JudgedFile judgeEntry(const Json& entry)
     demand(sequence != nullptr && sequence->is_number_unsigned());
     file.sequence = narrow(*sequence);
     const Json* const stated = memberOf(entry, "version");
-    demand(stated == nullptr || stated->is_null() || firstNumber(stated));
+    if (stated == nullptr) {
+        file.version = archiveVersion;
+    } else if (!stated->is_null()) {
+        const auto version = versionIn(stated);
+        demand(version.has_value());
+        file.version = *version;
+    }
     const std::string mode = entry.contains("mode") ? textIn(memberOf(entry, "mode")) : "standard";
     demand(mode == "standard" || mode == "upgrade");
     file.isUpgrade = mode == "upgrade";
     file.isForDrive = judgeTarget(entry);
+    file.keys = judgeAllKeys(entry, file.isForDrive);
     const Json* const checksum = memberOf(entry, "checksumCrc32");
     demand(checksum == nullptr || checksum->is_number_unsigned());
     constexpr std::uint32_t none = 0xFFFFFFFE;
@@ -175,12 +234,17 @@ JudgedArchive judgeDocument(const Json& document, const std::string& folder)
     JudgedArchive archive;
     const Json* const info = memberOf(document, "info");
     demand(info != nullptr && info->is_object());
-    demand(firstNumber(memberOf(*info, "formatVersion")) == 1UL && firstNumber(memberOf(*info, "archiveVersion")));
+    const auto format = versionIn(memberOf(*info, "formatVersion"));
+    const auto version = versionIn(memberOf(*info, "archiveVersion"));
+    demand(format && *format >> 56 == 1 && version);
+    archive.format = *format;
+    archive.version = *version;
     archive.product = textIn(memberOf(*info, "productName"));
     archive.name = textIn(memberOf(*info, "archiveName"));
-    demand(!info->contains("archiveVariant") || info->at("archiveVariant").is_string());
+    archive.variant = info->contains("archiveVariant") ? textIn(memberOf(*info, "archiveVariant")) : "";
     const Json* const entries = memberOf(document, "files");
     demand(entries != nullptr && entries->is_array());
+    std::uint32_t position = 0;
     for (const Json& entry : *entries) {
         demand(entry.is_object());
         const Json* const level = memberOf(entry, "featureLevel");
@@ -188,8 +252,10 @@ JudgedArchive judgeDocument(const Json& document, const std::string& folder)
         if (level != nullptr && *level > 2) {
             ++archive.passedOver;
         } else {
-            archive.files.push_back(judgeEntry(entry));
+            archive.files.push_back(judgeEntry(entry, archive.version));
+            archive.files.back().entry = position;
         }
+        ++position;
     }
     for (JudgedFile& file : archive.files) {
         if (file.checksum == 0xFFFFFFFE) {
@@ -200,6 +266,17 @@ JudgedArchive judgeDocument(const Json& document, const std::string& folder)
 }
 
 }  // namespace
+
+bool JudgedKeys::operator==(const JudgedKeys& other) const
+{
+    const auto isSame = [](const Json& left, const Json& right) {
+        return left.is_discarded() == right.is_discarded() && (left.is_discarded() || left == right);
+    };
+    return decidesFor == other.decidesFor && isSame(boardType, other.boardType) &&
+           isSame(boardVariant, other.boardVariant) && isSame(boardId, other.boardId) &&
+           isSame(hwCompatibilityId, other.hwCompatibilityId) && isSame(swCompatibilityId, other.swCompatibilityId) &&
+           isSame(id, other.id) && isSame(targetPath, other.targetPath);
+}
 
 std::optional<JudgedArchive> judge(const std::string& text, const std::string& folder)
 {
