@@ -11,6 +11,7 @@
 #include "tool/arguments/Arguments.h"
 #include "tool/arguments/Command.h"
 #include "tool/arguments/Help.h"
+#include "tool/commands/PrintHelp.h"
 #include "tool/commands/WrittenFiles.h"
 
 namespace TrellanTool {
@@ -20,11 +21,11 @@ namespace {
 int carryOut(const Arguments& arguments, const Streams& streams)
 {
     if (arguments.help) {
-        streams.out << (arguments.command == nullptr ? toolHelp() : commandHelp(*arguments.command));
+        tellHelp(streams.out, arguments.command, arguments.json);
         return SUCCESS;
     }
     if (arguments.version) {
-        streams.out << "trellan-update " TRELLAN_TOOL_VERSION "\n";
+        tellToolVersion(streams.out, arguments.json);
         return SUCCESS;
     }
     for (const std::string& note : arguments.notes) {

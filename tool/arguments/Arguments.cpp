@@ -67,6 +67,7 @@ void readInto(Arguments& arguments, const Words& read)
     for (const GivenOption& given : read.options) {
         arguments.help |= given.option == findOption("--help");
         arguments.version |= given.option == findOption("--version");
+        arguments.json |= given.option == findOption("--json");
     }
     if (!read.mistake.empty()) {
         arguments.command = read.others.empty() ? nullptr : findCommand(read.others.front());

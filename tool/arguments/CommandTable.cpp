@@ -64,7 +64,7 @@ constexpr Command commandTable[] = {
      "Begin an archive for the target: a description with an entry for each element",
      "trellan-update new fresh --board-types AI8100",
      "there is a description or no element, an element has no entry, or nothing can be written"},
-    {"help", "[COMMAND]", 0, 0, printHelp, "Print what the tool does, or a command's options",
+    {"help", "[COMMAND]", DOCUMENT, 0, printHelp, "Print what the tool does, or a command's options",
      "trellan-update help update", "standard output cannot be written"},
     {"complete", "[WORD]...", HIDDEN, 0, completeWord,
      "Tell a shell what the last WORD behind the tool's name may become", "trellan-update complete -- update --ver"},

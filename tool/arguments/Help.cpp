@@ -42,11 +42,11 @@ std::string optionRow(const Option& option)
     return row(name, option.description);
 }
 
-std::string optionRows(const Command& command)
+std::string optionRows(const Command* command)
 {
     std::string rows;
-    for (const Option& option : allOptions()) {
-        rows += option.isMeantFor(command) ? optionRow(option) : "";
+    for (const Option* const option : helpOptions(command)) {
+        rows += optionRow(*option);
     }
     return rows;
 }
@@ -71,27 +71,52 @@ std::string exitRows(const Command* command)
     return rows;
 }
 
+// What help begins with.
+std::string opening(const Command* command)
+{
+    return "Usage: " + helpUsage(command) + "\n\n" + helpDescription(command) + "\n";
+}
+
 }  // namespace
+
+std::string helpUsage(const Command* command)
+{
+    return "trellan-update " + (command == nullptr ? "COMMAND [ARCHIVE]" : withOperands(*command)) + " [options]";
+}
+
+std::string helpDescription(const Command* command)
+{
+    return command == nullptr ? "Updates the firmware of a target from an archive."
+                              : command->description + std::string(".");
+}
+
+std::vector<const Option*> helpOptions(const Command* command)
+{
+    if (command == nullptr) {
+        return {findOption("--help"), findOption("--version")};
+    }
+    std::vector<const Option*> options;
+    for (const Option& option : allOptions()) {
+        if (option.isMeantFor(*command)) {
+            options.push_back(&option);
+        }
+    }
+    return options;
+}
 
 std::string toolHelp()
 {
-    return "Usage: trellan-update COMMAND [ARCHIVE] [options]\n"
-           "\n"
-           "Updates the firmware of a target from an archive.\n"
-           "\n"
-           "Commands:\n" +
-           commandRows() + "\nOptions:\n" + optionRow(*findOption("--help")) + optionRow(*findOption("--version")) +
+    return opening(nullptr) + "\nCommands:\n" + commandRows() + "\nOptions:\n" + optionRows(nullptr) +
            exitRows(nullptr) +
            "\ntrellan-update help COMMAND prints a command's options, an example and its exit statuses.\n";
 }
 
 std::string commandHelp(const Command& command)
 {
-    std::string text =
-        "Usage: trellan-update " + withOperands(command) + " [options]\n\n" + command.description + ".\n";
+    std::string text = opening(&command);
     text += command.has(ARCHIVE | CHECKS) ? "ARCHIVE is the folder of the firmware archive.\n" : "";
     text += command.has(COVERS) ? "TARGET is a target file, or a folder for the .json files in it.\n" : "";
-    text += "\nOptions:\n" + optionRows(command);
+    text += "\nOptions:\n" + optionRows(&command);
     text += command.has(ELEMENTS) ? "\nA LIST holds names separated by commas and/or blanks.\n" : "";
     text += "\nExample:\n  " + std::string(command.example) + "\n";
     return text + exitRows(&command);

@@ -2,10 +2,18 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace TrellanTool {
 
 struct Command;
+struct Option;
+
+// What the help of a command or, for null, of the tool shows: how it is called, what it does, in a sentence, and the
+// options that have a meaning for it.
+std::string helpUsage(const Command* command);
+std::string helpDescription(const Command* command);
+std::vector<const Option*> helpOptions(const Command* command);
 
 // What the tool does, and its commands.
 std::string toolHelp();

@@ -173,6 +173,7 @@ TEST(Usage, TargetAndTraceAreFiles)
 
 TEST(Usage, JsonBelongsToTheCommandsThatHaveADocument)
 {
-    expectRefused({"help", "--json"}, "--json does not go with help");
     expectRefused({"describe", "/a", "--json"}, "--json does not go with describe");
+    expectRefused({"record", "--json"}, "--json does not go with record");
+    expectRefused({"new", "/a", "--json"}, "--json does not go with new");
 }
