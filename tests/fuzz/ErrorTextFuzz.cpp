@@ -9,9 +9,7 @@
 
 static std::string printed;
 
-namespace {
-
-void checkLines(const std::string& text, std::size_t indent)
+static void checkLines(const std::string& text, std::size_t indent)
 {
     const std::size_t width = std::max<std::size_t>(78, indent + 1) - indent;
     std::string_view rest = printed;
@@ -32,8 +30,6 @@ void checkLines(const std::string& text, std::size_t indent)
     }
     require(whole == text, "the lines are the text");
 }
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

@@ -22,7 +22,10 @@ const std::vector<Words> commands = {{"update", "ARCHIVE"},
                                      {"new", "OUTPUT"},
                                      {"coverage", "ARCHIVE", "TARGET"},
                                      {"version"},
-                                     {"help"}};
+                                     {"help"},
+                                     {"complete", "--", "update", "ARCHIVE", "--target", "TARGET"},
+                                     {"coverage", "ARCHIVE", "TARGET", "ARCHIVE", "INPUT"},
+                                     {"inspect", "INPUT", "SECOND", "OUTPUT"}};
 const std::vector<Words> options = {{"--json"},
                                     {"--verbose"},
                                     {"--force"},
@@ -40,7 +43,14 @@ const std::vector<Words> options = {{"--json"},
                                     {"--output", "OUTPUT"},
                                     {"--html", "OUTPUT"},
                                     {"--element", "0"},
-                                    {"--file", "0"}};
+                                    {"--file", "0"},
+                                    {"--plan", "INPUT"},
+                                    {"--quiet"},
+                                    {"--stall-timeout", "10"},
+                                    {"--detailed-exit-status"},
+                                    {"--description", "b.bin"},
+                                    {"--exclude", "NAMES"},
+                                    {"NAMES"}};
 
 const Words& chosen(const std::vector<Words>& table, char letter)
 {
