@@ -2,6 +2,7 @@
 
 import copy
 import fcntl
+import itertools
 import json
 import shutil
 import subprocess
@@ -256,8 +257,9 @@ class Fleet:
     def inventory(self, path, hosts=None):
         """Writes the engine's list of hosts, in the group trellan."""
         python = "ansible_connection=local ansible_python_interpreter=/usr/bin/python3"
-        lines = ["%s rollout_target=%s rollout_folder=%s" % (host, self.target_file(host), self.folder / "lib" / host)
-                 for host in hosts or self.hosts]
+        # A folder's name may have a slash at its end.
+        lines = ["%s rollout_target=%s rollout_folder=%s%s" % (host, self.target_file(host), self.folder / "lib" / host, end)
+                 for host, end in zip(hosts or self.hosts, itertools.cycle(("", "/")))]
         path.write_text("[trellan]\n" + "\n".join(lines) + "\n[trellan:vars]\n" + python.replace(" ", "\n") + "\n")
         return path
 

@@ -112,7 +112,7 @@ class ABoardWithoutFiles(Rollout):
 
     def test_stops_the_rollout_before_anything_is_touched(self):
         before = self.fleet.content()
-        run = self.rollout()
+        run = self.rollout(rollout_folder="~/trellan-$USER")  # which only the targets know
         self.assertEqual(run.status, 2)
         self.assertIn("1 board would get nothing, and no target was touched: target0001: Analog inputs, SN 815.", run.text)
         self.assertEqual(self.report()["boardsWithoutFiles"], [
