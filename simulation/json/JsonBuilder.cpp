@@ -9,14 +9,16 @@ namespace TrellanSimulation {
 
 namespace {
 
-// Of the length and both ends of a key that is no short text.
-std::size_t hashOf(std::string_view key)
+constexpr std::size_t maxShared = 24;  // longer values mostly come once
+
+// Of the length and both ends of a text that is not short.
+std::size_t hashOf(std::string_view text)
 {
     std::uint64_t front = 0;
     std::uint64_t back = 0;
-    std::memcpy(&front, key.data(), sizeof front);
-    std::memcpy(&back, key.data() + key.size() - sizeof back, sizeof back);
-    return (front * 31 + back + key.size()) * 0x9E3779B97F4A7C15 >> 56;
+    std::memcpy(&front, text.data(), sizeof front);
+    std::memcpy(&back, text.data() + text.size() - sizeof back, sizeof back);
+    return (front * 31 + back + text.size()) * 0x9E3779B97F4A7C15 >> 56;
 }
 
 }  // namespace
@@ -42,6 +44,7 @@ void JsonBuilder::begin()
     values.shrink(0);
     open.clear();
     keys.fill(0);
+    texts.fill(0);
     if (arena != nullptr) {
         std::exchange(arena, nullptr)->release();
     }
@@ -55,17 +58,26 @@ JsonBits JsonBuilder::take()
     return document;
 }
 
+JsonBits JsonBuilder::shared(std::string_view text, LateTexts& late)
+{
+    if (text.size() <= maxShortText) {
+        return shortTextBits(text);
+    }
+    JsonBits& known = late[hashOf(text)];
+    if (known == 0 || textOf(known) != text) {
+        known = makeText(text, memory());
+    }
+    return known;
+}
+
 void JsonBuilder::key(std::string_view name)
 {
-    if (name.size() <= maxShortText) {
-        values.push(shortTextBits(name));
-        return;
-    }
-    JsonBits& known = keys[hashOf(name)];
-    if (known == 0 || textOf(known) != name) {
-        known = makeText(name, memory());
-    }
-    values.push(known);
+    values.push(shared(name, keys));
+}
+
+void JsonBuilder::text(std::string_view value)
+{
+    values.push(value.size() <= maxShared ? shared(value, texts) : makeText(value, memory()));
 }
 
 void JsonBuilder::closeObject()

@@ -32,7 +32,7 @@ public:
     void integer(std::int64_t value) override { values.push(makeInteger(value, memory())); }
     void unsignedInteger(std::uint64_t value) override { values.push(makeUnsignedInteger(value, memory())); }
     void real(double value) override { values.push(makeReal(value, memory())); }
-    void text(std::string_view value) override { values.push(makeText(value, memory())); }
+    void text(std::string_view value) override;
 
     void openObject() override { open.push_back(values.size()); }
     void key(std::string_view name) override;
@@ -41,14 +41,20 @@ public:
     void closeArray() override { close(JsonTag::array); }
 
 private:
+    // Texts that came lately, none of them short, by their hash: most keys and many values come again and again, and
+    // share a node.
+    using LateTexts = std::array<JsonBits, 256>;
+
     JsonArena* memory();
     void close(JsonTag tag);
+    JsonBits shared(std::string_view text, LateTexts& late);
 
     const MemberOrder order;
-    JsonArena* arena = nullptr;        // that the builder refers to
-    JsonStack values;                  // of the objects and arrays that are not closed, one behind the other
-    std::vector<std::size_t> open;     // where in `values` each of them begins
-    std::array<JsonBits, 256> keys{};  // long keys that came lately, by their hash: most come again and again
+    JsonArena* arena = nullptr;     // that the builder refers to
+    JsonStack values;               // of the objects and arrays that are not closed, one behind the other
+    std::vector<std::size_t> open;  // where in `values` each of them begins
+    LateTexts keys{};
+    LateTexts texts{};
 };
 
 }  // namespace TrellanSimulation

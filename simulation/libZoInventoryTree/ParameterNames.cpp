@@ -22,14 +22,16 @@ std::size_t placeOf(const ZoCInventoryAddress& address)
 
 bool ParameterNames::add(const JsonBits& key)
 {
-    JsonBits& known = lateKeys[key * 0x9E3779B97F4A7C15 >> 56];
-    if (known == key) {
+    const std::size_t place = key * 0x9E3779B97F4A7C15 >> 56;
+    JsonBits& known = lateKeys[place];
+    JsonBits& other = lateKeys[place ^ 1];
+    if (known == key || other == key) {
         return true;
     }
     if (!parse(key)) {
         return false;
     }
-    known = key;
+    (known == 0 || other != 0 ? known : other) = key;
     return true;
 }
 

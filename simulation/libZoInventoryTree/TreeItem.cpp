@@ -63,7 +63,7 @@ bool convert(const ParameterValue& value, Unsigned& result)
 }  // namespace
 
 TreeItem::TreeItem(const ZoCInventoryAddress& id)
-    : ownTree(std::make_unique<Tree>()), tree(ownTree.get()), category(id.getCategory()), index(id.getIndex())
+    : tree(std::make_unique<Tree>().release()), category(id.getCategory()), index(id.getIndex())
 {
 }
 
@@ -80,6 +80,7 @@ TreeItem::TreeItem(const ZoCInventoryAddress& id, TreeItem& parent)
 // The memory of the items below is the tree's.
 TreeItem::~TreeItem()
 {
+    const std::unique_ptr<Tree> ownTree(parent == nullptr ? tree : nullptr);
     for (TreeItem* item = firstBelow(); item != nullptr;) {
         std::exchange(item, item->nextBeside())->~TreeItem();
     }

@@ -119,8 +119,7 @@ private:
     template <class T>
     void read(ZoCErrorListPool& errors, const ZoCInventoryAddress& address, T& value) const;
 
-    std::unique_ptr<Tree> ownTree;  // of the root item
-    Tree* tree;
+    Tree* tree;  // owned by the root item
     const ZoCInventoryAddress::Category category;
     const unsigned index;
     TreeItem* parent = nullptr;
