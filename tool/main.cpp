@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <malloc.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -36,6 +37,16 @@ bool isThereMemory()
     void* volatile const memory = std::malloc(needed);  // volatile: it must not be optimised away
     std::free(memory);
     return memory != nullptr;
+}
+
+// What a command needs it mostly needs until its end. The memory of a document's text, which is needed again for the
+// next one, would be given back to the system, and got again page by page.
+void keepMemory()
+{
+#ifdef M_MMAP_THRESHOLD
+    constexpr int largest = 64 * 1024 * 1024;
+    ::mallopt(M_MMAP_THRESHOLD, largest);
+#endif
 }
 
 // For whoever prints through std::cerr, too. Never destroyed: the platform's libraries still do while they are
@@ -85,6 +96,7 @@ int failedFor(const char* reason)
 int main(int argc, char** argv)
 {
     occupyStandardDescriptors();
+    keepMemory();
     // A reader that goes away, as in "| head", must not end an update in the middle.
     std::signal(SIGPIPE, SIG_IGN);
     // Nor must a file that may not grow any further: writing to it fails, and what was begun is cleaned up.
