@@ -19,7 +19,7 @@
 // Its stack adds to a null pointer before it has room, which is nothing to be told of.
 #pragma clang attribute push(__attribute__((no_sanitize("pointer-overflow"))), apply_to = function)
 #endif
-#include <rapidjson/reader.h>
+#include "simulation/json/InPlaceStream.h"
 #ifdef __clang__
 #pragma clang attribute pop
 #endif
@@ -105,15 +105,13 @@ bool holdsSurrogate(std::string_view text)
     return false;
 }
 
-// Takes what the parser reads from `text`. Where strings have no escapes, they are read in place, and the text stays as
-// it is: the parser puts a NUL where a string ends, and what stood there is put back.
 template <class Stream>
 class FastEvents : public Levels {
 public:
     using Ch = char;
     using Length = rapidjson::SizeType;
 
-    static constexpr bool inPlace = std::is_same_v<Stream, rapidjson::InsituStringStream>;
+    static constexpr bool inPlace = std::is_same_v<Stream, InPlaceStream>;
     static constexpr unsigned parseFlags = inPlace ? rapidjson::kParseInsituFlag : rapidjson::kParseDefaultFlags;
 
     FastEvents(JsonEvents& events, std::size_t maxDepth, const std::string& text, const Stream& stream)
@@ -154,9 +152,7 @@ public:
 private:
     bool passText(void (JsonEvents::*event)(std::string_view), const char* text, Length length)
     {
-        if constexpr (inPlace) {
-            const_cast<char*>(text)[length] = '"';
-        } else if (holdsSurrogate({text, length})) {
+        if (!inPlace && holdsSurrogate({text, length})) {
             return false;
         }
         return pass(event, std::string_view(text, length));
@@ -248,7 +244,7 @@ JsonVerdict readJson(std::string& text, JsonEvents& events, std::size_t maxDepth
     }
     text.reserve(text.size() + readAhead);
     return characters.hasBackslash ? readFast<rapidjson::StringStream>(text, events, maxDepth)
-                                   : readFast<rapidjson::InsituStringStream>(text, events, maxDepth);
+                                   : readFast<InPlaceStream>(text, events, maxDepth);
 }
 
 std::string reasonWhyNoJson(const std::string& text)

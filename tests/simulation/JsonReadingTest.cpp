@@ -86,3 +86,47 @@ TEST(JsonReading, FindsAnEscapeWhereverItStandsInALongText)
         EXPECT_EQ(parse(std::string(blanks).insert(at, R"("\u0041")")).dump(), "\"A\"") << at;
     }
 }
+
+TEST(JsonReading, ReadsStringsOfAnyLengthWhereverTheyStand)
+{
+    for (std::size_t before = 0; before < 17; ++before) {
+        for (std::size_t length = 0; length < 40; ++length) {
+            const std::string text = '"' + std::string(length, 'a') + '"';
+            EXPECT_EQ(parse(std::string(before, ' ') + text).dump(), text);
+        }
+    }
+}
+
+TEST(JsonReading, RefusesAControlCharacterOrAMissingQuoteAtAnyPlaceInAString)
+{
+    for (std::size_t at = 0; at < 40; ++at) {
+        for (const char control : {'\x01', '\t', '\n', '\x1B', '\x1F'}) {
+            EXPECT_TRUE(isRefused('"' + std::string(at, 'a') + control + "aaaaaaaaaa\"")) << at;
+        }
+        EXPECT_TRUE(isRefused('"' + std::string(at, 'a'))) << at;
+    }
+}
+
+TEST(JsonReading, TakesBlanksOfAnyKindAndNumberBetweenValues)
+{
+    for (std::size_t count = 0; count < 40; ++count) {
+        for (const char blank : {' ', '\n', '\r', '\t'}) {
+            const std::string blanks(count, blank);
+            const std::string indent = "\r\n" + std::string(count, ' ') + "\t";
+            std::string text = blanks;
+            for (const char* const part : {"{", "\"a\"", ":", "[", "1", ",", "true", "]", "}"}) {
+                text += part + blanks + indent;
+            }
+            EXPECT_EQ(parse(text).dump(), R"({"a":[1,true]})") << count;
+        }
+    }
+}
+
+TEST(JsonReading, RefusesWhatIsNoBlankOfJsonBetweenValues)
+{
+    for (const char* const other : {"\v", "\f", "\x01", "\xC2\xA0", "\xE2\x80\xA8"}) {
+        for (std::size_t count = 0; count < 20; ++count) {
+            EXPECT_TRUE(isRefused("[1,\n" + std::string(count, ' ') + other + " 2]")) << other << count;
+        }
+    }
+}
