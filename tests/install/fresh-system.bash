@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the packages in a system that has nothing but what each Debian has and what they depend on, runs the tool there as
-# somebody does who has only them, and removes them again. The system is made of this machine's packages, in memory, in a mount
-# namespace of its own: it takes no network, and changes nothing here.
+# somebody does who has only them, upgrades them, and removes them again. The system is made of this machine's packages, in
+# memory, in a mount namespace of its own: it takes no network, and changes nothing here.
 #   unshare --mount [--map-root-user] fresh-system.bash PACKAGES_FOLDER FOLDER
 set -euo pipefail
 packages=$1 root=$2
@@ -85,7 +85,35 @@ grep -q '^Updating:' "$root/root/example/first.txt" || fail "the update updated 
 grep -q 'Update completed successfully!' "$root/root/example/first.txt" || fail "the update does not report success"
 ! grep -q '^Updating:' "$root/root/example/second.txt" || fail "the second update still found something to do"
 
-inside "dpkg -P $ours" >"$root/tmp/log" 2>&1 ||
+# The next version, with the next library: what it takes the place of goes away, and it works on.
+next_version=9.9.9
+version=$(inside "dpkg-query -W -f '\${Version}' trellan-update")
+mkdir -p "$root/tmp/next"
+for package in "$packages"/*.deb; do
+    tree=$(mktemp -d "$root/tmp/next-XXXXXX")
+    dpkg-deb -R "$package" "$tree"
+    sed -i "s/^Version: .*/Version: $next_version/; /^Depends:/s/= $version)/= $next_version)/g" "$tree/DEBIAN/control"
+    find "$tree/usr" -name "libZoTrellanUpdateLib.so.$version" | while read -r library; do
+        mv "$library" "${library%"$version"}$next_version"
+        ln -sf "$(basename "${library%"$version"}$next_version")" "$(dirname "$library")/libZoTrellanUpdateLib.so.1"
+        sed -i "s/libZoTrellanUpdateLib\.so\.$version/libZoTrellanUpdateLib.so.$next_version/" "$tree/DEBIAN/md5sums"
+    done
+    dpkg-deb -b --root-owner-group "$tree" "$root/tmp/next" >/dev/null
+done
+! inside 'dpkg -i /tmp/next/trellan-update_*.deb' >"$root/tmp/log" 2>&1 || fail "the next tool is installed with the old library"
+inside 'dpkg -i /tmp/next/*.deb' >"$root/tmp/log" 2>&1 || { cat "$root/tmp/log"; fail "the packages cannot be upgraded"; }
+[ "$(inside "dpkg-query -W -f '\${Status} \${Version},' $ours")" = \
+    "$(printf "install ok installed $next_version,%.0s" 1 2 3 4)" ] || fail "not every package is upgraded wholly"
+inside "dpkg -V $ours" | { ! grep .; } || fail "installed files are not those of the next packages"
+[ "$(find "$root/usr/lib" -name 'libZoTrellanUpdateLib.so*' -printf '%f\n' | sort | xargs)" = \
+    "libZoTrellanUpdateLib.so libZoTrellanUpdateLib.so.1 libZoTrellanUpdateLib.so.$next_version" ] ||
+    fail "the old library is still there"
+inside 'ldconfig -p' | grep -q 'libZoTrellanUpdateLib.so.1 .*=> /' || fail "the system does not find the next library"
+inside 'rm -r /root/example && sh -e /root/user' || fail "the example cannot be updated behind an upgrade"
+grep -q 'Update completed successfully!' "$root/root/example/first.txt" || fail "the upgraded tool does not report success"
+
+# There is nothing to configure, so that what is removed needs not be purged.
+inside "dpkg -r $ours" >"$root/tmp/log" 2>&1 ||
     { cat "$root/tmp/log"; fail "the packages cannot be removed"; }
 listed | diff "$root/tmp/before" - || fail "the packages leave something behind"
 ! inside 'ldconfig -p' | grep Trellan || fail "the system still knows the library"

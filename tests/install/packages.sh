@@ -48,6 +48,9 @@ for package in "$packages"/*.deb; do
 done
 expect "what the library tells of itself" "libZoTrellanUpdateLib 1 libzotrellanupdatelib1 (>= $version)" \
     "$(cat libzotrellanupdatelib1/DEBIAN/shlibs)"
+for name in libzotrellanupdatelib1 libzotrellanupdatelib-dev trellan-update trellan-simulation; do
+    [ -z "$(find "$name/DEBIAN" -name 'p*' -o -name conffiles)" ] || fail "$name has scripts, or something to configure"
+done
 expect "what installing the library sets off" "activate-noawait ldconfig" "$(cat libzotrellanupdatelib1/DEBIAN/triggers)"
 ! readelf -d trellan-update/usr/bin/trellan-update | grep -E 'RPATH|RUNPATH' || fail "the tool knows a folder of libraries"
 
