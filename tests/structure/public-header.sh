@@ -7,8 +7,12 @@ include=${1:?include folder}
 compiler=${2:?compiler}
 flags="-std=c++11 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -x c++"
 
+tried=''
 for other in "$compiler" g++ clang++; do
-    command -v "$other" >/dev/null || continue
+    program=$(command -v "$other" | xargs -r readlink -f)
+    [ -n "$program" ] || continue
+    case "$tried " in *" $program "*) continue ;; esac
+    tried="$tried $program"
     for source in "$include"/*.h "$include"/*.hpp "$include"/../examples/host/main.cpp; do
         for standard in 11 20; do
             # shellcheck disable=SC2086
