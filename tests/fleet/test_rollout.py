@@ -112,6 +112,8 @@ class ABoardWithoutFiles(Rollout):
 
     def test_stops_the_rollout_before_anything_is_touched(self):
         before = self.fleet.content()
+        self.report_folder.mkdir()
+        (self.report_folder / "after.html").write_text("of a rollout before")
         run = self.rollout(rollout_folder="~/trellan-$USER")  # which only the targets know
         self.assertEqual(run.status, 2)
         self.assertIn("1 board would get nothing, and no target was touched: target0001: Analog inputs, SN 815.", run.text)
@@ -121,6 +123,7 @@ class ABoardWithoutFiles(Rollout):
         self.assertEqual(self.results(), dict.fromkeys(self.fleet.hosts, "not reached"))
         self.assertEqual(before, self.fleet.content())
         self.assertEqual(list((self.fleet.folder / "lib").iterdir()), [])
+        self.assertFalse((self.report_folder / "after.html").exists())
 
     def test_stops_nothing_where_that_is_allowed(self):
         run = self.rollout(rollout_allow_boards_without_files=True, rollout_archive="../archive")

@@ -42,7 +42,7 @@ class ActionModule(ActionBase):
         self.archive = os.path.abspath(args["archive"])
         folder = os.path.abspath(args["folder"])
         for old in args.get("fresh") or []:
-            remove_inventories(old)
+            remove_coverage(old)
         os.makedirs(folder, exist_ok=True)
         if args.get("others") and not inventories(folder):
             take_over(args["others"], folder)
@@ -107,9 +107,11 @@ def inventories(folder):
     return [name for name in sorted(os.listdir(folder)) if name.endswith(".json")] if os.path.isdir(folder) else []
 
 
-def remove_inventories(folder):
-    for name in inventories(folder):
-        os.remove(os.path.join(folder, name))
+def remove_coverage(folder):
+    """The inventories, and what was told of them."""
+    for path in [os.path.join(folder, name) for name in inventories(folder)] + [folder + ".html", folder + ".document"]:
+        if os.path.exists(path):
+            os.remove(path)
 
 
 def take_over(source, folder):

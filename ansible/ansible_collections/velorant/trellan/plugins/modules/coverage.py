@@ -30,7 +30,7 @@ options:
     description: A folder from which those of all hosts are taken over first, where C(folder) has none yet.
     type: path
   fresh:
-    description: Folders from which the inventories are removed first.
+    description: Folders from which the inventories are removed first, with the page and the document beside them.
     type: list
     elements: path
   force:

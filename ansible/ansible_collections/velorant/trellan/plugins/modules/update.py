@@ -10,7 +10,8 @@ short_description: Update the firmware of a target from an archive
 description:
   - Updates the firmware of a target with C(trellan-update), which must be on the target, as the archive must.
   - Changed is told only where something was written. An element whose update failed counts where the target shows another
-    content than before, or where it cannot be read again.
+    content than before, or where it cannot be read again. Where the tool was killed or its output is lost, it is told unless
+    C(events) tell that nothing was begun.
   - Files of the archive that the target does not list are written by each update. They count as a change, and the result
     names them.
   - The update goes on where the module is killed or the connection to the target is lost. With C(events) its result is found
@@ -42,7 +43,9 @@ options:
         excluded elements. The update is refused where the target or the archive is no longer what it was then.
     type: path
   check:
-    description: Check the files that will be used before anything is written, and refuse the update where one is faulty.
+    description:
+      - Check the files that will be used before anything is written, and refuse the update where one is faulty. Without it the
+        others are updated, and check mode tells that the update would fail.
     type: bool
     default: true
   verify:
