@@ -122,12 +122,12 @@ void ZoCUpdateArchive::outputArchiveVersion() const
 
 void ZoCUpdateArchive::printArchive() const
 {
-    std::vector<std::vector<std::string>> rows{{"BoardType", "File", "Version", "Checksum", "Id/TargetPath"}};
-    rows.reserve(files.size() + 1);
+    TableText table;
+    table.addRow({"BoardType", "File", "Version", "Checksum", "Id/TargetPath"});
     for (const ZoSUpdateFile& file : files) {
-        rows.push_back(tableRow(file));
+        table.addRow(tableRow(file));
     }
-    owner->printTable(rows);
+    owner->printTable(table);
 }
 
 void ZoCUpdateArchive::outputDescriptionFile() const

@@ -48,11 +48,11 @@ Row rowOf(std::uint32_t number, const ZoSUpdateElement& element, const ZoSUpdate
 
 void ZoCUpdateAssignment::printVersionsComparison() const
 {
-    std::vector<Row> table{{"No.", "Update element", "Installed", "Available", "Checksums", "Up-to-date", "Phase"}};
-    table.reserve(updateElements.size() + 1);
+    TableText table;
+    table.addRow({"No.", "Update element", "Installed", "Available", "Checksums", "Up-to-date", "Phase"});
     std::uint32_t number = 0;
     for (const ZoSUpdateElement& element : updateElements) {
-        table.push_back(rowOf(number++, element, fileOf(element)));
+        table.addRow(rowOf(number++, element, fileOf(element)));
     }
     updater.printTable(table);
 }

@@ -31,9 +31,9 @@ Row rowOf(const ZoSUpdateElement& element)
 
 void ZoCUpdateInventory::printVersions() const
 {
-    std::vector<Row> table;
+    TableText table;
     if (!options.verbose) {
-        table.push_back(header());
+        table.addRow(header());
     }
     std::string previousTitle;
     for (const ZoSUpdateElement& element : updateElements) {
@@ -41,13 +41,14 @@ void ZoCUpdateInventory::printVersions() const
             const std::string title = unitTitle(element);
             if (title != previousTitle) {
                 updater.printTable(table);
-                table.assign(1, header());
+                table = TableText();
+                table.addRow(header());
                 const std::string asterisks(title.size() + 4, '*');
                 updater.print("\n%s\n* %s *\n%s\n", asterisks.c_str(), title.c_str(), asterisks.c_str());
                 previousTitle = title;
             }
         }
-        table.push_back(rowOf(element));
+        table.addRow(rowOf(element));
     }
     updater.printTable(table);
 }

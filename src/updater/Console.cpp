@@ -34,18 +34,6 @@ int formatText(std::string& out, const char* format, va_list arguments)
     return length;
 }
 
-std::vector<std::size_t> columnWidths(const std::vector<std::vector<std::string>>& rows)
-{
-    std::vector<std::size_t> widths;
-    for (const auto& row : rows) {
-        widths.resize(std::max(widths.size(), row.size()));
-        for (std::size_t column = 0; column < row.size(); ++column) {
-            widths[column] = std::max(widths[column], row[column].size());
-        }
-    }
-    return widths;
-}
-
 std::size_t ruleLength(const std::vector<std::size_t>& widths)
 {
     std::size_t length = 3 * (widths.size() - 1);
@@ -102,21 +90,21 @@ int ZoCTrellanUpdater::sprint(std::string& out, const char* format, ...) const
     return length;
 }
 
-void ZoCTrellanUpdater::printTable(const std::vector<std::vector<std::string>>& rows) const
+void ZoCTrellanUpdater::printTable(const TableText& table) const
 {
-    const std::vector<std::size_t> widths = columnWidths(rows);
+    const std::vector<std::size_t>& widths = table.columnWidths();
     bool isHeader = true;
-    for (const auto& row : rows) {
-        printRow(row, widths);
+    table.forEachRow([&](TableText::Cells& cells) {
+        printRow(cells, widths);
         if (isHeader && !widths.empty()) {
             printRule(ruleLength(widths));
         }
         isHeader = false;
-    }
+    });
 }
 
 // Large tables are printed at the cost of what is in them: nothing is formatted.
-void ZoCTrellanUpdater::printRow(const std::vector<std::string>& row, const std::vector<std::size_t>& widths) const
+void ZoCTrellanUpdater::printRow(TableText::Cells& cells, const std::vector<std::size_t>& widths) const
 {
     static const std::string separator = " | ";
     static const std::string end = "\n";
@@ -125,7 +113,7 @@ void ZoCTrellanUpdater::printRow(const std::vector<std::string>& row, const std:
         if (column != 0) {
             printText(separator);
         }
-        cell.assign(column < row.size() ? row[column].c_str() : "");
+        cell = cells.take();
         cell.resize(std::max(cell.size(), widths[column]), ' ');
         printText(cell);
     }

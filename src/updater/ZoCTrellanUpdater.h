@@ -13,6 +13,7 @@
 #include "libZoComposite/ZoCString.h"
 #include "libZoCompositeFactory/ZoCVersion.h"
 #include "libZoErrorHandling/ZoCErrorListPool.h"
+#include "updater/TableText.h"
 
 class ZoCUpdateArchive;
 class ZoCUpdateInventory;
@@ -64,9 +65,9 @@ public:
     // format. Returns the number of characters, negative when the text cannot be formatted; `out` is empty then too.
     int sprint(std::string& out, const char* format, ...) const __attribute__((format(printf, 3, 4)));
 
-    // Prints `rows` as columns separated by " | ", with a rule below the first row. Cells may be missing at a row's
+    // Prints the rows as columns separated by " | ", with a rule below the first row. Cells may be missing at a row's
     // end.
-    void printTable(const std::vector<std::vector<std::string>>& rows) const;
+    void printTable(const TableText& table) const;
 
     // Prints the errors, indented by `indent` blanks and wrapped for a console of 80 columns; with `verbose` also when
     // and where they happened.
@@ -112,7 +113,7 @@ private:
     // Hands `text` out as one piece, as it is.
     void printText(const std::string& text) const;
 
-    void printRow(const std::vector<std::string>& row, const std::vector<std::size_t>& widths) const;
+    void printRow(TableText::Cells& cells, const std::vector<std::size_t>& widths) const;
     void printRule(std::size_t length) const;
     void printError(const ZoCErrorListPool& errors, unsigned index, unsigned indent) const;
     void printErrorDetails(const ZoCErrorListPool& errors, unsigned index) const;

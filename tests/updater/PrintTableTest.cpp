@@ -10,12 +10,21 @@ namespace {
 
 using Rows = std::vector<std::vector<std::string>>;
 
+TableText tableOf(const Rows& rows)
+{
+    TableText table;
+    for (const auto& row : rows) {
+        table.addRow(row);
+    }
+    return table;
+}
+
 class PrintTable : public Updating {
 protected:
     std::string printed(const Rows& rows)
     {
         const MessageCapture capture(updater);
-        updater.printTable(rows);
+        updater.printTable(tableOf(rows));
         return capture.text();
     }
 
@@ -112,7 +121,7 @@ TEST_F(PrintTable, TakesCellsLiterally)
 TEST_F(PrintTable, GivesEveryPieceToTheCallbackByItself)
 {
     const MessageCapture capture(updater);
-    updater.printTable({{"A", "B"}, {"1", "22"}});
+    updater.printTable(tableOf({{"A", "B"}, {"1", "22"}}));
     EXPECT_EQ(capture.fragments(), (std::vector<std::string>{"A", " | ", "B ", "\n",              //
                                                              "-", "-", "-", "-", "-", "-", "\n",  //
                                                              "1", " | ", "22", "\n"}));
@@ -121,6 +130,6 @@ TEST_F(PrintTable, GivesEveryPieceToTheCallbackByItself)
 TEST_F(PrintTable, GoesToStandardOutputWithoutACallback)
 {
     testing::internal::CaptureStdout();
-    updater.printTable({{"A"}, {"1"}});
+    updater.printTable(tableOf({{"A"}, {"1"}}));
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "A\n-\n1\n");
 }
