@@ -4,9 +4,9 @@
 
 #include <functional>
 
-#include "AnotherProcess.h"
 #include "JsonText.h"
 #include "simulation/target/TargetFile.h"
+#include "support/AnotherProcess.h"
 #include "support/TempDir.h"
 
 namespace {

@@ -10,11 +10,11 @@
 #include <iostream>
 #include <thread>
 
-#include "AnotherProcess.h"
 #include "Device.h"
 #include "FlashTarget.h"
 #include "OwnMnt.h"
 #include "UserNamespace.h"
+#include "support/AnotherProcess.h"
 #include "support/TempDir.h"
 
 namespace fs = std::filesystem;

@@ -4,9 +4,9 @@
 #include <filesystem>
 #include <string>
 
-#include "AnotherProcess.h"
 #include "Device.h"
 #include "simulation/target/TemporaryEnding.h"
+#include "support/AnotherProcess.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
 #include "support/TextFile.h"

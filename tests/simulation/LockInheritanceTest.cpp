@@ -10,10 +10,10 @@
 #include <set>
 #include <sstream>
 
-#include "AnotherProcess.h"
 #include "Device.h"
 #include "FlashTarget.h"
 #include "libZoRtosAbstraction/ZoNRtosAbstraction.h"
+#include "support/AnotherProcess.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
 #include "support/TextFile.h"

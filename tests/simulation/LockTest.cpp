@@ -7,12 +7,12 @@
 #include <fstream>
 #include <new>
 
-#include "AnotherProcess.h"
 #include "Device.h"
 #include "ElementDevice.h"
 #include "allocations/Allocations.h"
 #include "simulation/base/Clock.h"
 #include "simulation/base/Resources.h"
+#include "support/AnotherProcess.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
 #include "support/Unprivileged.h"

@@ -4,9 +4,9 @@
 #include <sys/file.h>
 #include <unistd.h>
 
-#include "AnotherProcess.h"
 #include "Device.h"
 #include "FlashTarget.h"
+#include "support/AnotherProcess.h"
 #include "support/Unprivileged.h"
 
 namespace {

@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <optional>
 #include <ostream>
 
 #include "json/Json.h"
@@ -24,6 +23,7 @@ namespace TrellanTool {
 
 namespace {
 
+using ZoNTrellanInspector::ZoTDescription;
 using ZoNTrellanInspector::ZoTSeverity;
 
 struct Counts {
@@ -56,24 +56,16 @@ void writeDocument(std::ostream& out, const Arguments& arguments, const std::vec
     writer.end();
 }
 
-// Nothing where there is no such file that has an end, with the reason in `reason`.
-std::optional<std::string> readDescription(const std::string& path, std::string& reason)
+// Something that has no end is nothing to be read.
+bool isEndless(const std::string& path)
 {
     std::error_code error;
-    const std::filesystem::file_status status = std::filesystem::status(path, error);
-    if (std::filesystem::is_other(status)) {
-        reason = "it is no regular file";
-        return std::nullopt;
-    }
-    std::optional<std::string> description = readWholeFile(path);
-    if (!description) {
-        reason = std::strerror(errno);
-    }
-    return description;
+    return std::filesystem::is_other(std::filesystem::status(path, error));
 }
 
-int refuse(const Arguments& arguments, const Streams& streams, const std::string& message)
+int refuse(const Arguments& arguments, const Streams& streams, const std::string& path, const char* reason)
 {
+    const std::string message = "cannot open the archive description " + path + ": " + reason;
     say(streams.err, message);
     if (arguments.json) {
         writeErrorDocument(streams.out, *arguments.command, {NOT_READ, message});
@@ -86,17 +78,21 @@ int refuse(const Arguments& arguments, const Streams& streams, const std::string
 int checkArchive(const Arguments& arguments, const Streams& streams)
 {
     const std::string path = arguments.options.archivePath + "/" + arguments.options.descriptionFileName;
-    std::string reason;
-    const auto description = readDescription(path, reason);
-    if (!description) {
-        return refuse(arguments, streams, "cannot open the archive description " + path + ": " + reason);
+    if (isEndless(path)) {
+        return refuse(arguments, streams, path, "it is no regular file");
     }
     LibrarySession session(arguments, streams.err);
-    std::vector<Finding> findings;
+    ZoTDescription read{};
     {
         CheckProgress progress(streams.err, ::isatty(STDERR_FILENO) == 1, CheckProgress::Clock::now());
-        findings = archiveFindings(session.inspector(), *description, CheckProgress::take, &progress);
+        read = session.inspector().checkArchive(CheckProgress::take, &progress);
     }
+    // Not before: the library has needed the most memory when it read the description itself.
+    const auto description = readWholeFile(path);
+    if (!description) {
+        return refuse(arguments, streams, path, std::strerror(errno));
+    }
+    const std::vector<Finding> findings = archiveFindings(session.inspector(), read, *description);
     const Counts counts(findings);
     if (arguments.json) {
         writeDocument(streams.out, arguments, findings, counts);

@@ -3,17 +3,17 @@
 #include "tool/documents/ArchiveFindings.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <set>
 
-#include "json/Json.h"
 #include "tool/Nearest.h"
+#include "tool/documents/UnknownMembers.h"
 
 namespace TrellanTool {
 
 namespace {
 
-using TrellanJson::json;
 using ZoNTrellanInspector::ZoTDescription;
 using ZoNTrellanInspector::ZoTDescriptionObject;
 using ZoNTrellanInspector::ZoTSeverity;
@@ -40,99 +40,44 @@ std::optional<std::int32_t> takeNumber(std::string_view& rest, std::string_view 
     return number;
 }
 
-// Notes which entry and board object the finding's pointer is about.
-void noteEntry(Finding& finding, const json& document)
+// Notes which entries and board objects the pointers of the findings from `first` on are about. `description` is valid
+// where `isRead`, and has its entries' names.
+void noteEntries(std::vector<Finding>& findings, std::size_t first, const std::string& description, bool isRead)
 {
-    const bool hasEntries = !document.is_object() || (document.contains("files") && document["files"].is_array());
-    std::string_view rest = *finding.pointer;
-    finding.file = hasEntries ? takeNumber(rest, "/files/") : std::nullopt;
-    if (!finding.file) {
+    std::set<std::int32_t> entries;
+    for (std::size_t i = first; i < findings.size(); ++i) {
+        std::string_view rest = *findings[i].pointer;
+        findings[i].file = takeNumber(rest, "/files/");
+        if (findings[i].file) {
+            findings[i].board = takeNumber(rest, "/boards/");
+            entries.insert(*findings[i].file);
+        }
+    }
+    if (entries.empty() || !isRead) {
         return;
     }
-    finding.board = takeNumber(rest, "/boards/");
-    const json::json_pointer name("/files/" + std::to_string(*finding.file) + "/name");
-    if (document.contains(name) && document[name].is_string()) {
-        finding.name = document[name];
+    const auto names = findEntryNames(description, entries);
+    for (std::size_t i = first; i < findings.size(); ++i) {
+        if (!names) {
+            findings[i].file = findings[i].board = std::nullopt;
+        } else if (const auto name = names->find(findings[i].file.value_or(-1)); name != names->end()) {
+            findings[i].name = name->second;
+        }
     }
 }
 
-// Looks at the members of the description for those that the format does not have.
-class UnknownKeys {
-public:
-    UnknownKeys(ZoITrellanInspector& inspector, const std::set<std::int32_t>& passedOver)
-        : inspector(inspector), passedOver(passedOver)
-    {
-    }
-
-    void check(const json& document)
-    {
-        checkObject(document, ZoTDescriptionObject::WHOLE, "");
-        if (!document.is_object()) {
-            return;
-        }
-        if (document.contains("info")) {
-            checkObject(document["info"], ZoTDescriptionObject::INFO, "/info");
-        }
-        forEach(document, "files", "", [this](const json& entry, std::size_t number, const std::string& pointer) {
-            if (passedOver.contains(static_cast<std::int32_t>(number))) {
-                return;  // it may have what a newer format has
-            }
-            checkObject(entry, ZoTDescriptionObject::ENTRY, pointer);
-            forEach(entry, "boards", pointer, [this](const json& board, std::size_t, const std::string& place) {
-                checkObject(board, ZoTDescriptionObject::BOARD, place);
-            });
-        });
-    }
-
-    std::vector<Finding> findings;
-
-private:
-    template <class Take>
-    void forEach(const json& object, const char* key, const std::string& pointer, Take take)
-    {
-        if (!object.is_object() || !object.contains(key) || !object[key].is_array()) {
-            return;
-        }
-        std::size_t number = 0;
-        for (const json& element : object[key]) {
-            take(element, number, pointer + "/" + key + "/" + std::to_string(number));
-            ++number;
-        }
-    }
-
-    void checkObject(const json& object, ZoTDescriptionObject kind, const std::string& pointer)
-    {
-        if (!object.is_object()) {
-            return;
-        }
-        const std::vector<std::string>& known = membersOf(kind);
-        for (const auto& [key, value] : object.items()) {
-            if (std::find(known.begin(), known.end(), key) == known.end()) {
-                findings.push_back(
-                    finding("unknown-key", ZoTSeverity::WARNING, pointerToMember(pointer, key),
-                            "the format has no \"" + key + "\" here; the nearest is \"" + nearest(key, known) + "\""));
-            }
-        }
-    }
-
-    const std::vector<std::string>& membersOf(ZoTDescriptionObject kind)
-    {
-        std::vector<std::string>& known = members[static_cast<std::size_t>(kind)];
-        for (unsigned i = static_cast<unsigned>(known.size()); i < inspector.getMemberCount(kind); ++i) {
-            known.push_back(inspector.getMember(kind, i));
-        }
-        return known;
-    }
-
-    ZoITrellanInspector& inspector;
-    const std::set<std::int32_t>& passedOver;
-    std::vector<std::string> members[4];
-};
-
-void addUnknownKeys(std::vector<Finding>& findings, ZoITrellanInspector& inspector, const json& document)
+std::string pointerOf(const UnknownMember& member)
 {
-    std::set<std::int32_t> passedOver;
-    std::set<std::string> faulty;  // what is refused needs no further word
+    std::string object = member.object == ZoTDescriptionObject::INFO ? "/info" : "";
+    object += member.file ? "/files/" + std::to_string(*member.file) : "";
+    object += member.board ? "/boards/" + std::to_string(*member.board) : "";
+    return pointerToMember(object, member.key);
+}
+
+void addUnknownKeys(std::vector<Finding>& findings, ZoITrellanInspector& inspector, const std::string& description)
+{
+    std::set<std::int32_t> passedOver;  // which may have what a newer format has
+    std::set<std::string> faulty;       // what is refused needs no further word
     for (const Finding& found : findings) {
         if (found.rule == "unsupported-entry") {
             passedOver.insert(*found.file);
@@ -140,24 +85,34 @@ void addUnknownKeys(std::vector<Finding>& findings, ZoITrellanInspector& inspect
             faulty.insert(*found.pointer);
         }
     }
-    UnknownKeys unknown(inspector, passedOver);
-    unknown.check(document);
-    for (Finding& found : unknown.findings) {
-        if (!faulty.contains(*found.pointer)) {
-            noteEntry(found, document);
-            findings.push_back(std::move(found));
+    std::array<std::vector<std::string>, 4> known;
+    for (const auto object : {ZoTDescriptionObject::WHOLE, ZoTDescriptionObject::INFO, ZoTDescriptionObject::ENTRY,
+                              ZoTDescriptionObject::BOARD}) {
+        for (unsigned i = 0; i < inspector.getMemberCount(object); ++i) {
+            known[static_cast<std::size_t>(object)].push_back(inspector.getMember(object, i));
+        }
+    }
+    const auto isKnown = [&](ZoTDescriptionObject object, std::string_view key) {
+        const std::vector<std::string>& keys = known[static_cast<std::size_t>(object)];
+        return std::find(keys.begin(), keys.end(), key) != keys.end();
+    };
+    for (const UnknownMember& member : findUnknownMembers(description, isKnown)) {
+        std::string pointer = pointerOf(member);
+        if (!passedOver.contains(member.file.value_or(-1)) && !faulty.contains(pointer)) {
+            const std::string& near = nearest(member.key, known[static_cast<std::size_t>(member.object)]);
+            findings.push_back(
+                finding("unknown-key", ZoTSeverity::WARNING, std::move(pointer),
+                        "the format has no \"" + member.key + "\" here; the nearest is \"" + near + "\""));
         }
     }
 }
 
-void addDuplicates(std::vector<Finding>& findings, const JsonPlaces& places, const json& document)
+void addDuplicates(std::vector<Finding>& findings, const JsonPlaces& places)
 {
     for (const JsonPlaces::DuplicateKey& duplicate : places.duplicateKeys) {
-        Finding found = finding("duplicate-key", ZoTSeverity::ERROR, duplicate.pointer,
-                                "the member stands in its object already, and the last one counts: take one away");
-        found.place = duplicate.place;
-        noteEntry(found, document);
-        findings.push_back(std::move(found));
+        findings.push_back(finding("duplicate-key", ZoTSeverity::ERROR, duplicate.pointer,
+                                   "the member stands in its object already, and the last one counts: take one away"));
+        findings.back().place = duplicate.place;
     }
 }
 
@@ -176,15 +131,18 @@ void addSyntax(std::vector<Finding>& findings, const JsonPlaces::Fault& fault)
 
 }  // namespace
 
-std::vector<Finding> archiveFindings(ZoITrellanInspector& inspector, const std::string& description,
-                                     ZoNTrellanInspector::ZoTReadProgress progress, void* context)
+std::vector<Finding> archiveFindings(ZoITrellanInspector& inspector, ZoTDescription read,
+                                     const std::string& description)
 {
-    const bool isRead = inspector.checkArchive(progress, context) == ZoTDescription::READ;
+    const bool isRead = read == ZoTDescription::READ;
     std::vector<Finding> findings = findingsOf(inspector);
-    const json document = isRead ? json::parse(description, nullptr, false) : json();
-    addUnknownKeys(findings, inspector, document);
+    const std::size_t ownFindings = findings.size();
+    if (isRead) {
+        addUnknownKeys(findings, inspector, description);
+    }
     const JsonPlaces places = findPlaces(findings, description);
-    addDuplicates(findings, places, document);
+    addDuplicates(findings, places);
+    noteEntries(findings, ownFindings, description, isRead);
     if (places.fault) {
         addSyntax(findings, *places.fault);
     }

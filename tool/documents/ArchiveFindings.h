@@ -9,9 +9,10 @@
 
 namespace TrellanTool {
 
-// What the check of the whole archive has found, by `inspector` and in `description`, the text of the description: also
-// where it is no JSON, what stands in it twice, and what the format does not have. In the order of the description.
-std::vector<Finding> archiveFindings(ZoITrellanInspector& inspector, const std::string& description,
-                                     ZoNTrellanInspector::ZoTReadProgress progress, void* context);
+// What the check of the whole archive (checkArchive), which ended with `read`, has found by `inspector` and in
+// `description`, the text of the description: also where it is no JSON, what stands in it twice, and what the format
+// does not have. In the order of the description.
+std::vector<Finding> archiveFindings(ZoITrellanInspector& inspector, ZoNTrellanInspector::ZoTDescription read,
+                                     const std::string& description);
 
 }  // namespace TrellanTool

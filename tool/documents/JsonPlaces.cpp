@@ -1,270 +1,199 @@
-// A walk over the parser's events. They do not tell where they are, so the parser reads through an iterator that
-// counts: at an event it has just read the token's last byte, and the token begins behind the one before, with nothing
-// but blanks and separators between them.
+// A walk over the text's tokens, along with the pointers that were asked for.
 #include "tool/documents/JsonPlaces.h"
 
 #include <algorithm>
-#include <iterator>
-#include <unordered_map>
-#include <unordered_set>
+#include <map>
+#include <memory>
+#include <utility>
 
-#include "json/Json.h"
+#include "tool/documents/DuplicateKeys.h"
+#include "tool/documents/JsonWalk.h"
 
 namespace TrellanTool {
 
 namespace {
 
-using Json = TrellanJson::json;
+constexpr std::size_t nowhere = static_cast<std::size_t>(-1);
 
-constexpr std::size_t maxDepth = 512;
+// A part that is asked for, or has such parts.
+struct Wanted {
+    std::size_t offset = nowhere;
+    std::map<std::string, std::unique_ptr<Wanted>, std::less<>> below;  // by the pointers' tokens, as they are written
 
-// Reads a text and tells how far all of its copies have come.
-class CountingIterator {
-public:
-    using iterator_category = std::input_iterator_tag;
-    using value_type = char;
-    using difference_type = std::ptrdiff_t;
-    using pointer = const char*;
-    using reference = const char&;
-
-    CountingIterator(const char* position, std::size_t* count) : position(position), count(count) {}
-    reference operator*() const { return *position; }
-    CountingIterator& operator++()
+    Wanted* find(std::string_view token) const
     {
-        ++position;
-        ++*count;
-        return *this;
+        const auto found = below.find(token);
+        return found == below.end() ? nullptr : found->second.get();
     }
-    CountingIterator operator++(int)
-    {
-        CountingIterator before = *this;
-        ++*this;
-        return before;
-    }
-    bool operator==(const CountingIterator& other) const { return position == other.position; }
-    bool operator!=(const CountingIterator& other) const { return position != other.position; }
-
-private:
-    const char* position;
-    std::size_t* count;
 };
 
-class LineIndex {
-public:
-    explicit LineIndex(std::string_view text)
-    {
-        for (std::size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n', end + 1)) {
-            begins.push_back(end + 1);
-        }
-    }
-
-    TextPlace placeOf(std::size_t offset) const
-    {
-        const auto next = std::upper_bound(begins.begin(), begins.end(), offset);
-        return {static_cast<std::size_t>(next - begins.begin()), offset - *std::prev(next) + 1};
-    }
-
-private:
-    std::vector<std::size_t> begins{0};
-};
-
-void appendToken(std::string& pointer, std::string_view key)
+std::string tokenOf(std::string_view key)
 {
-    pointer += '/';
+    std::string token;
     for (const char character : key) {
-        if (character == '~') {
-            pointer += "~0";
-        } else if (character == '/') {
-            pointer += "~1";
-        } else {
-            pointer += character;
-        }
+        token += character == '~' ? "~0" : character == '/' ? "~1" : std::string_view(&character, 1);
     }
+    return token;
 }
 
-// "[json.exception...] parse error at line 1, column 2: reason; last read: 'bytes'": the reason alone. The place is
-// told by the offset, and the bytes may be anything.
-std::string reasonOf(const Json::exception& error)
+// The part to which `pointer` leads from `whole`.
+Wanted& wantedAt(Wanted& whole, std::string_view pointer)
 {
-    std::string reason = error.what();
-    const bool namesPlace = reason.find("parse error at line") != std::string::npos;
-    const std::string_view beforeReason = namesPlace ? ": " : "] ";
-    if (const std::size_t begin = reason.find(beforeReason); begin != std::string::npos) {
-        reason.erase(0, begin + beforeReason.size());
+    Wanted* part = &whole;
+    while (!pointer.empty()) {
+        const std::size_t end = std::min(pointer.find('/', 1), pointer.size());
+        std::unique_ptr<Wanted>& below = part->below[std::string(pointer.substr(1, end - 1))];
+        if (!below) {
+            below = std::make_unique<Wanted>();
+        }
+        part = below.get();
+        pointer.remove_prefix(end);
     }
-    if (const std::size_t read = reason.find("; last read: '"); read != std::string::npos) {
-        reason.erase(read, reason.rfind('\'') + 1 - read);
-    }
-    return reason;
+    return *part;
 }
 
-// Follows the parser with the JSON Pointer of where it is.
-class Walk final : public nlohmann::json_sax<Json> {
+class Places final : public JsonVisitor {
 public:
     struct Duplicate {
+        std::size_t offset;
         std::string pointer;
-        std::size_t offset;
     };
 
-    struct Fault {
-        std::size_t offset;
-        std::string reason;
-        bool isEnd = false;  // the text ends too early
-    };
+    Places(std::string_view text, Wanted& whole) : source(text), whole(whole), keys(text) {}
 
-    Walk(std::string_view text, const std::vector<std::string>& wanted) : text(text)
+    void openObject(std::size_t begin) override { open(begin, true); }
+    void openArray(std::size_t begin) override { open(begin, false); }
+    void text(std::size_t begin, std::string_view) override { beginValue(begin); }
+    void scalar(std::size_t begin) override { beginValue(begin); }
+    void closeArray() override { containers.pop_back(); }
+
+    void closeObject() override
     {
-        for (const std::string& place : wanted) {
-            offsets.emplace(place, nowhere);
+        const std::vector<std::size_t> repeated = keys.take(containers.back().keys);
+        containers.pop_back();
+        if (!repeated.empty()) {
+            addDuplicates(repeated);
         }
     }
 
-    static constexpr std::size_t nowhere = static_cast<std::size_t>(-1);
-
-    std::size_t count = 0;  // bytes that the parser has read
-    std::unordered_map<std::string, std::size_t> offsets;
-    std::vector<Duplicate> duplicates;
-    std::optional<Fault> fault;
-
-    bool null() override { return scalar(); }
-    bool boolean(bool) override { return scalar(); }
-    bool number_integer(number_integer_t) override { return scalar(); }
-    bool number_unsigned(number_unsigned_t) override { return scalar(); }
-    bool number_float(number_float_t, const string_t&) override { return scalar(); }
-    bool string(string_t&) override { return scalar(); }
-    bool binary(binary_t&) override { return false; }
-
-    bool start_object(std::size_t) override { return open(true); }
-    bool end_object() override { return close(); }
-    bool start_array(std::size_t) override { return open(false); }
-    bool end_array() override { return close(); }
-
-    bool key(string_t& name) override
+    void key(std::size_t begin, std::string_view name) override
     {
         Container& object = containers.back();
-        pointer.resize(object.pointerLength);
-        appendToken(pointer, name);
-        const std::size_t begin = tokenBegin();
-        note(begin);
-        if (!object.keys.insert(name).second) {
-            duplicates.push_back({pointer, begin});
+        object.position = begin;
+        object.current = nullptr;
+        if (object.part != nullptr && !object.part->below.empty()) {
+            note(object.current = object.part->find(tokenOf(name)), begin);
         }
-        previousEnd = count;
-        return true;
+        keys.add(begin, name);
     }
 
-    bool parse_error(std::size_t position, const std::string&, const Json::exception& error) override
+    // What was found in the text, valid or not, in its order.
+    std::vector<Duplicate> takeDuplicates()
     {
-        // The parser tells the last byte that it has read. A token that is wrong as a whole is meant from its
-        // beginning on.
-        std::size_t offset = position == 0 ? 0 : position - 1;
-        std::string reason = reasonOf(error);
-        if (reason.find("unexpected") != std::string::npos || reason.find("overflow") != std::string::npos) {
-            offset = std::min(offset, tokenBegin());
+        while (!containers.empty()) {
+            containers.back().isObject ? closeObject() : closeArray();
         }
-        fault = Fault{offset, std::move(reason), position > text.size()};
-        return false;
+        std::sort(duplicates.begin(), duplicates.end(),
+                  [](const Duplicate& a, const Duplicate& b) { return a.offset < b.offset; });
+        return std::move(duplicates);
     }
 
 private:
     struct Container {
         bool isObject;
-        std::size_t pointerLength;  // of its own pointer
-        std::size_t elements;       // of an array, as far as read
-        std::unordered_set<std::string> keys;
+        Wanted* part;          // null: neither it is asked for nor anything in it
+        Wanted* current;       // of the present member or element
+        std::size_t position;  // of the present element; of a member where its key begins
+        std::size_t keys;
     };
 
-    std::size_t tokenBegin() const
+    static void note(Wanted* part, std::size_t offset)
     {
-        const std::size_t begin = text.find_first_not_of(" \t\r\n,:", previousEnd);
-        return begin == std::string_view::npos ? text.size() : begin;
-    }
-
-    void note(std::size_t offset)
-    {
-        const auto found = offsets.find(pointer);
-        if (found != offsets.end()) {
-            found->second = offset;
+        if (part != nullptr) {
+            part->offset = offset;
         }
     }
 
-    // A value begins at `offset`. A member's place is that of its key.
-    void beginValue(std::size_t offset)
+    // The part that begins. A member's place is that of its key.
+    Wanted* beginValue(std::size_t offset)
     {
         if (containers.empty()) {
-            note(offset);
-        } else if (!containers.back().isObject) {
-            pointer.resize(containers.back().pointerLength);
-            appendToken(pointer, std::to_string(containers.back().elements++));
-            note(offset);
+            note(&whole, offset);
+            return &whole;
+        }
+        Container& container = containers.back();
+        if (!container.isObject) {
+            ++container.position;
+            const bool isWanted = container.part != nullptr && !container.part->below.empty();
+            container.current = isWanted ? container.part->find(std::to_string(container.position)) : nullptr;
+            note(container.current, offset);
+        }
+        return container.current;
+    }
+
+    void open(std::size_t begin, bool isObject)
+    {
+        Wanted* const part = beginValue(begin);
+        containers.push_back({isObject, part, nullptr, nowhere, keys.begin()});
+    }
+
+    // Of members of the object that was just closed.
+    void addDuplicates(const std::vector<std::size_t>& repeated)
+    {
+        std::string object;
+        for (const Container& above : containers) {
+            object = pointerToMember(
+                std::move(object), above.isObject ? stringAt(source, above.position) : std::to_string(above.position));
+        }
+        for (const std::size_t offset : repeated) {
+            duplicates.push_back({offset, pointerToMember(object, stringAt(source, offset))});
         }
     }
 
-    bool scalar()
-    {
-        beginValue(tokenBegin());
-        previousEnd = count;
-        return true;
-    }
-
-    bool open(bool isObject)
-    {
-        beginValue(count - 1);
-        if (containers.size() == maxDepth) {
-            fault = Fault{count - 1, "more than 512 nested levels", false};
-            return false;
-        }
-        containers.push_back({isObject, pointer.size(), 0, {}});
-        previousEnd = count;
-        return true;
-    }
-
-    bool close()
-    {
-        pointer.resize(containers.back().pointerLength);
-        containers.pop_back();
-        previousEnd = count;
-        return true;
-    }
-
-    std::string_view text;
-    std::size_t previousEnd = 0;  // of the last token; behind a number one byte more may have been read
-    std::string pointer;
+    std::string_view source;
+    Wanted& whole;
+    DuplicateKeys keys;
     std::vector<Container> containers;
+    std::vector<Duplicate> duplicates;
 };
 
 }  // namespace
 
 std::string pointerToMember(std::string pointer, std::string_view key)
 {
-    appendToken(pointer, key);
-    return pointer;
+    return std::move(pointer) + '/' + tokenOf(key);
 }
 
-// The parser takes a NUL for the end of the text; the text is read up to it.
-JsonPlaces findJsonPlaces(std::string_view whole, const std::vector<std::string>& pointers)
+JsonPlaces findJsonPlaces(std::string_view text, const std::vector<std::string>& pointers)
 {
-    const std::size_t nul = whole.find('\0');
-    const std::string_view text = whole.substr(0, nul);
-    Walk walk(text, pointers);
-    const CountingIterator begin(text.data(), &walk.count);
-    const CountingIterator end(text.data() + text.size(), &walk.count);
-    Json::sax_parse(begin, end, &walk, Json::input_format_t::json, true);
+    Wanted whole;
+    for (const std::string& pointer : pointers) {
+        wantedAt(whole, pointer);
+    }
+    Places places(text, whole);
+    std::optional<JsonFault> fault = walkJson(text, places);
+    const std::vector<Places::Duplicate> duplicates = places.takeDuplicates();
 
-    if (nul != std::string_view::npos && (!walk.fault || walk.fault->isEnd)) {
-        walk.fault = {nul, "a NUL character", false};
-    }
-    const LineIndex lines(text);
-    JsonPlaces result;
-    if (walk.fault) {
-        result.fault = {lines.placeOf(std::min(walk.fault->offset, text.size())), walk.fault->reason};
-    }
-    for (const Walk::Duplicate& duplicate : walk.duplicates) {
-        result.duplicateKeys.push_back({duplicate.pointer, lines.placeOf(duplicate.offset)});
+    std::vector<std::size_t> offsets{fault ? fault->offset : 0};
+    for (const Places::Duplicate& duplicate : duplicates) {
+        offsets.push_back(duplicate.offset);
     }
     for (const std::string& pointer : pointers) {
-        const std::size_t offset = walk.offsets.at(pointer);
-        result.places.push_back(offset == Walk::nowhere ? std::nullopt : std::optional(lines.placeOf(offset)));
+        const std::size_t offset = wantedAt(whole, pointer).offset;
+        offsets.push_back(offset == nowhere ? 0 : offset);
+    }
+    const std::vector<TextPlace> found = placesOf(text, offsets);
+    JsonPlaces result;
+    if (fault) {
+        result.fault = {found.front(), std::move(fault->reason)};
+    }
+    std::size_t next = 1;
+    for (const Places::Duplicate& duplicate : duplicates) {
+        result.duplicateKeys.push_back({duplicate.pointer, found[next++]});
+    }
+    for (const std::string& pointer : pointers) {
+        const TextPlace& place = found[next++];
+        result.places.push_back(wantedAt(whole, pointer).offset == nowhere ? std::nullopt : std::optional(place));
     }
     return result;
 }

@@ -1,19 +1,14 @@
 // Where the parts of a JSON text stand in it: for messages that lead to the place that is meant.
 #pragma once
 
-#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace TrellanTool {
+#include "tool/documents/TextPlace.h"
 
-// A place in a text: line and column, both from 1, columns in bytes.
-struct TextPlace {
-    std::size_t line = 0;
-    std::size_t column = 0;
-};
+namespace TrellanTool {
 
 // What reading a JSON text found out about its places.
 struct JsonPlaces {
@@ -40,9 +35,7 @@ struct JsonPlaces {
 // JSON Pointer to the member `key` of the object to which `pointer` leads.
 std::string pointerToMember(std::string pointer, std::string_view key);
 
-// Reads `text` once and finds the parts that `pointers` (JSON Pointers) name. As strict as the library's own reader: no
-// comments, no trailing commas, valid UTF-8, at most 512 nested levels, no NUL anywhere; a byte-order mark at the
-// beginning is passed over.
+// Reads `text` once (walkJson) and finds the parts that `pointers` (JSON Pointers) name.
 JsonPlaces findJsonPlaces(std::string_view text, const std::vector<std::string>& pointers);
 
 }  // namespace TrellanTool

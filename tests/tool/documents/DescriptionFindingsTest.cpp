@@ -187,6 +187,42 @@ TEST_F(DescriptionFindings, TellEachMemberThatStandsTwice)
             R"({"rule":"duplicate-key","severity":"error","file":null,"board":null,"pointer":"/info","line":7,"column":3,"message":"the member stands in its object already, and the last one counts: take one away"})"));
 }
 
+TEST_F(DescriptionFindings, TellTheUnknownMembersOfWhatCounts)
+{
+    addFile("a.bin", "123456789");
+    describe(R"({
+  "info": [{"x": 1}], "z": 0,
+  "files": [{"name": "b.bin", "x": 1}, {"y": 1}],
+  "z": {"files": [{"w": 1}]},
+  "files": [
+    {"x": 1, "name": "a.bin", "sequence": 1, "checksumCrc32": 3421780262, "boards": [{"x": 1}], "id": 1,
+     "boards": [{"boardType": "A", "v": 1, "boardId": 1}], "x": {"x": 1}}
+  ],
+  "info": {"formatVersion": "1.0", "archiveVersion": "2.0", "productName": "P", "archiveName": "N"}
+})");
+    EXPECT_THAT(
+        lines(),
+        ElementsAre(
+            R"(archive.json:4:3: warning: the format has no "z" here; the nearest is "info" [unknown-key])",
+            R"(archive.json:4:3: error: the member stands in its object already, and the last one counts: take one away [duplicate-key])",
+            R"(archive.json:5:3: error: the member stands in its object already, and the last one counts: take one away [duplicate-key])",
+            R"(archive.json:7:6: error: files[0] "a.bin": the member stands in its object already, and the last one counts: take one away [duplicate-key])",
+            R"(archive.json:7:36: warning: files[0] boards[0] "a.bin": the format has no "v" here; the nearest is "id" [unknown-key])",
+            R"(archive.json:7:60: warning: files[0] "a.bin": the format has no "x" here; the nearest is "id" [unknown-key])",
+            R"(archive.json:7:60: error: files[0] "a.bin": the member stands in its object already, and the last one counts: take one away [duplicate-key])",
+            R"(archive.json:9:3: error: the member stands in its object already, and the last one counts: take one away [duplicate-key])"));
+}
+
+TEST_F(DescriptionFindings, TellNoUnknownMembersOfWhatIsOfAnotherType)
+{
+    describe(R"({"info": [{"x": 1}], "files": {"0": {"x": 1}}})");
+    EXPECT_THAT(
+        lines(),
+        ElementsAre(
+            R"(archive.json:1:2: error: The archive description file is corrupt. Property "info" is missing or invalid. [structure])",
+            R"(archive.json:1:22: error: The archive description file is corrupt. Property "files" is missing or invalid. [structure])"));
+}
+
 TEST_F(DescriptionFindings, AreOfNoEntryWhereThereAreNone)
 {
     describe(R"({"files": {"0": {"a/b": 1, "a/b": 2}}})");

@@ -107,6 +107,30 @@ TEST(JsonPlaces, OfMembersWithTheSameKeyTheLastCountsAndIsNamed)
     EXPECT_EQ(shown(*found.places[1]), "2:19");
 }
 
+TEST(JsonPlaces, EachLaterMemberWithAKeyIsADuplicateHoweverItIsWritten)
+{
+    const JsonPlaces found = findJsonPlaces(R"([{"b/":0,"aa":1,"\u0061a":2,"b\/":3,"a\u0061":4,"A":5}])", {});
+    ASSERT_EQ(found.duplicateKeys.size(), 3U);
+    EXPECT_EQ(found.duplicateKeys[0].pointer, "/0/aa");
+    EXPECT_EQ(shown(found.duplicateKeys[0].place), "1:17");
+    EXPECT_EQ(found.duplicateKeys[1].pointer, "/0/b~1");
+    EXPECT_EQ(shown(found.duplicateKeys[1].place), "1:29");
+    EXPECT_EQ(found.duplicateKeys[2].pointer, "/0/aa");
+    EXPECT_EQ(shown(found.duplicateKeys[2].place), "1:37");
+}
+
+TEST(JsonPlaces, DuplicatesAreFoundAmongManyKeysAndInObjectsThatDoNotEnd)
+{
+    std::string text = "{\"files\":[0,{";
+    for (unsigned number = 0; number < 100000; ++number) {
+        text += '"' + std::to_string(number) + "\":1,";
+    }
+    const JsonPlaces found = findJsonPlaces(text + "\"99999\":1", {});
+    ASSERT_EQ(found.duplicateKeys.size(), 1U);
+    EXPECT_EQ(found.duplicateKeys[0].pointer, "/files/1/99999");
+    EXPECT_EQ(shown(found.duplicateKeys[0].place), "1:988904");
+}
+
 TEST(JsonPlaces, TheSameKeyInTwoObjectsIsNoDuplicate)
 {
     EXPECT_TRUE(findJsonPlaces("[{\"a\":{\"a\":1}},{\"a\":2}]", {}).duplicateKeys.empty());

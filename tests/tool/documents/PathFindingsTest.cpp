@@ -171,7 +171,8 @@ TEST_F(PathFindings, TellARelativeFolderOfTheArchiveThatLooksLikeAnOption)
     const std::unique_ptr<ZoITrellanUpdater> updater(
         ZoITrellanUpdater::createInstance(optionsFor(ZoNTrellanUpdater::ARCHIVE_VERSION, "-a")));
     const std::unique_ptr<ZoITrellanInspector> inspector(ZoITrellanInspector::createInstance(*updater));
-    const auto findings = TrellanTool::archiveFindings(*inspector, readText(file("archive.json")), nullptr, nullptr);
+    const auto read = inspector->checkArchive(nullptr, nullptr);
+    const auto findings = TrellanTool::archiveFindings(*inspector, read, readText(file("archive.json")));
     std::filesystem::current_path(before);
     ASSERT_EQ(findings.size(), 1u);
     EXPECT_EQ(

@@ -204,7 +204,8 @@ TEST(RandomDescriptions, AreRefusedByTheCheckWithTheReadersMessageWhereTheReader
         const std::string description = mutations.next();
         folder.write("archive.json", description);
         const std::string message = readersMessage(options);
-        const std::vector<Finding> findings = TrellanTool::archiveFindings(*inspector, description, nullptr, nullptr);
+        const auto read = inspector->checkArchive(nullptr, nullptr);
+        const std::vector<Finding> findings = TrellanTool::archiveFindings(*inspector, read, description);
         if (message.empty()) {
             ASSERT_TRUE(std::none_of(findings.begin(), findings.end(), isAboutReading)) << description;
             ++sound;

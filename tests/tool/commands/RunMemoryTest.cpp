@@ -1,0 +1,118 @@
+// What a run of the tool costs in memory beside the tool itself, for each byte of the document that it reads.
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <algorithm>
+
+#include "support/AnotherProcess.h"
+#include "support/BuildTree.h"
+#include "support/Process.h"
+#include "support/TargetBuilder.h"
+#include "support/TempDir.h"
+
+namespace {
+
+constexpr std::size_t size = 10000000;  // of each document, nearly: what does not grow with it counts for little
+
+// A document of as many pieces as go into the size, joined by commas. In a piece "#" is a number of its own.
+struct Shape {
+    std::string name;
+    std::string front;
+    std::string piece;
+    std::string back;
+};
+
+std::string textOf(const Shape& shape)
+{
+    const auto mark = shape.piece.find('#');
+    std::string text = shape.front;
+    for (unsigned number = 1; text.size() < size; ++number) {
+        text += mark == std::string::npos
+                    ? shape.piece
+                    : shape.piece.substr(0, mark) + std::to_string(number) + shape.piece.substr(mark + 1);
+        text += ',';
+    }
+    text.pop_back();
+    return text + shape.back;
+}
+
+// A sound description with a member that the format does not have.
+Shape withMember(const std::string& name, const std::string& front, const std::string& piece, const std::string& back)
+{
+    return {name,
+            R"({"info":{"formatVersion":"1.0","archiveVersion":"2.0","productName":"P","archiveName":"N"},"files":[)"
+            R"({"name":"a.bin","sequence":1,"boardType":"A","id":1,"version":null,"checksumCrc32":1}],"extra":)" +
+                front,
+            piece, back + "}"};
+}
+
+class RunMemory : public testing::Test {
+protected:
+    void SetUp() override
+    {
+#ifdef __SANITIZE_ADDRESS__
+        GTEST_SKIP() << "the sanitizer has a memory of its own";
+#endif
+    }
+
+    // Most memory that a program which this process has waited for has had, in bytes.
+    static std::size_t peak()
+    {
+        struct rusage usage = {};
+        ::getrusage(RUSAGE_CHILDREN, &usage);
+        return static_cast<std::size_t>(usage.ru_maxrss) * 1024;
+    }
+
+    // In tenths; 255 and more: 255, and where the command says that it could not read a document.
+    int tenthsForEachByte(const std::vector<std::string>& arguments) const
+    {
+        return inAnotherProcess([&] {
+            runProcess(TRELLAN_TOOL, {"--version"}, folder.path());
+            const std::size_t tool = peak();
+            const ProcessResult result = runProcess(TRELLAN_TOOL, arguments, folder.path());
+            return result.status != 0 && result.status != 1
+                       ? 255
+                       : static_cast<int>(std::min<std::size_t>((peak() - tool) * 10 / size, 255));
+        });
+    }
+
+    const TempDir folder;
+};
+
+class DescriptionRunMemory : public RunMemory, public testing::WithParamInterface<Shape> {
+protected:
+    void SetUp() override
+    {
+        RunMemory::SetUp();
+        folder.write("archive/archive.json", textOf(GetParam()));
+        folder.write("archive/a.bin", "123456789");
+        folder.write("target.json",
+                     target({board("HCN", {{"PRODUCT/BOARD_TYPE", "A"}}, {updateElement(1, {})})}).dump());
+    }
+};
+
+}  // namespace
+
+TEST_P(DescriptionRunMemory, OfACheckIsAtMostTenTimesTheSize)
+{
+    EXPECT_LE(tenthsForEachByte({"check", "archive"}), 100);
+}
+
+TEST_P(DescriptionRunMemory, OfAnExplanationIsAtMostTenTimesTheSize)
+{
+    EXPECT_LE(tenthsForEachByte({"explain", "archive", "--target", "target.json", "--json"}), 100);
+}
+
+TEST_P(DescriptionRunMemory, OfACheckedUpdateIsAtMostTenTimesTheSize)
+{
+    EXPECT_LE(tenthsForEachByte({"update", "archive", "--target", "target.json", "--dry-run", "--json"}), 100);
+}
+
+INSTANTIATE_TEST_SUITE_P(Shapes, DescriptionRunMemory,
+                         testing::Values(withMember("Numbers", "[", "1", "]"), withMember("Fractions", "[", "0.1", "]"),
+                                         withMember("Arrays", "[", "[0]", "]"),
+                                         withMember("EmptyObjects", "[", "{}", "]"),
+                                         withMember("Objects", "[", R"({"":1})", "]"),
+                                         withMember("ManyMembers", "{", R"("#":1)", "}"),
+                                         withMember("ManyLines", "[", "1\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n", "]")),
+                         [](const auto& shape) { return shape.param.name; });
