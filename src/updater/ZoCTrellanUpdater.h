@@ -10,10 +10,10 @@
 #include <vector>
 
 #include "ZoITrellanUpdater.h"
+#include "base/TableText.h"
 #include "libZoComposite/ZoCString.h"
 #include "libZoCompositeFactory/ZoCVersion.h"
 #include "libZoErrorHandling/ZoCErrorListPool.h"
-#include "updater/TableText.h"
 
 class ZoCUpdateArchive;
 class ZoCUpdateInventory;
@@ -67,7 +67,7 @@ public:
 
     // Prints the rows as columns separated by " | ", with a rule below the first row. Cells may be missing at a row's
     // end.
-    void printTable(const TableText& table) const;
+    void printTable(const ZoNUpdateBase::TableText& table) const;
 
     // Prints the errors, indented by `indent` blanks and wrapped for a console of 80 columns; with `verbose` also when
     // and where they happened.
@@ -113,7 +113,7 @@ private:
     // Hands `text` out as one piece, as it is.
     void printText(const std::string& text) const;
 
-    void printRow(TableText::Cells& cells, const std::vector<std::size_t>& widths) const;
+    void printRow(ZoNUpdateBase::TableText::Cells& cells, const std::vector<std::size_t>& widths) const;
     void printRule(std::size_t length) const;
     void printError(const ZoCErrorListPool& errors, unsigned index, unsigned indent) const;
     void printErrorDetails(const ZoCErrorListPool& errors, unsigned index) const;

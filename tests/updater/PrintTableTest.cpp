@@ -10,9 +10,9 @@ namespace {
 
 using Rows = std::vector<std::vector<std::string>>;
 
-TableText tableOf(const Rows& rows)
+ZoNUpdateBase::TableText tableOf(const Rows& rows)
 {
-    TableText table;
+    ZoNUpdateBase::TableText table;
     for (const auto& row : rows) {
         table.addRow(row);
     }

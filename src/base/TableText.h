@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+namespace ZoNUpdateBase {
+
 class TableText {
 public:
     // The cells of a row, from the first to the last; empty ones behind that.
@@ -65,3 +67,5 @@ private:
     std::vector<std::size_t> sizes;  // of the rows
     std::vector<std::size_t> widths;
 };
+
+}  // namespace ZoNUpdateBase
