@@ -39,24 +39,30 @@ Candidate candidateOf(Value kind, const ZoTUpdateElement& shown, const ZoTElemen
     }
 }
 
-// In UTF-8, all of one length: from the first to the last. U+061C, U+200E and U+200F, U+2028 to U+202E, and U+2066 to
-// U+2069, of which most turn the text around that follows.
+// In UTF-8: the bytes before the last one, and what that may be. U+061C, U+200E and U+200F, U+2028 to U+202E, and
+// U+2066 to U+2069, of which most turn the text around that follows.
 struct Range {
-    std::string_view first, last;
+    std::string_view begin;
+    unsigned char from, to;
 };
 
-constexpr Range turningRanges[] = {{"\xd8\x9c", "\xd8\x9c"},
-                                   {"\xe2\x80\x8e", "\xe2\x80\x8f"},
-                                   {"\xe2\x80\xa8", "\xe2\x80\xae"},
-                                   {"\xe2\x81\xa6", "\xe2\x81\xa9"}};
+constexpr Range turningRanges[] = {
+    {"\xd8", 0x9c, 0x9c}, {"\xe2\x80", 0x8e, 0x8f}, {"\xe2\x80", 0xa8, 0xae}, {"\xe2\x81", 0xa6, 0xa9}};
+
+bool beginsWith(std::string_view text, const Range& range)
+{
+    if (!text.starts_with(range.begin) || text.size() == range.begin.size()) {
+        return false;
+    }
+    const auto last = static_cast<unsigned char>(text[range.begin.size()]);
+    return last >= range.from && last <= range.to;
+}
 
 bool turnsText(std::string_view text)
 {
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (std::any_of(std::begin(turningRanges), std::end(turningRanges), [&](const Range& range) {
-                const std::string_view character = text.substr(i, range.first.size());
-                return range.first <= character && character <= range.last;
-            })) {
+    for (; !text.empty(); text.remove_prefix(1)) {
+        if (std::any_of(std::begin(turningRanges), std::end(turningRanges),
+                        [&](const Range& range) { return beginsWith(text, range); })) {
             return true;
         }
     }
