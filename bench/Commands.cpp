@@ -54,18 +54,21 @@ std::string pathOf(const benchmark::State& state, const char* name)
     return (productionFolder(sizeOf(state)) / name).string();
 }
 
+template <unsigned elementsOfBoard>
 void compare(benchmark::State& state)
 {
-    measureRuns(state, program("trellan-update") + " compare " + productionFolder(sizeOf(state)).string() +
-                           " --target " + pathOf(state, "target.json"));
+    const std::string folder = productionFolder(sizeOf(state), elementsOfBoard).string();
+    measureRuns(state, program("trellan-update") + " compare " + folder + " --target " + folder + "/target.json");
 }
 
+template <unsigned elementsOfBoard>
 void compareBySimdjson(benchmark::State& state)
 {
+    const std::filesystem::path& folder = productionFolder(sizeOf(state), elementsOfBoard);
     for ([[maybe_unused]] auto iteration : state) {
         for (const char* const name : {"archive.json", "target.json"}) {
             simdjson::dom::parser parser;
-            benchmark::DoNotOptimize(parser.load(pathOf(state, name)).value().is_object());
+            benchmark::DoNotOptimize(parser.load((folder / name).string()).value().is_object());
         }
     }
 }
@@ -114,8 +117,14 @@ void coverage(benchmark::State& state)
 
 constexpr auto sizes = {1000, 10000, 100000};
 
-const auto* const compared = measure("compare", compare, sizes) -> UseManualTime();
-const auto* const comparedBySimdjson = measure("compare-simdjson", compareBySimdjson, sizes);
+constexpr auto ends = {1000, 100000};
+
+const auto* const compared = measure("compare", compare<8>, sizes) -> UseManualTime();
+const auto* const comparedBySimdjson = measure("compare-simdjson", compareBySimdjson<8>, sizes);
+const auto* const comparedFours = measure("compare-boards-of-4", compare<4>, ends) -> UseManualTime();
+const auto* const comparedFoursBySimdjson = measure("compare-boards-of-4-simdjson", compareBySimdjson<4>, ends);
+const auto* const comparedOnes = measure("compare-boards-of-1", compare<1>, ends) -> UseManualTime();
+const auto* const comparedOnesBySimdjson = measure("compare-boards-of-1-simdjson", compareBySimdjson<1>, ends);
 const auto* const installedOnes = measure("installed", installed, sizes) -> UseManualTime();
 const auto* const installedOnesByNlohmann = measure("installed-nlohmann", installedByNlohmann, sizes);
 const auto* const updated = measure("update", update, sizes) -> UseManualTime();

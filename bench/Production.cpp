@@ -2,13 +2,13 @@
 
 #include <cstring>
 #include <map>
+#include <utility>
 
 #include "base/Crc32.h"
 #include "support/TempDir.h"
 
 namespace {
 
-constexpr unsigned elementsOfBoard = 8;
 constexpr unsigned boardTypes = 40;
 constexpr const char* image = "the image of each board";
 
@@ -29,12 +29,12 @@ bool isUpToDate(unsigned number)
 
 std::string boardTypeOf(unsigned number)
 {
-    return numbered("KR", 5000 + number / elementsOfBoard % boardTypes);
+    return numbered("KR", 5000 + number / mostElementsOfBoard % boardTypes);
 }
 
 std::string variantOf(unsigned number)
 {
-    return numbered("V", number / elementsOfBoard % 3);
+    return numbered("V", number / mostElementsOfBoard % 3);
 }
 
 std::string pathOf(unsigned number)
@@ -134,12 +134,12 @@ void change(Element& element, unsigned number)
     }
 }
 
-using Folders = std::map<unsigned, TempDir>;
+using Folders = std::map<std::pair<unsigned, unsigned>, TempDir>;  // by number of elements, and of those of a board
 
 // The folder for this size, which is written when it is new.
 const TempDir& folderOf(Folders& folders, unsigned count, const Case& data)
 {
-    const auto [folder, isNew] = folders.try_emplace(count);
+    const auto [folder, isNew] = folders.try_emplace({count, data.elementsOfBoard});
     if (isNew) {
         folder->second.write("archive.json", textOf(descriptionOf(count, data.members)));
         folder->second.write("target.json", textOf(targetOf(count, data)));
@@ -149,20 +149,21 @@ const TempDir& folderOf(Folders& folders, unsigned count, const Case& data)
 
 }  // namespace
 
-Case production()
+// Eight elements one behind the other are on boards of the same type and variant, however many boards.
+Case production(unsigned elementsOfBoard)
 {
     return {[](unsigned i) { return membersOf(i, isFile(i)); }, change, elementsOfBoard};
 }
 
 Case productionOfDevice()
 {
-    return {deviceMembersOf, [](Element& element, unsigned i) { place(element, i, false); }, elementsOfBoard};
+    return {deviceMembersOf, [](Element& element, unsigned i) { place(element, i, false); }, mostElementsOfBoard};
 }
 
-const std::filesystem::path& productionFolder(unsigned count)
+const std::filesystem::path& productionFolder(unsigned count, unsigned elementsOfBoard)
 {
     static Folders folders;
-    return folderOf(folders, count, production()).path();
+    return folderOf(folders, count, production(elementsOfBoard)).path();
 }
 
 const std::filesystem::path& productionOfDeviceFolder(unsigned count)
@@ -170,7 +171,7 @@ const std::filesystem::path& productionOfDeviceFolder(unsigned count)
     static Folders folders;
     const TempDir& folder = folderOf(folders, count, productionOfDevice());
     for (unsigned i = 0; i < boardTypes; ++i) {
-        folder.write(imageOf(i * elementsOfBoard), image);
+        folder.write(imageOf(i * mostElementsOfBoard), image);
     }
     return folder.path();
 }
