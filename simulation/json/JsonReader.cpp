@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 #include <type_traits>
 
+#include "json/Shortened.h"
 #include "simulation/json/JsonCharacters.h"
 
 #ifdef __SSE2__
@@ -252,7 +253,9 @@ std::string reasonWhyNoJson(const std::string& text)
     NoEvents events;
     SlowParser::sax_parse(text, &events);
     const auto mark = events.reason.find("] ");  // behind the parser's own number for the fault
-    return mark == std::string::npos ? events.reason : events.reason.substr(mark + 2);
+    const std::string reason = mark == std::string::npos ? events.reason : events.reason.substr(mark + 2);
+    return TrellanJson::withShortQuote(TrellanJson::withShortQuote(reason, "; last read: '"),
+                                       "number overflow parsing '");
 }
 
 }  // namespace TrellanSimulation

@@ -42,7 +42,8 @@ enum class JsonVerdict {
 // text, which stays as it is. What `events` throws goes through.
 JsonVerdict readJson(std::string& text, JsonEvents& events, std::size_t maxDepth);
 
-// Why `text`, which is not valid, is not: the parser's words with line and column.
+// Why `text`, which is not valid, is not: the parser's words with line and column, and of what it has read last the
+// beginning.
 std::string reasonWhyNoJson(const std::string& text);
 
 }  // namespace TrellanSimulation

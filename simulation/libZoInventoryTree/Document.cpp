@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "json/Shortened.h"
 #include "simulation/json/JsonBuilder.h"
 
 namespace TrellanSimulation {
@@ -55,7 +56,7 @@ std::string Place::text() const
         if (!text.empty()) {
             text += '.';
         }
-        text += (*place)->member;
+        text += TrellanJson::shortened((*place)->member);
     }
     return text;
 }

@@ -104,7 +104,7 @@ public:
     Place(const Place& above, std::string_view member) : above(&above), member(member) {}
     Place(const Place& above, std::size_t position) : above(&above), position(position) {}
 
-    // As in "tree.items[0].parameters.ID"; empty for the document.
+    // As in "tree.items[0].parameters.ID", of long names the beginning; empty for the document.
     std::string text() const;
 
 private:

@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include "json/Shortened.h"
 #include "simulation/libZoInventoryTree/AddressText.h"
 
 namespace TrellanSimulation {
@@ -56,7 +57,7 @@ ZoCInventoryAddress readId(const ItemMembers& item, const Place& place)
     const std::string_view text = getText(*item.id, idPlace);
     const auto id = parseElement(text);
     if (!id) {
-        throw DocumentFault(idPlace, "unknown id '" + std::string(text) + "'");
+        throw DocumentFault(idPlace, "unknown id '" + TrellanJson::shortened(text) + "'");
     }
     return *id;
 }

@@ -3,6 +3,7 @@
 
 #include <sys/stat.h>
 
+#include <climits>
 #include <ctime>
 #include <system_error>
 
@@ -34,6 +35,9 @@ std::string_view readFolder(const Json& value, const Place& place)
     }
     if (text.find('\0') != std::string_view::npos) {
         throw DocumentFault(place, "holds a NUL character");
+    }
+    if (text.size() >= PATH_MAX) {
+        throw DocumentFault(place, "too long for a path");
     }
     return text;
 }

@@ -178,7 +178,10 @@ INSTANTIATE_TEST_SUITE_P(
                       Shape{"OneString", [] { return stringOf("abcdefgh"); }},
                       Shape{"OneStringOfEscapes", [] { return stringOf("\\n"); }},
                       Shape{"OneStringOfTwoByteCharacters", [] { return stringOf("\xC3\xA4"); }},
-                      Shape{"Blanks", [] { return repeated(" ", size) + "1"; }}, Shape{"NoJson", arrayOf("[],]")}),
+                      Shape{"Blanks", [] { return repeated(" ", size) + "1"; }}, Shape{"NoJson", arrayOf("[],]")},
+                      Shape{"NoEnd", [] { return '"' + repeated("a", size); }},
+                      Shape{"NoEndOfEscapes", [] { return '"' + repeated("\\n", size / 2); }},
+                      Shape{"OneNumber", [] { return repeated("1", size); }}),
     [](const auto& shape) { return shape.param.name; });
 
 INSTANTIATE_TEST_SUITE_P(

@@ -328,6 +328,43 @@ TEST(TargetFile, MustBeValidJson)
     }
 }
 
+// Eighty bytes, of characters of two bytes each, and what is too long.
+TEST(TargetFile, IsRefusedWithNoMoreThanTheBeginningOfALongText)
+{
+    const std::string longText(5000000, 'a');
+    const std::string begins = std::string(80, 'a') + "...";
+    EXPECT_EQ(faultOfText(R"({"tree":{"id":")" + longText + "\"}}"),
+              " cannot be read: tree.id: unknown id '" + begins + "'");
+    EXPECT_EQ(faultOfText("{\"" + longText + R"(":1,"tree":{"id":"ROOT"}})"),
+              " cannot be read: " + begins + ": unknown member");
+    EXPECT_EQ(faultOfText(R"({"tree":{"id":"ROOT","parameters":{")" + longText + "\":1}}}"),
+              " cannot be read: tree.parameters." + begins + ": unknown parameter");
+    EXPECT_EQ(faultOfText(R"({"tree":{"id":"ROOT"},"flashDrive":")" + longText + "\"}"),
+              " cannot be read: flashDrive: too long for a path");
+    EXPECT_EQ(faultOfText("{\"" + longText),
+              " cannot be read: parse error at line 1, column 5000003: syntax error while parsing object key - invalid "
+              "string: missing closing quote; last read: '\"" +
+                  std::string(79, 'a') + "...'; expected string literal");
+    EXPECT_EQ(faultOfText("[" + std::string(5000000, '1') + "]"),
+              " cannot be read: number overflow parsing '" + std::string(80, '1') + "...'");
+}
+
+TEST(TargetFile, IsRefusedWithWholeCharactersOfALongText)
+{
+    const auto unknownId = [](const std::string& id) {
+        return faultOfText(R"({"tree":{"id":")" + id + "\"}}").substr(std::string(" cannot be read: tree.id: ").size());
+    };
+    const std::string eighty(80, 'a');
+    EXPECT_EQ(unknownId(eighty), "unknown id '" + eighty + "'");
+    EXPECT_EQ(unknownId(eighty + "b"), "unknown id '" + eighty + "...'");
+    EXPECT_EQ(unknownId(eighty.substr(1) + "\xC3\xA4"), "unknown id '" + eighty.substr(1) + "...'");
+    EXPECT_EQ(unknownId(eighty.substr(2) + "\xC3\xA4"), "unknown id '" + eighty.substr(2) + "\xC3\xA4'");
+    EXPECT_EQ(unknownId(eighty.substr(2) + "\xC3\xA4"
+                                           "b"),
+              "unknown id '" + eighty.substr(2) + "\xC3\xA4...'");
+    EXPECT_EQ(unknownId(eighty.substr(3) + "\xF0\x9F\x94\xA5"), "unknown id '" + eighty.substr(3) + "...'");
+}
+
 TEST(TargetFile, MayHave512LevelsOfItems)
 {
     const auto nested = [](int levels) {

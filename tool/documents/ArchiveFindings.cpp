@@ -7,6 +7,7 @@
 #include <charconv>
 #include <set>
 
+#include "json/Shortened.h"
 #include "tool/Nearest.h"
 #include "tool/documents/UnknownMembers.h"
 
@@ -100,9 +101,9 @@ void addUnknownKeys(std::vector<Finding>& findings, ZoITrellanInspector& inspect
         std::string pointer = pointerOf(member);
         if (!passedOver.contains(member.file.value_or(-1)) && !faulty.contains(pointer)) {
             const std::string& near = nearest(member.key, known[static_cast<std::size_t>(member.object)]);
-            findings.push_back(
-                finding("unknown-key", ZoTSeverity::WARNING, std::move(pointer),
-                        "the format has no \"" + member.key + "\" here; the nearest is \"" + near + "\""));
+            findings.push_back(finding("unknown-key", ZoTSeverity::WARNING, std::move(pointer),
+                                       "the format has no \"" + TrellanJson::shortened(member.key) +
+                                           "\" here; the nearest is \"" + near + "\""));
         }
     }
 }

@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "json/Json.h"
+#include "json/Shortened.h"
 
 namespace TrellanTool {
 
@@ -60,7 +61,7 @@ std::string reasonOf(const Json::exception& error)
     if (const std::size_t read = reason.find("; last read: '"); read != std::string::npos) {
         reason.erase(read, reason.rfind('\'') + 1 - read);
     }
-    return reason;
+    return TrellanJson::withShortQuote(reason, "number overflow parsing '");
 }
 
 class Walk final : public nlohmann::json_sax<Json> {

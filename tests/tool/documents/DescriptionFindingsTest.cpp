@@ -223,6 +223,31 @@ TEST_F(DescriptionFindings, TellNoUnknownMembersOfWhatIsOfAnotherType)
             R"(archive.json:1:22: error: The archive description file is corrupt. Property "files" is missing or invalid. [structure])"));
 }
 
+TEST_F(DescriptionFindings, TellTheBeginningOfLongTexts)
+{
+    const std::string longText(5000000, 'a');
+    const std::string begins = std::string(80, 'a') + "...";
+    describe("{\"" + longText + "\": 1, \"files\": [{\"name\": \"" + longText + "\"}], \"info\": 1}");
+    EXPECT_THAT(
+        lines(),
+        ElementsAre(
+            "archive.json:1:2: warning: the format has no \"" + begins +
+                "\" here; the nearest is \"info\" [unknown-key]",
+            "archive.json:1:5000019: error: files[0] \"" + begins +
+                "\": File entry 0 is invalid. A mandatory property is missing or invalid. [structure]",
+            "archive.json:1:5000019: error: files[0] \"" + begins +
+                "\": File entry 0 is invalid. Either \"id\" or \"targetPath\" must be specified. [structure]",
+            "archive.json:1:5000020: error: files[0] \"" + begins +
+                "\": the archive's folder has no such file: add it, or correct the name [missing-file]",
+            "archive.json:1:10000034: error: The archive description file is corrupt. Property \"info\" is missing or "
+            "invalid. [structure]"));
+    describe("[" + std::string(5000000, '1') + "]");
+    EXPECT_THAT(lines(),
+                ElementsAre("archive.json:1:2: error: The archive description file {folder}/archive/archive.json is "
+                            "corrupt. Invalid JSON data. (number overflow parsing '" +
+                            std::string(80, '1') + "...') [syntax]"));
+}
+
 TEST_F(DescriptionFindings, AreOfNoEntryWhereThereAreNone)
 {
     describe(R"({"files": {"0": {"a/b": 1, "a/b": 2}}})");
