@@ -12,9 +12,11 @@
 #include "allocations/Allocations.h"
 #include "simulation/base/Clock.h"
 #include "simulation/base/Resources.h"
+#include "simulation/target/TargetLock.h"
 #include "support/AnotherProcess.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
+#include "support/TempDir.h"
 #include "support/Unprivileged.h"
 
 using nlohmann::ordered_json;
@@ -164,6 +166,19 @@ TEST(Lock, ReportsALockFileThatCannotBeOpened)
     EXPECT_EQ(session.errors.text(0), "The target file " + device.path().string() +
                                           " cannot be read: its lock file cannot be opened: open " + file +
                                           ": Is a directory.");
+}
+
+TEST(Lock, NamesAFlashDriveThatCannotBeOpened)
+{
+    const TempDir folder;
+    const std::string drive = folder.path() / "drive";
+    try {
+        TrellanSimulation::TargetLock::acquire(folder.path() / "target.json", drive);
+        FAIL() << "locked";
+    } catch (const std::exception& fault) {
+        EXPECT_EQ(std::string(fault.what()),
+                  "its flash drive cannot be locked: open " + drive + ": No such file or directory");
+    }
 }
 
 TEST(Lock, RefusesALockFileThatIsNoRegularFile)

@@ -104,6 +104,8 @@ TEST(Completion, OfAListAddsToTheNamesThatItHas)
     EXPECT_EQ(names("a, UserF"), "list\na, UserFirmware\tFirmware\na, UserFpga\tFPGA\n");
     EXPECT_EQ(names("UserFpga,a,b c,b d,e,"), "list\nUserFpga,a,b c,b d,e,UserFirmware\tFirmware\n");
     EXPECT_EQ(names("x"), "list\n");
+    const SimulatedTarget numbered(targetWith({"Fan", "Fan2"}));
+    EXPECT_EQ(completedOn(numbered, {"--element-names", "Fan2,F"}), "list\nFan2,Fan\tFan\n");
 }
 
 TEST(Completion, OfAnIndexTellsTheElementsThatTheFiltersSelect)
