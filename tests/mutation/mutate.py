@@ -26,6 +26,7 @@ from worth import Worth, noticed_by
 SOURCES = ['src/**/*.cpp', 'tool/**/*.cpp', 'simulation/target/*.cpp']
 LIMIT = 97.0  # percent of the mutants that are counted
 LOG = FOLDER.parent / 'verdicts.jsonl'
+NOTICED = FOLDER.parent / 'noticed.jsonl'  # in its place with --all-tests
 LONGEST = 900  # seconds that one mutant may take
 NOT_TRIED = ('uncompiled', 'lost')  # lost: the sandbox could not be used
 
@@ -49,9 +50,9 @@ def change(entry):
     return f"without `{entry['before']}`" if entry['kind'] == 'call' else f"`{entry['after']}`"
 
 
-def logged():
+def logged(log):
     """What became of each mutant, by its key; the last time counts."""
-    lines = LOG.read_text().split('\n') if LOG.is_file() else []
+    lines = log.read_text().split('\n') if log.is_file() else []
     return {entry['key']: entry for entry in (json.loads(line) for line in lines if line)}
 
 
@@ -93,12 +94,10 @@ def job_of(mutant, tree, known, asked):
 class Run:
     """The workers and what they have found out."""
 
-    def __init__(self, asked, mutants):
-        self.found = logged()
+    def __init__(self, asked, mutants, log):
+        self.found, self.log = logged(log), log
         if asked.again:
             self.found = {key: entry for key, entry in self.found.items() if entry['verdict'] != 'survived'}
-        if asked.all_tests:
-            self.found = {key: entry for key, entry in self.found.items() if entry['verdict'] != 'killed' or 'everyone' in entry}
         self.asked = asked
         self.waiting = queue.Queue()
         for mutant in mutants:
@@ -134,7 +133,7 @@ class Run:
         entry = {'key': mutant.key(), 'file': mutant.file, 'line': mutant.line + 1, 'kind': mutant.kind,
                  'before': mutant.before.strip(), 'after': mutant.after.strip(), **answer}
         self.found[mutant.key()] = entry
-        with LOG.open('a', encoding='utf-8') as file:
+        with self.log.open('a', encoding='utf-8') as file:
             file.write(json.dumps(entry) + '\n')
         print(f"{self.tried:5} {answer['verdict']:10} {answer.get('by', ''):10} {answer['seconds']:5.0f} s  "
               f"{mutant.file}:{mutant.line + 1} [{mutant.kind}] {mutant.after.strip()}", flush=True)
@@ -147,8 +146,9 @@ class Run:
             thread.join()
 
 
-def tell(mutants, count):
-    listed, found = reasons(), logged()
+def tell(mutants, count, found):
+    """What became of `mutants`, of which `count` were to be tried."""
+    listed = reasons()
     tried = [found[mutant.key()] for mutant in mutants if mutant.key() in found]
     tried = [entry for entry in tried if entry['verdict'] not in NOT_TRIED][:count]
     survived = [entry for entry in tried if entry['verdict'] == 'survived']
@@ -170,13 +170,16 @@ def tell(mutants, count):
     return 0 if share >= LIMIT and missing <= 0 else 1
 
 
-def tell_tests(entries):
-    """What each test is worth, in build/mutate/tests.txt."""
-    known = programs.Programs(sandbox)
-    value = Worth(known.quick_tests(), [noticed_by(entry) for entry in entries])
+def tell_tests(mutants, found):
+    """What each quick test of the programs nearest to the files is worth, in build/mutate/tests.txt."""
+    entries = [found[mutant.key()] for mutant in mutants if mutant.key() in found]
+    ours = {programs.that_belong(entry['file'])[0] for entry in entries}
+    tests = {test for test in programs.Programs(sandbox).quick_tests() if test[0] in ours}
+    value = Worth(tests, [noticed_by(entry) for entry in entries if entry['verdict'] == 'killed'])
     with (FOLDER.parent / 'tests.txt').open('w', encoding='utf-8') as file:
         file.writelines(f'{line}\n' for line in value.lines())
     print(value.summary() + ': build/mutate/tests.txt')
+    return 0
 
 
 def main():
@@ -188,10 +191,11 @@ def main():
     options.add_argument('--list', action='store_true', help='print the mutants and try none')
     options.add_argument('--tell', action='store_true', help='say what became of those that were tried, and try none')
     options.add_argument('files', nargs='*', default=SOURCES, help='patterns of files instead of all')
-    options.add_argument('--all-tests', action='store_true', help='run all quick tests for each mutant, also behind one that '
-                         'notices it, and say which tests notice nothing that others do not')
+    options.add_argument('--all-tests', action='store_true', help='run all quick tests of the nearest program for each mutant, '
+                         'and say which of them notice nothing that others do not; its verdicts are kept apart')
     asked = options.parse_args()
 
+    log = NOTICED if asked.all_tests else LOG
     mutants = chosen(asked.files)
     if asked.list:
         for mutant in mutants[:asked.count]:
@@ -199,11 +203,10 @@ def main():
         return 0
     if not asked.tell:
         FOLDER.mkdir(parents=True, exist_ok=True)
-        Run(asked, mutants).carry_out(asked.jobs)
-    status = tell(mutants, asked.count)
+        Run(asked, mutants, log).carry_out(asked.jobs)
     if asked.all_tests:
-        tell_tests([entry for key, entry in logged().items() if 'everyone' in entry])
-    return status
+        return tell_tests(mutants, logged(log))
+    return tell(mutants, asked.count, logged(log))
 
 
 if __name__ == '__main__':

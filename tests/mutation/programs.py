@@ -54,8 +54,8 @@ class Programs:
               f"{len(slow)} of them slow, not used as they fail in the sandbox: {alone['failed']}", flush=True)
 
     def all_steps(self, file):
-        """The quick tests of each program, all of which are run."""
-        return [{**step, 'all': True} for name in that_belong(file) for step in self.quick_steps(name)]
+        """The quick tests of the nearest program, all of which are run."""
+        return [{**step, 'all': True} for step in self.quick_steps(that_belong(file)[0])]
 
     def steps(self, file, quick):
         """The tests named after the file, the quick tests of each program, and at last the slow ones of the nearest."""
@@ -73,7 +73,7 @@ class Programs:
         return [together] + [self.step(name, test) for test in known['alone']]
 
     def quick_tests(self):
-        """The tests that every mutant meets which they belong to: (program, test)."""
+        """All of them: (program, test)."""
         return {(name, test) for name, known in self.known.items()
                 for test in known['together'] + known['alone'] if test not in known['slow'] + known['failing']}
 

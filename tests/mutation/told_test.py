@@ -2,10 +2,7 @@
 
 import contextlib
 import io
-import json
-import tempfile
 import unittest
-from pathlib import Path
 
 import mutate
 from mutants import mutants_of
@@ -13,21 +10,15 @@ from worth import Worth, noticed_by
 
 
 class Told(unittest.TestCase):
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.addCleanup(setattr, mutate, 'LOG', mutate.LOG)
-        mutate.LOG = Path(folder.name) / 'verdicts.jsonl'
-        self.mutants = list(mutants_of('a.cpp', 'f();\n  f();\n  g();\n  h();\n  i();\n'))
+    MUTANTS = list(mutants_of('a.cpp', 'f();\n  f();\n  g();\n  h();\n  i();\n'))
 
     def tell(self, count, *verdicts):
-        with mutate.LOG.open('w', encoding='utf-8') as log:
-            for mutant, verdict in zip(self.mutants, verdicts):
-                log.write(json.dumps({'key': mutant.key(), 'file': mutant.file, 'line': mutant.line, 'kind': mutant.kind,
-                                      'before': mutant.before.strip(), 'after': mutant.after.strip(), 'verdict': verdict}) + '\n')
+        found = {mutant.key(): {'file': mutant.file, 'line': mutant.line, 'kind': mutant.kind, 'before': mutant.before.strip(),
+                                'after': mutant.after.strip(), 'verdict': verdict}
+                 for mutant, verdict in zip(self.MUTANTS, verdicts)}
         output = io.StringIO()
         with contextlib.redirect_stdout(output):
-            status = mutate.tell(self.mutants, count)
+            status = mutate.tell(self.MUTANTS, count, found)
         return status, output.getvalue().strip().split('\n')[-1]
 
     def test_all_that_were_asked_for_are_tried_and_killed(self):
