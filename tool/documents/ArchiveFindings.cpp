@@ -22,7 +22,7 @@ using ZoNTrellanInspector::ZoTSeverity;
 Finding finding(const char* rule, ZoTSeverity severity, std::string pointer, std::string message)
 {
     return {rule,         severity,           std::nullopt, std::nullopt, "", std::move(pointer),
-            std::nullopt, std::move(message), std::nullopt, std::nullopt};
+            std::nullopt, std::move(message), std::nullopt, nullptr};
 }
 
 // The number behind `prefix` at the beginning of `rest`, which is taken away with it.
@@ -108,10 +108,11 @@ void addUnknownKeys(std::vector<Finding>& findings, ZoITrellanInspector& inspect
     }
 }
 
-void addDuplicates(std::vector<Finding>& findings, const JsonPlaces& places)
+void addDuplicates(std::vector<Finding>& findings, std::vector<JsonPlaces::DuplicateKey> duplicates)
 {
-    for (const JsonPlaces::DuplicateKey& duplicate : places.duplicateKeys) {
-        findings.push_back(finding("duplicate-key", ZoTSeverity::ERROR, duplicate.pointer,
+    findings.reserve(findings.size() + duplicates.size());
+    for (JsonPlaces::DuplicateKey& duplicate : duplicates) {
+        findings.push_back(finding("duplicate-key", ZoTSeverity::ERROR, std::move(duplicate.pointer),
                                    "the member stands in its object already, and the last one counts: take one away"));
         findings.back().place = duplicate.place;
     }
@@ -141,8 +142,8 @@ std::vector<Finding> archiveFindings(ZoITrellanInspector& inspector, ZoTDescript
     if (isRead) {
         addUnknownKeys(findings, inspector, description);
     }
-    const JsonPlaces places = findPlaces(findings, description);
-    addDuplicates(findings, places);
+    JsonPlaces places = findPlaces(findings, description);
+    addDuplicates(findings, std::move(places.duplicateKeys));
     noteEntries(findings, ownFindings, description, isRead);
     if (places.fault) {
         addSyntax(findings, *places.fault);

@@ -45,12 +45,12 @@ Finding taken(const ZoTFinding& source)
                     std::nullopt,
                     source.message,
                     std::nullopt,
-                    std::nullopt};
+                    nullptr};
     if (source.rule == "unreachable" || source.rule == "overlap") {
         finding.coveredBy = source.coveredBy;
     }
     if (source.hasExample) {
-        finding.example = source.example;
+        finding.example = std::make_shared<ZoNTrellanInspector::ZoTKeys>(source.example);
     }
     return finding;
 }

@@ -1,6 +1,7 @@
 // What is wrong with an archive, as text and as JSON.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,7 +22,7 @@ struct Finding {
     std::optional<TextPlace> place;      // where that begins; of a member that is not there, its object
     std::string message;
     std::optional<std::vector<std::uint32_t>> coveredBy;  // entries that take what this one fits, where it is told
-    std::optional<ZoNTrellanInspector::ZoTKeys> example;  // an element that one of them takes
+    std::shared_ptr<const ZoNTrellanInspector::ZoTKeys> example;  // an element that one of them takes; null: none told
 };
 
 // What the last check of `inspector` has found, without places.

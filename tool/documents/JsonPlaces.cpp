@@ -172,7 +172,7 @@ JsonPlaces findJsonPlaces(std::string_view text, const std::vector<std::string>&
     }
     Places places(text, whole);
     std::optional<JsonFault> fault = walkJson(text, places);
-    const std::vector<Places::Duplicate> duplicates = places.takeDuplicates();
+    std::vector<Places::Duplicate> duplicates = places.takeDuplicates();
 
     std::vector<std::size_t> offsets{fault ? fault->offset : 0};
     for (const Places::Duplicate& duplicate : duplicates) {
@@ -188,8 +188,9 @@ JsonPlaces findJsonPlaces(std::string_view text, const std::vector<std::string>&
         result.fault = {found.front(), std::move(fault->reason)};
     }
     std::size_t next = 1;
-    for (const Places::Duplicate& duplicate : duplicates) {
-        result.duplicateKeys.push_back({duplicate.pointer, found[next++]});
+    result.duplicateKeys.reserve(duplicates.size());
+    for (Places::Duplicate& duplicate : duplicates) {
+        result.duplicateKeys.push_back({std::move(duplicate.pointer), found[next++]});
     }
     for (const std::string& pointer : pointers) {
         const TextPlace& place = found[next++];
