@@ -33,7 +33,7 @@ constexpr const char* noMemory = "there is not enough memory for this";
 // for exceptions either, and whatever is thrown would end the process by abort.
 bool isThereMemory()
 {
-    constexpr std::size_t needed = 512 * 1024;
+    constexpr std::size_t needed = std::size_t{512} * 1024;
     void* volatile const memory = std::malloc(needed);  // volatile: it must not be optimised away
     std::free(memory);
     return memory != nullptr;

@@ -31,7 +31,7 @@ std::string nameOf(const std::string& folder, const std::string& otherwise)
     return name.empty() ? otherwise : name;
 }
 
-struct Wanted {
+struct WantedElements {
     std::vector<WantedElement> elements;
     bool isComplete = true;
     std::string productName;
@@ -48,13 +48,13 @@ bool isUtf8(const std::string& text)
 }
 
 // Those that an update would not leave out anyway. What no description can state is named on `err`.
-Wanted wantedElements(const Arguments& arguments, LibrarySession& session, std::ostream& err)
+WantedElements wantedElements(const Arguments& arguments, LibrarySession& session, std::ostream& err)
 {
     ZoTUpdateElement* array = nullptr;
     unsigned count = 0;
     session.updater().getUpdateElementList(array, count);
     const std::unique_ptr<ZoTUpdateElement[]> list(array);
-    Wanted wanted;
+    WantedElements wanted;
     for (unsigned i = 0; i < count; ++i) {
         if (list[i].disabled || (list[i].custom && arguments.options.disableCustomElements)) {
             continue;
@@ -130,7 +130,7 @@ int newArchive(const Arguments& arguments, const Streams& streams)
     if (const int status = applied(session, arguments, text, streams.err); status != SUCCESS) {
         return status;
     }
-    const Wanted wanted = wantedElements(arguments, session, streams.err);
+    const WantedElements wanted = wantedElements(arguments, session, streams.err);
     if (wanted.elements.empty()) {
         say(streams.err, "there is no element that an archive could be for; nothing was written");
         return FAILURE;
