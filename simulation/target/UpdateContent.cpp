@@ -19,8 +19,8 @@
 
 #include <zlib.h>
 
+#include <memory>
 #include <string_view>
-#include <vector>
 
 #include "libZoCompositeFactory/ZoCVersion.h"
 #include "libZoInventoryTree/ZoNInventoryIDs.h"
@@ -50,6 +50,12 @@ constexpr std::size_t bitstreamChecksumOffset = 88;
 constexpr std::size_t bitstreamHeaderSize = 92;
 
 constexpr std::size_t blockSize = 1 << 16;
+
+// For the next bytes of a file, with anything in it: most images are short, and clearing it took longer than reading.
+std::unique_ptr<char[]> makeBlock()
+{
+    return std::make_unique_for_overwrite<char[]>(blockSize);
+}
 
 std::uint32_t bigEndian(std::string_view bytes, std::size_t offset, std::size_t width)
 {
@@ -87,11 +93,11 @@ bool mayBeJson(RegularFile& file)
 {
     constexpr auto mark = "\xEF\xBB\xBF"sv;
     file.rewind();
-    std::string block(blockSize, '\0');
-    std::size_t length = file.read(block.data(), block.size());
-    std::size_t skipped = std::string_view(block).starts_with(mark) ? mark.size() : 0;
-    for (; length != 0; length = file.read(block.data(), block.size())) {
-        const std::string_view text = std::string_view(block).substr(0, length);
+    const auto block = makeBlock();
+    std::size_t length = file.read(block.get(), blockSize);
+    std::size_t skipped = std::string_view(block.get(), length).starts_with(mark) ? mark.size() : 0;
+    for (; length != 0; length = file.read(block.get(), blockSize)) {
+        const std::string_view text(block.get(), length);
         if (const auto start = text.find_first_not_of(" \t\r\n", skipped); start != std::string_view::npos) {
             return text[start] == '{';
         }
@@ -142,10 +148,10 @@ try {
 std::uint32_t checksumOf(RegularFile& file)
 {
     file.rewind();
-    std::vector<char> block(blockSize);
+    const auto block = makeBlock();
     uLong checksum = crc32(0, nullptr, 0);
-    while (const std::size_t length = file.read(block.data(), block.size())) {
-        checksum = crc32(checksum, reinterpret_cast<const Bytef*>(block.data()), static_cast<uInt>(length));
+    while (const std::size_t length = file.read(block.get(), blockSize)) {
+        checksum = crc32(checksum, reinterpret_cast<const Bytef*>(block.get()), static_cast<uInt>(length));
     }
     return static_cast<std::uint32_t>(checksum);
 }
