@@ -9,21 +9,25 @@ include(CMakePackageConfigHelpers)
 set(document_folder ${CMAKE_INSTALL_DATAROOTDIR}/doc/trellan-update)
 
 # install_page(FILE DESTINATION COMPONENT [HYPHEN]): FILE, that names the folder of the documents as it is in the system, as it
-# is where it is installed. HYPHEN is how the file writes a hyphen.
+# is where it is installed, which may be said as late as at installing. HYPHEN is how the file writes a hyphen. What is
+# installed is a copy in the build folder: installing may also mean to make a link to it.
 function(install_page file destination component)
     set(hyphen "-")
     if(ARGC GREATER 3)
         set(hyphen "${ARGV3}")
     endif()
     cmake_path(GET file FILENAME name)
-    install(FILES ${file} DESTINATION ${destination} COMPONENT ${component})
     install(CODE "
-        set(installed \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${destination}/${name}\")
-        file(READ \"\${installed}\" text)
+        get_filename_component(prefix \"\${CMAKE_INSTALL_PREFIX}\" ABSOLUTE)
+        get_filename_component(folder [[${destination}]] ABSOLUTE BASE_DIR \"\${prefix}\")
+        get_filename_component(documents [[${document_folder}]] ABSOLUTE BASE_DIR \"\${prefix}\")
+        file(READ [[${file}]] text)
         string(REPLACE - [[${hyphen}]] usual /usr/share/doc/trellan-update)
-        string(REPLACE - [[${hyphen}]] here \"\${CMAKE_INSTALL_PREFIX}/${document_folder}\")
+        string(REPLACE - [[${hyphen}]] here \"\${documents}\")
         string(REPLACE \"\${usual}\" \"\${here}\" text \"\${text}\")
-        file(WRITE \"\${installed}\" \"\${text}\")" COMPONENT ${component})
+        file(WRITE [[${CMAKE_CURRENT_BINARY_DIR}/installed-pages/${name}]] \"\${text}\")
+        file(INSTALL [[${CMAKE_CURRENT_BINARY_DIR}/installed-pages/${name}]] DESTINATION \"\${folder}\")"
+        COMPONENT ${component})
 endfunction()
 
 # Where the system looks for libraries by itself nothing needs to tell it; anywhere else the tool looks beside itself, so that
@@ -99,7 +103,8 @@ install(FILES examples/target.json DESTINATION ${document_folder}/examples COMPO
 # Documents lie beside one another whatever package brings them. A link to a public header leads to the installed one; one to
 # another file of the sources becomes its text. What stands in docs/ here does there, too.
 function(install_documents component)
-    file(RELATIVE_PATH to_headers ${CMAKE_INSTALL_PREFIX}/${document_folder}/docs ${CMAKE_INSTALL_FULL_INCLUDEDIR})
+    get_filename_component(documents ${document_folder}/docs ABSOLUTE BASE_DIR ${CMAKE_INSTALL_PREFIX})
+    file(RELATIVE_PATH to_headers ${documents} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
     foreach(document IN LISTS ARGN)
         set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${document})
         file(READ ${document} text)

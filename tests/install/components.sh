@@ -75,3 +75,29 @@ expect "the folders that documents and man pages name" "$documents/examples
 $documents/docs
 $documents/examples" "$(mentioned)"
 ! grep -rl 'ansible/ansible_collections/.*README' "$documents" || fail "a document links to what is not installed"
+
+# Also where a folder lies apart from the prefix, where installing makes links, and where the prefix is a relative path. A
+# configuration of its own, whose binaries are those that are there already.
+cmake -S "$source" -B apart -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX="$work/own" \
+    -DCMAKE_INSTALL_MANDIR="$work/own/manual" -DCMAKE_INSTALL_DATAROOTDIR="$work/data" -DTRELLAN_TESTS=OFF >configure.log 2>&1 ||
+    { cat configure.log; fail "folders apart from the prefix cannot be configured"; }
+mkdir -p apart/bin
+cp "$build/bin/trellan-update" apart/bin/
+sources_before=$(cd "$source/docs" && find . -type f -exec md5sum {} + | sort)
+# installs WHERE OPTION...: the tool's component of that configuration; its man pages and documents name the folder WHERE.
+installs() {
+    local where=$1
+    shift
+    cmake --install apart --component Tool "$@" >install.log 2>&1 || { cat install.log; fail "cannot be installed: $*"; }
+    expect "the examples' folder that the man page of the tool names, in $where" "$where/doc/trellan-update/examples" \
+        "$(sed 's/\\-/-/g' own/manual/man1/trellan-update.1 | grep -oE '/[^ ]*/examples\b' | sort -u)"
+    [ -s own/manual/man5/trellan-archive.5 ] || fail "there is no man page of the archive"
+    rm -r own
+}
+installs "$work/data"
+grep -qF "$work/data/doc/trellan-update/examples" data/doc/trellan-update/docs/tour.md || fail "the tour names another folder"
+CMAKE_INSTALL_MODE=ABS_SYMLINK installs "$work/data"
+expect "the sources behind links to them" "$sources_before" "$(cd "$source/docs" && find . -type f -exec md5sum {} + | sort)"
+cmake --install "$build" --prefix relative --component Tool >install.log
+expect "the examples' folder where the prefix is relative" "$work/relative/share/doc/trellan-update/examples" \
+    "$(sed 's/\\-/-/g' relative/share/man/man1/trellan-update.1 | grep -oE '[^ ]*/doc/trellan-update/examples\b' | sort -u)"
