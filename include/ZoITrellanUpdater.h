@@ -124,7 +124,7 @@ public:
     // A callback may read the lists, which show what is known by then. Called from a callback of this updater's apply()
     // or run(), apply() and run() do nothing and fail at once: they return 1 and 0. An update that is running does not
     // notice that an element is disabled. The updater must not be deleted in a callback. What a callback throws passes
-    // through to the host; run() unlocks the target before.
+    // through to the host; run() unlocks the target before, and prints the errors that were reported until then.
 
     // A phase of the update begins (from 0); 0xFFFFFFFF: the last one has ended.
     virtual void setPhaseCallBack(void (*callBack)(unsigned)) = 0;

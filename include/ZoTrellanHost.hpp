@@ -46,7 +46,8 @@ enum class Applied {
 enum class Result {
     SUCCESSFUL,
     FAILED,    // something failed, or errors were reported
-    CANCELLED  // the update was stopped by its token before a phase; each element's state tells how far it came
+    CANCELLED  // the update was stopped by its token before a phase; each element's state tells how far it came, and
+               // the text ends with the errors that were reported, if any: of unlocking the target, for instance
 };
 
 // Whether the device can be rebooted automatically.

@@ -55,6 +55,24 @@ private:
     bool& isAtWork;
 };
 
+void printReportedErrors(const ZoCTrellanUpdater& updater, const ZoCErrorListPool& errors)
+{
+    if (errors.getErrorCount() != 0) {
+        updater.print("\nReported errors:\n");
+        updater.printErrorList(errors, 7);
+    }
+}
+
+// A host that stops an update by throwing must learn that the target could not be unlocked behind it, and not whoever
+// updates next. What was thrown matters more than what this throws.
+void printErrorsBehindThrow(const ZoCTrellanUpdater& updater, const ZoCErrorListPool& errors)
+{
+    try {
+        printReportedErrors(updater, errors);
+    } catch (...) {
+    }
+}
+
 }  // namespace
 
 unsigned ZoCTrellanUpdater::apply()
@@ -130,13 +148,15 @@ int ZoCTrellanUpdater::run()
     }
     const WorkMark mark(isAtWork);
     ZoCErrorListPool& errors = errorManager().getMasterErrorList();
-    const bool performed = performCommand(errors);
-    if (errors.getErrorCount() == 0) {
-        return performed ? 1 : 0;
+    bool performed = false;
+    try {
+        performed = performCommand(errors);
+    } catch (...) {
+        printErrorsBehindThrow(*this, errors);
+        throw;
     }
-    print("\nReported errors:\n");
-    printErrorList(errors, 7);
-    return 0;
+    printReportedErrors(*this, errors);
+    return performed && errors.getErrorCount() == 0 ? 1 : 0;
 }
 
 // False when the command failed.

@@ -351,6 +351,23 @@ TEST_F(HostHeader, CancelledBeforehandNothingIsLocked)
     EXPECT_EQ(updater.run(), Result::SUCCESSFUL);
 }
 
+TEST_F(HostHeader, ACancelledRunPrintsTheErrorsOfUnlocking)
+{
+    ordered_json document = device();
+    document["script"]["unlock"] = {{{"errors", {{{"code", 19}, {"text", "the lock is stuck"}}}}}};
+    const SimulatedTarget target(document);
+    Updater updater = quiet(UPDATE);
+    std::string text;
+    updater.onMessage([&text](const std::string& piece) { text += piece; });
+    const CancellationToken token;
+    updater.onProgress([token](unsigned) { token.cancel(); });
+    ASSERT_EQ(updater.apply(), Applied::READY);
+    EXPECT_EQ(updater.run(token), Result::CANCELLED);
+    const std::size_t reported = text.find("\nReported errors:\n");
+    ASSERT_NE(reported, std::string::npos) << text;
+    EXPECT_NE(text.find("the lock is stuck", reported), std::string::npos) << text;
+}
+
 TEST_F(HostHeader, ATokenThatWasMovedFromStopsTheSameUpdate)
 {
     CancellationToken token;

@@ -211,6 +211,18 @@ TEST_F(Reentry, WhatACallbackOfRunThrowsPassesThroughAndTheTargetIsUnlocked)
     EXPECT_EQ(callsOf("update2", device.trace()).size(), 2u);
 }
 
+TEST_F(Reentry, WhatACallbackThrowsPassesThroughAlsoWhereTheErrorsOfUnlockingCannotBePrinted)
+{
+    ordered_json document = twoPhases(false);
+    document["script"]["unlock"] = {{{"errors", {{{"code", 19}, {"text", "the lock is stuck"}}}}}};
+    const SimulatedTarget device(document);
+    const auto updater = createApplied();
+    updater->setMessageCallBack(failOnText);
+    updater->setPhaseCallBack([](unsigned) { throw std::out_of_range("no such phase"); });
+    EXPECT_THROW(updater->run(), std::out_of_range);
+    EXPECT_EQ(callsOf("unlock", device.trace()).size(), 1u);
+}
+
 TEST_F(Reentry, WhatACallbackOfApplyThrowsPassesThrough)
 {
     const SimulatedTarget device(twoPhases(false));
