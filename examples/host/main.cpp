@@ -138,6 +138,7 @@ int update(const std::string& archive)
     said.clear();  // from here on it is what the update has to say
     const CancellationToken token;
     cancelWhenInterrupted(token);
+    ::signal(SIGCHLD, SIG_DFL);  // ignored, as another program may have left it, each copy would count as failed
     const Result result = updater.run(token);
     std::puts("");
     print(updater);
@@ -145,7 +146,8 @@ int update(const std::string& archive)
         case Result::SUCCESSFUL:
             std::puts("Done.");
             return DONE;
-        case Result::CANCELLED:
+        case Result::CANCELLED:  // in order, unless the target could not be unlocked
+            std::fputs(said.c_str(), stderr);
             std::puts("Stopped.");
             return STOPPED;
         default:  // the reason may be no element's: a target that is locked, an error at the end

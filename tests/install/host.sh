@@ -56,6 +56,10 @@ for call in lock unlock; do
 done
 script=''
 
+# Also where whoever starts it ignores that its children end. (A shell that is not interactive cannot undo that.)
+(trap '' CHLD; run_host host/trellan-host example/archive <<<y >host.log) || { cat host.log; fail "the host fails where SIGCHLD is ignored"; }
+cmp example/archive/site.cfg example/flash/config/site.cfg || fail "the file was not copied where SIGCHLD is ignored"
+
 # Stopped by Ctrl-C or by SIGTERM, which its children get too, while a file is copied in the second phase of three.
 mkdir slow
 cat >slow/cp <<TEXT
@@ -66,9 +70,11 @@ exec /bin/cp "\$@"
 TEXT
 chmod +x slow/cp
 set -m # a process group of its own for what is started
-for signal in INT TERM; do
+# stop_by SIGNAL: updates a fresh copy of the example, whose target begins with $script where it is set, and sends the signal.
+stop_by() {
     rm -rf example copying
     copy_example "$prefix" example
+    [ -z "$script" ] || sed -i "1s/{/$script/" example/target.json
     echo old >example/flash/config/site.cfg
     status=0
     PATH=$work/slow:$PATH LD_LIBRARY_PATH=$libraries TRELLAN_TARGET=$work/example/target.json \
@@ -78,8 +84,11 @@ for signal in INT TERM; do
         sleep 0.1
     done
     [ -e copying ] || { cat host.log errors.log; fail "no file is copied"; }
-    kill -"$signal" -- -$!
+    kill -"$1" -- -$!
     wait $! || status=$?
+}
+for signal in INT TERM; do
+    stop_by "$signal"
     expect "the status behind SIG$signal" 3 "$status"
     expect "the host's last words" "Stopped." "$(tail -n 1 host.log)"
     cmp example/archive/site.cfg example/flash/config/site.cfg || fail "the file that was being copied is not whole"
@@ -90,6 +99,10 @@ for signal in INT TERM; do
     expect "the elements of the next update" 3 "$(grep -c 'to be updated$' host.log)"
     expect "the next update's last words" "Done." "$(tail -n 1 host.log)"
 done
+script='{ "script": { "unlock": [{"errors": [{"code": 19, "text": "the unlock is out of order"}]}] },'
+stop_by INT
+script=''
+grep -q "the unlock is out of order" errors.log || { cat host.log errors.log; fail "a host that is stopped does not tell what failed"; }
 set +m
 
 # With pkg-config alone.
