@@ -57,6 +57,10 @@ std::vector<std::string> FaultyTool::failEach(Kind kind, unsigned step, const To
         for (unsigned way = 0; way < ways; ++way, ++points) {
             const Outcome outcome = run(toolRun, kind, number, way);
             if (outcome.failed.empty()) {
+                if (points == 0 || outcome.result.status != usual.status) {
+                    faults.push_back("a run that reaches point " + std::to_string(number) + " no more ends with " +
+                                     std::to_string(outcome.result.status) + ", " + outcome.result.errors);
+                }
                 std::cout << points << " points of " << toolRun.arguments.front() << '\n';
                 return faults;
             }

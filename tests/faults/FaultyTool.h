@@ -36,7 +36,7 @@ public:
     // way in which they fail; of the former every `step`-th. Returns what is wrong with each of these runs, a sentence
     // for each; and prints how many points there were. A run is right that ends with the usual status and output, or
     // with an error that it has told and a status that it may have then; that leaves an element of the target and the
-    // file on the drive old or new, and the target unlocked.
+    // file on the drive old or new, and the target unlocked. That no point is reached is wrong, too.
     std::vector<std::string> failEach(FaultPoints::Kind kind, unsigned step, const ToolRun& toolRun);
 
 private:
