@@ -48,21 +48,21 @@ const ZoTError& ZoCTrellanInspector::getScanError(unsigned position)
 
 unsigned ZoCTrellanInspector::getRecordedItemCount()
 {
-    return static_cast<unsigned>(recorded().items().size());
+    return static_cast<unsigned>(recorded().itemCount());
 }
 
 const ZoTRecordedItem& ZoCTrellanInspector::getRecordedItem(unsigned position)
 {
-    const RecordedItem& source = entryAt(recorded().items(), position);
+    RecordedItem source = recorded().item(position);
     recordedItem.level = source.level;
-    recordedItem.id = source.id;
-    recordedItem.parameterCount = static_cast<std::uint32_t>(source.parameters.size());
+    recordedItem.id = std::move(source.id);
+    recordedItem.parameterCount = source.parameterCount;
     return recordedItem;
 }
 
 const ZoTRecordedParameter& ZoCTrellanInspector::getRecordedParameter(unsigned item, unsigned position)
 {
-    const RecordedParameter& source = entryAt(entryAt(recorded().items(), item).parameters, position);
+    const RecordedParameter& source = recorded().parameter(item, position);
     recordedParameter.address = source.address;
     recordedParameter.isText = source.isText;
     recordedParameter.text = source.text;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <stdexcept>
 
 #include "base/ErrorListHandle.h"
 #include "base/PlatformText.h"
@@ -173,6 +174,43 @@ InventoryRecord::InventoryRecord(const ZoCInventoryItem& root)
     record(root, 0);
 }
 
+RecordedItem InventoryRecord::item(std::size_t position) const
+{
+    const Item& source = items.at(position);
+    std::uint32_t count = 0;
+    while (hasParameter(position, count)) {
+        ++count;
+    }
+    return {source.level, allText(ZoCInventoryAddress(source.kind, source.index).toString()).substr(1), count};
+}
+
+const RecordedParameter& InventoryRecord::parameter(std::size_t itemPosition, std::size_t position) const
+{
+    if (!hasParameter(itemPosition, position)) {
+        throw std::out_of_range("the item has no such parameter");
+    }
+    return parameters[firstParameter(itemPosition) + position].parameter;
+}
+
+bool InventoryRecord::hasParameter(std::size_t item, std::size_t position) const
+{
+    const std::size_t wanted = firstParameter(item) + position;
+    return wanted < parameters.size() && parameters[wanted].item == item;
+}
+
+// That of this item, or of the next one that has any. Who asks for one parameter asks for all of the item.
+std::size_t InventoryRecord::firstParameter(std::size_t item) const
+{
+    if (item != lateItem) {
+        const auto found =
+            std::lower_bound(parameters.begin(), parameters.end(), item,
+                             [](const ItemParameter& other, std::size_t wanted) { return other.item < wanted; });
+        lateItem = item;
+        lateFirst = static_cast<std::size_t>(found - parameters.begin());
+    }
+    return lateFirst;
+}
+
 void InventoryRecord::record(const ZoCInventoryItem& item, unsigned level)
 {
     const bool isSearched = mayHoldElements(item);
@@ -183,7 +221,7 @@ void InventoryRecord::record(const ZoCInventoryItem& item, unsigned level)
         omitted.push_back({allText(item.getAddress().toString()), "", "an item of a kind without a name"});
         return;
     }
-    recorded.push_back({level, allText(item.getID().toString()).substr(1), {}});
+    items.push_back({level, item.getID().getCategory(), item.getID().getIndex()});
     recordParameters(item);
     if (isSearched || level == 0) {  // whatever the root item is, its first board is asked for the reboot support
         for (const ZoCInventoryItem& subItem : SubItems(item)) {
@@ -194,7 +232,6 @@ void InventoryRecord::record(const ZoCInventoryItem& item, unsigned level)
 
 void InventoryRecord::recordParameters(const ZoCInventoryItem& item)
 {
-    std::vector<RecordedParameter>& parameters = recorded.back().parameters;
     const unsigned owners = ownersIn(item);
     const ErrorListHandle errors = makeErrorList();
     for (const KnownParameter& known : knownParameters()) {
@@ -204,7 +241,7 @@ void InventoryRecord::recordParameters(const ZoCInventoryItem& item)
         RecordedParameter parameter{known.text.c_str(), false, "", 0};
         known.readAs(*errors, item, known.address, parameter);
         if (errors->getErrorCount() == 0) {
-            parameters.push_back(std::move(parameter));
+            parameters.push_back({items.size() - 1, std::move(parameter)});
         } else {
             omitted.push_back({allText(item.getAddress().toString()), known.text, textOfErrors(*errors)});
             errors->clear();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <vector>
 
@@ -21,7 +22,7 @@ struct RecordedParameter {
 struct RecordedItem {
     unsigned level;  // 0 for the root item; an item belongs to the last one before it that is a level higher
     std::string id;  // kind and index, such as "UPDATE_ELEMENT[2]"
-    std::vector<RecordedParameter> parameters;
+    std::uint32_t parameterCount;
 };
 
 // What is left out, since it cannot be read.
@@ -41,14 +42,35 @@ public:
     // Records the tree of this root item.
     explicit InventoryRecord(const ZoCInventoryItem& root);
 
-    const std::vector<RecordedItem>& items() const { return recorded; }
+    std::size_t itemCount() const { return items.size(); }
+
+    // The item at this position, and one of its parameters. Both throw std::out_of_range.
+    RecordedItem item(std::size_t position) const;
+    const RecordedParameter& parameter(std::size_t itemPosition, std::size_t position) const;
+
     const std::vector<RecordOmission>& omissions() const { return omitted; }
 
 private:
+    // A tree may have millions of items, most of them without parameters.
+    struct Item {
+        unsigned level;
+        ZoCInventoryAddress::Category kind;
+        unsigned index;
+    };
+    struct ItemParameter {
+        std::size_t item;
+        RecordedParameter parameter;
+    };
+
     void record(const ZoCInventoryItem& item, unsigned level);
     void recordParameters(const ZoCInventoryItem& item);
+    bool hasParameter(std::size_t item, std::size_t position) const;
+    std::size_t firstParameter(std::size_t item) const;
 
-    std::vector<RecordedItem> recorded;
+    std::deque<Item> items;
+    std::deque<ItemParameter> parameters;                         // in the order of the items
+    mutable std::size_t lateItem = static_cast<std::size_t>(-1);  // that was asked for last, and its first parameter
+    mutable std::size_t lateFirst = 0;
     std::vector<RecordOmission> omitted;
 };
 

@@ -24,10 +24,11 @@ const ZoCInventoryAddress unknownKind(60'000);
 Lines itemsOf(const InventoryRecord& record)
 {
     Lines lines;
-    for (const auto& item : record.items()) {
+    for (std::size_t i = 0; i < record.itemCount(); ++i) {
+        const auto item = record.item(i);
         std::string& line = lines.emplace_back(std::to_string(item.level) + " " + item.id);
-        for (const auto& parameter : item.parameters) {
-            line += std::string(" ") + parameter.address;
+        for (std::size_t j = 0; j < item.parameterCount; ++j) {
+            line += std::string(" ") + record.parameter(i, j).address;
         }
     }
     return lines;
@@ -125,12 +126,11 @@ TEST(InventoryRecords, HaveValuesAsTheyAreReadAndNameThoseThatCannotBe)
     root.setParameter(CHECKSUM_CRC32, std::uint64_t{4294967296});
     const InventoryRecord record(root);
     ASSERT_THAT(itemsOf(record), ElementsAre("0 UPDATE_ELEMENT ID NAME VERSION"));
-    const auto& parameters = record.items()[0].parameters;
-    EXPECT_FALSE(parameters[0].isText);
-    EXPECT_EQ(parameters[0].number, 4294967295u);
-    EXPECT_TRUE(parameters[1].isText);
-    EXPECT_EQ(parameters[1].text, std::string("a\0\xff", 3));
-    EXPECT_EQ(parameters[2].text, "7.1b2");
+    EXPECT_FALSE(record.parameter(0, 0).isText);
+    EXPECT_EQ(record.parameter(0, 0).number, 4294967295u);
+    EXPECT_TRUE(record.parameter(0, 1).isText);
+    EXPECT_EQ(record.parameter(0, 1).text, std::string("a\0\xff", 3));
+    EXPECT_EQ(record.parameter(0, 2).text, "7.1b2");
     EXPECT_THAT(
         omissionsOf(record),
         ElementsAre("/UPDATE_ELEMENT:CHECKSUM_CRC32 Parameter CHECKSUM_CRC32 of /UPDATE_ELEMENT has another type.",

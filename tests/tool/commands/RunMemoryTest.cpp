@@ -91,6 +91,15 @@ protected:
     }
 };
 
+class TargetRunMemory : public RunMemory, public testing::WithParamInterface<Shape> {
+protected:
+    void SetUp() override
+    {
+        RunMemory::SetUp();
+        folder.write("target.json", textOf(GetParam()));
+    }
+};
+
 }  // namespace
 
 TEST_P(DescriptionRunMemory, OfACheckIsAtMostTenTimesTheSize)
@@ -116,3 +125,24 @@ INSTANTIATE_TEST_SUITE_P(Shapes, DescriptionRunMemory,
                                          withMember("ManyMembers", "{", R"("#":1)", "}"),
                                          withMember("ManyLines", "[", "1\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n", "]")),
                          [](const auto& shape) { return shape.param.name; });
+
+TEST_P(TargetRunMemory, OfTheInstalledVersionsIsAtMostTenTimesTheSize)
+{
+    EXPECT_LE(tenthsForEachByte({"installed", "--target", "target.json"}), 100);
+}
+
+TEST_P(TargetRunMemory, OfARecordIsHardlyMoreThanTenTimesTheSize)
+{
+    // An item that has nothing but an id stands in twelve bytes of text, and is noted in as many beside the tree.
+    const int most = GetParam().name == "Items" ? 105 : 100;
+    EXPECT_LE(tenthsForEachByte({"record", "--target", "target.json", "--output", "record.json"}), most);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Shapes, TargetRunMemory,
+    testing::Values(
+        Shape{"Items", R"({"tree":{"id":"ROOT","items":[)", R"({"id":"CN"})", "]}}"},
+        Shape{"Elements", R"({"tree":{"id":"ROOT","items":[{"id":"CN","items":[{"id":"UPDATE_INFO","items":[)",
+              R"({"id":"UPDATE_ELEMENT","parameters":{"ID":1}})", "]}]}]}}"},
+        Shape{"Polls", R"({"tree":{"id":"ROOT"},"script":{"elements":{"/ROOT#1":{"polls":[)", "{}", "]}}}}"}),
+    [](const auto& shape) { return shape.param.name; });
