@@ -180,7 +180,11 @@ TEST_F(Plans, DoesNotHoldForAnotherInstalledVersion)
 TEST_F(Plans, DoesNotHoldForAnotherInstalledChecksum)
 {
     replaceTarget(plannedDevice("1.0", 7));
-    expectRefused(updated(plan), "KR5120, SN 815, Firmware: installedChecksum was 1 in the plan, and is 7");
+    const RunResult result = updated(plan);
+    EXPECT_EQ(result.status, 6);
+    EXPECT_EQ(result.err,
+              "trellan-update: KR5120, SN 815, Firmware: installedChecksum was 1 in the plan, and is 7\n"
+              "trellan-update: the plan no longer holds; nothing was done\n");
 }
 
 TEST_F(Plans, DoesNotHoldForOtherElements)
