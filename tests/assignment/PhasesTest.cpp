@@ -26,16 +26,6 @@ TEST_F(Phases, EveryDistinctSequenceIsAPhase)
     EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 3u);
 }
 
-TEST_F(Phases, GapsDoNotMatter)
-{
-    for (std::uint32_t sequence : {10u, 10u, 20u, 50u}) {
-        addUpdate(sequence);
-    }
-    assignment().makeAssignment();
-    EXPECT_EQ(phases(), (PhaseNumbers{0, 0, 1, 2}));
-    EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 3u);
-}
-
 TEST_F(Phases, OneSequenceIsOnePhase)
 {
     for (std::uint32_t sequence : {9u, 9u, 9u}) {

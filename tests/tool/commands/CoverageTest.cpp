@@ -144,6 +144,17 @@ TEST_F(CoverageCommand, NamesATargetThatCannotBeReadAndGoesOn)
     EXPECT_NE(result.err.find("trellan-update: " + path("none.json") + ": " + second + "\n"), std::string::npos);
 }
 
+TEST_F(CoverageCommand, NamesAnEmptyPathAndAFolderWithoutTargetsAndGoesOn)
+{
+    std::filesystem::create_directory(folder.path() / "empty");
+    const RunResult result = covered({"", path("empty"), path("a.json"), "--json"});
+    EXPECT_EQ(result.status, 1);
+    const ordered_json targets = conformingDocument(result.out)["targets"];
+    EXPECT_EQ(targets[0]["error"], "the path is empty");
+    EXPECT_EQ(targets[1]["error"], "the folder holds no .json file");
+    EXPECT_EQ(targets[2]["counts"]["update"], 2);
+}
+
 TEST_F(CoverageCommand, NamesALinkThatLeadsToItself)
 {
     std::filesystem::create_symlink("loop.json", folder.path() / "loop.json");
