@@ -75,6 +75,18 @@ class AnUpdateThatIsKnownToDoNothing(Module):
     def test_is_refused_where_a_path_looks_like_an_option(self):
         self.expect_red_in_both_modes("refused", "the archive or the target cannot be read", archive="--help")
 
+    def test_leaves_a_link_in_a_path_before_it_goes_up(self):
+        here = self.folder / "here"
+        here.mkdir()
+        self.addCleanup(shutil.rmtree, here)
+        (here / "current").symlink_to(self.fleet.archive)
+        shutil.copytree(self.fleet.archive, here / "archive")  # not what is meant
+        (here / "archive" / "archive.json").write_text('{"files": []}')
+        (here / "old").symlink_to(self.target.parent)
+        told = self.update("--check", archive=str(here / "current" / ".." / "archive"),
+                           target=str(here / "old" / ".." / "target0000" / "target.json"))
+        self.assertEqual((told["task_status"], len(told["written"])), ("ok", 12), told["msg"])
+
     def test_is_refused_where_its_stall_time_out_is_none(self):
         self.expect_red_in_both_modes("refused", "'0' is no number of seconds above 0", stall_timeout=0)
 

@@ -8,9 +8,15 @@ import os
 import shutil
 
 from ansible.errors import AnsibleActionFail
-from ansible.plugins.action import ActionBase
-from ansible_collections.velorant.trellan.plugins.module_utils.trellan import FILTERS
+from ansible_collections.velorant.trellan.plugins.module_utils.trellan import (
+    FILTER_SPEC,
+    FILTERS,
+    Outcome,
+    no_single_name,
+    sentence,
+)
 from ansible_collections.velorant.trellan.plugins.plugin_utils.controller import (
+    ControllerAction,
     call_tool,
     file_name,
     find_tool,
@@ -24,50 +30,49 @@ WITHOUT = ("noFile", "blocked")
 BOARD = ("boardType", "serialNumber", "boardName", "unitDescription", "slot")
 
 
-class ActionModule(ActionBase):
+class ActionModule(ControllerAction):
     """Writes the inventories of hosts down, and holds the archive against them."""
 
-    TRANSFERS_FILES = False
-    _VALID_ARGS = frozenset(["archive", "description", "hosts", "variable", "folder", "others", "fresh", "force",
-                             "disable_custom_elements"] + [name for name, unused in FILTERS])
+    ARGUMENT_SPEC = dict(
+        FILTER_SPEC,
+        archive=dict(type="path", required=True),
+        description=dict(type="str", default="archive.json"),
+        hosts=dict(type="list", elements="str", required=True),
+        variable=dict(type="str", required=True),
+        folder=dict(type="path", required=True),
+        others=dict(type="path"),
+        fresh=dict(type="list", elements="path"),
+        force=dict(type="bool", default=False),
+        disable_custom_elements=dict(type="bool", default=False),
+    )
 
     def run(self, tmp=None, task_vars=None):
         result = super().run(tmp, task_vars)
-        args = self._task.args
-        for name in ("archive", "hosts", "variable", "folder"):
-            if not args.get(name):
-                raise AnsibleActionFail("the argument %s is missing" % name)
+        args = self.arguments()
         self.tool = find_tool()
         self.options = selection(args)
-        self.archive = os.path.abspath(args["archive"])
-        folder = os.path.abspath(args["folder"])
-        for old in args.get("fresh") or []:
+        self.archive, folder = args["archive"], args["folder"]
+        for old in args["fresh"]:
             remove_coverage(old)
         os.makedirs(folder, exist_ok=True)
-        if args.get("others") and not inventories(folder):
+        if args["others"] and not inventories(folder):
             take_over(args["others"], folder)
-        unread = [host for host in args["hosts"] if not self.keep_inventory(task_vars, host, folder)]
-        document = self.cover(folder)
+        unread = [host for host in args["hosts"]
+                  if not keep_inventory(result_of(task_vars, host, args["variable"]), host, folder)]
+        document, words = self.cover(folder)
         result.update(changed=False, folder=folder, page=folder + ".html", document=folder + ".document",
                       files=document["files"], no_file=document["noFile"], unused=document["unused"],
                       counts=sums(document["targets"]),
                       unread=unread,
                       unreadable=[target["target"] for target in document["targets"] if target["error"]],
                       boards_without_files=self.boards_without_files(document["targets"]))
+        if selects_nothing(args, document["targets"]):
+            result.update(failed=True, msg=sentence("the filters select no element of any target", words))
         return result
 
-    def keep_inventory(self, task_vars, host, folder):
-        """Writes a host's inventory. Without one none stays that is of a time before; returns whether there is one."""
-        path = os.path.join(folder, file_name(host) + ".json")
-        text = result_of(task_vars, host, self._task.args["variable"]).get("inventory")
-        if text:
-            write_whole(path, text)
-        elif os.path.exists(path):
-            os.remove(path)
-        return bool(text)
-
     def cover(self, folder):
-        """The document of the coverage of all inventories in the folder; beside it the page, and the document itself."""
+        """The document of the coverage of all inventories in the folder, and the tool's words to it; beside it are written the
+        page, and the document itself."""
         call = call_tool([self.tool, "coverage", self.archive, folder, "--json", "--html", folder + ".html"] + self.options)
         try:
             document = json.loads(call.stdout)
@@ -76,7 +81,7 @@ class ActionModule(ActionBase):
         if "targets" not in document:
             raise AnsibleActionFail("the archive cannot be held against the targets: %s" % call.stderr.strip())
         write_whole(folder + ".document", call.stdout)
-        return document
+        return document, Outcome(call.returncode, "", call.stderr).own_words
 
     def boards_without_files(self, targets):
         boards = []
@@ -103,6 +108,18 @@ class ActionModule(ActionBase):
                 for board, found in states.items() if found and all(state in WITHOUT for state in found)]
 
 
+def keep_inventory(read, host, folder):
+    """Writes the inventory that was READ of a host. Without one none stays that is of a time before; returns whether there is
+    one."""
+    path = os.path.join(folder, file_name(host) + ".json")
+    text = read.get("inventory")
+    if text:
+        write_whole(path, text)
+    elif os.path.exists(path):
+        os.remove(path)
+    return bool(text)
+
+
 def inventories(folder):
     return [name for name in sorted(os.listdir(folder)) if name.endswith(".json")] if os.path.isdir(folder) else []
 
@@ -120,13 +137,23 @@ def take_over(source, folder):
 
 
 def selection(args):
-    options = ["--description", args["description"]] if args.get("description") else []
+    """The tool's options for what is held against the archive."""
+    mistake = no_single_name(args)
+    if mistake:
+        raise AnsibleActionFail(mistake)
+    options = ["--description", args["description"]]
     for name, option in FILTERS:
-        if args.get(name):
-            options += [option, ",".join(str(value) for value in args[name])]
+        if args[name]:
+            options += [option, ",".join(args[name])]
     for name, option in (("force", "--force"), ("disable_custom_elements", "--disable-custom-elements")):
-        options += [option] if args.get(name) else []
+        options += [option] if args[name] else []
     return options
+
+
+def selects_nothing(args, targets):
+    """Whether there are filters, and targets that can be read, but no element that is selected."""
+    read = [target for target in targets if target["counts"]]
+    return any(args[name] for name, unused in FILTERS) and bool(read) and not any(sums(read).values())
 
 
 def sums(targets):

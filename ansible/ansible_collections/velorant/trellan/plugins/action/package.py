@@ -9,19 +9,18 @@ import os
 import tarfile
 
 from ansible.errors import AnsibleActionFail
-from ansible.plugins.action import ActionBase
+from ansible_collections.velorant.trellan.plugins.plugin_utils.controller import ControllerAction
 
 
-class ActionModule(ActionBase):
+class ActionModule(ControllerAction):
     """Packs an archive's folder into one file whose content, and so whose name, depends on the archive's files alone."""
 
-    TRANSFERS_FILES = False
-    _VALID_ARGS = frozenset(["archive", "folder"])
+    ARGUMENT_SPEC = dict(archive=dict(type="path", required=True), folder=dict(type="path", required=True))
 
     def run(self, tmp=None, task_vars=None):
         result = super().run(tmp, task_vars)
-        archive = os.path.abspath(self._task.args["archive"])
-        folder = os.path.abspath(self._task.args["folder"])
+        args = self.arguments()
+        archive, folder = args["archive"], args["folder"]
         if not os.path.isdir(archive):
             raise AnsibleActionFail("the archive %s is no folder" % archive)
         name = digest(archive)

@@ -7,32 +7,45 @@ import datetime
 import json
 import os
 
-from ansible.plugins.action import ActionBase
-from ansible_collections.velorant.trellan.plugins.plugin_utils.controller import read_document, result_of, write_whole
+from ansible_collections.velorant.trellan.plugins.plugin_utils.controller import (
+    ControllerAction,
+    read_document,
+    result_of,
+    write_whole,
+)
 
 TAKEN_OVER = ("status", "reasons", "written", "unlisted", "counts", "elements", "previous")
 
 
-class ActionModule(ActionBase):
+class ActionModule(ControllerAction):
     """Writes the report of a rollout, or brings it up to date with what hosts have come to."""
 
-    TRANSFERS_FILES = False
-    _VALID_ARGS = frozenset(["path", "fresh", "about", "hosts", "batch", "survey", "update", "after"])
+    ARGUMENT_SPEC = dict(
+        path=dict(type="path", required=True),
+        fresh=dict(type="bool", default=False),
+        about=dict(type="dict"),
+        hosts=dict(type="list", elements="str", required=True),
+        batch=dict(type="str"),
+        survey=dict(type="str", required=True),
+        update=dict(type="str"),
+        after=dict(type="str"),
+    )
 
     def run(self, tmp=None, task_vars=None):
         result = super().run(tmp, task_vars)
-        args = self._task.args
-        path = os.path.abspath(args["path"])
+        args = self.arguments()
+        path = args["path"]
         os.makedirs(os.path.dirname(path), exist_ok=True)
-        report = {} if args.get("fresh") else read_document(path)
+        report = {} if args["fresh"] else read_document(path)
         report.setdefault("schemaVersion", 1)
         report.setdefault("begun", now())
-        report.update(args.get("about") or {})
+        report.update(args["about"] or {})
         report["written"] = now()
         hosts = report.setdefault("hosts", {})
         for host in args["hosts"]:
-            entry = self.entry(task_vars, host)
-            entry["batch"] = args.get("batch")
+            entry = host_entry(*[result_of(task_vars, host, args[name]) if args[name] else {}
+                                 for name in ("survey", "update", "after")])
+            entry["batch"] = args["batch"]
             hosts[host] = entry
         report["counts"] = count(hosts.values())
         write_whole(path, json.dumps(report, indent=1, ensure_ascii=False) + "\n")
@@ -42,19 +55,18 @@ class ActionModule(ActionBase):
             result["warnings"] = ["%d could not be read behind the update: %s" % (len(unread), ", ".join(unread[:10]))]
         return result
 
-    def entry(self, task_vars, host):
-        """What has become of one host: the update's result or, without one, what kept it from being reached."""
-        survey, update, after = [result_of(task_vars, host, self._task.args[name]) if self._task.args.get(name) else {}
-                                 for name in ("survey", "update", "after")]
-        if update and not update.get("skipped"):
-            entry = update_entry(update, after)
-        elif survey.get("inventory"):
-            entry = {"result": "not reached", "changed": False, "msg": "its turn did not come"}
-        else:
-            entry = unread_entry(survey)
-        if after and not after.get("skipped") and not after.get("inventory"):
-            entry["after"] = unread_entry(after)
-        return entry
+
+def host_entry(survey, update, after):
+    """What has become of one host: the update's result or, without one, what kept it from being reached."""
+    if update and not update.get("skipped"):
+        entry = update_entry(update, after)
+    elif survey.get("inventory"):
+        entry = {"result": "not reached", "changed": False, "msg": "its turn did not come"}
+    else:
+        entry = unread_entry(survey)
+    if after and not after.get("skipped") and not after.get("inventory"):
+        entry["after"] = unread_entry(after)
+    return entry
 
 
 def now():

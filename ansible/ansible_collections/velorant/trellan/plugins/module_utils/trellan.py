@@ -100,17 +100,25 @@ def find_tool(module, **result):
 
 
 def understood(module, **result):
-    """The module's parameters, with whole paths, which no option of the tool looks like. The module fails with RESULT where a
-    filter has a value that the tool would take for several or for none."""
+    """The module's parameters, with whole paths, which no option of the tool looks like; what ".." in them means is left to the
+    kernel. The module fails with RESULT where a filter has a value that the tool would take for several or for none."""
     parameters = dict(module.params)
+    mistake = no_single_name(parameters)
+    if mistake:
+        module.fail_json(msg=mistake, **result)
+    for name in PATHS:
+        if parameters.get(name):
+            parameters[name] = os.path.join(os.getcwd(), parameters[name])
+    return parameters
+
+
+def no_single_name(parameters):
+    """What is wrong with the filters where the tool would take a value for several or for none; else None."""
     for name, unused in FILTERS:
         for value in parameters.get(name) or []:
             if "," in value or not value.strip():
-                module.fail_json(msg="%s: '%s' is no single name; nothing was done" % (name, value), **result)
-    for name in PATHS:
-        if parameters.get(name):
-            parameters[name] = os.path.abspath(parameters[name])
-    return parameters
+                return "%s: '%s' is no single name; nothing was done" % (name, value)
+    return None
 
 
 def run_tool(arguments, lasting=None):

@@ -10,6 +10,7 @@ short_description: Hold an archive against the targets of a group
 description:
   - Writes the inventories that M(velorant.trellan.facts) has returned into a folder on the controller, and holds an archive
     against all that are there with C(trellan-update coverage), which must be on the controller.
+  - Fails where the filters select nothing of any target that can be read; the result is whole all the same.
 options:
   hosts:
     description: The hosts whose inventories are written. One of which there is none now has none afterwards either.

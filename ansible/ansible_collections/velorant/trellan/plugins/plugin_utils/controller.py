@@ -14,7 +14,32 @@ from urllib.parse import quote, unquote
 from jinja2 import UndefinedError
 
 from ansible.errors import AnsibleActionFail
+from ansible.plugins.action import ActionBase
 from ansible_collections.velorant.trellan.plugins.module_utils.trellan import TOOL
+
+
+class ControllerAction(ActionBase):
+    """An action that works on the controller."""
+
+    TRANSFERS_FILES = False
+    ARGUMENT_SPEC = {}
+
+    def arguments(self):
+        """The task's arguments, with each option of ARGUMENT_SPEC. They may be written as a module's may, such as a list as one
+        text with commas, or a path with "~"; paths are whole, and without links and ".."."""
+        arguments = self.validate_argument_spec(self.ARGUMENT_SPEC)[1]
+        for name, option in self.ARGUMENT_SPEC.items():
+            if option.get("type") == "path" and arguments[name] is not None:
+                arguments[name] = whole_path(name, arguments[name])
+            elif option.get("elements") == "path":
+                arguments[name] = [whole_path(name, path) for path in arguments[name] or []]
+        return arguments
+
+
+def whole_path(name, path):
+    if not path:
+        raise AnsibleActionFail("the argument %s is empty" % name)
+    return os.path.realpath(path)
 
 
 def find_tool():
