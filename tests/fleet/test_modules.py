@@ -237,6 +237,16 @@ class Facts(Module):
         for member in ("written", "reasons", "elements", "counts", "diff", "changed"):
             self.assertEqual(there[member], here[member])
 
+    def test_tell_what_an_update_with_a_file_of_events_would_be_refused_for(self):
+        file = self.folder / "file"
+        file.write_text("")
+        for events, hindered, missing in ((file, False, False), (self.folder / "none" / "events", True, True),
+                                          (file / "none" / "events", True, False), (self.folder, True, False)):
+            with self.subTest(events):
+                told = self.task("facts", {"events": str(events)})["ansible_facts"]["trellan"]
+                self.assertEqual((told["hindrance"] is not None, told["running"], told["missing_folder"]),
+                                 (hindered, False, missing))
+
     def test_fail_with_the_reason_where_the_target_cannot_be_read(self):
         told = self.task("facts", {"target": "/nonexistent"})
         self.assertEqual(told["task_status"], "failed")

@@ -110,6 +110,10 @@ ansible_facts:
             none for nothing.
           type: str
           returned: when C(events) is given
+        missing_folder:
+          description: Whether the hindrance is that the folder for this file of events is missing.
+          type: bool
+          returned: when C(events) is given
         last_update:
           description: The last update in the file of events, as C(trellan-update history --json) has it; none for none.
           type: dict
@@ -129,6 +133,9 @@ status:
   returned: failure
   type: int
 """
+
+import errno
+import os
 
 from ansible.module_utils.basic import AnsibleModule
 from ansible_collections.velorant.trellan.plugins.module_utils.events import (
@@ -170,14 +177,16 @@ def read(module, arguments, member, statuses=(SUCCESS,)):
 
 
 def hindrance(path):
-    """Why an update with this file of events would be refused, and whether that is since an earlier one is still running."""
+    """Why an update with this file of events would be refused, and what of that can be told apart."""
+    told = {"hindrance": None, "running": False, "missing_folder": False}
     try:
         look_for_running(path)
     except StillRunning:
-        return still_running(path), True
+        told.update(hindrance=still_running(path), running=True)
     except OSError as error:
-        return not_writable(path, error), False
-    return None, False
+        told.update(hindrance=not_writable(path, error),
+                    missing_folder=error.errno == errno.ENOENT and not os.path.lexists(os.path.dirname(path)))
+    return told
 
 
 def main():
@@ -194,7 +203,7 @@ def main():
     }
     result = {"changed": False, "ansible_facts": {"trellan": facts}}
     if parameters["events"]:
-        facts["hindrance"], facts["running"] = hindrance(parameters["events"])
+        facts.update(hindrance(parameters["events"]))
         facts["last_update"] = last_update(module, tool, parameters["events"])
     if parameters["inventory"]:
         target = ["--target", parameters["target"]] if parameters["target"] else []
