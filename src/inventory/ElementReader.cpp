@@ -29,6 +29,18 @@ void readBoard(ZoCErrorListPool& errors, const ZoCInventoryItem& board, ZoSUpdat
     }
 }
 
+void copyBoard(const ZoSUpdateElementValues& from, ZoSUpdateElementValues& element)
+{
+    element.boardAddress = from.boardAddress;
+    element.boardType = from.boardType;
+    element.variant = from.variant;
+    element.productId = from.productId;
+    element.serialNumber = from.serialNumber;
+    element.slotCount = from.slotCount;
+    element.slot = from.slot;
+    element.boardName = from.boardName;
+}
+
 void readElement(ZoCErrorListPool& errors, const ZoCInventoryItem& item, ZoSUpdateElementValues& element)
 {
     element.isFileSystemElement = isOfKind(item, FILESYSTEM_ELEMENT);

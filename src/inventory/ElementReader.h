@@ -14,4 +14,7 @@ namespace ZoNUpdateInventory {
 void readBoard(ZoCErrorListPool& errors, const ZoCInventoryItem& board, ZoSUpdateElementValues& element);
 void readElement(ZoCErrorListPool& errors, const ZoCInventoryItem& item, ZoSUpdateElementValues& element);
 
+// Sets the fields of an element that readBoard() fills in to those of another one on the same board.
+void copyBoard(const ZoSUpdateElementValues& from, ZoSUpdateElementValues& element);
+
 }  // namespace ZoNUpdateInventory

@@ -36,6 +36,7 @@ void ZoCUpdateInventory::searchUpdateElements(ZoCErrorListPool& errors, ZoCInven
         cnFound = false;
     }
     noteUnits();
+    lastBoard = nullptr;
     search(errors, item, unitItem);
     numberElements();
 }
@@ -125,7 +126,7 @@ bool ZoCUpdateInventory::takeUpdateElement(ZoCErrorListPool& errors, const ZoCIn
     }
     ZoSUpdateElement& element = insertElement(unitItem);
     element.unitItem = unitItem;
-    readBoard(errors, board, element);
+    readBoardOnce(errors, board, element);
     if (unitItem != nullptr) {
         readUnit(errors, *unitItem, element);
     }
@@ -136,6 +137,20 @@ bool ZoCUpdateInventory::takeUpdateElement(ZoCErrorListPool& errors, const ZoCIn
     element.disabled = element.custom != 0 && options.disableCustomElements;
     element.createErrorLists();
     return true;
+}
+
+// What is wrong with a board is told for each of its elements.
+void ZoCUpdateInventory::readBoardOnce(ZoCErrorListPool& errors, const ZoCInventoryItem& board,
+                                       ZoSUpdateElement& element)
+{
+    if (&board == lastBoard) {
+        copyBoard(*elementOfLastBoard, element);
+        return;
+    }
+    const unsigned errorsBefore = errors.getErrorCount();
+    readBoard(errors, board, element);
+    lastBoard = errors.getErrorCount() == errorsBefore ? &board : nullptr;
+    elementOfLastBoard = &element;
 }
 
 // What is wrong with an element that nobody has asked for is not told.

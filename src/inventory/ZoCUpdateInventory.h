@@ -98,6 +98,8 @@ private:
     void noteLeftOut(const ZoCInventoryItem& item);
     bool isPlacedWell(const ZoCInventoryItem& item) const;
     bool passesFilters(ZoCErrorListPool& errors, const ZoCInventoryItem& item, const ZoCInventoryItem& board) const;
+    void readBoardOnce(ZoCErrorListPool& errors, const ZoCInventoryItem& board,
+                       ZoNUpdateInventory::ZoSUpdateElement& element);
     ZoNUpdateInventory::ZoSUpdateElement& insertElement(ZoCInventoryItem* unitItem);
     std::uint32_t rebootSupportOf(ZoCErrorListPool& errors, ZoCInventoryItem* tree) const;
 
@@ -112,6 +114,10 @@ private:
     ZoCInventoryAddress cnAddress;
     bool cnFound = false;
     std::uint32_t rebootSupportState = 1;
+
+    // During a search, the board that was read last without an error, and the element that it was read for.
+    const ZoCInventoryItem* lastBoard = nullptr;
+    const ZoNUpdateInventory::ZoSUpdateElement* elementOfLastBoard = nullptr;
 
     // During a search, for each unit the last element of the first run of its elements: behind it the unit's next
     // element goes, without a walk through the list.

@@ -46,6 +46,36 @@ TEST_F(ElementReader, TakesTheBoardsParameters)
     EXPECT_EQ(errors.count(), 0u);
 }
 
+TEST_F(ElementReader, TakesTheBoardsParametersForEachElementOfTheBoard)
+{
+    ASSERT_EQ(read({board("ION[3]", fullBoard(), {named(1, "A"), named(2, "B")}), board("ION[4]", {}, {named(1, "C")}),
+                    board("ION[5]", {{"PRODUCT/BOARD_TYPE", "T5"}}, {named(1, "D"), named(2, "E")})}),
+              1);
+    for (const std::size_t position : {0, 1}) {
+        const Element& record = element(position);
+        EXPECT_EQ(str(record.boardAddress.toString()), "/ROOT/ION[3]");
+        EXPECT_EQ(str(record.boardType), "T100");
+        EXPECT_EQ(str(record.variant), "V2");
+        EXPECT_EQ(record.productId, 11u);
+        EXPECT_EQ(record.serialNumber, 16777232u);
+        EXPECT_EQ(record.slotCount, 2u);
+        EXPECT_EQ(record.slot, 5u);
+        EXPECT_EQ(str(record.boardName), "Processor board (V2)");
+    }
+    EXPECT_EQ(str(element(2).boardAddress.toString()), "/ROOT/ION[4]");
+    EXPECT_EQ(str(element(2).boardType), "");
+    EXPECT_EQ(str(element(3).boardType), "T5");
+    EXPECT_EQ(str(element(4).boardType), "T5");
+    EXPECT_EQ(element(4).productId, 0u);
+    EXPECT_EQ(errors.count(), 0u);
+}
+
+TEST_F(ElementReader, TellsWhatIsWrongWithABoardForEachOfItsElements)
+{
+    ASSERT_EQ(read({board("ION[3]", {{"PRODUCT/ID", "eleven"}}, {named(1, "A"), named(2, "B"), named(3, "C")})}), 1);
+    EXPECT_EQ(errors.count(), 3u);
+}
+
 TEST_F(ElementReader, TakesTheElementsParameters)
 {
     ASSERT_EQ(read({board("ION[3]", fullBoard(), {updateElement(2, fullElement())})}), 1);
