@@ -1,5 +1,6 @@
-"""The collection's actions in this process, as the engine loads them."""
+"""Parts of the collection in this process, as the engine loads them."""
 
+import importlib
 import os
 from unittest import mock
 
@@ -13,3 +14,8 @@ with mock.patch.dict(os.environ, ANSIBLE_COLLECTIONS_PATH=str(COLLECTIONS)):
 def action(name):
     """The class of this action."""
     return action_loader.get("velorant.trellan." + name, class_only=True)
+
+
+def utility(name):
+    """What modules share under this name."""
+    return importlib.import_module("ansible_collections.velorant.trellan.plugins.module_utils." + name)

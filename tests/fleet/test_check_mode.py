@@ -140,7 +140,7 @@ class AnUpdateWithoutTheCheck(Module):
     def test_fails_where_a_file_is_missing(self):
         archive = self.archive()
         (archive / "site.cfg").unlink()
-        self.expect("failed", "the update would fail: the archive's folder has no such file", 11, archive)
+        self.expect("failed", "the update would fail: site.cfg: the archive's folder has no such file", 11, archive)
 
     def test_fails_where_a_path_cannot_be_handed_to_a_shell(self):
         self.expect("failed", "must not have a blank: move the archive to another folder", 0, self.archive("with blank"),
@@ -149,7 +149,7 @@ class AnUpdateWithoutTheCheck(Module):
     def test_fails_where_what_it_writes_is_not_what_was_stated_and_that_is_looked_at(self):
         archive = self.archive()
         (archive / "site.cfg").write_text("# other content\n")
-        self.expect("failed", "the stated checksum is 77930046", 12, archive)
+        self.expect("failed", "the update would fail: site.cfg: the stated checksum is 77930046", 12, archive)
         self.fleet.restore()
         self.expect("ok", "12 elements would be updated", 12, archive, verify=False)
 

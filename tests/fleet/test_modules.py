@@ -1,9 +1,13 @@
 """The modules on single targets: what they foretell, do and tell, whatever happens to them."""
 
+import fcntl
 import os
 import signal
+import tempfile
 import unittest
+from unittest import mock
 
+from actions import utility
 from fleet import TOOL_FOLDER, elements, hcn
 from single_target import Module
 from tool_processes import processes_of_target, wait_for
@@ -109,6 +113,23 @@ class WhatAProgramInTheToolsPlaceTells(Module):
                 self.assertEqual(facts["task_status"], "failed")
                 self.assertIn("trellan-update has not told what it has read", facts["msg"])
 
+    def test_is_nothing_done_where_the_loader_finds_no_library(self):
+        reason = "/usr/bin/trellan-update: error while loading shared libraries: libx.so.1: cannot open shared object file"
+        tool = self.stand_in("#!/bin/sh\necho '%s' >&2\nexit 127\n" % reason)
+        for flags in (["--check"], []):
+            told = self.update(*flags, tool=tool)
+            self.assertEqual((told["task_status"], told["result"], told["changed"], told["reasons"]),
+                             ("failed", "refused", False, [reason]))
+            self.assertEqual(told["msg"], "trellan-update cannot be started; nothing was done: " + reason)
+        facts = self.task("facts", {}, tool=tool)
+        self.assertEqual(facts["reasons"], [reason])
+
+    def test_is_told_with_its_last_words_where_it_dies(self):
+        tool = self.stand_in("#!/bin/sh\nprintf 'one\\ntwo\\n\\nthree\\nlogic.cpp:7: assertion failed\\n' >&2\nkill -6 $$\n")
+        told = self.update(tool=tool)
+        self.assertEqual((told["result"], told["status"], told["changed"]), ("interrupted", -6, True))
+        self.assertEqual(told["reasons"], ["two", "three", "logic.cpp:7: assertion failed"])
+
     def test_may_have_been_written_where_it_failed_and_its_output_is_lost(self):
         lost = "#!/bin/sh\n[ $1 = update ] || exec %s/trellan-update \"$@\"\n%s/trellan-update \"$@\" >/dev/full\n" % (
             TOOL_FOLDER, TOOL_FOLDER)
@@ -125,6 +146,18 @@ class WhatAProgramInTheToolsPlaceTells(Module):
     def test_may_have_been_written_where_it_was_killed_and_its_events_are_not_kept(self):
         told = self.update(tool=self.stand_in("#!/bin/sh\nkill -9 $$\n"), events="/dev/null")
         self.assertEqual((told["task_status"], told["result"], told["changed"]), ("failed", "interrupted", True))
+
+
+class AFileOfEvents(unittest.TestCase):
+    def test_is_held_as_soon_as_another_has_looked_whether_an_update_is_running(self):
+        events = utility("events")
+        with tempfile.NamedTemporaryFile() as file, open(file.name, "rb") as looking:
+            fcntl.flock(looking, fcntl.LOCK_SH)
+            with mock.patch("time.sleep", lambda seconds: fcntl.flock(looking, fcntl.LOCK_UN)):
+                with events.hold_events(file.name):
+                    self.assertRaises(events.StillRunning, events.look_for_running, file.name)
+            fcntl.flock(looking, fcntl.LOCK_EX)
+            self.assertRaises(events.StillRunning, events.hold_events, file.name)
 
 
 class AnUpdateThatIsDisturbed(Module):
@@ -182,6 +215,7 @@ class AnUpdateThatIsDisturbed(Module):
         os.kill(tool.pid, signal.SIGKILL)
         told = self.end(engine)
         self.assertEqual((told["task_status"], told["result"], told["status"]), ("failed", "interrupted", -9), told["msg"])
+        self.assertEqual(told["reasons"], [])
         self.assertIn("trellan-update was killed by SIGKILL", told["msg"])
         self.assertTrue(told["changed"])  # a phase had begun, so that it cannot be ruled out
 

@@ -8,8 +8,13 @@ import errno
 import fcntl
 import os
 import stat
+import time
 
-from ansible_collections.velorant.trellan.plugins.module_utils.trellan import SUCCESS, run_tool
+from ansible_collections.velorant.trellan.plugins.module_utils.trellan import SUCCESS, failure_reasons, run_tool
+
+
+# How often a lock is tried for before an update is taken to hold it: whoever looks for one holds it for a moment, too.
+LOOKS = 10
 
 
 class StillRunning(Exception):
@@ -31,7 +36,7 @@ def hold_events(path):
     if is_special(path):
         return None
     file = open(path, "ab")
-    lock(file, fcntl.LOCK_EX)
+    lock(file, fcntl.LOCK_EX, LOOKS)
     return file
 
 
@@ -74,13 +79,24 @@ def is_special(path):
     return not (stat.S_ISREG(mode) or stat.S_ISDIR(mode))
 
 
-def lock(file, kind):
+def lock(file, kind, tries=1):
+    while not is_locked(file, kind):
+        tries -= 1
+        if tries == 0:
+            file.close()
+            raise StillRunning()
+        time.sleep(0.05)
+
+
+def is_locked(file, kind):
+    """Locks it where nobody else does."""
     try:
         fcntl.flock(file, kind | fcntl.LOCK_NB)
+        return True
     except OSError as error:
-        file.close()
         if error.errno in (errno.EWOULDBLOCK, errno.EACCES):
-            raise StillRunning()
+            return False
+        file.close()
         raise
 
 
@@ -90,6 +106,6 @@ def last_update(module, tool, path):
         return None
     outcome = run_tool([tool, "history", path, "--json"])
     if outcome.status != SUCCESS:
-        module.warn("the file of events cannot be read: %s" % "; ".join(outcome.own_words))
+        module.warn("the file of events cannot be read: %s" % "; ".join(failure_reasons(outcome)))
     runs = outcome.document.get("runs", [])
     return runs[-1] if runs else None

@@ -8,6 +8,7 @@ import errno
 import json
 import os
 import re
+import signal
 import subprocess
 import tempfile
 
@@ -17,6 +18,7 @@ TOOL_WORD = TOOL + ": "
 # What the tool's exit statuses mean; any other is a failure that its own words explain.
 SUCCESS, FAILED, USAGE, UNREADABLE, REFUSED, EMPTY, NOT_HELD, STALLED = 0, 1, 2, 3, 4, 5, 6, 8
 NOT_STARTED = 126  # none of the tool's own: what a shell ends with where a program cannot be started
+NOT_FOUND = 127  # what a shell ends with where there is no program, and the loader where a library is missing
 
 # The members that the modules need of what a document lists, by the document's command for elements.
 COMPARED = ("index", "state", "displayName", "name", "isFileSystemElement", "valid", "active", "installedVersion",
@@ -135,7 +137,10 @@ def run_tool(arguments, lasting=None):
         except OSError as error:
             return not_started("%s: %s" % (arguments[0], error.strerror))
         status = process.wait()
-        return Outcome(status, whole_text(output), whole_text(text))
+        printed = whole_text(output)
+        if status == NOT_FOUND and not printed:
+            status = NOT_STARTED
+        return Outcome(status, printed, whole_text(text))
 
 
 def not_started(reason):
@@ -184,10 +189,16 @@ def reported_errors(text):
 
 
 def failure_reasons(outcome):
-    """Why a call did not succeed, each reason on one line: what was reported, then what the tool says to it."""
+    """Why a call did not succeed, each reason on one line: what was reported, then what the tool says to it. Where the tool says
+    nothing, the last that was said, by the loader or by whatever is in its place; a kill leaves no time for words."""
     message = outcome.document.get("error", {}).get("message") or "\n".join(outcome.own_words)
     lines = [line.strip() for line in message.splitlines()]
-    return [error for error in reported_errors(outcome.text) if error not in lines] + lines
+    return [error for error in reported_errors(outcome.text) if error not in lines] + lines or (
+        last_lines(outcome.text) if outcome.status != -signal.SIGKILL else [])
+
+
+def last_lines(text, most=3):
+    return [line.strip() for line in text.splitlines() if line.strip()][-most:]
 
 
 def counted(count, one, several):

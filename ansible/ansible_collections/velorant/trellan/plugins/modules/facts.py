@@ -171,7 +171,8 @@ def read(module, arguments, member, statuses=(SUCCESS,)):
     fails."""
     outcome = run_tool(arguments)
     if outcome.status not in statuses or member not in outcome.document:
-        reasons = failure_reasons(outcome) or ["%s has not told what it has read" % arguments[0]]
+        reasons = failure_reasons(outcome) if outcome.status != SUCCESS else []
+        reasons = reasons or ["%s has not told what it has read" % arguments[0]]
         module.fail_json(msg=sentence("the target cannot be read", reasons), reasons=reasons, status=outcome.status)
     return outcome
 

@@ -320,7 +320,7 @@ class Update(object):
         self.note(outcome, [element for element in written if element["updateFileIndex"] not in without])
         if faults:
             self.result["findings"] = faults
-            self.expect_failure([fault["message"] for fault in faults])
+            self.expect_failure(["%s: %s" % (file_name(fault["file"], written), fault["message"]) for fault in faults])
         if outcome.status == SUCCESS:
             self.expect_no_errors()
         self.end(outcome, written, ("%d element would be updated", "%d elements would be updated"))
@@ -389,6 +389,11 @@ class Update(object):
 def files_of(elements):
     """The positions of the files that these elements get."""
     return set(element["updateFileIndex"] for element in elements)
+
+
+def file_name(position, elements):
+    """The name of the file at this position, which at least one of the elements gets."""
+    return next(element["updateFile"] for element in elements if element["updateFileIndex"] == position)
 
 
 def elements_in(outcome, states):
