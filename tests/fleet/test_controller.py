@@ -73,6 +73,39 @@ class Coverage(OnTheController):
             element_names=["A,B"]))
 
 
+class APackage(OnTheController):
+    def pack(self, archive):
+        packed = self.act("package", archive=archive, folder="packed")
+        with tarfile.open(packed["path"]) as content:
+            return packed, [name.partition("/")[2] for name in content.getnames()]
+
+    def test_has_the_files_and_leaves_out_what_is_none(self):
+        archive, elsewhere = self.folder / "archive", self.folder / "elsewhere"
+        (archive / "sub").mkdir(parents=True)
+        elsewhere.mkdir()
+        for file in (archive / "a.bin", archive / "sub" / "b.bin", elsewhere / "c.bin"):
+            file.write_text(file.name)
+        (archive / "linked").symlink_to(elsewhere)
+        (archive / "again").symlink_to(elsewhere)
+        (archive / "d.bin").symlink_to(elsewhere / "c.bin")
+        (archive / "nothing").symlink_to("/nonexistent")
+        (archive / "sub" / "up").symlink_to("..")
+        (archive / "sub" / "across").symlink_to(archive / "sub2")
+        (archive / "sub2").mkdir()
+        (archive / "sub2" / "back").symlink_to(archive / "sub")
+        os.mkfifo(archive / "pipe")
+        packed, names = self.pack("archive")
+        self.assertEqual(names, ["a.bin", "again/c.bin", "d.bin", "linked/c.bin", "sub/b.bin", "sub2/back/b.bin", ""])
+        self.assertEqual(packed["warnings"],
+                         ["left out, since they are neither files nor folders that end: nothing, pipe, sub/across/back, sub/up, "
+                          "sub2/back/across, sub2/back/up"])
+
+    def test_that_cannot_be_written_is_told_with_the_reason(self):
+        (self.folder / "file").write_text("")
+        self.assertIn("cannot be packed: [Errno 20] Not a directory", self.refusal(
+            "package", archive=str(EXAMPLES / "archive"), folder="file/folder"))
+
+
 class Paths(OnTheController):
     def test_have_the_users_folder_for_a_tilde(self):
         home = self.folder / "home"

@@ -23,29 +23,47 @@ class ActionModule(ControllerAction):
         archive, folder = args["archive"], args["folder"]
         if not os.path.isdir(archive):
             raise AnsibleActionFail("the archive %s is no folder" % archive)
-        name = digest(archive)
-        path = os.path.join(folder, name + ".tar")
-        if not os.path.exists(path):
-            os.makedirs(folder, exist_ok=True)
-            pack(archive, name, path)
-            result["changed"] = True
+        try:
+            files, others = content_of(archive)
+            name = digest(archive, files)
+            path = os.path.join(folder, name + ".tar")
+            if not os.path.exists(path):
+                os.makedirs(folder, exist_ok=True)
+                pack(archive, files, name, path)
+                result["changed"] = True
+        except OSError as error:
+            raise AnsibleActionFail("the archive %s cannot be packed: %s" % (archive, error))
+        if others:
+            result["warnings"] = ["left out, since they are neither files nor folders that end: %s" % ", ".join(others)]
         result.update(path=path, name=name)
         return result
 
 
-def files_of(archive):
-    """The files below a folder by their paths in it, in order; links are followed."""
-    found = []
-    for folder, folders, names in os.walk(archive, followlinks=True):
-        folders.sort()
-        found += [os.path.relpath(os.path.join(folder, name), archive) for name in names]
-    return sorted(found)
+def content_of(archive):
+    """The files below a folder by their paths in it, in order, and likewise what is left out: pipes, links to nothing, and
+    links to a folder that they are in. Other links are followed."""
+    files, others = [], []
+    gather(archive, [os.path.realpath(archive)], files, others)
+    return [sorted(os.path.relpath(path, archive) for path in paths) for paths in (files, others)]
 
 
-def digest(archive):
+def gather(folder, way, files, others):
+    """Adds what is below a folder; WAY are the folders, without links, that lead to it from the archive's."""
+    for name in os.listdir(folder):
+        path = os.path.join(folder, name)
+        place = os.path.realpath(path)
+        if os.path.isfile(path):
+            files.append(path)
+        elif not os.path.isdir(path) or any((above + os.sep).startswith(place + os.sep) for above in way):
+            others.append(path)
+        else:
+            gather(path, way + [place], files, others)
+
+
+def digest(archive, files):
     """What tells one archive from another: a digest of its files' paths and contents."""
     whole = hashlib.sha256()
-    for name in files_of(archive):
+    for name in files:
         content = hashlib.sha256()
         with open(os.path.join(archive, name), "rb") as file:
             for block in iter(lambda: file.read(1 << 20), b""):
@@ -54,10 +72,10 @@ def digest(archive):
     return whole.hexdigest()[:32]
 
 
-def pack(archive, name, path):
+def pack(archive, files, name, path):
     """The files lie in a folder of this name. An empty file behind them tells that all are there."""
     with tarfile.open(path + ".part", "w", dereference=True) as package:
-        for file in files_of(archive):
+        for file in files:
             package.add(os.path.join(archive, file), os.path.join(name, file), filter=anonymous)
         package.addfile(anonymous(tarfile.TarInfo(name + ".complete")), io.BytesIO())
     os.replace(path + ".part", path)

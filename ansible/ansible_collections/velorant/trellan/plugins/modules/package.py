@@ -11,6 +11,8 @@ description:
   - Packs an archive's folder into a tar file on the controller. Its name depends on the paths and contents of the archive's
     files alone, so that an archive that is at a target already need not be sent again.
   - The files lie in a folder of that name; an empty file with C(.complete) behind the name is the last one to be unpacked.
+  - Links are followed. What is neither a file nor a folder is left out with a warning, as are links to nothing and links to a
+    folder that they are in.
 options:
   folder:
     description: The folder for the tar file.
