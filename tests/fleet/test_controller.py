@@ -73,6 +73,31 @@ class Coverage(OnTheController):
             element_names=["A,B"]))
 
 
+class Report(OnTheController):
+    def entry(self, **options):
+        self.act("report", path="report.json", hosts="rack", survey="installed", **options)
+        report = json.loads((self.folder / "report.json").read_text())
+        return report["hosts"]["rack"], report["counts"]
+
+    def test_tells_of_an_update_that_is_begun_that_its_end_is_not_known(self):
+        told = {"failed": True, "msg": "the update failed", "result": "failed", "changed": True}
+        self.variables["hostvars"]["rack"]["updated"] = told
+        self.assertEqual(self.entry(begun=True, batch="first"), (
+            {"result": "unknown", "changed": None, "batch": "first",
+             "msg": "the update was begun; how it has ended is not known"}, {"changed": 0, "unknown": 1}))
+        self.assertEqual(self.entry(update="updated"), (
+            {"result": "failed", "changed": True, "batch": None, "msg": "the update failed"}, {"changed": 1, "failed": 1}))
+
+    def test_has_the_last_words_of_a_module_that_died(self):
+        died = {"failed": True, "msg": "MODULE FAILURE\nSee stdout/stderr for the exact error", "rc": 127,
+                "module_stdout": "/bin/sh: 1: /usr/bin/python3: not found\r\n",
+                "module_stderr": "Shared connection to rack closed.\r\n"}
+        self.variables["hostvars"]["rack"].update(installed=died, updated=died)
+        words = "MODULE FAILURE: /bin/sh: 1: /usr/bin/python3: not found"
+        self.assertEqual(self.entry()[0], {"result": "unreadable", "changed": False, "batch": None, "msg": words})
+        self.assertEqual(self.entry(update="updated")[0]["msg"], words + "; how the update has ended is not known")
+
+
 class APackage(OnTheController):
     def pack(self, archive):
         packed = self.act("package", archive=archive, folder="packed")

@@ -72,6 +72,7 @@ class ARolloutWhoseEndIsNotKnown(unittest.TestCase):
                                    tool=self.tool_that_loses())
         events = self.folder / "lib" / "target0003" / "events.jsonl"
         wait_for(lambda: engine.poll() is not None or (events.exists() and '"event":"progress"' in events.read_text()), 120)
+        self.told_meanwhile = self.told()
         for tool in processes_of_target(self.slow):
             os.kill(tool.pid, signal.SIGSTOP)
             os.kill(tool.parent, signal.SIGKILL)
@@ -89,6 +90,9 @@ class ARolloutWhoseEndIsNotKnown(unittest.TestCase):
         shutil.copytree(self.fleet.targets / "target0002", fresh)
         run = self.run_and_kill_a_module()
         self.assertEqual(run.status, 2, run.text[-3000:])
+        # Where the engine is killed with the module, nobody tells of more.
+        self.assertEqual(self.told_meanwhile, {"lost-after": ("success", True, 12), "rack/1": ("unknown", None, 0),
+                                               "rack_1": ("unknown", None, 0), "killed": ("unknown", None, 0)})
         self.expect_report_of_what_is_not_known()
         # The archive has a blank in its path, which it has not at the targets.
         archive = self.folder / "with blank"

@@ -25,6 +25,7 @@ class ActionModule(ControllerAction):
         fresh=dict(type="bool", default=False),
         about=dict(type="dict"),
         hosts=dict(type="list", elements="str", required=True),
+        begun=dict(type="bool", default=False),
         batch=dict(type="str"),
         survey=dict(type="str", required=True),
         update=dict(type="str"),
@@ -43,7 +44,7 @@ class ActionModule(ControllerAction):
         report["written"] = now()
         hosts = report.setdefault("hosts", {})
         for host in args["hosts"]:
-            entry = host_entry(*[result_of(task_vars, host, args[name]) if args[name] else {}
+            entry = begun_entry() if args["begun"] else host_entry(*[result_of(task_vars, host, args[name]) if args[name] else {}
                                  for name in ("survey", "update", "after")])
             entry["batch"] = args["batch"]
             hosts[host] = entry
@@ -73,11 +74,25 @@ def now():
     return datetime.datetime.now(datetime.timezone.utc).strftime("%Y-%m-%dT%H:%M:%SZ")
 
 
+def begun_entry():
+    """What is told of a host as long as nothing is known of the update that it has been sent, also where nobody waits for it."""
+    return {"result": "unknown", "changed": None, "msg": "the update was begun; how it has ended is not known"}
+
+
+def told(result):
+    """The message of a task and, where its module has died, what was said last; the ssh client's words to that aside."""
+    lines = [line.strip() for name in ("module_stdout", "module_stderr") for line in result.get(name, "").splitlines()]
+    lines = [line for line in lines if line and not line.startswith("Shared connection to ")]
+    msg = result.get("msg", "")
+    # Behind the engine's first line it says where else to look for what stands here.
+    return ": ".join(filter(None, [msg.partition("\n")[0], lines[-1]])) if lines else msg
+
+
 def update_entry(update, after):
     """What an update has told; AFTER is what a task has read behind it, if one has."""
     if update.get("unreachable"):
-        return {"result": "unreachable", "changed": None, "msg": update.get("msg", "")}
-    msg = update.get("msg") or update.get("module_stderr", "")
+        return {"result": "unreachable", "changed": None, "msg": told(update)}
+    msg = told(update)
     if "result" not in update:
         # The module did not come to its end: its time was over, or it was killed. The update does not end by that.
         running = after.get("ansible_facts", {}).get("trellan", {}).get("running", False)
@@ -90,7 +105,7 @@ def update_entry(update, after):
 
 def unread_entry(survey):
     entry = {"result": "unreachable" if survey.get("unreachable") or not survey else "unreadable", "changed": False,
-             "msg": survey.get("msg") or survey.get("module_stderr") or "the target could not be reached"}
+             "msg": told(survey) or "the target could not be reached"}
     if "reasons" in survey:
         entry["reasons"] = survey["reasons"]
     return entry

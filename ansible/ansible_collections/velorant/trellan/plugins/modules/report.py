@@ -27,6 +27,12 @@ options:
     type: list
     elements: str
     required: true
+  begun:
+    description:
+      - Note that updates of these hosts are begun. They count as C(unknown) until the report is brought up to date, which nobody
+        does where the controller is killed meanwhile.
+    type: bool
+    default: false
   batch:
     description: What their batch is called.
     type: str
