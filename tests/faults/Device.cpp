@@ -29,7 +29,7 @@ std::string target(const char* firmwareChecksum, const char* fpgaChecksum)
            element(1, "UserFirmware", firmwareChecksum) + ", " + element(2, "UserFpga", fpgaChecksum) + "]}]}]}}\n";
 }
 
-constexpr const char* description = R"({
+constexpr const char* ownDescription = R"({
   "info": {"formatVersion": "1.0", "archiveVersion": "2.3.4", "productName": "Product", "archiveName": "Archive"},
   "files": [
     {"name": "firmware.bin", "sequence": 1, "boardType": "KR5120", "id": 1, "checksumCrc32": 3589068740},
@@ -61,7 +61,7 @@ constexpr const char* onDrive = "cfdrive/data/app.bin";
 
 Device::Device()
 {
-    put(folder() / "archive/archive.json", description);
+    put(folder() / "archive/archive.json", ownDescription);
     put(folder() / "archive/firmware.bin", "firmware");
     put(folder() / "archive/fpga.bin", "fpga");
     put(folder() / "archive/app.bin", "application");
@@ -70,6 +70,9 @@ Device::Device()
 void Device::putOld() const
 {
     fs::remove(folder() / "archive/new.json");
+    if (description() != ownDescription) {
+        put(folder() / "archive/archive.json", ownDescription);
+    }
     const std::string old = target(oldChecksum, oldChecksum);
     if (contentOf(targetFile()) != old) {
         put(targetFile(), old);
@@ -104,6 +107,11 @@ bool Device::isNew() const
 std::string Device::text() const
 {
     return contentOf(targetFile()) + contentOf(folder() / onDrive);
+}
+
+std::string Device::description() const
+{
+    return contentOf(folder() / "archive/archive.json");
 }
 
 bool Device::isUnlocked() const

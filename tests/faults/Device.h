@@ -17,7 +17,7 @@ public:
     std::string targetFile() const { return folder() / "target.json"; }
     std::string archive() const { return folder() / "archive"; }
 
-    // Makes the device as it is before any update, and the archive without "new.json".
+    // Makes the device as it is before any update, and the archive with its own description and without "new.json".
     void putOld() const;
 
     // Whether each of the three is old or new, or all are new. The old file on the drive may be gone, when the new one
@@ -27,6 +27,9 @@ public:
 
     // The target file and the file on the drive.
     std::string text() const;
+
+    // The archive's description.
+    std::string description() const;
 
     // Whether nobody holds the target's lock.
     bool isUnlocked() const;

@@ -45,8 +45,11 @@ FaultyTool::FaultyTool()
 
 std::vector<std::string> FaultyTool::failEach(Kind kind, unsigned step, const ToolRun& toolRun)
 {
+    device.putOld();
+    oldDescription = device.description();
     usual = run(toolRun, Kind::none, 0, 0).result;
     isUsuallyNew = device.isNew();
+    usualDescription = device.description();
     std::vector<std::string> faults;
     if (usual.status != toolRun.usualStatus) {
         faults.push_back("without a fault: status " + std::to_string(usual.status) + ", " + usual.errors);
@@ -115,6 +118,9 @@ std::vector<std::string> FaultyTool::faultsOf(const ToolRun& toolRun, const Outc
     }
     check(result.status != 0 || device.isNew() == isUsuallyNew, "a success that is none");
     check(device.isOldOrNew(), "the device is neither old nor new");
+    const std::string description = device.description();
+    check(description == usualDescription || (result.status != 0 && description == oldDescription),
+          "the description is neither old nor new");
     check(device.isUnlocked(), "the target is locked");
     check(!device.hasTemporaryFile() || outcome.failed == "unlink", "a temporary file is left");
     return faults;

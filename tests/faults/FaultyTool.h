@@ -36,7 +36,8 @@ public:
     // way in which they fail; of the former every `step`-th. Returns what is wrong with each of these runs, a sentence
     // for each; and prints how many points there were. A run is right that ends with the usual status and output, or
     // with an error that it has told and a status that it may have then; that leaves an element of the target and the
-    // file on the drive old or new, and the target unlocked. That no point is reached is wrong, too.
+    // file on the drive and the description old or new, and the target unlocked. That no point is reached is wrong,
+    // too.
     std::vector<std::string> failEach(FaultPoints::Kind kind, unsigned step, const ToolRun& toolRun);
 
 private:
@@ -53,4 +54,5 @@ private:
     TempDir reports;
     ProcessResult usual;
     bool isUsuallyNew = false;  // the device after a run without a fault
+    std::string oldDescription, usualDescription;
 };

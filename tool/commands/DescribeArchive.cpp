@@ -1,10 +1,10 @@
 // The command that prints a description with its checksums filled in, into a file where that is asked for.
 #include <ostream>
-#include <sstream>
 
 #include "tool/ExitStatus.h"
 #include "tool/OutputFile.h"
 #include "tool/Streams.h"
+#include "tool/TextStream.h"
 #include "tool/arguments/Arguments.h"
 #include "tool/commands/Actions.h"
 #include "tool/commands/LibrarySession.h"
@@ -22,7 +22,7 @@ int describeArchive(const Arguments& arguments, const Streams& streams)
         return status;
     }
     keepFromWriting(arguments, session.inspector());
-    std::ostringstream description;
+    TextStream description;
     session.redirect(description);
     const bool successful = session.updater().run() == 1;
     session.redirect(streams.err);

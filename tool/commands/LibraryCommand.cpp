@@ -1,9 +1,9 @@
 // The commands that the library carries out and that read, with their documents.
 #include <ostream>
-#include <sstream>
 
 #include "tool/ExitStatus.h"
 #include "tool/Streams.h"
+#include "tool/TextStream.h"
 #include "tool/arguments/Arguments.h"
 #include "tool/arguments/Command.h"
 #include "tool/commands/Actions.h"
@@ -17,7 +17,7 @@ namespace {
 // Carries the command out, and writes its document to `streams.out`.
 bool runWithDocument(LibrarySession& session, const Command& command, const Streams& streams)
 {
-    std::ostringstream printed;
+    TextStream printed;
     session.redirect(printed);
     const bool successful = session.updater().run() == 1;
     session.redirect(streams.err);

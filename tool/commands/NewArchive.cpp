@@ -9,6 +9,7 @@
 #include "tool/ExitStatus.h"
 #include "tool/OutputFile.h"
 #include "tool/Streams.h"
+#include "tool/TextStream.h"
 #include "tool/arguments/Arguments.h"
 #include "tool/commands/Actions.h"
 #include "tool/commands/LibrarySession.h"
@@ -125,7 +126,7 @@ int newArchive(const Arguments& arguments, const Streams& streams)
         say(streams.err, hindrance);
         return FAILURE;
     }
-    std::ostringstream text;
+    TextStream text;
     LibrarySession session(arguments, text);
     if (const int status = applied(session, arguments, text, streams.err); status != SUCCESS) {
         return status;

@@ -9,6 +9,7 @@
 #include <unordered_set>
 
 #include "tool/ExitStatus.h"
+#include "tool/TextStream.h"
 #include "tool/arguments/Arguments.h"
 #include "tool/arguments/Command.h"
 #include "tool/commands/TargetFilters.h"
@@ -98,7 +99,7 @@ std::optional<TargetReport> TargetReading::read(const std::string& path, bool is
     if (::setenv("TRELLAN_TARGET", path.c_str(), 1) != 0) {
         throw std::system_error(errno, std::generic_category(), "TRELLAN_TARGET");
     }
-    std::ostringstream text;
+    TextStream text;
     session.redirect(text);
     ZoITrellanInspector& inspector = session.inspector();
     TargetReport report;
@@ -139,8 +140,8 @@ TargetReport TargetReading::readAsDisplayed(const std::string& path) const
 {
     Arguments arguments = forCommand(asked, "compare");
     arguments.targetFile = path;
-    std::ostringstream text;
-    std::ostringstream said;
+    TextStream text;
+    TextStream said;
     LibrarySession understanding(arguments, text);
     TargetReport report;
     if (understanding.apply(said) == SUCCESS) {

@@ -5,11 +5,11 @@
 
 #include <map>
 #include <optional>
-#include <sstream>
 
 #include "tool/ExitStatus.h"
 #include "tool/OutputFile.h"
 #include "tool/Streams.h"
+#include "tool/TextStream.h"
 #include "tool/arguments/Arguments.h"
 #include "tool/arguments/Command.h"
 #include "tool/arguments/Path.h"
@@ -73,7 +73,7 @@ private:
     LastWords wordsAt(int signal) const
     {
         const std::string text = std::string("ended by ") + signalName(signal) + " while the targets were read";
-        std::ostringstream document;
+        TextStream document;
         if (asked.json) {
             writeErrorDocument(document, *asked.command, {ENDED_BY_SIGNAL + signal, text});
         }

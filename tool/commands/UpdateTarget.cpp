@@ -5,13 +5,13 @@
 #include <array>
 #include <map>
 #include <optional>
-#include <sstream>
 #include <system_error>
 
 #include "json/Json.h"
 #include "tool/ExitStatus.h"
 #include "tool/OutputBuffer.h"
 #include "tool/Streams.h"
+#include "tool/TextStream.h"
 #include "tool/arguments/Arguments.h"
 #include "tool/arguments/Command.h"
 #include "tool/commands/Actions.h"
@@ -103,7 +103,7 @@ private:
     LastWords wordsBeforeLock(int signal) const
     {
         const std::string error = endedBeforeLock(signal);
-        std::ostringstream document;
+        TextStream document;
         if (arguments.json) {
             writeErrorDocument(document, *arguments.command, {ENDED_BY_SIGNAL + signal, error});
         }
@@ -184,7 +184,7 @@ private:
             return;
         }
         const DocumentError error = {STALLED, lockWaitedForInVain(*arguments.stallTimeout)};
-        std::ostringstream document;
+        TextStream document;
         if (arguments.json) {
             writeUpdateDocument(document, session.updater(), session.inspector(),
                                 {preparation.findings(), &error, true, verified()});
