@@ -128,6 +128,7 @@ ZoTDescription ZoCTrellanInspector::checkArchive(ZoTReadProgress progress, void*
     const DescriptionSurvey survey = archive.survey();
     Check check(archive, pointersTo(archive.getUpdateFileList()));
     reportFaults(check, survey);
+    checkDescription(check);
     if (survey.state == DescriptionState::read) {
         reportPassedOver(check, survey);
         checkNumbers(check);

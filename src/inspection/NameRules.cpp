@@ -30,6 +30,13 @@ bool isBelow(const fs::path& folder, const fs::path& path)
     return std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first == folder.end();
 }
 
+// Where a link at `path` leads to that is not below `folder`; empty where none does.
+fs::path outside(const fs::path& folder, const std::string& path)
+{
+    const fs::path found = resolved(path);
+    return folder.empty() || found.empty() || isBelow(folder, found) ? fs::path() : found;
+}
+
 void checkFolder(Check& check, const fs::path& folder, const ZoSUpdateFile& file)
 {
     const Place place{file, "name"};
@@ -38,8 +45,7 @@ void checkFolder(Check& check, const fs::path& folder, const ZoSUpdateFile& file
                      "the name leads out of the archive's folder: put the file into the folder and name it there");
         return;
     }
-    const fs::path found = resolved(check.getArchive().pathOf(file));
-    if (!folder.empty() && !found.empty() && !isBelow(folder, found)) {
+    if (const fs::path found = outside(folder, check.getArchive().pathOf(file)); !found.empty()) {
         check.report("outside-archive", Severity::WARNING, place,
                      "a link leads out of the archive's folder, to \"" + found.string() +
                          "\": put the file itself into the folder");
@@ -58,6 +64,20 @@ void checkNames(Check& check)
             checkShellCharacters(check, place, allText(file->name), check.getArchive().pathOf(*file));
         }
         checkControlCharacters(check, place, allText(file->name));
+    }
+}
+
+void checkDescription(Check& check)
+{
+    const ZoCUpdateArchive& archive = check.getArchive();
+    const std::string path = archive.descriptionPath();
+    if (leavesFolder(path.substr(archive.getPath().size()))) {
+        return;  // somebody has named it so
+    }
+    if (const fs::path found = outside(resolved(archive.getPath()), path); !found.empty()) {
+        check.report("outside-archive", Severity::WARNING,
+                     "a link leads out of the archive's folder to the description, to \"" + found.string() +
+                         "\": put the description itself into the folder");
     }
 }
 

@@ -31,6 +31,9 @@ void checkHeader(Check& check, const ZoNUpdateArchive::ZoSUpdateFile& file, cons
 // The names of the update files: outside-archive, shell-character, control-character.
 void checkNames(Check& check);
 
+// The description itself, which decides everything: outside-archive, where a link leads out of the folder to it.
+void checkDescription(Check& check);
+
 // The paths that files get on the flash drive: path-escape, shell-character, control-character.
 void checkTargetPaths(Check& check);
 

@@ -36,6 +36,18 @@ protected:
         std::erase(found, "error missing-file /files/0/name");
         return found;
     }
+
+    // The rules of the findings that there are, but for files that no entry names.
+    Names rulesFound() const
+    {
+        Names rules;
+        for (unsigned i = 0; i < inspector->getFindingCount(); ++i) {
+            if (inspector->getFinding(i).rule != "unlisted-file") {
+                rules.push_back(inspector->getFinding(i).rule);
+            }
+        }
+        return rules;
+    }
 };
 
 }  // namespace
@@ -71,6 +83,36 @@ TEST_F(NameRules, WarnOfALinkThatLeavesTheArchivesFolder)
     EXPECT_EQ(messagesFound().at(0), "a link leads out of the archive's folder, to \"" +
                                          (elsewhere.path() / "real.bin").string() +
                                          "\": put the file itself into the folder");
+}
+
+TEST_F(NameRules, WarnOfADescriptionToWhichALinkLeadsOutOfTheArchivesFolder)
+{
+    const TempDir elsewhere;
+    applyNamed("x.bin");
+    archive->addFile("x.bin", "content");
+    const fs::path description = fs::path(archive->path()) / "archive.json";
+    fs::copy(description, elsewhere.path() / "real.json");
+    fs::remove(description);
+    fs::create_symlink(elsewhere.path() / "real.json", description);
+    inspector->checkArchive(nullptr, nullptr);
+    ASSERT_EQ(rulesFound(), (Names{"checksum", "outside-archive"}));
+    EXPECT_EQ(inspector->getFinding(1).severity, ZoNTrellanInspector::ZoTSeverity::WARNING);
+    EXPECT_FALSE(inspector->getFinding(1).isInDescription);
+    EXPECT_EQ(messagesFound().at(1), "a link leads out of the archive's folder to the description, to \"" +
+                                         (elsewhere.path() / "real.json").string() +
+                                         "\": put the description itself into the folder");
+}
+
+TEST_F(NameRules, TakeADescriptionToWhichALinkLeadsWithinTheArchivesFolder)
+{
+    applyNamed("x.bin");
+    archive->addFile("x.bin", "content");
+    const fs::path folder = archive->path();
+    fs::copy(folder / "archive.json", folder / "real.json");
+    fs::remove(folder / "archive.json");
+    fs::create_symlink("real.json", folder / "archive.json");
+    inspector->checkArchive(nullptr, nullptr);
+    EXPECT_EQ(rulesFound(), Names{"checksum"});
 }
 
 TEST_F(NameRules, TakeALinkWithinTheArchivesFolder)
