@@ -6,6 +6,7 @@
 #include "support/TempDir.h"
 #include "support/TextFile.h"
 #include "tool/CommandLine.h"
+#include "tool/JsonDocument.h"
 
 using nlohmann::json;
 
@@ -69,6 +70,19 @@ TEST_F(HistoryCommand, EndsWith1WhereTheFileCannotBeRead)
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err, "trellan-update: " + (folder.path() / "absent").string() +
                               " cannot be read: No such file or directory\n");
+}
+
+TEST_F(HistoryCommand, HasADocumentWithTheErrorWhereTheFileCannotBeRead)
+{
+    const std::string path = (folder.path() / "absent").string();
+    const RunResult result = ran({"history", "--json", path});
+    EXPECT_EQ(result.status, 1);
+    const nlohmann::ordered_json expected = {
+        {"schemaVersion", 1},
+        {"command", "history"},
+        {"error", {{"status", 1}, {"message", path + " cannot be read: No such file or directory"}}}};
+    EXPECT_EQ(conformingDocument(result.out), expected);
+    EXPECT_EQ(result.err, "trellan-update: " + path + " cannot be read: No such file or directory\n");
 }
 
 TEST_F(HistoryCommand, PrintsNothingWhereItIsToBeQuiet)
