@@ -20,20 +20,21 @@ namespace {
 
 int carryOut(const Arguments& arguments, const Streams& streams)
 {
+    std::ostream nowhere(nullptr);
+    std::ostream& out = arguments.quiet ? nowhere : streams.out;
     if (arguments.help) {
-        tellHelp(streams.out, arguments.command, arguments.json);
+        tellHelp(out, arguments.command, arguments.json);
         return SUCCESS;
     }
     if (arguments.version) {
-        tellToolVersion(streams.out, arguments.json);
+        tellToolVersion(out, arguments.json);
         return SUCCESS;
     }
     for (const std::string& note : arguments.notes) {
         say(streams.err, note);
     }
     keepFromWriting(arguments);
-    std::ostream nowhere(nullptr);
-    return arguments.command->action(arguments, {arguments.quiet ? nowhere : streams.out, streams.err});
+    return arguments.command->action(arguments, {out, streams.err});
 }
 
 int runWords(int argc, const char* const* argv, const Streams& streams)

@@ -20,6 +20,11 @@ void note(Arguments& arguments, const std::string& text)
     }
 }
 
+bool goesWith(const Option& option, const Command* command)
+{
+    return command == nullptr || option.isMeantFor(*command) || (option.manners & (NOTED | TAKEN)) != 0;
+}
+
 void takeOption(Arguments& arguments, const GivenOption& given)
 {
     const Option& option = *given.option;
@@ -27,7 +32,7 @@ void takeOption(Arguments& arguments, const GivenOption& given)
         option.take(arguments, option, given.value);
     } else if ((option.manners & NOTED) != 0) {
         note(arguments, "note: " + std::string(option.name) + " has no meaning for " + arguments.command->name);
-    } else {
+    } else if (!goesWith(option, arguments.command)) {
         throw UsageError(std::string(option.name) + " does not go with " + arguments.command->name);
     }
 }
@@ -43,11 +48,6 @@ void checkTogether(Arguments& arguments)
     if (arguments.progress == Progress::NEVER) {
         arguments.options.noProgress = true;
     }
-}
-
-bool goesWith(const Option& option, const Command* command)
-{
-    return command == nullptr || option.isMeantFor(*command) || (option.manners & NOTED) != 0;
 }
 
 // The first mistake, with the option that may have been meant: one that goes with the command, where that is known.
@@ -68,6 +68,7 @@ void readInto(Arguments& arguments, const Words& read)
         arguments.help |= given.option == findOption("--help");
         arguments.version |= given.option == findOption("--version");
         arguments.json |= given.option == findOption("--json");
+        arguments.quiet |= given.option == findOption("--quiet");
     }
     if (!read.mistake.empty()) {
         arguments.command = read.others.empty() ? nullptr : findCommand(read.others.front());
@@ -86,8 +87,8 @@ void readInto(Arguments& arguments, const Words& read)
         for (const GivenOption& given : read.options) {
             takeOption(arguments, given);
         }
-        checkTogether(arguments);
     }
+    checkTogether(arguments);
 }
 
 }  // namespace

@@ -93,7 +93,7 @@ std::string helpDescription(const Command* command)
 std::vector<const Option*> helpOptions(const Command* command)
 {
     if (command == nullptr) {
-        return {findOption("--help"), findOption("--version")};
+        return {findOption("--help"), findOption("--version"), findOption("--json")};
     }
     std::vector<const Option*> options;
     for (const Option& option : allOptions()) {

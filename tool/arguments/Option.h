@@ -14,6 +14,7 @@ struct Command;
 enum Manner : unsigned {
     NOTED = 1 << 0,  // for a command that it has no meaning for it is noted and changes nothing; else it is refused
     REPEATABLE = 1 << 1,  // may be given several times
+    TAKEN = 1 << 2,       // for a command that it has no meaning for it changes nothing, and nothing is said of it
 };
 
 // What an option's value is, for whoever completes it.

@@ -99,7 +99,7 @@ constexpr Option optionTable[] = {
      "Leave custom elements out of the update"},
     {"--exclude", 0, "INDEX", addIndex<&Arguments::excluded>, ELEMENTS, NOTED | REPEATABLE,
      "Leave the element with this number out of the update; may be repeated", Value::ELEMENT},
-    {"--no-check", 0, nullptr, setFlag<&Arguments::noCheck>, EVERYTHING, 0,
+    {"--no-check", 0, nullptr, setFlag<&Arguments::noCheck>, ELEMENTS, TAKEN,
      "Check nothing beforehand; do just what the library does"},
     {"--target", 0, "FILE", setPath<&Arguments::targetFile>, TARGET, NOTED,
      "Simulated target to work on (sets TRELLAN_TARGET)", Value::FILE},

@@ -37,15 +37,30 @@ Completion valueOf(const Option& option, const std::string& word, const Words& b
     return completion;
 }
 
-// Before a command is known, those that go without one.
+bool isGiven(const Option* option, const Words& before)
+{
+    return std::any_of(before.options.begin(), before.options.end(),
+                       [&](const GivenOption& other) { return other.option == option; });
+}
+
+// Help and the tool's version go without a command, and have a document whatever the command.
+bool isMeant(const Option& option, const Words& before)
+{
+    const Option* const help = findOption("--help");
+    const Option* const version = findOption("--version");
+    if (&option == findOption("--json") && (isGiven(help, before) || isGiven(version, before))) {
+        return true;
+    }
+    if (before.others.empty()) {
+        return &option == help || &option == version;
+    }
+    const Command* const command = findCommand(before.others.front());
+    return command != nullptr && option.isMeantFor(*command);
+}
+
 bool mayStand(const Option& option, const Words& before)
 {
-    const Command* const command = before.others.empty() ? nullptr : findCommand(before.others.front());
-    const bool given = std::any_of(before.options.begin(), before.options.end(),
-                                   [&](const GivenOption& other) { return other.option == &option; });
-    const bool isMeant = before.others.empty() ? &option == findOption("--help") || &option == findOption("--version")
-                                               : command != nullptr && option.isMeantFor(*command);
-    return isMeant && (!given || (option.manners & REPEATABLE) != 0);
+    return isMeant(option, before) && (!isGiven(&option, before) || (option.manners & REPEATABLE) != 0);
 }
 
 Completion optionsBehind(const Words& before)

@@ -37,6 +37,7 @@ Commands:
 Options:
   -h, --help                  Print this help
   --version                   Print the tool's version
+  --json                      Print a JSON document; the library's own text goes to standard error
 
 Exit status:
   0  success
@@ -166,6 +167,40 @@ TEST(Help, AnswersWhateverElseIsOnTheCommandLine)
 {
     expectPrinted({"compare", "/a", "/b", "--exclude", "x", "--help"}, compareHelpText);
     expectPrinted({"--version", "--help"}, toolHelpText);
+}
+
+TEST(Help, AndTheToolsVersionPrintNothingWhereTheyAreToBeQuiet)
+{
+    expectPrinted({"--help", "-q"}, "");
+    expectPrinted({"--quiet", "compare", "-h"}, "");
+    expectPrinted({"--version", "-q"}, "");
+}
+
+TEST(Help, AndTheToolsVersionAreNoDocumentAndQuietTogether)
+{
+    for (const std::string asked : {"--help", "--version"}) {
+        const RunResult result = ran({asked, "--json", "--quiet"});
+        EXPECT_EQ(result.status, 2) << asked;
+        EXPECT_EQ(result.out, "") << asked;
+        EXPECT_EQ(result.err,
+                  "trellan-update: --json does not go with --quiet\ntrellan-update: see trellan-update help\n")
+            << asked;
+    }
+}
+
+TEST(Help, ShowsNoCheckForTheCommandsThatHaveElementsToCheckOrToSelect)
+{
+    std::set<std::string> commands;
+    for (const TrellanTool::Command& command : TrellanTool::allCommands()) {
+        if (ran({"help", command.name}).out.find("--no-check") != std::string::npos) {
+            commands.insert(command.name);
+        }
+    }
+    EXPECT_EQ(commands,
+              (std::set<std::string>{"compare", "coverage", "explain", "installed", "new", "scan", "update"}));
+    const RunResult result = ran({"version", "--no-check"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err, "");
 }
 
 TEST(Help, OfWhatMayBeEndedBySignalsNamesTheStatus)

@@ -62,6 +62,11 @@ TEST(Completion, TellsTheOptionsThatHaveAMeaningForTheCommandAndMayStillBeGiven)
     EXPECT_EQ(completed({"compare", "--exclude", "1", "--ex"}),
               "words\n--exclude\tLeave the element with this number out of the update; may be repeated\n");
     EXPECT_EQ(completed({"-"}), "words\n--help\tPrint this help\n--version\tPrint the tool's version\n");
+    const std::string json = "words\n--json\tPrint a JSON document; the library's own text goes to standard error\n";
+    EXPECT_EQ(completed({"--version", "--js"}), json);
+    EXPECT_EQ(completed({"describe", "--help", "--js"}), json);
+    EXPECT_EQ(completed({"describe", "--js"}), "words\n");
+    EXPECT_EQ(completed({"version", "--no-c"}), "words\n");
     EXPECT_EQ(completed({"nothing", "--"}), "words\n");
     EXPECT_EQ(completed({"check", "--", "-"}), "folders\n");
 }
