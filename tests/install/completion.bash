@@ -130,6 +130,17 @@ types 'scan --target target.json --element-names CnIpl<TAB>' '[scan][--target][t
 for tool in '~/tools/trellan-update' '../bin/trellan-update' '~/my\ tools/trellan-update'; do
     types 'compare archive --verb<TAB>' '[compare][archive][--verbose]' "$tool"
 done
+types 'compare archive --verb<TAB>' '[compare][archive][--verbose]' '$HOME/tools/trellan-update'
+if [ "$shell" = fish ]; then # the others complete nothing for what stands in quotes
+    types 'compare archive --verb<TAB>' '[compare][archive][--verbose]' '"$HOME/tools/trellan-update"'
+fi
+# Of a tool that is not there nothing is run; what the screen then shows is the line that was typed and completed alone.
+lines=$(wc -l <"$work/screen")
+printf '%s check two\t\r' '~nobody/there/trellan-update' >&"$keys"
+sleep 2
+! tail -n "+$((lines + 1))" "$work/screen" | grep -aE 'in function|in command substitution|line [0-9]+\)' >&2 ||
+    { echo "a tool that is not there is complained of while completing" >&2; failures=$((failures + 1)); }
+types 'inspect $HOME/at<TAB>' "[inspect][$work/home/at home.json]"
 types "inspect ~/at<TAB>" "[inspect][$work/home/at home.json]"
 types 'check arc\'\''<TAB>' '[check][arc'\''s $HOME]'
 

@@ -4,6 +4,14 @@
 function __trellan_update_ask
     set -l typed (commandline --current-process --tokenize --cut-at-cursor)
     set -l tool (string replace --regex '^~/' "$HOME/" -- $typed[1])
+    # Variables stay as they are, and a tool that is not there cannot be asked: then the one in the path is.
+    if not type --query -- $tool
+        set tool trellan-update
+    end
+    if not type --query -- $tool
+        echo
+        return
+    end
     set -e typed[1]
     set -l raw (commandline --current-token --cut-at-cursor)
     # An open quote is none of the word's letters.
