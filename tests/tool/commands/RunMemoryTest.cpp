@@ -12,21 +12,27 @@
 
 namespace {
 
-constexpr std::size_t size = 10000000;  // of each document, nearly: what does not grow with it counts for little
+constexpr std::size_t documentSize =
+    10000000;  // of each document, nearly: what does not grow with it counts for little
 
 // A document of as many pieces as go into the size, joined by commas. In a piece "#" is a number of its own.
-struct Shape {
+struct DocumentShape {
     std::string name;
     std::string front;
     std::string piece;
     std::string back;
 };
 
-std::string textOf(const Shape& shape)
+void PrintTo(const DocumentShape& shape, std::ostream* out)
+{
+    *out << shape.name;
+}
+
+std::string documentOf(const DocumentShape& shape)
 {
     const auto mark = shape.piece.find('#');
     std::string text = shape.front;
-    for (unsigned number = 1; text.size() < size; ++number) {
+    for (unsigned number = 1; text.size() < documentSize; ++number) {
         text += mark == std::string::npos
                     ? shape.piece
                     : shape.piece.substr(0, mark) + std::to_string(number) + shape.piece.substr(mark + 1);
@@ -37,7 +43,8 @@ std::string textOf(const Shape& shape)
 }
 
 // A sound description with a member that the format does not have.
-Shape withMember(const std::string& name, const std::string& front, const std::string& piece, const std::string& back)
+DocumentShape withMember(const std::string& name, const std::string& front, const std::string& piece,
+                         const std::string& back)
 {
     return {name,
             R"({"info":{"formatVersion":"1.0","archiveVersion":"2.0","productName":"P","archiveName":"N"},"files":[)"
@@ -72,31 +79,31 @@ protected:
             const ProcessResult result = runProcess(TRELLAN_TOOL, arguments, folder.path());
             return result.status != 0 && result.status != 1
                        ? 255
-                       : static_cast<int>(std::min<std::size_t>((peak() - tool) * 10 / size, 255));
+                       : static_cast<int>(std::min<std::size_t>((peak() - tool) * 10 / documentSize, 255));
         });
     }
 
     const TempDir folder;
 };
 
-class DescriptionRunMemory : public RunMemory, public testing::WithParamInterface<Shape> {
+class DescriptionRunMemory : public RunMemory, public testing::WithParamInterface<DocumentShape> {
 protected:
     void SetUp() override
     {
         RunMemory::SetUp();
-        folder.write("archive/archive.json", textOf(GetParam()));
+        folder.write("archive/archive.json", documentOf(GetParam()));
         folder.write("archive/a.bin", "123456789");
         folder.write("target.json",
                      target({board("HCN", {{"PRODUCT/BOARD_TYPE", "A"}}, {updateElement(1, {})})}).dump());
     }
 };
 
-class TargetRunMemory : public RunMemory, public testing::WithParamInterface<Shape> {
+class TargetRunMemory : public RunMemory, public testing::WithParamInterface<DocumentShape> {
 protected:
     void SetUp() override
     {
         RunMemory::SetUp();
-        folder.write("target.json", textOf(GetParam()));
+        folder.write("target.json", documentOf(GetParam()));
     }
 };
 
@@ -141,8 +148,8 @@ TEST_P(TargetRunMemory, OfARecordIsHardlyMoreThanTenTimesTheSize)
 INSTANTIATE_TEST_SUITE_P(
     Shapes, TargetRunMemory,
     testing::Values(
-        Shape{"Items", R"({"tree":{"id":"ROOT","items":[)", R"({"id":"CN"})", "]}}"},
-        Shape{"Elements", R"({"tree":{"id":"ROOT","items":[{"id":"CN","items":[{"id":"UPDATE_INFO","items":[)",
-              R"({"id":"UPDATE_ELEMENT","parameters":{"ID":1}})", "]}]}]}}"},
-        Shape{"Polls", R"({"tree":{"id":"ROOT"},"script":{"elements":{"/ROOT#1":{"polls":[)", "{}", "]}}}}"}),
+        DocumentShape{"Items", R"({"tree":{"id":"ROOT","items":[)", R"({"id":"CN"})", "]}}"},
+        DocumentShape{"Elements", R"({"tree":{"id":"ROOT","items":[{"id":"CN","items":[{"id":"UPDATE_INFO","items":[)",
+                      R"({"id":"UPDATE_ELEMENT","parameters":{"ID":1}})", "]}]}]}}"},
+        DocumentShape{"Polls", R"({"tree":{"id":"ROOT"},"script":{"elements":{"/ROOT#1":{"polls":[)", "{}", "]}}}}"}),
     [](const auto& shape) { return shape.param.name; });
