@@ -97,11 +97,13 @@ TEST_F(Process, WithoutSuccessTheDocumentTellsWhy)
         const json document = json::parse(result.output);
         EXPECT_TRUE(schema.violations(document).empty()) << result.output;
         EXPECT_EQ(document["command"], command);
-        EXPECT_EQ(document["error"], json({{"status", 3},
-                                           {"message",
-                                            "ERROR: Cannot read target device information.\n"
-                                            "\tPower-cycle the system and retry.\n"
-                                            "\tIf the problem persists, contact Velorant support."}}));
+        EXPECT_EQ(document["error"],
+                  json({{"status", 3},
+                        {"message", "ERROR 0x26300007: The target file " + (folder.path() / "absent.json").string() +
+                                        " cannot be read: No such file or directory.\n"
+                                        "ERROR: Cannot read target device information.\n"
+                                        "\tPower-cycle the system and retry.\n"
+                                        "\tIf the problem persists, contact Velorant support."}}));
     }
 }
 

@@ -5,7 +5,7 @@
 
 #include <cerrno>
 #include <filesystem>
-#include <ostream>
+#include <iostream>
 #include <system_error>
 
 #include "tool/ExitStatus.h"
@@ -14,6 +14,7 @@
 #include "tool/arguments/Command.h"
 #include "tool/commands/TargetFilters.h"
 #include "tool/documents/BlockingElements.h"
+#include "tool/update/LineTap.h"
 
 namespace TrellanTool {
 
@@ -36,6 +37,38 @@ std::string errorsIn(const std::string& text)
     const std::size_t begin = text.find('E', first);
     return text.substr(begin, text.find_last_not_of('\n') + 1 - begin);
 }
+
+void addTo(std::string& said, const std::string& text)
+{
+    said += said.empty() || text.empty() ? text : "\n" + text;
+}
+
+// Keeps what the platform says on standard error for the time of a scope, unless that goes nowhere.
+class PlatformTap {
+public:
+    explicit PlatformTap(std::string& kept)
+        : original(std::cerr.rdbuf()),
+          target(original),
+          tap(target, [&kept](const std::string& line) { addTo(kept, line); })
+    {
+        if (original != nullptr) {
+            std::cerr.rdbuf(&tap);
+        }
+    }
+    ~PlatformTap()
+    {
+        if (original != nullptr) {
+            std::cerr.rdbuf(original);
+        }
+    }
+    PlatformTap(const PlatformTap&) = delete;
+    PlatformTap& operator=(const PlatformTap&) = delete;
+
+private:
+    std::streambuf* const original;
+    std::ostream target;
+    LineTap tap;
+};
 
 }  // namespace
 
@@ -99,12 +132,13 @@ int LibrarySession::apply(std::ostream& err)
     const unsigned result = filtered ? applyFiltered(err) : applyRecorded();
     if (result == 1) {
         explainFolder(err);
-        said += (said.empty() ? "" : "\n") + errorsIn(applied);
+        addTo(said, platformSaid);
+        addTo(said, errorsIn(applied));
         return NOT_READ;
     }
     excludeElements(err);
     if (result == 2) {
-        said += (said.empty() ? "" : "\n") + errorsIn(applied);
+        addTo(said, errorsIn(applied));
         complain(err, blockingElements(*owned, *looking));
         return NOT_SUPPORTED;
     }
@@ -119,6 +153,8 @@ int LibrarySession::apply(std::ostream& err)
 unsigned LibrarySession::applyRecorded()
 {
     applied.clear();
+    platformSaid.clear();
+    const PlatformTap tap(platformSaid);
     destination.copy = &applied;
     const unsigned result = owned->apply();
     destination.copy = nullptr;
@@ -203,7 +239,7 @@ void LibrarySession::explainFolder(std::ostream& err)
 void LibrarySession::complain(std::ostream& err, const std::string& text)
 {
     say(err, text);
-    said += (said.empty() ? "" : "\n") + text;
+    addTo(said, text);
 }
 
 }  // namespace TrellanTool

@@ -70,7 +70,8 @@ private:
     ZoNTrellanUpdater::ZoTOptions understood;
     std::unique_ptr<ZoITrellanUpdater> owned;
     std::unique_ptr<ZoITrellanInspector> looking;
-    std::string applied;  // the text of apply()
+    std::string applied;       // the text of apply()
+    std::string platformSaid;  // on standard error meanwhile
     std::string said;
 };
 
