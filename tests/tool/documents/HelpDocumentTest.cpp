@@ -8,7 +8,7 @@ using nlohmann::ordered_json;
 
 namespace {
 
-ordered_json documentOf(const std::vector<std::string>& words)
+ordered_json helpDocument(const std::vector<std::string>& words)
 {
     const RunResult result = ran(words);
     EXPECT_EQ(result.status, 0);
@@ -20,7 +20,7 @@ ordered_json documentOf(const std::vector<std::string>& words)
 
 TEST(HelpDocument, OfACommandHasWhatItsHelpShows)
 {
-    const ordered_json document = documentOf({"help", "history", "--json"});
+    const ordered_json document = helpDocument({"help", "history", "--json"});
     const ordered_json expected = {
         {"schemaVersion", 1},
         {"command", "help"},
@@ -48,7 +48,7 @@ TEST(HelpDocument, OfACommandHasWhatItsHelpShows)
 
 TEST(HelpDocument, NamesTheValuesOfOptionsAndEachStatusOfASignal)
 {
-    const ordered_json document = documentOf({"help", "update", "--json"});
+    const ordered_json document = helpDocument({"help", "update", "--json"});
     const ordered_json description = {{"name", "--description"},
                                       {"letter", nullptr},
                                       {"value", "NAME"},
@@ -63,7 +63,7 @@ TEST(HelpDocument, NamesTheValuesOfOptionsAndEachStatusOfASignal)
 
 TEST(HelpDocument, OfTheToolHasTheCommandsButThoseForPrograms)
 {
-    const ordered_json document = documentOf({"help", "--json"});
+    const ordered_json document = helpDocument({"help", "--json"});
     EXPECT_EQ(document.at("about"), nullptr);
     EXPECT_EQ(document.at("usage"), "trellan-update COMMAND [ARCHIVE] [options]");
     EXPECT_EQ(document.at("example"), nullptr);
@@ -84,5 +84,5 @@ TEST(HelpDocument, IsPrintedByTheOptionToo)
 TEST(HelpDocument, OfTheToolsVersionHasItAlone)
 {
     const ordered_json expected = {{"schemaVersion", 1}, {"command", "--version"}, {"version", "1.0.0"}};
-    EXPECT_EQ(documentOf({"--version", "--json"}), expected);
+    EXPECT_EQ(helpDocument({"--version", "--json"}), expected);
 }
