@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <new>
 #include <ostream>
 
 #include "json/Json.h"
@@ -83,9 +84,11 @@ int checkArchive(const Arguments& arguments, const Streams& streams)
     }
     LibrarySession session(arguments, streams.err);
     ZoTDescription read{};
-    {
+    try {
         CheckProgress progress(streams.err, ::isatty(STDERR_FILENO) == 1, CheckProgress::Clock::now());
         read = session.inspector().checkArchive(CheckProgress::take, &progress);
+    } catch (const std::bad_alloc&) {
+        return refuse(arguments, streams, path, std::strerror(ENOMEM));
     }
     // Not before: the library has needed the most memory when it read the description itself.
     const auto description = readWholeFile(path);
