@@ -7,10 +7,13 @@
 
 namespace TrellanJson {
 
-// `text`, and of one that is longer than 80 bytes its beginning with "..." behind it. Characters of UTF-8 stay whole.
-inline std::string shortened(std::string_view text)
+// As long as the addresses of elements and the paths of files that archives and targets name may be.
+constexpr std::size_t longestName = 256;
+
+// `text`, and of one that is longer than `most` bytes its beginning with "..." behind it. Characters of UTF-8 stay
+// whole.
+inline std::string shortened(std::string_view text, std::size_t most = 80)
 {
-    constexpr std::size_t most = 80;
     if (text.size() <= most) {
         return std::string(text);
     }

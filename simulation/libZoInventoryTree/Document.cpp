@@ -56,7 +56,7 @@ std::string Place::text() const
         if (!text.empty()) {
             text += '.';
         }
-        text += TrellanJson::shortened((*place)->member);
+        text += TrellanJson::shortened((*place)->member, TrellanJson::longestName);
     }
     return text;
 }

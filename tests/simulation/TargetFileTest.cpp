@@ -328,17 +328,25 @@ TEST(TargetFile, MustBeValidJson)
     }
 }
 
+TEST(TargetFile, IsRefusedWithTheWholeAddressOfWhatIsWrong)
+{
+    const std::string address = "/ROOT/HCN/PIGGYBACK_MODULE/PIGGYBACK_MODULE[2]/UPDATE_INFO/UPDATE_ELEMENT[3]:VERSION";
+    EXPECT_EQ(faultOfText(R"({"tree":{"id":"ROOT"},"script":{"values":{")" + address + "\":{}}}}"),
+              " cannot be read: script.values." + address + ": not an array");
+}
+
 // Eighty bytes, of characters of two bytes each, and what is too long.
 TEST(TargetFile, IsRefusedWithNoMoreThanTheBeginningOfALongText)
 {
     const std::string longText(5000000, 'a');
     const std::string begins = std::string(80, 'a') + "...";
+    const std::string beginsName = std::string(256, 'a') + "...";
     EXPECT_EQ(faultOfText(R"({"tree":{"id":")" + longText + "\"}}"),
               " cannot be read: tree.id: unknown id '" + begins + "'");
     EXPECT_EQ(faultOfText("{\"" + longText + R"(":1,"tree":{"id":"ROOT"}})"),
-              " cannot be read: " + begins + ": unknown member");
+              " cannot be read: " + beginsName + ": unknown member");
     EXPECT_EQ(faultOfText(R"({"tree":{"id":"ROOT","parameters":{")" + longText + "\":1}}}"),
-              " cannot be read: tree.parameters." + begins + ": unknown parameter");
+              " cannot be read: tree.parameters." + beginsName + ": unknown parameter");
     EXPECT_EQ(faultOfText(R"({"tree":{"id":"ROOT"},"flashDrive":")" + longText + "\"}"),
               " cannot be read: flashDrive: too long for a path");
     EXPECT_EQ(faultOfText("{\"" + longText),

@@ -133,7 +133,8 @@ std::string findingText(const Finding& finding, const std::string& descriptionNa
     if (finding.file) {
         text += "files[" + std::to_string(*finding.file) + "] ";
         text += finding.board ? "boards[" + std::to_string(*finding.board) + "] " : "";
-        text += finding.name.empty() ? "" : "\"" + TrellanJson::shortened(finding.name) + "\"";
+        text +=
+            finding.name.empty() ? "" : "\"" + TrellanJson::shortened(finding.name, TrellanJson::longestName) + "\"";
         if (text.ends_with(' ')) {
             text.pop_back();
         }

@@ -227,17 +227,18 @@ TEST_F(DescriptionFindings, TellTheBeginningOfLongTexts)
 {
     const std::string longText(5000000, 'a');
     const std::string begins = std::string(80, 'a') + "...";
+    const std::string beginsName = std::string(256, 'a') + "...";
     describe("{\"" + longText + "\": 1, \"files\": [{\"name\": \"" + longText + "\"}], \"info\": 1}");
     EXPECT_THAT(
         lines(),
         ElementsAre(
             "archive.json:1:2: warning: the format has no \"" + begins +
                 "\" here; the nearest is \"info\" [unknown-key]",
-            "archive.json:1:5000019: error: files[0] \"" + begins +
+            "archive.json:1:5000019: error: files[0] \"" + beginsName +
                 "\": File entry 0 is invalid. A mandatory property is missing or invalid. [structure]",
-            "archive.json:1:5000019: error: files[0] \"" + begins +
+            "archive.json:1:5000019: error: files[0] \"" + beginsName +
                 "\": File entry 0 is invalid. Either \"id\" or \"targetPath\" must be specified. [structure]",
-            "archive.json:1:5000020: error: files[0] \"" + begins +
+            "archive.json:1:5000020: error: files[0] \"" + beginsName +
                 "\": the archive's folder has no such file: add it, or correct the name [missing-file]",
             "archive.json:1:10000034: error: The archive description file is corrupt. Property \"info\" is missing or "
             "invalid. [structure]"));
