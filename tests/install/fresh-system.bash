@@ -108,7 +108,7 @@ inside "dpkg -V $ours" | { ! grep .; } || fail "installed files are not those of
 [ "$(find "$root/usr/lib" -name 'libZoTrellanUpdateLib.so*' -printf '%f\n' | sort | xargs)" = \
     "libZoTrellanUpdateLib.so libZoTrellanUpdateLib.so.1 libZoTrellanUpdateLib.so.$next_version" ] ||
     fail "the old library is still there"
-inside 'ldconfig -p' | grep -q 'libZoTrellanUpdateLib.so.1 .*=> /' || fail "the system does not find the next library"
+inside 'ldconfig -p' | grep 'libZoTrellanUpdateLib.so.1 .*=> /' >/dev/null || fail "the system does not find the next library"
 inside 'rm -r /root/example && sh -e /root/user' || fail "the example cannot be updated behind an upgrade"
 grep -q 'Update completed successfully!' "$root/root/example/first.txt" || fail "the upgraded tool does not report success"
 

@@ -32,10 +32,11 @@ helps=$("$tool" help; for command in $commands; do "$tool" help "$command"; done
 expect "the options" "$(options <<<"$helps")" "$(section OPTIONS | options)"
 statuses() { sed -nE 's/^ +([0-9]+(, [0-9]+)*)( .*)?$/\1/p'; }
 expect "the exit statuses" "$("$tool" help | sed -n '/^Exit status:/,/^$/p' | statuses)" "$(section 'EXIT STATUS' | statuses)"
+sed 's/\\-/-/g' "$pages/man1/trellan-update.1" >page-with-plain-dashes
 for command in $commands; do
     meaning=$("$tool" help "$command" | sed -n 's/^  1  //p')
     [ -n "$meaning" ] || fail "the help of $command does not tell what 1 means"
-    sed 's/\\-/-/g' "$pages/man1/trellan-update.1" | grep -qxF -e "$meaning." ||
+    grep -qxF -e "$meaning." page-with-plain-dashes ||
         fail "the page does not tell that $command ends with 1 where $meaning"
 done
 for heading in ENVIRONMENT FILES EXAMPLES; do
