@@ -8,9 +8,10 @@ include(CMakePackageConfigHelpers)
 
 set(document_folder ${CMAKE_INSTALL_DATAROOTDIR}/doc/trellan-update)
 
-# install_page(FILE DESTINATION COMPONENT [HYPHEN]): FILE, that names the folder of the documents as it is in the system, as it
-# is where it is installed, which may be said as late as at installing. HYPHEN is how the file writes a hyphen. What is
-# installed is a copy in the build folder: installing may also mean to make a link to it.
+# install_page(FILE DESTINATION COMPONENT [HYPHEN]): installs FILE. Where it names the folder of documents of a package
+# (/usr/share/doc/trellan-update), what is installed names the folder that they are installed in; that is known only then, since
+# a prefix may be given when it is installed. HYPHEN is how the file writes a hyphen. The text is made in the build folder and
+# copied from there, or linked to, as CMake does with other files.
 function(install_page file destination component)
     set(hyphen "-")
     if(ARGC GREATER 3)

@@ -42,7 +42,7 @@ private:
     std::mutex mutex;
     std::size_t used = 0;
     unsigned holders = 0;
-    alignas(alignment) std::array<std::byte, std::size_t{256}* 1024> bytes = {};
+    alignas(alignment) std::array<std::byte, 256UL * 1024> bytes = {};
 };
 
 }  // namespace TrellanJson

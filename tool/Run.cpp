@@ -46,7 +46,7 @@ int runWords(int argc, const char* const* argv, const Streams& streams)
         say(streams.err, argc <= 1 ? commandsAndExample() : mistake + "\nsee " + helpCommand(error.command));
         return WRONG_USAGE;
     } catch (const std::bad_alloc&) {
-        say(streams.err, "there is not enough memory for this");
+        say(streams.err, noMemory);
         return FAILURE;
     } catch (const std::exception& error) {
         say(streams.err, error.what());

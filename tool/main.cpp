@@ -27,8 +27,6 @@ void occupyStandardDescriptors()
     }
 }
 
-constexpr const char* noMemory = "there is not enough memory for this";
-
 // Whether there is memory to begin with. Where there is less than this, the C++ library may have had none to put aside
 // for exceptions either, and whatever is thrown would end the process by abort.
 bool isThereMemory()
@@ -39,8 +37,8 @@ bool isThereMemory()
     return memory != nullptr;
 }
 
-// What a command needs it mostly needs until its end. The memory of a document's text, which is needed again for the
-// next one, would be given back to the system, and got again page by page.
+// The memory of a document's text is needed again for the next one. It would be given back to the system, and got again
+// page by page; so it stays with what is freed, as long as something in use lies behind it.
 void keepMemory()
 {
 #ifdef M_MMAP_THRESHOLD
@@ -104,12 +102,12 @@ int main(int argc, char** argv)
     // Whoever ignores it never learns how a program that it has started has ended, such as a copy to the device.
     std::signal(SIGCHLD, SIG_DFL);
     if (!isThereMemory()) {
-        return failedFor(noMemory);
+        return failedFor(TrellanTool::noMemory);
     }
     try {
         return runTool(argc, argv);
     } catch (const std::bad_alloc&) {
-        return failedFor(noMemory);
+        return failedFor(TrellanTool::noMemory);
     } catch (const std::exception& error) {
         return failedFor(error.what());
     }

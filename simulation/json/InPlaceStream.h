@@ -46,7 +46,7 @@ public:
         }
     }
 
-    char* src_;  // where it is read next
+    char* src_;  // where it is read next; called as in the other streams
 
 private:
     static_assert(std::endian::native == std::endian::little, "of eight bytes the first is the lowest");

@@ -38,25 +38,32 @@ bool ParameterNames::add(const JsonBits& key)
 bool ParameterNames::parse(const JsonBits& key)
 {
     const std::string_view text = textOf(key);
-    const auto found = names.find(text);
-    const auto address = found == names.end() ? parseParameterAddress(text) : std::nullopt;
-    if (found == names.end() && !address) {
+    if (const auto found = names.find(text); found != names.end()) {
+        noteKey(found->second, key);
+        return true;
+    }
+    const auto address = parseParameterAddress(text);
+    if (!address) {
         return false;
     }
-    if (found == names.end() && names.size() >= maxNames) {
+    if (names.size() < maxNames) {
+        noteKey(addName(text, *address), key);
+    } else {
         all = false;
-        return true;
     }
-    ParameterName& name = found == names.end() ? addName(text, *address) : found->second;
+    return true;
+}
+
+void ParameterNames::noteKey(ParameterName& name, const JsonBits& key)
+{
     if (std::find(name.keys.begin(), name.keys.end(), key) != name.keys.end()) {
-        return true;
+        return;
     }
     if (name.keys.size() < maxKeys) {
         name.keys.push_back(key);
     } else {
         name.hasAllKeys = false;
     }
-    return true;
 }
 
 const ParameterName* ParameterNames::find(const ZoCInventoryAddress& address) const

@@ -17,8 +17,8 @@ struct ParameterName {
     ZoCInventoryAddress address;
     std::vector<JsonBits> keys;  // by which the tree's document has it: nearly always one, none where it is not there
     bool hasAllKeys = true;      // false: the document may have it by others, too, with the same text
-    mutable std::size_t latePlace =
-        0;  // among the members of the item that had it last: the next one has it there, too
+    // Among the members of the item that had it last: the next one mostly has it there, too.
+    mutable std::size_t latePlace = 0;
 };
 
 class ParameterNames {
@@ -38,6 +38,7 @@ public:
 private:
     ParameterName& addName(std::string_view text, const ZoCInventoryAddress& address);
     bool parse(const JsonBits& key);
+    static void noteKey(ParameterName& name, const JsonBits& key);
 
     std::map<std::string, ParameterName, std::less<>> names;  // by their texts
     bool all = true;

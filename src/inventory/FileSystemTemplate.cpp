@@ -1,4 +1,5 @@
 // The record from which elements for files on the flash drive are made.
+#include "inventory/ElementReader.h"
 #include "inventory/ZoCUpdateInventory.h"
 #include "libZoInventoryTree/ZoNInventoryIDs.h"
 #include "updater/ZoCTrellanUpdater.h"
@@ -13,19 +14,15 @@ bool isOnProcessingNode(const ZoSUpdateElement& element)
     return node == ZoNInventoryIDs::HCN || node == ZoNInventoryIDs::CN;
 }
 
-void copyBoard(const ZoSUpdateElement& source, ZoSUpdateElement& element)
+void copyUnit(const ZoSUpdateElement& source, ZoSUpdateElement& element)
 {
-    element.boardAddress = source.boardAddress;
-    element.boardType = source.boardType;
-    element.variant = source.variant;
-    element.productId = source.productId;
-    element.serialNumber = source.serialNumber;
-    element.slot = source.slot;
-    element.slotCount = source.slotCount;
-    element.boardName = source.boardName;
     element.unitProductName = source.unitProductName;
     element.unitName = source.unitName;
     element.rackName = source.rackName;
+}
+
+void copyCompatibility(const ZoSUpdateElement& source, ZoSUpdateElement& element)
+{
     element.hwCompatibilityId = source.hwCompatibilityId;
     element.swCompatibilityId = source.swCompatibilityId;
 }
@@ -47,7 +44,9 @@ void ZoCUpdateInventory::initFileSystemElementTemplate()
         return;
     }
     auto element = std::make_unique<ZoSUpdateElement>();
-    copyBoard(source, *element);
+    ZoNUpdateInventory::copyBoard(source, *element);
+    copyUnit(source, *element);
+    copyCompatibility(source, *element);
     element->isFileSystemElement = true;
     element->location = "*";
     element->configuration = false;

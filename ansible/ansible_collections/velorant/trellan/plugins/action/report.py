@@ -44,10 +44,8 @@ class ActionModule(ControllerAction):
         report["written"] = now()
         hosts = report.setdefault("hosts", {})
         for host in args["hosts"]:
-            entry = begun_entry() if args["begun"] else host_entry(*[result_of(task_vars, host, args[name]) if args[name] else {}
-                                 for name in ("survey", "update", "after")])
-            entry["batch"] = args["batch"]
-            hosts[host] = entry
+            hosts[host] = self.entry(args, task_vars, host)
+            hosts[host]["batch"] = args["batch"]
         report["counts"] = count(hosts.values())
         write_whole(path, json.dumps(report, indent=1, ensure_ascii=False) + "\n")
         result.update(changed=False, path=path, counts=report["counts"])
@@ -55,6 +53,12 @@ class ActionModule(ControllerAction):
         if unread:
             result["warnings"] = ["%d could not be read behind the update: %s" % (len(unread), ", ".join(unread[:10]))]
         return result
+
+    def entry(self, args, task_vars, host):
+        if args["begun"]:
+            return begun_entry()
+        return host_entry(*(result_of(task_vars, host, args[name]) if args[name] else {}
+                            for name in ("survey", "update", "after")))
 
 
 def host_entry(survey, update, after):
