@@ -10,8 +10,6 @@ set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)  # what is built is the same in every folde
 set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 
-# The parts of each library lie in half as many mappings: a program starts some per cent faster.
-add_link_options(LINKER:-z,noseparate-code)
 add_compile_options(-Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough)
 if(TRELLAN_WERROR)
     add_compile_options(-Werror)
