@@ -24,12 +24,23 @@ struct DescriptionFault {
 // What became of opening and parsing a description file.
 enum class DescriptionState { read, notOpened, noJson };
 
-// What is found out about a description by those who want to know all that is wrong with it.
-struct DescriptionSurvey {
-    DescriptionState state = DescriptionState::read;
-    std::vector<DescriptionFault> faults;   // what the reader would refuse; the one that it would print comes first
-    std::vector<ZoSUpdateFile> refused;     // entries with a fault: as far as it is sound what they say of their file
-    std::vector<ZoSUpdateFile> passedOver;  // entries that need a newer library: their name, where they state one
+// Takes what is found out about a description by those who want to know all that is wrong with it, in its order.
+class DescriptionSurvey {
+public:
+    virtual ~DescriptionSurvey() = default;
+
+    // It cannot be read at all. `message` is what the reader would print.
+    virtual void takeUnread(const std::string& message) = 0;
+
+    // What the reader would refuse; the fault that it would print comes first. `file` is the entry as it is handed to
+    // takeRefused(), or has no name.
+    virtual void takeFault(const DescriptionFault& fault, const ZoSUpdateFile& file) = 0;
+
+    // An entry that has a fault, after its faults: as far as it is sound what it says of its file.
+    virtual void takeRefused(ZoSUpdateFile file) = 0;
+
+    // An entry that needs a newer library: its name, where it states one.
+    virtual void takePassedOver(const ZoSUpdateFile& file) = 0;
 };
 
 // What becomes of a file entry.

@@ -1,4 +1,6 @@
 // Reading of the archive description file by those who want to know all that is wrong with it.
+#include <optional>
+
 #include "archive/DescriptionRules.h"
 #include "archive/ObjectMembers.h"
 #include "archive/Properties.h"
@@ -32,40 +34,47 @@ ZoSUpdateFile asFarAsSound(const ObjectMembers& entry, std::uint32_t number)
 
 }  // namespace
 
-DescriptionSurvey ZoCUpdateArchive::survey()
+DescriptionState ZoCUpdateArchive::survey(DescriptionSurvey& taker)
 {
-    DescriptionSurvey survey;
-    const DescriptionRules surveyRules([&](const DescriptionFault& fault) {
-        survey.faults.push_back(fault);
-        return true;
-    });
     files.clear();
     ++generation;
     ZoNJson::json document;
     std::string message;
-    survey.state = readDocument(descriptionPath(), document, message);
-    if (survey.state != DescriptionState::read) {
-        survey.faults.push_back({-1, -1, "", message});
-        return survey;
+    const DescriptionState state = readDocument(descriptionPath(), document, message);
+    if (state != DescriptionState::read) {
+        taker.takeUnread(message);
+        return state;
     }
+    const ZoSUpdateFile none;
+    std::optional<ZoSUpdateFile> refused;  // the present entry, once it has a fault
+    const ObjectMembers* present = nullptr;
+    const DescriptionRules surveyRules([&](const DescriptionFault& fault) {
+        if (present != nullptr && !refused) {
+            refused = asFarAsSound(*present, static_cast<std::uint32_t>(fault.entry));
+        }
+        taker.takeFault(fault, refused ? *refused : none);
+        return true;
+    });
     readInfo(document, surveyRules);
     if (!surveyRules.checkFiles(document)) {
-        return survey;
+        return state;
     }
     std::uint32_t number = 0;
     for (const ObjectMembers entry : document["files"]) {
+        present = &entry;
         switch (surveyRules.checkEntry(entry, number)) {
             case EntryVerdict::accepted:
                 addFile(entry, number);
                 break;
             case EntryVerdict::passedOver:
-                survey.passedOver.push_back(nameOnly(entry, number));
+                taker.takePassedOver(nameOnly(entry, number));
                 break;
             case EntryVerdict::refused:
-                survey.refused.push_back(asFarAsSound(entry, number));
+                taker.takeRefused(*std::move(refused));
                 break;
         }
+        refused.reset();
         ++number;
     }
-    return survey;
+    return state;
 }

@@ -17,7 +17,7 @@ class ZoCTrellanUpdater;
 namespace ZoNUpdateArchive {
 class DescriptionRules;
 class ObjectMembers;
-struct DescriptionSurvey;
+class DescriptionSurvey;
 enum class DescriptionState;
 }  // namespace ZoNUpdateArchive
 
@@ -40,7 +40,7 @@ public:
 
     // Reads the description file named by the options as far as it can be read, for those who want to know all that is
     // wrong with it: goes on behind a fault, leaves out the file entries that have one, and prints nothing.
-    ZoNUpdateArchive::DescriptionSurvey survey();
+    ZoNUpdateArchive::DescriptionState survey(ZoNUpdateArchive::DescriptionSurvey& taker);
 
     // Checks the types and values of the optional properties of `object`: file entry number `entry` itself (`board` -1)
     // or the element `board` of its "boards".

@@ -1,12 +1,15 @@
 // The inspector's check of a whole archive: the description is read as far as it can be, and every rule looks at it.
 #include <algorithm>
+#include <deque>
 #include <iterator>
+#include <set>
 #include <stdexcept>
 
 #include "archive/DescriptionRules.h"
 #include "archive/Properties.h"
 #include "base/PlatformText.h"
 #include "inspection/Check.h"
+#include "inspection/FileContent.h"
 #include "inspection/Rules.h"
 #include "inspection/ZoCTrellanInspector.h"
 
@@ -19,39 +22,6 @@ namespace {
 
 using Severity = Check::Severity;
 
-// The name that a refused entry states.
-std::string nameOf(const DescriptionSurvey& survey, std::int32_t entry)
-{
-    const auto found = std::lower_bound(
-        survey.refused.begin(), survey.refused.end(), entry,
-        [](const ZoSUpdateFile& file, std::int32_t number) { return static_cast<std::int32_t>(file.entry) < number; });
-    const bool isRefused = found != survey.refused.end() && static_cast<std::int32_t>(found->entry) == entry;
-    return isRefused ? allText(found->name) : std::string();
-}
-
-void reportFaults(Check& check, const DescriptionSurvey& survey)
-{
-    const bool isJson = survey.state == DescriptionState::read;
-    for (const DescriptionFault& fault : survey.faults) {
-        ZoTFinding& finding =
-            check.report(isJson ? "structure" : "syntax", Severity::ERROR, withoutHeading(fault.message));
-        finding.entry = fault.entry;
-        finding.board = fault.board;
-        finding.name = nameOf(survey, fault.entry);
-        finding.isInDescription = isJson;
-        finding.pointer = fault.pointer;
-    }
-}
-
-void reportPassedOver(Check& check, const DescriptionSurvey& survey)
-{
-    for (const ZoSUpdateFile& file : survey.passedOver) {
-        check.report("unsupported-entry", Severity::WARNING, {file, "featureLevel"},
-                     "this library passes over the entry, since its \"featureLevel\" asks for a newer one: update the "
-                     "library, or leave the entry to newer ones");
-    }
-}
-
 Check::Files pointersTo(const std::vector<ZoSUpdateFile>& files)
 {
     Check::Files pointers;
@@ -60,32 +30,91 @@ Check::Files pointersTo(const std::vector<ZoSUpdateFile>& files)
     return pointers;
 }
 
-// An entry that is refused is not compared with others, but its file is looked at as far as it is known.
-Check::Findings findingsOfRefused(const ZoCUpdateArchive& archive, const DescriptionSurvey& survey,
-                                  const ReadProgress& progress)
-{
-    const auto lacksName = [](const ZoSUpdateFile* file) { return !hasString(file->jsonEntry, "name"); };
-    Check::Files files = pointersTo(survey.refused);
-    Check ofNumbers(archive, files);
-    checkNumbers(ofNumbers);
-    files.erase(std::remove_if(files.begin(), files.end(), lacksName), files.end());
-    Check check(archive, std::move(files));
-    checkNames(check);
-    checkContents(check, Depth::content, progress);
-    check.add(ofNumbers.takeFindings());
-    return check.takeFindings();
-}
-
-// Where the files are that belong to the archive.
-std::vector<std::string> knownPaths(const ZoCUpdateArchive& archive, const DescriptionSurvey& survey)
-{
-    std::vector<std::string> paths{archive.descriptionPath()};
-    for (const auto* const files : {&archive.getUpdateFileList(), &survey.refused, &survey.passedOver}) {
-        std::transform(files->begin(), files->end(), std::back_inserter(paths),
-                       [&](const ZoSUpdateFile& file) { return archive.pathOf(file); });
+// Checks what is refused or passed over as it comes: no list of it is kept.
+class ArchiveSurvey final : public DescriptionSurvey {
+public:
+    explicit ArchiveSurvey(Check& check)
+        : check(check),
+          ofNames(check.further({})),
+          ofContents(check.further({})),
+          ofNumbers(check.further({})),
+          contents(ofContents, Depth::content)
+    {
     }
-    return paths;
-}
+
+    void takeUnread(const std::string& message) override
+    {
+        check.report("syntax", Severity::ERROR, withoutHeading(message));
+    }
+
+    void takeFault(const DescriptionFault& fault, const ZoSUpdateFile& file) override
+    {
+        ZoTFinding& finding = check.report("structure", Severity::ERROR, withoutHeading(fault.message));
+        finding.entry = fault.entry;
+        finding.board = fault.board;
+        finding.name = allText(file.name);
+        finding.isInDescription = true;
+        finding.pointer = fault.pointer;
+    }
+
+    void takeRefused(ZoSUpdateFile file) override
+    {
+        refused.push_back(std::move(file));
+        if (refused.size() == atOnce) {
+            checkRefused();
+        }
+    }
+
+    void takePassedOver(const ZoSUpdateFile& file) override
+    {
+        check.report("unsupported-entry", Severity::WARNING, {file, "featureLevel"},
+                     "this library passes over the entry, since its \"featureLevel\" asks for a newer one: update the "
+                     "library, or leave the entry to newer ones");
+        noteKnown(file);
+    }
+
+    // What is left to be checked of refused entries, once all have been taken.
+    void finish(const ReadProgress& progress)
+    {
+        checkRefused();
+        contents.read(progress);
+        check.add(std::move(ofNames));
+        check.add(std::move(ofContents));
+        check.add(std::move(ofNumbers));
+    }
+
+    // The files that belong to the archive.
+    void noteKnown(const ZoSUpdateFile& file) { known.insert(lookAt(check.getArchive().pathOf(file)).identity); }
+
+    std::set<FileIdentity> known;
+
+private:
+    static constexpr std::size_t atOnce = 256;
+
+    // An entry that is refused is not compared with others, but its file is looked at as far as it is known.
+    void checkRefused()
+    {
+        ofNumbers.setFiles(pointersTo(refused));
+        checkNumbers(ofNumbers);
+        std::erase_if(refused, [](const ZoSUpdateFile& file) { return !hasString(file.jsonEntry, "name"); });
+        ofNames.setFiles(pointersTo(refused));
+        checkNames(ofNames);
+        for (ZoSUpdateFile& file : refused) {
+            noteKnown(file);
+            toRead.push_back(std::move(file));
+            if (!contents.look(toRead.back())) {
+                toRead.pop_back();
+            }
+        }
+        refused.clear();
+    }
+
+    Check& check;
+    Check ofNames, ofContents, ofNumbers;
+    std::vector<ZoSUpdateFile> refused;
+    std::deque<ZoSUpdateFile> toRead;
+    ContentCheck contents;
+};
 
 ZoTDescription toDescription(DescriptionState state)
 {
@@ -123,25 +152,29 @@ ZoTDescription ZoCTrellanInspector::checkArchive(ZoTReadProgress progress, void*
             progress(context, read, all);
         }
     };
-    findings.clear();
+    findings = FindingList();
     ZoCUpdateArchive archive(&updater, &updater.getOptions());
-    const DescriptionSurvey survey = archive.survey();
-    Check check(archive, pointersTo(archive.getUpdateFileList()));
-    reportFaults(check, survey);
+    Check check(archive, {});
+    ArchiveSurvey survey(check);
+    const DescriptionState state = archive.survey(survey);
     checkDescription(check);
-    if (survey.state == DescriptionState::read) {
-        reportPassedOver(check, survey);
+    if (state == DescriptionState::read) {
+        check.setFiles(pointersTo(archive.getUpdateFileList()));
         checkNumbers(check);
         checkNames(check);
         checkTargetPaths(check);
         checkPathCollisions(check);
         checkReach(check);
         checkContents(check, Depth::everything, report);
-        check.add(findingsOfRefused(archive, survey, report));
-        checkFolder(check, knownPaths(archive, survey));
+        survey.finish(report);
+        survey.known.insert(lookAt(archive.descriptionPath()).identity);
+        for (const ZoSUpdateFile* const file : check.getFiles()) {
+            survey.noteKnown(*file);
+        }
+        checkFolder(check, survey.known);
     }
     findings = check.takeFindings();
-    return toDescription(survey.state);
+    return toDescription(state);
 }
 
 unsigned ZoCTrellanInspector::getMemberCount(ZoTDescriptionObject object)

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
-#include <tuple>
+#include <utility>
 
 #include "base/PlatformText.h"
 
@@ -30,6 +30,11 @@ std::string withoutHeading(std::string_view message)
     return line;
 }
 
+Check::Check(const ZoCUpdateArchive& archive, Files files)
+    : archive(archive), files(std::move(files)), forms(std::make_shared<FindingForms>())
+{
+}
+
 ZoTFinding& Check::report(const char* rule, Severity severity, const Place& place, std::string message)
 {
     ZoTFinding& finding = report(rule, severity, std::move(message));
@@ -46,7 +51,8 @@ ZoTFinding& Check::report(const char* rule, Severity severity, const Place& plac
 
 ZoTFinding& Check::report(const char* rule, Severity severity, std::string message)
 {
-    ZoTFinding& finding = findings.emplace_back();
+    keepPresent();
+    ZoTFinding& finding = present.emplace();
     finding.rule = rule;
     finding.severity = severity;
     finding.entry = -1;
@@ -55,17 +61,36 @@ ZoTFinding& Check::report(const char* rule, Severity severity, std::string messa
     return finding;
 }
 
-void Check::add(Findings others)
+void Check::keepPresent()
 {
-    std::move(others.begin(), others.end(), std::back_inserter(findings));
+    if (!present) {
+        return;
+    }
+    if (runs.empty() || !runs.back().isInOrderWith(*present)) {
+        runs.emplace_back(forms);
+    }
+    runs.back().add(*present);
+    present.reset();
 }
 
-Check::Findings Check::takeFindings()
+Check Check::further(Files others) const
 {
-    std::stable_sort(findings.begin(), findings.end(), [](const ZoTFinding& a, const ZoTFinding& b) {
-        return std::tuple(!a.isInDescription, a.entry, a.board) < std::tuple(!b.isInDescription, b.entry, b.board);
-    });
-    return std::move(findings);
+    Check check(archive, std::move(others));
+    check.forms = forms;
+    return check;
+}
+
+void Check::add(Check other)
+{
+    keepPresent();
+    other.keepPresent();
+    std::move(other.runs.begin(), other.runs.end(), std::back_inserter(runs));
+}
+
+FindingList Check::takeFindings()
+{
+    keepPresent();
+    return runs.size() == 1 ? std::move(runs.front()) : FindingList::merge(std::exchange(runs, {}));
 }
 
 }  // namespace ZoNUpdateInspection

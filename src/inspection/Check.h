@@ -3,12 +3,15 @@
 // The rules are functions over it, each of which adds its findings.
 #pragma once
 
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "ZoITrellanInspector.h"
 #include "archive/ZoCUpdateArchive.h"
+#include "inspection/FindingList.h"
 
 namespace ZoNUpdateInspection {
 
@@ -29,12 +32,14 @@ class Check {
 public:
     using Files = std::vector<const ZoNUpdateArchive::ZoSUpdateFile*>;
     using Severity = ZoNTrellanInspector::ZoTSeverity;
-    using Findings = std::vector<ZoNTrellanInspector::ZoTFinding>;
 
     // `files` are of `archive`, which must outlive the check, in the order of the description.
-    Check(const ZoCUpdateArchive& archive, Files files) : archive(archive), files(std::move(files)) {}
+    Check(const ZoCUpdateArchive& archive, Files files);
 
     const Files& getFiles() const { return files; }
+
+    // From now on these are looked at.
+    void setFiles(Files others) { files = std::move(others); }
 
     const ZoCUpdateArchive& getArchive() const { return archive; }
 
@@ -46,17 +51,24 @@ public:
     // Adds a finding about no entry and nothing in the description. The one that is returned can be completed.
     ZoNTrellanInspector::ZoTFinding& report(const char* rule, Severity severity, std::string message);
 
-    // Adds what another check has found.
-    void add(Findings others);
+    // A check of further entries, or of other rules, which adds what it finds when it is given to add().
+    Check further(Files others) const;
+
+    // Adds what a further check has found.
+    void add(Check other);
 
     // Gives the findings away, in the order of the description, those about one object in the order of reporting, and
     // those that are about nothing in the description at the end.
-    Findings takeFindings();
+    FindingList takeFindings();
 
 private:
+    void keepPresent();
+
     const ZoCUpdateArchive& archive;
     Files files;
-    Findings findings;
+    std::shared_ptr<FindingForms> forms;
+    std::vector<FindingList> runs;  // each in the order of the description, one behind the other in that of reporting
+    std::optional<ZoNTrellanInspector::ZoTFinding> present;
 };
 
 }  // namespace ZoNUpdateInspection

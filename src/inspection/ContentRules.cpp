@@ -1,6 +1,5 @@
 // The rules about the update files themselves.
 #include <algorithm>
-#include <map>
 
 #include "archive/Properties.h"
 #include "inspection/Check.h"
@@ -14,15 +13,6 @@ namespace ZoNUpdateInspection {
 namespace {
 
 using Severity = Check::Severity;
-
-// One file of the folder, by whatever name entries reach it.
-struct SharedFile {
-    std::string path;
-    std::uint64_t size;
-    std::vector<const ZoSUpdateFile*> users;  // entries that are compared with its content
-};
-
-using SharedFiles = std::map<FileIdentity, SharedFile>;
 
 void reportProblem(Check& check, const ZoSUpdateFile& file, FileProblem problem)
 {
@@ -49,22 +39,6 @@ void reportProblem(Check& check, const ZoSUpdateFile& file, FileProblem problem)
 bool isCompared(const ZoSUpdateFile& file, Depth depth)
 {
     return depth != Depth::used || (file.hasTargetPath ? file.checksumCrc32 != notAvailable : file.statesChecksum);
-}
-
-SharedFiles lookAtFiles(Check& check, Depth depth)
-{
-    SharedFiles sharedFiles;
-    for (const ZoSUpdateFile* const file : check.getFiles()) {
-        const std::string path = check.getArchive().pathOf(*file);
-        const FileLook look = lookAt(path);
-        if (look.problem != FileProblem::none) {
-            reportProblem(check, *file, look.problem);
-        } else if (isCompared(*file, depth)) {
-            const auto shared = sharedFiles.try_emplace(look.identity, SharedFile{path, look.size, {}}).first;
-            shared->second.users.push_back(file);
-        }
-    }
-    return sharedFiles;
 }
 
 std::string number(std::uint32_t value)
@@ -121,7 +95,25 @@ void checkWhetherToldAtAll(Check& check, const ZoSUpdateFile& file, const FileHe
     }
 }
 
-void compare(Check& check, const ZoSUpdateFile& file, const FileContent& content, Depth depth)
+}  // namespace
+
+bool ContentCheck::look(const ZoSUpdateFile& file)
+{
+    const std::string path = check.getArchive().pathOf(file);
+    const FileLook look = lookAt(path);
+    if (look.problem != FileProblem::none) {
+        reportProblem(check, file, look.problem);
+        return false;
+    }
+    if (!isCompared(file, depth)) {
+        return false;
+    }
+    const auto shared = sharedFiles.try_emplace(look.identity, SharedFile{path, look.size, {}}).first;
+    shared->second.users.push_back(&file);
+    return true;
+}
+
+void ContentCheck::compare(const ZoSUpdateFile& file, const FileContent& content)
 {
     if (isComparedWithBytes(file, content.header)) {
         compareWithBytes(check, file, checksumOf(file, content.header), *content.crc32);
@@ -136,7 +128,7 @@ void compare(Check& check, const ZoSUpdateFile& file, const FileContent& content
     }
 }
 
-Wanted wantedOf(const SharedFile& shared, Depth depth)
+Wanted ContentCheck::wantedOf(const SharedFile& shared) const
 {
     const auto isOfBoard = [](const ZoSUpdateFile* file) { return !file->hasTargetPath; };
     const bool header = depth != Depth::used || std::any_of(shared.users.begin(), shared.users.end(), isOfBoard);
@@ -146,11 +138,8 @@ Wanted wantedOf(const SharedFile& shared, Depth depth)
             }};
 }
 
-}  // namespace
-
-void checkContents(Check& check, Depth depth, const ReadProgress& progress)
+void ContentCheck::read(const ReadProgress& progress)
 {
-    const SharedFiles sharedFiles = lookAtFiles(check, depth);
     std::uint64_t all = 0;
     for (const auto& [identity, shared] : sharedFiles) {
         all += shared.size;
@@ -159,21 +148,29 @@ void checkContents(Check& check, Depth depth, const ReadProgress& progress)
     for (const auto& entry : sharedFiles) {
         const auto& shared = entry.second;
         std::uint64_t read = 0;
-        const auto content =
-            readContent(shared.path, wantedOf(shared, depth), [&, size = shared.size](std::uint64_t bytes) {
-                read = std::min(read + bytes, size);  // the file may grow meanwhile
-                progress(finished + read, all);
-            });
+        const auto content = readContent(shared.path, wantedOf(shared), [&, size = shared.size](std::uint64_t bytes) {
+            read = std::min(read + bytes, size);  // the file may grow meanwhile
+            progress(finished + read, all);
+        });
         finished += shared.size;
         progress(finished, all);
         for (const ZoSUpdateFile* const file : shared.users) {
             if (content) {
-                compare(check, *file, *content, depth);
+                compare(*file, *content);
             } else {
                 reportProblem(check, *file, FileProblem::unreadable);
             }
         }
     }
+}
+
+void checkContents(Check& check, Depth depth, const ReadProgress& progress)
+{
+    ContentCheck contents(check, depth);
+    for (const ZoSUpdateFile* const file : check.getFiles()) {
+        contents.look(*file);
+    }
+    contents.read(progress);
 }
 
 }  // namespace ZoNUpdateInspection

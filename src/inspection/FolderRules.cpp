@@ -5,10 +5,8 @@
 #include <algorithm>
 #include <filesystem>
 #include <memory>
-#include <set>
 
 #include "inspection/Check.h"
-#include "inspection/FileContent.h"
 #include "inspection/Rules.h"
 
 namespace ZoNUpdateInspection {
@@ -58,17 +56,11 @@ std::vector<std::string> filesBelow(const std::string& folder)
 
 }  // namespace
 
-void checkFolder(Check& check, const std::vector<std::string>& known)
+void checkFolder(Check& check, const std::set<FileIdentity>& known)
 {
-    const std::set<std::string> paths(known.begin(), known.end());
-    std::set<FileIdentity> files;
-    for (const std::string& path : known) {
-        files.insert(lookAt(path).identity);
-    }
     const std::string folder = check.getArchive().getPath();
     for (const std::string& name : filesBelow(folder)) {
-        const std::string path = folder + "/" + name;
-        if (!paths.contains(path) && !files.contains(lookAt(path).identity)) {
+        if (!known.contains(lookAt(folder + "/" + name).identity)) {
             check
                 .report("unlisted-file", Check::Severity::NOTE,
                         "no entry names the file \"" + name + "\": name it, or take it away")

@@ -3,10 +3,13 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "archive/FileHeader.h"
+#include "inspection/FileContent.h"
 
 namespace ZoNUpdateInspection {
 
@@ -24,6 +27,34 @@ enum class Depth { used, content, everything };
 // checkHeader() finds too, for which the entries have to be accepted ones. A file is read once, whatever number of
 // entries names it, and only as far as is needed.
 void checkContents(Check& check, Depth depth, const ReadProgress& progress);
+
+// The same for entries that come one by one.
+class ContentCheck {
+public:
+    // `check` must outlive this.
+    ContentCheck(Check& check, Depth depth) : check(check), depth(depth) {}
+
+    // Looks at the file of the entry. True when it is to be read: then the entry must outlive this.
+    bool look(const ZoNUpdateArchive::ZoSUpdateFile& file);
+
+    // Reads the files.
+    void read(const ReadProgress& progress);
+
+private:
+    // One file of the folder, by whatever name entries reach it.
+    struct SharedFile {
+        std::string path;
+        std::uint64_t size;
+        std::vector<const ZoNUpdateArchive::ZoSUpdateFile*> users;  // entries that are compared with its content
+    };
+
+    Wanted wantedOf(const SharedFile& shared) const;
+    void compare(const ZoNUpdateArchive::ZoSUpdateFile& file, const FileContent& content);
+
+    Check& check;
+    const Depth depth;
+    std::map<FileIdentity, SharedFile> sharedFiles;
+};
 
 // An entry against the header of its file: file-version, compatibility.
 void checkHeader(Check& check, const ZoNUpdateArchive::ZoSUpdateFile& file, const ZoNUpdateArchive::FileHeader& header);
@@ -46,7 +77,7 @@ void checkNumbers(Check& check);
 // Which elements entries are given at all: unreachable, overlap; which board objects decide: unreachable-board.
 void checkReach(Check& check);
 
-// The archive's folder against the paths of the files that are known, by whatever name: unlisted-file.
-void checkFolder(Check& check, const std::vector<std::string>& known);
+// The archive's folder against the files that are known, by whatever name: unlisted-file.
+void checkFolder(Check& check, const std::set<FileIdentity>& known);
 
 }  // namespace ZoNUpdateInspection

@@ -35,7 +35,7 @@ Check::Files usedFiles(const ZoCTrellanUpdater& updater)
 
 void ZoCTrellanInspector::checkUsedFiles(ZoTReadProgress progress, void* context)
 {
-    findings.clear();
+    findings = FindingList();
     Check check(updater.getArchive(), usedFiles(updater));
     checkNames(check);
     checkTargetPaths(check);
@@ -58,5 +58,6 @@ const ZoTFinding& ZoCTrellanInspector::getFinding(unsigned position)
     if (position >= findings.size()) {
         throw std::out_of_range("ZoITrellanInspector: there is no such finding");
     }
-    return findings[position];
+    findings.get(position, finding);
+    return finding;
 }

@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "ZoITrellanInspector.h"
+#include "inspection/FindingList.h"
 #include "updater/ZoCTrellanUpdater.h"
 
 namespace ZoNUpdateArchive {
@@ -88,7 +89,8 @@ private:
     ZoNTrellanInspector::ZoTFile file{};
     ZoNTrellanInspector::ZoTFileHeader fileHeader{};
     std::string member;
-    std::vector<ZoNTrellanInspector::ZoTFinding> findings;
+    ZoNUpdateInspection::FindingList findings;
+    ZoNTrellanInspector::ZoTFinding finding{};
     std::vector<ZoNTrellanInspector::ZoTVerification> verifications;  // by the element's index
     std::unique_ptr<ZoNUpdateInspection::FileKeys> readKeys;
     ZoNTrellanInspector::ZoTFileKeys fileKeys{};

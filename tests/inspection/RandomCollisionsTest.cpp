@@ -202,7 +202,7 @@ TEST(RandomCollisions, AreFoundExactlyWhereTryingEveryBoardFindsThem)
             Check check(read.archive(), {&read.files()[i], &read.files()[j]});
             checkPathCollisions(check);
             const bool collide = collideOnSomeBoard(written[i], written[j]);
-            ASSERT_EQ(!check.takeFindings().empty(), collide) << entries[i] << "\n" << entries[j];
+            ASSERT_EQ((check.takeFindings().size() != 0), collide) << entries[i] << "\n" << entries[j];
             ++pairs;
             if (collide) {
                 ++collisions;
@@ -217,7 +217,10 @@ TEST(RandomCollisions, AreFoundExactlyWhereTryingEveryBoardFindsThem)
     Check all(read.archive(), read.all());
     checkPathCollisions(all);
     std::map<std::int32_t, std::int32_t> found;
-    for (const auto& finding : all.takeFindings()) {
+    const ZoNUpdateInspection::FindingList findings = all.takeFindings();
+    ZoNTrellanInspector::ZoTFinding finding;
+    for (std::size_t i = 0; i < findings.size(); ++i) {
+        findings.get(i, finding);
         const std::int32_t named = entryNamedIn(finding.message);
         const auto first = found.try_emplace(finding.entry, named).first;
         first->second = std::min(first->second, named);
@@ -247,8 +250,10 @@ std::size_t requestsForOnePath(unsigned count)
 
     const auto findings = check.takeFindings();
     EXPECT_EQ(findings.size(), 1u);
-    EXPECT_EQ(findings.at(0).pointer, "/files/" + std::to_string(count) + "/targetPath");
-    EXPECT_EQ(findings.at(0).message,
+    ZoNTrellanInspector::ZoTFinding finding;
+    findings.get(0, finding);
+    EXPECT_EQ(finding.pointer, "/files/" + std::to_string(count) + "/targetPath");
+    EXPECT_EQ(finding.message,
               "the path \"a\" is written by files[1] \"file1\" too on boards of type \"T\": "
               "choose another path");
     return requests;

@@ -1,0 +1,42 @@
+// FindingForms: what findings say, apart from the numbers in it. Millions of findings say the same.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "ZoITrellanInspector.h"
+#include "base/PackedBytes.h"
+
+namespace ZoNUpdateInspection {
+
+class FindingForms {
+public:
+    // Adds the severity, the rule, the pointer and the message of `finding` to `bytes`.
+    void add(std::string& bytes, const ZoNTrellanInspector::ZoTFinding& finding);
+
+    // Takes them off `bytes` into `finding`, which has its entry and its board.
+    void take(ZoNUpdateBase::PackedReader& bytes, ZoNTrellanInspector::ZoTFinding& finding) const;
+
+    // Takes them off for nothing.
+    void skip(ZoNUpdateBase::PackedReader& bytes) const;
+
+private:
+    struct Form {
+        std::string text;
+        std::size_t numberCount;  // of the numbers that each finding tells itself
+    };
+
+    // The number of the form with the text `form`; that of none where there are too many.
+    std::size_t numberOfForm();
+
+    std::vector<Form> forms;
+    std::unordered_map<std::string, std::size_t> formNumbers;
+    std::string form;                    // of the present finding
+    std::vector<std::uint64_t> numbers;  // in it
+};
+
+}  // namespace ZoNUpdateInspection
