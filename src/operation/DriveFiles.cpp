@@ -51,7 +51,8 @@ bool DriveFiles::isNeeded(const std::string& path)
         return false;
     }
     findNamed();
-    return written.contains(*file) || named.contains(path, *file) || isNeededLink(path);
+    return written.contains(*file) || named.contains(*file) || namedPaths.contains(normalisedPath(path)) ||
+           isNeededLink(path);
 }
 
 bool DriveFiles::isNeededLink(const std::string& path)
@@ -61,7 +62,7 @@ bool DriveFiles::isNeededLink(const std::string& path)
         return false;
     }
     findNamed();
-    return ways.contains(path, *file);
+    return ways.contains(*file) || isWay(normalisedPath(path));
 }
 
 bool DriveFiles::isWrittenOtherwise(const std::string& path) const
@@ -94,7 +95,7 @@ void DriveFiles::noteWritten(const std::string& path)
 void DriveFiles::forget(const FileIdentity& file)
 {
     written.erase(file);
-    named.files.erase(file);
+    named.erase(file);
 }
 
 void DriveFiles::findNamed()
@@ -117,7 +118,7 @@ void DriveFiles::findNamed()
         forEachTargetPath(file.jsonEntry, [&](const std::string& path) { addNamed(path); });
         const std::string source = archive.pathOf(file);
         if (const auto found = identityOf(source, Links::followed)) {
-            named.files.insert(*found);
+            named.insert(*found);
             updateFiles.merge(placesOf(source));
         }
     }
@@ -143,29 +144,38 @@ std::set<DriveFiles::Place> DriveFiles::placesOf(const std::string& source)
 void DriveFiles::addNamed(const std::string& path)
 {
     const std::string normalised = normalisedPath(path);
-    if (normalised.empty() || !named.paths.insert(normalised).second) {
+    if (normalised.empty() || !namedPaths.insert(normalised).second) {
         return;
     }
     for (const Links links : {Links::notFollowed, Links::followed}) {
         if (const auto file = identityOf(onDrive(normalised), links)) {
-            named.files.insert(*file);
+            named.insert(*file);
         }
     }
-    addWay(normalised.substr(0, normalised.rfind('/')));
+    addWay(normalised);
 }
 
-// With all folders above it, each once.
-void DriveFiles::addWay(std::string folder)
+// The folders above it, down to the first that is not there: what an archive names may be of any length.
+void DriveFiles::addWay(const std::string& path)
 {
-    while (!folder.empty() && ways.paths.insert(folder).second) {
-        if (const auto file = identityOf(onDrive(folder))) {
-            ways.files.insert(*file);
+    for (std::size_t end = path.find('/', 1); end != std::string::npos; end = path.find('/', end + 1)) {
+        std::string folder = path.substr(0, end);
+        if (knownWays.contains(folder)) {
+            continue;
         }
-        folder.resize(folder.rfind('/'));
+        const auto file = identityOf(onDrive(folder));
+        if (!file) {
+            return;
+        }
+        ways.insert(*file);
+        knownWays.insert(std::move(folder));
     }
 }
 
-bool DriveFiles::Named::contains(const std::string& path, const FileIdentity& file) const
+// Whether a path that is named leads through this one.
+bool DriveFiles::isWay(const std::string& path) const
 {
-    return files.contains(file) || paths.contains(normalisedPath(path));
+    const std::string folder = path + '/';
+    const auto named = namedPaths.lower_bound(folder);
+    return !path.empty() && named != namedPaths.end() && named->starts_with(folder);
 }

@@ -40,25 +40,22 @@ public:
     void forget(const ZoNUpdateBase::FileIdentity& file);
 
 private:
-    // Files by what they are, and by their normalised paths: a file that takes the place of a named one later is named.
-    struct Named {
-        bool contains(const std::string& path, const ZoNUpdateBase::FileIdentity& file) const;
-
-        std::set<std::string> paths;
-        std::set<ZoNUpdateBase::FileIdentity> files;
-    };
-
     using Place = std::pair<ZoNUpdateBase::FileIdentity, std::string>;  // a folder, and a name in it
 
     static std::set<Place> placesOf(const std::string& source);
     void findNamed();
     void addNamed(const std::string& path);
-    void addWay(std::string folder);
+    void addWay(const std::string& path);
+    bool isWay(const std::string& path) const;
 
     const ZoCUpdateAssignment& assignment;
     std::map<ZoNUpdateBase::FileIdentity, std::string> written;  // with the path by which it was written
     bool namedAreKnown = false;
-    Named named;
-    Named ways;  // folders on the way to them
+    // By what they are, and by their normalised paths: a file that takes the place of a named one later is named.
+    std::set<ZoNUpdateBase::FileIdentity> named;
+    std::set<std::string> namedPaths;
+    // Folders on the way to them that are there, by what they are; and by their paths, so that each is asked for once.
+    std::set<ZoNUpdateBase::FileIdentity> ways;
+    std::set<std::string> knownWays;
     std::set<Place> updateFiles;
 };

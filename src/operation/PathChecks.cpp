@@ -1,6 +1,9 @@
 // Walks over the components of a path, and over its characters.
 #include "operation/PathChecks.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <filesystem>
 
@@ -8,13 +11,25 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// True when `path` leads out of its folder, or goes up again behind what `isLink` tells to be a symbolic link. It is
+enum class Kind { missing, link, other };
+
+Kind kindOf(const std::string& path)
+{
+    struct stat64 found;
+    if (fstatat64(AT_FDCWD, path.c_str(), &found, AT_SYMLINK_NOFOLLOW) != 0) {
+        return Kind::missing;
+    }
+    return S_ISLNK(found.st_mode) ? Kind::link : Kind::other;
+}
+
+// True when `path` leads out of its folder, or goes up again behind what `kindAt` tells to be a symbolic link. It is
 // asked for paths without ".." and the like: they lead to what is there also where `path` goes up from a folder that is
-// not.
-template <class Test>
-bool goesAstray(const std::string& path, Test isLink)
+// not. It is not asked for what is below something missing, where nothing is: a path may be of any length.
+template <class Kinds>
+bool goesAstray(const std::string& path, Kinds kindAt)
 {
     std::string passed;
+    std::size_t missing = std::string::npos;  // how much of `passed` leads to what is not there
     bool passedLink = false;
     for (std::size_t begin = 0; begin < path.size();) {
         const std::size_t end = std::min(path.find('/', begin), path.size());
@@ -24,9 +39,14 @@ bool goesAstray(const std::string& path, Test isLink)
                 return true;
             }
             passed.resize(passed.rfind('/'));
+            missing = passed.size() < missing ? std::string::npos : missing;
         } else if (!component.empty() && component != ".") {
             passed += "/" + component;
-            passedLink = passedLink || isLink(passed);
+            if (!passedLink && missing == std::string::npos) {
+                const Kind kind = kindAt(passed);
+                passedLink = kind == Kind::link;
+                missing = kind == Kind::missing ? passed.size() : missing;
+            }
         }
         begin = end + 1;
     }
@@ -42,8 +62,7 @@ bool isBelow(const fs::path& path, const fs::path& folder)
 
 bool isSymbolicLink(const std::string& path)
 {
-    std::error_code error;
-    return fs::is_symlink(path, error);
+    return kindOf(path) == Kind::link;
 }
 
 bool namesFile(std::string_view path)
@@ -54,12 +73,12 @@ bool namesFile(std::string_view path)
 
 bool leavesFolder(const std::string& path)
 {
-    return goesAstray(path, [](const std::string&) { return false; });
+    return goesAstray(path, [](const std::string&) { return Kind::other; });
 }
 
 bool leavesFolder(const std::string& folder, const std::string& path)
 {
-    return goesAstray(path, [&](const std::string& part) { return isSymbolicLink(folder + part); });
+    return goesAstray(path, [&](const std::string& part) { return kindOf(folder + part); });
 }
 
 bool isOnDrive(const std::string& location)
@@ -80,7 +99,11 @@ bool followsLinkOutOfDrive(const std::string& location)
     const fs::path drive = fs::canonical(root, error);
     for (std::size_t end = path.find('/', root.size() + 1); end != std::string::npos; end = path.find('/', end + 1)) {
         const std::string folder = path.substr(0, end);
-        if (!isSymbolicLink(folder)) {
+        const Kind kind = kindOf(folder);
+        if (kind == Kind::missing) {
+            return false;  // so is all that is below
+        }
+        if (kind == Kind::other) {
             continue;
         }
         const fs::path place = fs::canonical(folder, error);
