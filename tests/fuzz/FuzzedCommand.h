@@ -6,6 +6,12 @@
 #include <string_view>
 #include <vector>
 
-// The words of the command that the first letter stands for, and of the options of the others. ARCHIVE, INPUT, SECOND,
-// TARGET, OUTPUT and NAMES among them become what `meanings` has for them.
-std::vector<std::string> commandOf(std::string_view letters, const std::map<std::string, std::string>& meanings);
+struct FuzzedCommand {
+    std::vector<std::string> words;
+    std::vector<int> statuses;  // that it may end with, beside 2: the words are wrong
+    bool mayUpdate = false;     // the target
+};
+
+// The command that the first letter stands for, with the options of the others. ARCHIVE, INPUT, SECOND, TARGET, OUTPUT
+// and NAMES among the words become what `meanings` has for them.
+FuzzedCommand commandOf(std::string_view letters, const std::map<std::string, std::string>& meanings);

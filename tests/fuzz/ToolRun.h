@@ -10,6 +10,6 @@ struct ToolRun {
     std::string err;
 };
 
-// Runs the tool with the words that stand behind its own name. Holds what holds for every run: each line that is said
-// in the tool's name is of one piece, --json gives one document with the right first members, and nothing is left over.
+// Runs the tool with the words that stand behind its own name. Holds what holds for every run: --json gives one
+// document, with the right first members and with an error just where the run was refused, and nothing is left over.
 ToolRun runTool(const std::vector<std::string>& words);
