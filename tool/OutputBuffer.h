@@ -46,9 +46,4 @@ private:
     OutputBuffer* neighbour = nullptr;
 };
 
-// The text with each byte of a control character as \xNN, in small letters: of those below 0x20 except line end,
-// carriage return and tab, of DEL, and of U+0080 to U+009F, in UTF-8 or as a single byte where that is part of no
-// character.
-std::string withControlCharactersShown(std::string_view text);
-
 }  // namespace TrellanTool

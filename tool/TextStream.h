@@ -1,7 +1,8 @@
-// Streams into memory.
+// Streams into memory and out of it.
 #pragma once
 
 #include <sstream>
+#include <string>
 
 namespace TrellanTool {
 
@@ -10,6 +11,12 @@ namespace TrellanTool {
 class TextStream : public std::ostringstream {
 public:
     TextStream() { exceptions(std::ios_base::badbit); }
+};
+
+// As std::istringstream, which ends its text too early. This one throws likewise.
+class TextSource : public std::istringstream {
+public:
+    explicit TextSource(const std::string& text) : std::istringstream(text) { exceptions(std::ios_base::badbit); }
 };
 
 }  // namespace TrellanTool

@@ -172,8 +172,10 @@ bool isMntCovered()
 {
     bool covered = false;
     std::istringstream mounts(mountList());
+    mounts.exceptions(std::ios_base::badbit);  // where memory is short, they would end too early
     for (std::string mount; std::getline(mounts, mount);) {
         std::istringstream fields(mount);
+        fields.exceptions(std::ios_base::badbit);
         std::string id, parent, device, root, place;
         if (fields >> id >> parent >> device >> root >> place && place == "/mnt") {
             covered = mount.find(std::string(" - tmpfs ") + coverName + ' ') !=

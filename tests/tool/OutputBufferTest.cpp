@@ -7,13 +7,14 @@
 #include <ostream>
 #include <thread>
 
+#include "json/TerminalText.h"
 #include "support/PseudoTerminal.h"
 #include "support/TempDir.h"
 #include "support/TextFile.h"
 #include "tool/OutputBuffer.h"
 
+using TrellanJson::withControlCharactersShown;
 using TrellanTool::OutputBuffer;
-using TrellanTool::withControlCharactersShown;
 
 namespace {
 

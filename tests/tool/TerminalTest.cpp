@@ -297,6 +297,7 @@ TEST_F(AtATerminal, ATraceThatIsNamedBeforeTheToolBeginsDoesNotDriveIt)
     EXPECT_EQ(shown({"version"}, nullptr, "/\x1b[2J\x9b\xc2\x9b\x7f\xc3\xbc\x9b/trace"),
               "WARNING: cannot write the trace /\\x1b[2J\\x9b\\xc2\\x9b\\x7f\xc3\xbc\\x9b/trace: No such file or "
               "directory\n1.0\n");
+    EXPECT_EQ(drivingBytes(shown({"version"}, nullptr, "/" + brokenBytes + "/trace")), "");
 }
 
 TEST_F(AtATerminal, DocumentsAreJsonWhateverIsNamed)

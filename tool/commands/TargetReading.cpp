@@ -4,7 +4,6 @@
 
 #include <cerrno>
 #include <iostream>
-#include <sstream>
 #include <system_error>
 #include <unordered_set>
 
@@ -44,7 +43,7 @@ void noteErrors(TargetReport& report, ZoITrellanInspector& inspector)
 
 void noteWarnings(TargetReport& report, const std::string& text)
 {
-    std::istringstream lines(text);
+    TextSource lines(text);
     for (std::string line; std::getline(lines, line);) {
         if (line.starts_with("WARNING: ")) {
             report.notes.push_back(line);
@@ -58,7 +57,7 @@ std::vector<std::string> sayingsIn(const std::string& text)
 {
     constexpr std::string_view own = "trellan-update: ";
     std::vector<std::string> sayings;
-    std::istringstream lines(text);
+    TextSource lines(text);
     for (std::string line; std::getline(lines, line);) {
         line.erase(0, line.starts_with(own) ? own.size() : 0);
         sayings.push_back(line.substr(0, line.find(';')));

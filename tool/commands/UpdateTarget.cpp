@@ -8,8 +8,8 @@
 #include <system_error>
 
 #include "json/Json.h"
+#include "json/TerminalText.h"
 #include "tool/ExitStatus.h"
-#include "tool/OutputBuffer.h"
 #include "tool/Streams.h"
 #include "tool/TextStream.h"
 #include "tool/arguments/Arguments.h"
@@ -53,7 +53,7 @@ Arguments forLibrary(const Arguments& asked)
 
 std::string shownOn(int descriptor, const std::string& text)
 {
-    return ::isatty(descriptor) == 1 ? withControlCharactersShown(text) : text;
+    return ::isatty(descriptor) == 1 ? TrellanJson::withControlCharactersShown(text) : text;
 }
 
 // Words that are written past all buffers: an error, and its document or nothing.

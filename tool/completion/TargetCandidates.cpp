@@ -9,8 +9,8 @@
 #include <string_view>
 #include <unordered_set>
 
+#include "json/TerminalText.h"
 #include "tool/ExitStatus.h"
-#include "tool/OutputBuffer.h"
 #include "tool/arguments/Arguments.h"
 #include "tool/arguments/Command.h"
 #include "tool/arguments/Option.h"
@@ -72,7 +72,7 @@ bool turnsText(std::string_view text)
 // What has a control character cannot be typed, and would look like something else in a list.
 bool isPlain(const std::string& text)
 {
-    return text.find_first_of("\t\n\r") == std::string::npos && withControlCharactersShown(text) == text &&
+    return text.find_first_of("\t\n\r") == std::string::npos && TrellanJson::withControlCharactersShown(text) == text &&
            !turnsText(text);
 }
 

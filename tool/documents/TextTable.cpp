@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cwchar>
 
-#include "tool/OutputBuffer.h"
+#include "json/TerminalText.h"
 
 namespace TrellanTool {
 
@@ -34,7 +34,7 @@ private:
 std::size_t widthOf(const std::string& cell)
 {
     const TextsAreUtf8 utf8;
-    const std::string shown = withControlCharactersShown(cell);
+    const std::string shown = TrellanJson::withControlCharactersShown(cell);
     std::size_t width = 0;
     for (std::size_t at = 0; at < shown.size();) {
         wchar_t character = 0;

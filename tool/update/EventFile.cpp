@@ -27,6 +27,13 @@ bool endsInMiddleOfLine(int file, const std::string& path)
     return ::pread(reader.get(), &last, 1, status.st_size - 1) != 1 || last != '\n';
 }
 
+// True when it has no name any more: nobody will read it.
+bool isRemoved(int file)
+{
+    struct stat status = {};
+    return ::fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 0;
+}
+
 }  // namespace
 
 EventFile::EventFile(const std::string& path)
@@ -49,6 +56,8 @@ void EventFile::append(const std::string& line, bool toMedium)
     const bool kept = written && (!toMedium || ::fsync(file.get()) == 0 || errno == EINVAL || errno == EROFS);
     if (!kept) {
         lose(errno);
+    } else if (isRemoved(file.get())) {
+        lose(ENOENT);
     }
 }
 

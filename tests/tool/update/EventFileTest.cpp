@@ -105,6 +105,21 @@ TEST_F(EventFiles, NamesOnceThatTheMediumIsFull)
     EXPECT_EQ(file.takeFault(), "");
 }
 
+TEST_F(EventFiles, NamesOnceThatItWasRemovedOrReplaced)
+{
+    EventFile removed(pathOf("removed")), replaced(pathOf("replaced"));
+    folder.write("other", "");
+    std::filesystem::remove(pathOf("removed"));
+    std::filesystem::rename(pathOf("other"), pathOf("replaced"));
+    for (auto [file, name] : {std::pair(&removed, "removed"), std::pair(&replaced, "replaced")}) {
+        file->append("line", false);
+        EXPECT_EQ(file->takeFault(), "events cannot be written to " + pathOf(name) +
+                                         ": No such file or directory; the update goes on without them");
+        file->append("line", false);
+        EXPECT_EQ(file->takeFault(), "");
+    }
+}
+
 TEST_F(EventFiles, GoesOnWithAWholeLineOnceAFullMediumHasRoomAgain)
 {
     EventFile file(pathOf("events"));
