@@ -27,17 +27,6 @@ void setEnvironment(const char* name, const std::optional<std::string>& value)
     }
 }
 
-// What the library has to say about a failure: its text from the first error on.
-std::string errorsIn(const std::string& text)
-{
-    const std::size_t first = text.starts_with("ERROR:") ? 0 : text.find("\nERROR:");
-    if (first == std::string::npos) {
-        return "";
-    }
-    const std::size_t begin = text.find('E', first);
-    return text.substr(begin, text.find_last_not_of('\n') + 1 - begin);
-}
-
 void addTo(std::string& said, const std::string& text)
 {
     said += said.empty() || text.empty() ? text : "\n" + text;
@@ -104,7 +93,7 @@ void LibrarySession::print(const std::string& text)
         destination.announce();
     }
     if (destination.copy != nullptr) {
-        *destination.copy += text;
+        destination.copy->add(text);
     }
     if (destination.stream == nullptr) {
         return;
@@ -129,16 +118,16 @@ int LibrarySession::apply(std::ostream& err)
 {
     const bool filtered =
         !arguments.noCheck && arguments.command->has(ELEMENTS) && !TargetFilters(arguments.options).areOff();
-    const unsigned result = filtered ? applyFiltered(err) : applyRecorded();
+    const unsigned result = filtered ? applyFiltered(err) : applyRecorded(false);
     if (result == 1) {
         explainFolder(err);
         addTo(said, platformSaid);
-        addTo(said, errorsIn(applied));
+        addTo(said, applied.errors());
         return NOT_READ;
     }
     excludeElements(err);
     if (result == 2) {
-        addTo(said, errorsIn(applied));
+        addTo(said, applied.errors());
         complain(err, blockingElements(*owned, *looking));
         return NOT_SUPPORTED;
     }
@@ -150,9 +139,9 @@ int LibrarySession::apply(std::ostream& err)
     return SUCCESS;
 }
 
-unsigned LibrarySession::applyRecorded()
+unsigned LibrarySession::applyRecorded(bool keepsAll)
 {
-    applied.clear();
+    applied.begin(keepsAll);
     platformSaid.clear();
     const PlatformTap tap(platformSaid);
     destination.copy = &applied;
@@ -166,14 +155,14 @@ unsigned LibrarySession::applyFiltered(std::ostream& err)
 {
     std::ostream* const shown = destination.stream;
     destination.stream = nullptr;
-    const unsigned result = applyRecorded();
+    const unsigned result = applyRecorded(true);
     const bool misunderstood = result != 1 && !understandFilters(err);
     destination.stream = shown;
     if (misunderstood) {
         makeUpdater();
-        return applyRecorded();
+        return applyRecorded(false);
     }
-    print(applied);
+    applied.forEachPiece(print);
     return result;
 }
 

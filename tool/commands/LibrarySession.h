@@ -7,6 +7,7 @@
 #include <string>
 
 #include "ZoITrellanInspector.h"
+#include "tool/commands/SaidText.h"
 
 namespace TrellanTool {
 
@@ -50,14 +51,14 @@ private:
     struct Destination {
         std::ostream* stream;  // null: nowhere
         bool flushEachLine;
-        std::string* copy;               // or null
+        SaidText* copy;                  // or null
         std::function<void()> announce;  // or none
     };
     static Destination destination;
     static void print(const std::string& text);
 
     void makeUpdater();
-    unsigned applyRecorded();
+    unsigned applyRecorded(bool keepsAll);
     unsigned applyFiltered(std::ostream& err);
     bool understandFilters(std::ostream& err);
     bool noteWholeTarget(TargetFilters& filters);
@@ -70,7 +71,7 @@ private:
     ZoNTrellanUpdater::ZoTOptions understood;
     std::unique_ptr<ZoITrellanUpdater> owned;
     std::unique_ptr<ZoITrellanInspector> looking;
-    std::string applied;       // the text of apply()
+    SaidText applied;          // by the library in apply()
     std::string platformSaid;  // on standard error meanwhile
     std::string said;
 };

@@ -53,6 +53,15 @@ DocumentShape withMember(const std::string& name, const std::string& front, cons
             piece, back + "}"};
 }
 
+// A sound description that has an entry, and so many others.
+DocumentShape withEntries(const std::string& name, const std::string& piece)
+{
+    return {name,
+            R"({"info":{"formatVersion":"1.0","archiveVersion":"2.0","productName":"P","archiveName":"N"},"files":[)"
+            R"({"name":"a.bin","sequence":1,"boardType":"A","id":1,"version":null,"checksumCrc32":1},)",
+            piece, "]}"};
+}
+
 class RunMemory : public testing::Test {
 protected:
     void SetUp() override
@@ -98,6 +107,8 @@ protected:
     }
 };
 
+class EntryRunMemory : public DescriptionRunMemory {};
+
 class TargetRunMemory : public RunMemory, public testing::WithParamInterface<DocumentShape> {
 protected:
     void SetUp() override
@@ -132,6 +143,29 @@ INSTANTIATE_TEST_SUITE_P(Shapes, DescriptionRunMemory,
                                          withMember("ManyMembers", "{", R"("#":1)", "}"),
                                          withMember("ManyLines", "[", "1\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n", "]")),
                          [](const auto& shape) { return shape.param.name; });
+
+TEST_P(EntryRunMemory, OfAListIsAtMostTenTimesTheSize)
+{
+    EXPECT_LE(tenthsForEachByte({"list", "archive"}), 100);
+}
+
+TEST_P(EntryRunMemory, OfTheVersionIsAtMostTenTimesTheSize)
+{
+    EXPECT_LE(tenthsForEachByte({"archive-version", "archive"}), 100);
+}
+
+TEST_P(EntryRunMemory, OfAComparisonOfSomeElementsIsAtMostTenTimesTheSize)
+{
+    EXPECT_LE(tenthsForEachByte({"compare", "archive", "--target", "target.json", "--board-types", "A"}), 100);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Shapes, EntryRunMemory,
+    testing::Values(withEntries("PassedOver", R"({"featureLevel":9})"),
+                    withEntries("Minimal", R"({"name":"a","sequence":1,"boardType":"A","id":#,"checksumCrc32":1})"),
+                    withEntries("Boards",
+                                R"({"name":"a","sequence":1,"checksumCrc32":1,"boards":[{"boardType":"A","id":#}]})")),
+    [](const auto& shape) { return shape.param.name; });
 
 TEST_P(TargetRunMemory, OfTheInstalledVersionsIsAtMostTenTimesTheSize)
 {
