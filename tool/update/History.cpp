@@ -138,22 +138,51 @@ public:
     {
         const json event = hasNul(line) ? json(json::value_t::discarded) : json::parse(line, nullptr, false);
         if (event.is_discarded()) {
-            complain(lineNumber, "torn");
+            complain(lineNumber, Skipped::torn);
             return;
         }
         try {
             takeEvent(event);
         } catch (const NoEvent&) {
-            complain(lineNumber, "no event of an update");
+            complain(lineNumber, Skipped::noEvent);
         }
     }
 
-    History history;
+    History takeHistory()
+    {
+        for (const SkippedLines& lines : skipped) {
+            history.complaints.push_back(complaintOf(lines));
+        }
+        return std::move(history);
+    }
 
 private:
-    void complain(unsigned long long lineNumber, const char* what)
+    enum class Skipped { torn, noEvent };
+
+    // Lines in a row. A file that is none of events at all is one complaint, and not one for each of its lines.
+    struct SkippedLines {
+        unsigned long long first, last;
+        Skipped reason;
+    };
+
+    void complain(unsigned long long lineNumber, Skipped reason)
     {
-        history.complaints.push_back("line " + std::to_string(lineNumber) + " is " + what + ", and is skipped");
+        if (!skipped.empty() && skipped.back().last + 1 == lineNumber && skipped.back().reason == reason) {
+            skipped.back().last = lineNumber;
+        } else {
+            skipped.push_back({lineNumber, lineNumber, reason});
+        }
+    }
+
+    static std::string complaintOf(const SkippedLines& lines)
+    {
+        const bool isTorn = lines.reason == Skipped::torn;
+        if (lines.first == lines.last) {
+            return "line " + std::to_string(lines.first) + " is " + (isTorn ? "torn" : "no event of an update") +
+                   ", and is skipped";
+        }
+        return "lines " + std::to_string(lines.first) + " to " + std::to_string(lines.last) + " are " +
+               (isTorn ? "torn" : "no events of an update") + ", and are skipped";
     }
 
     void takeEvent(const json& line)
@@ -173,6 +202,8 @@ private:
         history.runs.push_back(std::move(run));
     }
 
+    History history;
+    std::vector<SkippedLines> skipped;
     std::unordered_map<std::string, std::size_t> positions;
 };
 
@@ -192,7 +223,7 @@ History readHistory(const std::string& path)
     if (!file.eof()) {
         throw HistoryError(path + " cannot be read: " + std::generic_category().message(errno));
     }
-    return std::move(reader.history);
+    return reader.takeHistory();
 }
 
 }  // namespace TrellanTool

@@ -80,8 +80,18 @@ TEST_F(Histories, SkipsALineWithANulByte)
 {
     const std::string torn = phase1.substr(0, phase1.size() - 1) + '\0' + phase1;
     const History history = read(start + phase0 + torn + '\0' + '\n');
-    EXPECT_THAT(history.complaints, ElementsAre("line 3 is torn, and is skipped", "line 4 is torn, and is skipped"));
+    EXPECT_THAT(history.complaints, ElementsAre("lines 3 to 4 are torn, and are skipped"));
     EXPECT_EQ(history.runs.at(0).phase, 0U);
+}
+
+TEST_F(Histories, TellsLinesInARowThatAreSkippedTogether)
+{
+    const History history = read("x\nx\n" + start + "[]\n[]\n[]\nx\n" + phase0 + "{\n\n{\n");
+    EXPECT_THAT(history.complaints, ElementsAre("lines 1 to 2 are torn, and are skipped",
+                                                "lines 4 to 6 are no events of an update, and are skipped",
+                                                "line 7 is torn, and is skipped", "line 9 is torn, and is skipped",
+                                                "line 11 is torn, and is skipped"));
+    EXPECT_EQ(history.runs.size(), 1U);
 }
 
 TEST_F(Histories, ShowsARunThatReachedNoPhase)
