@@ -90,6 +90,20 @@ TEST_F(ArchiveCheck, TellsItsProgressUpToTheEnd)
     EXPECT_EQ(last, 9u);
 }
 
+TEST_F(ArchiveCheck, TakesForAnExampleTheValueThatTheDescriptionNamesFirst)
+{
+    entries = {ioEntry("nine.bin", 9, {{"boardVariant", "Z"}}), ioEntry("one.bin", 1, {{"boardVariant", {"A", "Z"}}}),
+               ioEntry("all.bin", 1, {{"boardVariant", {"A", "Z", "Q"}}})};
+    ASSERT_EQ(apply(ZoNTrellanUpdater::PRINT_ARCHIVE), 0u);
+    checkArchive();
+    std::map<std::string, std::string> examples;
+    for (unsigned i = 0; i < inspector->getFindingCount(); ++i) {
+        const auto finding = inspector->getFinding(i);
+        examples[finding.rule] = finding.hasExample ? finding.example.boardVariant : "none";
+    }
+    EXPECT_EQ(examples.at("overlap"), "Z");
+}
+
 TEST_F(ArchiveCheck, NamesTheMembersThatTheFormatHas)
 {
     ASSERT_EQ(apply(ZoNTrellanUpdater::PRINT_ARCHIVE), 0u);

@@ -50,6 +50,12 @@ def change(entry):
     return f"without `{entry['before']}`" if entry['kind'] == 'call' else f"`{entry['after']}`"
 
 
+def entry_of(mutant):
+    """A mutant as it stands in the log."""
+    return {'key': mutant.key(), 'file': mutant.file, 'line': mutant.line + 1, 'kind': mutant.kind,
+            'before': mutant.before.strip(), 'after': mutant.after.strip()}
+
+
 def logged(log):
     """What became of each mutant, by its key; the last time counts."""
     lines = log.read_text().split('\n') if log.is_file() else []
@@ -130,8 +136,7 @@ class Run:
                 self.note(mutant, answer)
 
     def note(self, mutant, answer):
-        entry = {'key': mutant.key(), 'file': mutant.file, 'line': mutant.line + 1, 'kind': mutant.kind,
-                 'before': mutant.before.strip(), 'after': mutant.after.strip(), **answer}
+        entry = {**entry_of(mutant), **answer}
         self.found[mutant.key()] = entry
         with self.log.open('a', encoding='utf-8') as file:
             file.write(json.dumps(entry) + '\n')

@@ -13,8 +13,7 @@ class Told(unittest.TestCase):
     MUTANTS = list(mutants_of('a.cpp', 'f();\n  f();\n  g();\n  h();\n  i();\n'))
 
     def tell(self, count, *verdicts):
-        found = {mutant.key(): {'file': mutant.file, 'line': mutant.line, 'kind': mutant.kind, 'before': mutant.before.strip(),
-                                'after': mutant.after.strip(), 'verdict': verdict}
+        found = {mutant.key(): {**mutate.entry_of(mutant), 'verdict': verdict}
                  for mutant, verdict in zip(self.MUTANTS, verdicts)}
         output = io.StringIO()
         with contextlib.redirect_stdout(output):
@@ -37,6 +36,17 @@ class Told(unittest.TestCase):
         self.assertEqual(self.tell(3, 'killed', 'survived', 'killed'),
                          (1, '3 mutants; 0 give the same code, 0 are listed with their reason; 2 of the other 3 killed: 66.7 %'))
         self.assertEqual(self.tell(3, 'killed', 'equivalent', 'killed')[0], 0)
+
+
+class Reasons(unittest.TestCase):
+    def test_each_is_of_a_mutant_of_the_sources(self):
+        listed = mutate.reasons()
+        self.assertGreaterEqual(len(listed), 10)
+        there = set()
+        for file in {file for file, _ in listed}:
+            mutants = mutants_of(file, (mutate.ROOT / file).read_text())
+            there |= {(file, mutate.change(mutate.entry_of(mutant))) for mutant in mutants}
+        self.assertEqual(listed - there, set())
 
 
 class Tests(unittest.TestCase):
