@@ -84,9 +84,9 @@ public:
     }
 
     // The files that belong to the archive.
-    void noteKnown(const ZoSUpdateFile& file) { known.insert(lookAt(check.getArchive().pathOf(file)).identity); }
+    void noteKnown(const ZoSUpdateFile& file) { known.add(check.getArchive().pathOf(file)); }
 
-    std::set<FileIdentity> known;
+    KnownFiles known;
 
 private:
     static constexpr std::size_t atOnce = 256;
@@ -167,7 +167,7 @@ ZoTDescription ZoCTrellanInspector::checkArchive(ZoTReadProgress progress, void*
         checkReach(check);
         checkContents(check, Depth::everything, report);
         survey.finish(report);
-        survey.known.insert(lookAt(archive.descriptionPath()).identity);
+        survey.known.add(archive.descriptionPath());
         for (const ZoSUpdateFile* const file : check.getFiles()) {
             survey.noteKnown(*file);
         }

@@ -56,11 +56,27 @@ std::vector<std::string> filesBelow(const std::string& folder)
 
 }  // namespace
 
-void checkFolder(Check& check, const std::set<FileIdentity>& known)
+void KnownFiles::add(const std::string& path)
+{
+    const FileLook look = lookAt(path);
+    if (look.identity != FileIdentity{}) {
+        identities.insert(look.identity);
+    } else if (look.problem != FileProblem::missing) {
+        paths.insert(path);
+    }
+}
+
+bool KnownFiles::contains(const std::string& path) const
+{
+    const FileIdentity identity = lookAt(path).identity;
+    return identity == FileIdentity{} || identities.contains(identity) || paths.contains(path);
+}
+
+void checkFolder(Check& check, const KnownFiles& known)
 {
     const std::string folder = check.getArchive().getPath();
     for (const std::string& name : filesBelow(folder)) {
-        if (!known.contains(lookAt(folder + "/" + name).identity)) {
+        if (!known.contains(folder + "/" + name)) {
             check
                 .report("unlisted-file", Check::Severity::NOTE,
                         "no entry names the file \"" + name + "\": name it, or take it away")

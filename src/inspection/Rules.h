@@ -77,7 +77,20 @@ void checkNumbers(Check& check);
 // Which elements entries are given at all: unreachable, overlap; which board objects decide: unreachable-board.
 void checkReach(Check& check);
 
-// The archive's folder against the files that are known, by whatever name: unlisted-file.
-void checkFolder(Check& check, const std::set<FileIdentity>& known);
+// Files that are known to belong to the archive, by whatever name.
+class KnownFiles {
+public:
+    void add(const std::string& path);
+
+    // Whether the file at `path` is one of them; also where it cannot be looked at, so that nobody can tell.
+    bool contains(const std::string& path) const;
+
+private:
+    std::set<FileIdentity> identities;
+    std::set<std::string> paths;  // of those that cannot be looked at
+};
+
+// The archive's folder against the files that are known: unlisted-file.
+void checkFolder(Check& check, const KnownFiles& known);
 
 }  // namespace ZoNUpdateInspection

@@ -39,6 +39,17 @@ constexpr const char* ownDescription = R"({
 }
 )";
 
+// The same with a member that the format does not have, of 300,000 numbers.
+std::string largeDescription()
+{
+    std::string description(ownDescription);
+    std::string numbers(600'000, '0');
+    for (std::size_t i = 1; i < numbers.size(); i += 2) {
+        numbers[i] = ',';
+    }
+    return description.insert(1, "\"numbers\": [" + numbers + "0],");
+}
+
 constexpr const char* firmwareChecksum = "3589068740";
 constexpr const char* fpgaChecksum = "2079437629";
 
@@ -65,6 +76,7 @@ Device::Device()
     put(folder() / "archive/firmware.bin", "firmware");
     put(folder() / "archive/fpga.bin", "fpga");
     put(folder() / "archive/app.bin", "application");
+    put(folder() / "large/archive.json", largeDescription());
 }
 
 void Device::putOld() const

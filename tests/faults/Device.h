@@ -12,7 +12,7 @@ public:
     // In a fresh folder, with the archive.
     Device();
 
-    // The folder with "target.json" and "archive".
+    // The folder with "target.json" and "archive", and with a description that is "large".
     std::filesystem::path folder() const { return directory.path(); }
     std::string targetFile() const { return folder() / "target.json"; }
     std::string archive() const { return folder() / "archive"; }

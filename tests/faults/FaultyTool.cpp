@@ -6,6 +6,8 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <sstream>
+#include <string_view>
 #include <system_error>
 
 namespace fs = std::filesystem;
@@ -21,12 +23,29 @@ bool holds(const std::string& text, const std::string& part)
 // Whether one of the lines is a reason without what it is the reason of.
 bool isBare(const std::string& errors)
 {
-    constexpr int reasons[] = {EACCES, EAGAIN, EBUSY,  EINTR,  EINVAL, EIO,       EMFILE,      ENOENT,
-                               ENOLCK, ENOMEM, ENOSPC, ENOTTY, EPERM,  EOVERFLOW, EWOULDBLOCK, ESPIPE};
+    constexpr int reasons[] = {EACCES, EAGAIN, EBUSY,  EINTR,  EINVAL, EIO,   EMFILE,    ENOENT,      ENOLCK,
+                               ENOSYS, EROFS,  ENOMEM, ENOSPC, ENOTTY, EPERM, EOVERFLOW, EWOULDBLOCK, ESPIPE};
     return holds("\n" + errors, "\ntrellan-update: std::") ||
            std::any_of(std::begin(reasons), std::end(reasons), [&errors](int reason) {
                return holds("\n" + errors, "\ntrellan-update: " + std::generic_category().message(reason) + "\n");
            });
+}
+
+// Whether one of the lines of `text` tells a fault, and does not stand in `usual`.
+bool tellsMore(const std::string& text, const std::string& usual)
+{
+    constexpr std::string_view marks[] = {
+        "trellan-update: ",       "ERROR",        "WARNING", "not found!", "cannot be read", " error: ",
+        R"("severity": "error")", R"("error": {)"};
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        const bool isMarked = std::any_of(std::begin(marks), std::end(marks),
+                                          [&line](std::string_view mark) { return holds(line, std::string(mark)); });
+        if (isMarked && !holds("\n" + usual, "\n" + line + "\n")) {
+            return true;
+        }
+    }
+    return false;
 }
 
 }  // namespace
@@ -50,7 +69,11 @@ std::vector<std::string> FaultyTool::failEach(Kind kind, unsigned step, const To
     usual = run(toolRun, Kind::none, 0, 0).result;
     isUsuallyNew = device.isNew();
     usualDescription = device.description();
+    usuallyWritten = writtenBy(toolRun);
     std::vector<std::string> faults;
+    if (usuallyWritten.empty() != toolRun.written.empty()) {
+        faults.push_back("without a fault: " + toolRun.written + " is not written");
+    }
     if (usual.status != toolRun.usualStatus) {
         faults.push_back("without a fault: status " + std::to_string(usual.status) + ", " + usual.errors);
     }
@@ -80,6 +103,9 @@ std::vector<std::string> FaultyTool::failEach(Kind kind, unsigned step, const To
 FaultyTool::Outcome FaultyTool::run(const ToolRun& toolRun, Kind kind, unsigned long number, unsigned way)
 {
     device.putOld();
+    if (!toolRun.written.empty()) {
+        fs::remove(device.folder() / toolRun.written);
+    }
     const fs::path report = reports.path() / "report";
     fs::remove(report);
     std::vector<std::string> environment = toolRun.surroundings;
@@ -103,14 +129,14 @@ std::vector<std::string> FaultyTool::faultsOf(const ToolRun& toolRun, const Outc
             faults.emplace_back(fault);
         }
     };
-    const auto isPrinted = [&result](const char* text) { return holds(result.output, text); };
-    const bool isError = isPrinted("ERROR") || isPrinted("not found!") || isPrinted("cannot be read") ||
-                         isPrinted(" error: ") || isPrinted(R"("severity": "error")") || isPrinted(R"("error": {)");
-    const bool isTold = !result.errors.empty() || isError || toolRun.mayBeSilent;
+    const bool isTold =
+        tellsMore(result.errors, usual.errors) || tellsMore(result.output, usual.output) || toolRun.mayBeSilent;
     check(result.status >= 0, "a signal has ended it");
     check(!isBare(result.errors), "a reason, and not of what");
     if (result.status == usual.status) {
-        check(isTold || result.output == usual.output, "another output");
+        const auto& words = toolRun.arguments;
+        const bool isDocument = std::find(words.begin(), words.end(), "--json") != words.end();
+        check((isTold && !isDocument) || result.output == usual.output, "another output");
     } else {
         check(std::count(toolRun.faultStatuses.begin(), toolRun.faultStatuses.end(), result.status) != 0,
               "a status that it cannot have");
@@ -123,5 +149,16 @@ std::vector<std::string> FaultyTool::faultsOf(const ToolRun& toolRun, const Outc
           "the description is neither old nor new");
     check(device.isUnlocked(), "the target is locked");
     check(!device.hasTemporaryFile() || outcome.failed == "unlink", "a temporary file is left");
+    const std::string written = writtenBy(toolRun);
+    const std::string_view end =
+        std::string_view(usuallyWritten).substr(usuallyWritten.rfind('\n', usuallyWritten.size() - 2) + 1);
+    check(result.status == usual.status ? written == usuallyWritten : written.empty() || written.ends_with(end),
+          "the file that it writes is another, or the beginning of one");
     return faults;
+}
+
+std::string FaultyTool::writtenBy(const ToolRun& toolRun) const
+{
+    std::ifstream stream(device.folder() / toolRun.written, std::ios::binary);
+    return toolRun.written.empty() ? "" : std::string{std::istreambuf_iterator<char>(stream), {}};
 }

@@ -20,6 +20,7 @@ struct ToolRun {
     unsigned callStep;
     std::vector<std::string> surroundings = {};  // come into its environment
     bool mayBeSilent = false;                    // about what it could not find out
+    std::string written = "";                    // a file of the device's folder that it makes whole or not at all
 };
 
 inline std::ostream& operator<<(std::ostream& stream, const ToolRun& run)
@@ -35,9 +36,10 @@ public:
     // Runs the tool once without a fault, and then for each of its allocations, or of its calls of the system in each
     // way in which they fail; of the former every `step`-th. Returns what is wrong with each of these runs, a sentence
     // for each; and prints how many points there were. A run is right that ends with the usual status and output, or
-    // with an error that it has told and a status that it may have then; that leaves an element of the target and the
-    // file on the drive and the description old or new, and the target unlocked. That no point is reached is wrong,
-    // too.
+    // with an error that it has told beside what it says anyway and a status that it may have then; that leaves an
+    // element of the target and the file on the drive and the description old or new, and the target unlocked. With the
+    // usual status its document and the file that it has written are the usual ones; otherwise that is not there, or
+    // has its end. That no point is reached is wrong, too.
     std::vector<std::string> failEach(FaultPoints::Kind kind, unsigned step, const ToolRun& toolRun);
 
 private:
@@ -49,10 +51,11 @@ private:
 
     Outcome run(const ToolRun& toolRun, FaultPoints::Kind kind, unsigned long number, unsigned way);
     std::vector<std::string> faultsOf(const ToolRun& toolRun, const Outcome& outcome) const;
+    std::string writtenBy(const ToolRun& toolRun) const;  // empty where it is not there
 
     Device device;
     TempDir reports;
     ProcessResult usual;
     bool isUsuallyNew = false;  // the device after a run without a fault
-    std::string oldDescription, usualDescription;
+    std::string oldDescription, usualDescription, usuallyWritten;
 };
