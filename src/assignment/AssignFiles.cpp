@@ -51,10 +51,12 @@ ZoCUpdateAssignment::ZoCUpdateAssignment(const ZoCTrellanUpdater& updater, const
 
 void ZoCUpdateAssignment::makeAssignment()
 {
-    assignUpdateFiles();
-    computeRedundantUpdates();
-    computeUpdatePhase();
-    computeTargetSupport();
+    ElementPointers elements = ZoNUpdateAssignment::pointersTo(updateElements);
+    assignFilesTo(elements);
+    addFileSystemElements(elements);
+    computeRedundantUpdatesOf(elements);
+    computePhasesOf(elements);
+    computeSupportOf(elements);
 }
 
 void ZoCUpdateAssignment::forgetAssignment()
@@ -79,23 +81,22 @@ ZoSUpdateFile* ZoCUpdateAssignment::fileOf(const ZoSUpdateElement& element) cons
 
 void ZoCUpdateAssignment::assignUpdateFiles()
 {
-    assignFilesToElements();
-    addFileSystemElements();
+    ElementPointers elements = ZoNUpdateAssignment::pointersTo(updateElements);
+    assignFilesTo(elements);
+    addFileSystemElements(elements);
 }
 
-void ZoCUpdateAssignment::assignFilesToElements()
+void ZoCUpdateAssignment::assignFilesTo(const ElementPointers& elements)
 {
-    const auto filesOfElements = ZoNUpdateAssignment::firstFits(updateElements, updateFiles);
-    auto file = filesOfElements.begin();
-    for (ZoSUpdateElement& element : updateElements) {
-        if (file->has_value()) {
-            giveFile(element, updateFiles, **file);
+    const auto files = ZoNUpdateAssignment::firstFits(elements, updateFiles);
+    for (std::size_t i = 0; i < elements.size(); ++i) {
+        if (files[i]) {
+            giveFile(*elements[i], updateFiles, *files[i]);
         }
-        ++file;
     }
 }
 
-void ZoCUpdateAssignment::addFileSystemElements()
+void ZoCUpdateAssignment::addFileSystemElements(ElementPointers& elements)
 {
     const ZoSUpdateElement* const model = inventory.getFileSystemElementTemplate();
     if (model == nullptr) {
@@ -110,5 +111,6 @@ void ZoCUpdateAssignment::addFileSystemElements()
         ZoSUpdateElement& element = inventory.appendElement();
         makeFileSystemElement(element, *model, targetPath);
         giveFile(element, updateFiles, index);
+        elements.push_back(&element);
     }
 }

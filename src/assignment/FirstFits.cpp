@@ -1,18 +1,16 @@
-// Elements that have the same of everything that a file may ask are one group, so they share one answer. The groups of
-// a board type and id, or target path, are a target. A file asks each group of the targets that it is for, or looks up
-// each combination of values that it accepts, as long as either are few. Where both are many, it waits until the end.
+// Elements of a group share one answer. A file asks each group of the targets that it is for, or looks up each
+// combination of values that it accepts, as long as either are few. Where both are many, it waits until the end.
 #include "assignment/FirstFits.h"
 
 #include <algorithm>
-#include <array>
 #include <span>
 #include <utility>
 
+#include "assignment/ElementGroups.h"
 #include "assignment/ListSearch.h"
 #include "assignment/MatchCriteria.h"
 #include "assignment/MatchNumbers.h"
 
-using namespace ZoNUpdateBase;
 using ZoNJson::json;
 using ZoNUpdateArchive::ZoSUpdateFile;
 using ZoNUpdateInventory::ZoSUpdateElement;
@@ -20,47 +18,12 @@ using ZoNUpdateInventory::ZoSUpdateElement;
 namespace ZoNUpdateAssignment {
 namespace {
 
-// A file has one value of each of these for an element, if only because the board object is found by the board type.
-constexpr std::array targetCriteria{MatchCriterion::boardType, MatchCriterion::kind, MatchCriterion::id,
-                                    MatchCriterion::targetPath};
-
-static_assert(targetCriteria.size() + listedCriteria.size() == MatchCriterion::count);
-static_assert(listedCriteria.size() == listedProperties);
-
-using Concern = std::uint32_t;  // a bit for each of these criteria that concerns an element
-using TargetRow = std::array<Number, targetCriteria.size()>;  // 0 for what does not concern it
-
-using Position = std::uint32_t;
-constexpr Position noGroup = 0xFFFFFFFF;
-
-struct Target {
-    Concern concern;
-    TargetRow numbers;
-    Position firstOpen = noGroup;  // of the groups that have no file, each of which tells the next
-    std::uint32_t openCount = 0;
-};
-
-struct Group {
-    Position target;
-    NumberRow listed;
-    Position nextOpen;
-    std::optional<std::uint32_t> file;  // the first that fits, of those that were tried
-};
-
-// Of a target by its concern, and of a group by its target.
-template <std::size_t size>
-std::uint64_t hashOf(std::uint32_t first, const std::array<Number, size>& numbers)
-{
-    std::uint64_t hash = combinedHash(0, first);
-    for (const Number number : numbers) {
-        hash = combinedHash(hash, number);
-    }
-    return hash;
-}
-
 class FirstFits {
 public:
-    explicit FirstFits(const ZoCUpdateInventory::ElementList& elements);
+    explicit FirstFits(std::span<const ZoSUpdateElement* const> allElements) : elements(allElements)
+    {
+        latestFileOfType.resize(elements.getNumberings().end(MatchCriterion::boardType));
+    }
 
     // Files must be added in the archive's order.
     void add(const ZoSUpdateFile& file, std::uint32_t index);
@@ -69,19 +32,25 @@ public:
     std::vector<std::optional<std::uint32_t>> filesOfElements();
 
 private:
+    // A target that a board object of a file, or the entry itself, may be for.
+    struct Offer {
+        const ZoSUpdateFile* file;
+        const json* board;
+        std::uint32_t index;  // of the file
+        Concern concern;
+        TargetRow target;
+    };
+
     struct WaitingFile {
         Position target;
         std::uint32_t index;
         Lists lists;
     };
 
-    void addElement(const ZoSUpdateElement& element);
-    Position targetWith(Concern concern, const TargetRow& numbers);
-    std::optional<Position> findTarget(Concern concern, const TargetRow& numbers) const;
-    Position groupWith(Position target, const NumberRow& listed);
-    std::optional<Position> findGroup(Position target, const NumberRow& listed) const;
-    void addBoard(const Requirements& requirements, std::span<const Number> boardTypes, std::uint32_t index);
+    void addBoard(const ZoSUpdateFile& file, const json& board, std::uint32_t index);
     bool setTarget(TargetRow& numbers, const Requirements& requirements, Concern concern) const;
+    void tryOffers();
+    void readLists(const Offer& offer);
     void addToTarget(Position target, const Lists& lists, std::uint32_t index);
     void askGroups(Target& target, const Lists& lists, std::uint32_t index);
     void lookUp(Position target, NumberRow& listed, const Lists& lists, std::uint32_t index, std::size_t property = 0);
@@ -91,134 +60,87 @@ private:
     void decide(ListSearch& search, std::span<const Position> targetGroups, std::span<const WaitingFile> files);
 
     const json pathOtherwise{targetPathOtherwise};
-    Numberings numberings;
-    AcceptedNumbers accepted{numberings};
-    std::vector<Target> targets;
-    PositionIndex targetIndex;
-    std::vector<Group> groups;
-    PositionIndex groupIndex;
-    std::vector<Position> groupOfElement;
-    std::vector<Concern> concerns;  // all that there are
+    ElementGroups elements;
+    std::vector<Target>& targets = elements.getTargets();
+    std::vector<Group>& groups = elements.getGroups();
+    AcceptedNumbers accepted{elements.getNumberings()};
     std::vector<WaitingFile> waiting;
-    bool isWaiting = false;                       // the file that is being added
+    std::vector<Offer> offers;                   // that have not been tried yet
+    const ZoSUpdateFile* fileOfLists = nullptr;  // the lists are those of this file's board object; null: none yet
+    const json* boardOfLists = nullptr;
+    Lists listsOfBoard;
+    bool isWaiting = false;                       // that file
     std::vector<std::uint32_t> latestFileOfType;  // by number of the board type: the position behind it, 0: none
     std::vector<Number> boardTypes;               // for which a board object decides
 };
 
-FirstFits::FirstFits(const ZoCUpdateInventory::ElementList& elements)
-{
-    groupOfElement.reserve(elements.size());
-    for (const ZoSUpdateElement& element : elements) {
-        addElement(element);
-    }
-    latestFileOfType.resize(numberings.end(MatchCriterion::boardType));
-}
-
-void FirstFits::addElement(const ZoSUpdateElement& element)
-{
-    Concern concern = 0;
-    TargetRow numbers{};
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
-        if (auto value = matchCriteria[targetCriteria[i]].actual(element)) {
-            concern |= 1U << i;
-            numbers[i] = numberings.add(targetCriteria[i], *std::move(value));
-        }
-    }
-    NumberRow listed;
-    std::transform(listedCriteria.begin(), listedCriteria.end(), listed.begin(), [&](std::size_t criterion) {
-        return numberings.add(criterion, *matchCriteria[criterion].actual(element));
-    });
-    groupOfElement.push_back(groupWith(targetWith(concern, numbers), listed));
-}
-
-Position FirstFits::targetWith(Concern concern, const TargetRow& numbers)
-{
-    if (const auto found = findTarget(concern, numbers)) {
-        return *found;
-    }
-    const auto position = static_cast<Position>(targets.size());
-    targetIndex.add(hashOf(concern, numbers), position);
-    targets.push_back({concern, numbers});
-    if (std::find(concerns.begin(), concerns.end(), concern) == concerns.end()) {
-        concerns.push_back(concern);
-    }
-    return position;
-}
-
-std::optional<Position> FirstFits::findTarget(Concern concern, const TargetRow& numbers) const
-{
-    return targetIndex.find(hashOf(concern, numbers), [&](Position at) {
-        return targets[at].concern == concern && targets[at].numbers == numbers;
-    });
-}
-
-Position FirstFits::groupWith(Position position, const NumberRow& listed)
-{
-    Target& target = targets[position];
-    if (const auto found = target.openCount != 0 ? findGroup(position, listed) : std::nullopt) {
-        return *found;
-    }
-    const auto group = static_cast<Position>(groups.size());
-    groupIndex.add(hashOf(position, listed), group);
-    groups.push_back({position, listed, target.firstOpen, std::nullopt});
-    target.firstOpen = group;
-    ++target.openCount;
-    return group;
-}
-
-std::optional<Position> FirstFits::findGroup(Position target, const NumberRow& listed) const
-{
-    return groupIndex.find(hashOf(target, listed),
-                           [&](Position at) { return groups[at].target == target && groups[at].listed == listed; });
-}
-
 void FirstFits::add(const ZoSUpdateFile& file, std::uint32_t index)
 {
-    accepted.beginFile();
-    isWaiting = false;
-    const Requirements entry(file.jsonEntry, file, pathOtherwise);
-    bool isShared = false;
     findBoard(file, [&](const json& board) {
         boardTypes.clear();
         anyBoardType(board, [&](const MatchValue& type) {
-            const auto number = numberings.find(MatchCriterion::boardType, type);
+            const auto number = elements.getNumberings().find(MatchCriterion::boardType, type);
             if (number && std::exchange(latestFileOfType[*number], index + 1) != index + 1) {
                 boardTypes.push_back(*number);
             }
             return false;
         });
-        if (boardTypes.empty()) {
-            return false;
+        if (!boardTypes.empty()) {
+            addBoard(file, board, index);
         }
-        if (!isShared && &board != &file.jsonEntry) {
-            accepted.share(entry);
-            isShared = true;
-        }
-        addBoard(Requirements(board, file, pathOtherwise), boardTypes, index);
         return false;
     });
-    if (!isWaiting) {
-        accepted.dropFile();
-    }
 }
 
-void FirstFits::addBoard(const Requirements& requirements, std::span<const Number> types, std::uint32_t index)
+void FirstFits::addBoard(const ZoSUpdateFile& file, const json& board, std::uint32_t index)
 {
-    std::optional<Lists> lists;  // read when they are needed
-    for (const Concern concern : concerns) {
+    const Requirements requirements(board, file, pathOtherwise);
+    for (const Concern concern : elements.getConcerns()) {
         TargetRow numbers{};
         if (!setTarget(numbers, requirements, concern)) {
             continue;
         }
-        for (const Number type : types) {
+        for (const Number type : boardTypes) {
             numbers.front() = type;
-            const auto target = findTarget(concern, numbers);
-            if (target && targets[*target].openCount != 0) {
-                lists = lists ? lists : accepted.listsOf(requirements);
-                addToTarget(*target, *lists, index);
+            elements.fetchTargetAhead(concern, numbers);
+            offers.push_back({&file, &board, index, concern, numbers});
+            if (offers.size() == atOnce) {
+                tryOffers();
             }
         }
     }
+}
+
+void FirstFits::tryOffers()
+{
+    for (const Offer& offer : offers) {
+        const auto target = elements.findTarget(offer.concern, offer.target);
+        if (target && targets[*target].openCount != 0) {
+            readLists(offer);
+            addToTarget(*target, listsOfBoard, offer.index);
+        }
+    }
+    offers.clear();
+}
+
+// Those of the board object, once for all its offers, which come one behind the other, as those of a file do.
+void FirstFits::readLists(const Offer& offer)
+{
+    if (fileOfLists != offer.file) {
+        if (!isWaiting) {
+            accepted.dropFile();
+        }
+        accepted.beginFile();
+        isWaiting = false;
+        if (offer.board != &offer.file->jsonEntry) {
+            accepted.share(Requirements(offer.file->jsonEntry, *offer.file, pathOtherwise));
+        }
+    }
+    if (fileOfLists != offer.file || boardOfLists != offer.board) {
+        listsOfBoard = accepted.listsOf(Requirements(*offer.board, *offer.file, pathOtherwise));
+    }
+    fileOfLists = offer.file;
+    boardOfLists = offer.board;
 }
 
 // All but the board type, which is the first. False when no element is in it.
@@ -290,7 +212,7 @@ void FirstFits::lookUp(Position target, NumberRow& listed, const Lists& lists, s
             listed[property] = number;
             lookUp(target, listed, lists, index, property + 1);
         }
-    } else if (const auto group = findGroup(target, listed); group && !groups[*group].file) {
+    } else if (const auto group = elements.findGroup(target, listed); group && !groups[*group].file) {
         give(groups[*group], index);
     }
 }
@@ -303,10 +225,11 @@ void FirstFits::give(Group& group, std::uint32_t index)
 
 std::vector<std::optional<std::uint32_t>> FirstFits::filesOfElements()
 {
+    tryOffers();
     decideForWaitingFiles();
     std::vector<std::optional<std::uint32_t>> files;
-    files.reserve(groupOfElement.size());
-    for (const Position group : groupOfElement) {
+    files.reserve(elements.getGroupsOfElements().size());
+    for (const Position group : elements.getGroupsOfElements()) {
         files.push_back(groups[group].file);
     }
     return files;
@@ -324,7 +247,7 @@ void FirstFits::decideForWaitingFiles()
     }
     NumberRow ends{};
     std::transform(listedCriteria.begin(), listedCriteria.end(), ends.begin(),
-                   [&](std::size_t criterion) { return numberings.end(criterion); });
+                   [&](std::size_t criterion) { return elements.getNumberings().end(criterion); });
     ListSearch search(ends);
     std::stable_sort(waiting.begin(), waiting.end(),
                      [](const WaitingFile& a, const WaitingFile& b) { return a.target < b.target; });
@@ -357,7 +280,7 @@ void FirstFits::decide(ListSearch& search, std::span<const Position> targetGroup
 
 }  // namespace
 
-std::vector<std::optional<std::uint32_t>> firstFits(const ZoCUpdateInventory::ElementList& elements,
+std::vector<std::optional<std::uint32_t>> firstFits(std::span<const ZoSUpdateElement* const> elements,
                                                     const std::vector<ZoSUpdateFile>& files)
 {
     FirstFits fits(elements);

@@ -33,16 +33,21 @@ UpdateNeed ZoCUpdateAssignment::needOf(const ZoSUpdateElement& element) const
 
 void ZoCUpdateAssignment::computeRedundantUpdates()
 {
-    for (ZoSUpdateElement& element : updateElements) {
-        const ZoSUpdateFile* const file = fileOf(element);
-        if (file == nullptr || needOf(element) != UpdateNeed::none) {
+    computeRedundantUpdatesOf(ZoNUpdateAssignment::pointersTo(updateElements));
+}
+
+void ZoCUpdateAssignment::computeRedundantUpdatesOf(const ElementPointers& elements)
+{
+    for (ZoSUpdateElement* const element : elements) {
+        const ZoSUpdateFile* const file = fileOf(*element);
+        if (file == nullptr || needOf(*element) != UpdateNeed::none) {
             continue;
         }
-        element.notRequired = true;
+        element->notRequired = true;
         // Force repeats standard updates; an upgrade never goes back to an older or equal version.
         if (!options.force || file->mode != UpdateMode::standard) {
-            element.isUpToDate = true;
-            element.disabled = true;
+            element->isUpToDate = true;
+            element->disabled = true;
         }
     }
 }

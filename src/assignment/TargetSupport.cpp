@@ -1,7 +1,15 @@
 // Whether the archive supports the target.
 #include "assignment/ZoCUpdateAssignment.h"
 
+using ZoNUpdateInventory::ZoSUpdateElement;
+
 bool ZoCUpdateAssignment::computeTargetSupport()
+{
+    computeSupportOf(ZoNUpdateAssignment::pointersTo(updateElements));
+    return targetSupported;
+}
+
+void ZoCUpdateAssignment::computeSupportOf(const ElementPointers& elements)
 {
     ZoCInventoryAddress hcnAddress;
     ZoCInventoryAddress cnAddress;
@@ -9,11 +17,11 @@ bool ZoCUpdateAssignment::computeTargetSupport()
     const bool cnFound = inventory.getCnAddress(cnAddress);
 
     targetSupported = true;
-    for (auto& element : updateElements) {
-        const bool isOnNode =
-            (hcnFound && element.boardAddress == hcnAddress) || (cnFound && element.boardAddress == cnAddress);
-        element.blocksUpdate = fileOf(element) == nullptr && !element.isFileSystemElement && isOnNode;
-        targetSupported = targetSupported && !element.blocksUpdate;
+    const auto isOnNode = [&](const ZoSUpdateElement& element) {
+        return (hcnFound && element.boardAddress == hcnAddress) || (cnFound && element.boardAddress == cnAddress);
+    };
+    for (ZoSUpdateElement* const element : elements) {
+        element->blocksUpdate = element->updateFileIndex == -1 && !element->isFileSystemElement && isOnNode(*element);
+        targetSupported = targetSupported && !element->blocksUpdate;
     }
-    return targetSupported;
 }

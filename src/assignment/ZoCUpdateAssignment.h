@@ -9,6 +9,7 @@
 
 #include "ZoITrellanUpdater.h"
 #include "archive/ZoCUpdateArchive.h"
+#include "assignment/ElementPointers.h"
 #include "inventory/ZoCUpdateInventory.h"
 
 class ZoCTrellanUpdater;
@@ -103,8 +104,14 @@ public:
     ZoCUpdateInventory& getInventory() const { return inventory; }
 
 private:
-    void assignFilesToElements();
-    void addFileSystemElements();
+    using ElementPointers = ZoNUpdateAssignment::ElementPointers;
+
+    // The steps of the computation, each for these elements, which are all that there are in the list.
+    void assignFilesTo(const ElementPointers& elements);
+    void addFileSystemElements(ElementPointers& elements);
+    void computeRedundantUpdatesOf(const ElementPointers& elements);
+    void computePhasesOf(const ElementPointers& elements);
+    void computeSupportOf(const ElementPointers& elements);
 
     const ZoCTrellanUpdater& updater;
     const ZoNTrellanUpdater::ZoTOptions& options;

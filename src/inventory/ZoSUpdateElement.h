@@ -26,15 +26,40 @@ enum UpdateState : std::uint32_t {
     FINISHED = 5
 };
 
-// Everything of an element that can be copied: all but its error lists.
+// Everything of an element that can be copied: all but its error lists, and what the host and the operation alone
+// write.
+//
+// What the assignment reads and writes of each element comes first and lies close together: of many elements it takes
+// longer to fetch than to work on.
 struct ZoSUpdateElementValues {
+    std::int32_t updateFileIndex = -1;  // written by the assignment; -1: no file
+    std::uint32_t id = 0;               // with boardAddress, names the element in calls of the inventory manager
+    bool isFileSystemElement = false;
+    bool configuration = true;
+    bool valid = false;
+    bool active = false;
+    bool hasChecksum = false;
+
+    // Written by the assignment.
+    bool notRequired = false;   // the installed content already equals the file
+    bool disabled = false;      // left out of the update; also set by the search and by the host
+    bool isUpToDate = false;    // the update is not required, and not forced
+    bool blocksUpdate = false;  // without a file for it, nothing of the target is updated
+
+    std::uint32_t checksumCrc32 = 0;  // of the installed content, as the target reports it
+    ZoCVersion version;
+    std::uint32_t productId = 0;  // the board's
+    std::uint32_t hwCompatibilityId = 0;
+    std::uint32_t swCompatibilityId = 0;
+    std::uint32_t phase = 0;  // written by the assignment
+    ZoCString boardType;
+    ZoCString variant;   // the board's
+    ZoCString location;  // of a file-system element: path on the flash drive; "*": any
+
     ZoCInventoryItem* unitItem = nullptr;  // not owned; only a key for grouping once the search is over
 
     // The board that carries the element.
     ZoCInventoryAddress boardAddress;  // names the board in calls of the inventory manager
-    ZoCString boardType;
-    ZoCString variant;
-    std::uint32_t productId = 0;
     std::uint32_t serialNumber = 0;
     std::uint32_t slot = 0;
     std::uint32_t slotCount = 0;
@@ -47,20 +72,9 @@ struct ZoSUpdateElementValues {
 
     // The element itself.
     std::uint32_t index = 0;  // position in the list, by which the host names it; given when a search has ended
-    bool isFileSystemElement = false;
-    ZoCInventoryAddress address;
-    std::uint32_t id = 0;  // with boardAddress, names the element in calls of the inventory manager
-    ZoCString location;    // of a file-system element: path on the flash drive; "*": any
-    std::uint32_t hwCompatibilityId = 0;
-    std::uint32_t swCompatibilityId = 0;
     std::uint32_t typeId = 0;
     std::uint32_t custom = 0;  // nonzero: the customer's own element
-    bool configuration = true;
-    bool valid = false;
-    bool active = false;
-    bool hasChecksum = false;
-    std::uint32_t checksumCrc32 = 0;  // of the installed content, as the target reports it
-    ZoCVersion version;
+    ZoCInventoryAddress address;
     ZoCString name;
     ZoCString versionHistory;
     ZoCString displayName;  // label in every list and message
@@ -68,12 +82,6 @@ struct ZoSUpdateElementValues {
 
     // True when the target's checksum tells the installed content; 0 does not.
     bool isChecksumKnown() const { return hasChecksum && checksumCrc32 != 0; }
-
-    // Written by the assignment.
-    std::int32_t updateFileIndex = -1;  // -1: no file
-    std::uint32_t phase = 0;
-    bool notRequired = false;  // the installed content already equals the file
-    bool disabled = false;     // left out of the update; also set by the search and by the host
 
     // Written by the operation.
     std::uint32_t updateState = NOTHING_TO_DO;
@@ -98,13 +106,8 @@ struct ZoSUpdateElement : ZoSUpdateElementValues {
     ZoNUpdateBase::ErrorListHandle statusErrorList;  // errors of starting, of polling, and of asking for the result
     ZoNUpdateBase::ErrorListHandle resultErrorList;  // errors reported by the finished update
 
-    // Written by the assignment.
-    bool isUpToDate = false;    // the update is not required, and not forced
-    bool blocksUpdate = false;  // without a file for it, nothing of the target is updated
-    bool isListed = true;       // the target lists it; false: made for a file that is not there yet
-
-    // Written by the host.
-    bool isExcluded = false;  // left out of the update
+    bool isListed = true;     // the target lists it; false: the assignment has made it for a file that is not there yet
+    bool isExcluded = false;  // left out of the update by the host
 
     // Written by the operation, for the latest update.
     bool fileWasMissing = false;  // so it was not begun

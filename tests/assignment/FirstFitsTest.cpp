@@ -1,5 +1,6 @@
 // The first files that fit elements, against trying each file with each element.
 #include "assignment/AssignmentFixture.h"
+#include "assignment/ElementPointers.h"
 #include "assignment/FirstFits.h"
 #include "assignment/RandomData.h"
 
@@ -7,6 +8,7 @@ namespace {
 
 using nlohmann::ordered_json;
 using ZoNUpdateAssignment::firstFits;
+using ZoNUpdateAssignment::pointersTo;
 using Fits = std::vector<std::optional<std::uint32_t>>;
 
 struct World {
@@ -49,7 +51,7 @@ void compareWorlds(unsigned count, const RandomData::Style& style, unsigned elem
         RandomData data(seed, style);
         const World world(data, elements / 8 + data.below(elements), 1 + data.below(20));
         const Fits expected = world.byTryingEach();
-        ASSERT_EQ(firstFits(world.elements, world.files), expected) << "seed " << seed;
+        ASSERT_EQ(firstFits(pointersTo(world.elements), world.files), expected) << "seed " << seed;
         without += std::count(expected.begin(), expected.end(), std::nullopt);
         all += std::ssize(expected);
     }

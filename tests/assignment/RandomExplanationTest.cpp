@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "assignment/AssignmentFixture.h"
+#include "assignment/ElementPointers.h"
 #include "assignment/FirstFits.h"
 #include "assignment/RandomData.h"
 #include "inspection/Explanation.h"
@@ -15,6 +16,7 @@ using ZoNUpdateAssignment::firstFits;
 using ZoNUpdateAssignment::isMet;
 using ZoNUpdateAssignment::matchCriteria;
 using ZoNUpdateAssignment::MatchCriterion;
+using ZoNUpdateAssignment::pointersTo;
 using ZoNUpdateAssignment::Requirements;
 using ZoNUpdateInspection::Comparison;
 using ZoNUpdateInspection::Explanation;
@@ -212,7 +214,7 @@ TEST_P(RandomExplanation, NamesNoUnmetCriterionExactlyWhereTheFileFits)
         ZoCUpdateInventory::ElementList elements;
         fillTarget(elements, random);
         Explanation explanation(files);
-        const auto given = firstFits(elements, files);
+        const auto given = firstFits(pointersTo(elements), files);
         std::size_t j = 0;
         for (const Element& element : elements) {
             SCOPED_TRACE("archive " + std::to_string(i) + ", element " + std::to_string(j));
