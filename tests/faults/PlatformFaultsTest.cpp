@@ -1,6 +1,7 @@
 // A host's whole work with the library, with one call of the platform failing, for each of them: the target is unlocked
-// whenever it was locked, what was updated is what was told, and the host learns of it by the results and words that
-// the library has for it. The tool ends with the status that belongs to them.
+// whenever it was locked, what was told as updated is new, and the host learns of it by the results and words that the
+// library has for it. What was told as failed may be new as well, where only a poll or a fetch of errors was lost. The
+// tool ends with the status that belongs to them.
 #include <gtest/gtest.h>
 
 #include <fstream>
