@@ -11,22 +11,16 @@ namespace ZoNUpdateInspection {
 namespace {
 
 constexpr std::size_t noForm = 0;
-constexpr std::size_t mostForms = 2000;      // beyond these are texts of the description's own
-constexpr std::size_t longestForm = 500;     // in bytes
-constexpr std::ptrdiff_t longestNumber = 9;  // in digits, so that 31 bits hold it
+constexpr std::size_t mostForms = 2000;       // beyond these are texts of the description's own
+constexpr std::size_t longestForm = 500;      // in bytes
+constexpr std::ptrdiff_t longestNumber = 18;  // in digits, so that 63 bits hold it
 
 // In the text of a form.
 constexpr char numberMark = 1, entryMark = 2, boardMark = 3, endMark = 4;
 
-bool isDigit(char character)
-{
-    return character >= '0' && character <= '9';
-}
-
-bool isMark(char character)
-{
-    return character >= numberMark && character <= endMark;
-}
+// As values, so that they cost no call.
+constexpr auto isDigit = [](char character) { return character >= '0' && character <= '9'; };
+constexpr auto isMark = [](char character) { return character >= numberMark && character <= endMark; };
 
 // Whether a number has been written as these digits.
 bool isPlainNumber(const char* first, const char* last)
@@ -48,7 +42,7 @@ void addForm(std::string& form, std::vector<std::uint64_t>& numbers, std::string
             form.append(digits, at);
             continue;
         }
-        std::int32_t value = 0;
+        std::int64_t value = 0;
         std::from_chars(digits, at, value);
         if (value == finding.entry) {
             form += entryMark;

@@ -6,9 +6,48 @@
 
 namespace {
 
-using TrellanTool::findJsonPlaces;
+using TrellanTool::AskedPointers;
 
 constexpr unsigned size = 2000;
+
+// Pointers to the entries from the first on, or to board objects of the first entry.
+class AskedInOrder final : public AskedPointers {
+public:
+    AskedInOrder(unsigned count, bool forBoards) : count(count), forBoards(forBoards) {}
+
+    std::size_t size() const override { return count; }
+
+    Asked at(std::size_t position) override
+    {
+        const auto number = static_cast<std::int32_t>(position);
+        pointer = forBoards ? "/files/0/boards/" + std::to_string(position) : "/files/" + std::to_string(position);
+        return forBoards ? Asked{0, number, pointer} : Asked{number, -1, pointer};
+    }
+
+    void takePlace(std::size_t, std::size_t) override { ++found; }
+
+    unsigned found = 0;
+
+private:
+    const unsigned count;
+    const bool forBoards;
+    std::string pointer;
+};
+
+// How many keys of the text stand in their objects already.
+std::size_t duplicatesIn(std::string_view text)
+{
+    AskedInOrder none(0, false);
+    return findJsonPlaces(text, none).duplicates.size();
+}
+
+// How many of `count` pointers lead to something in the text.
+unsigned foundIn(std::string_view text, unsigned count, bool forBoards)
+{
+    AskedInOrder asked(count, forBoards);
+    findJsonPlaces(text, asked);
+    return asked.found;
+}
 
 std::string repeated(const std::string& piece, unsigned count)
 {
@@ -25,7 +64,7 @@ TEST(JsonPlacesGrowth, OfDuplicatesOfOneMemberIsThatOfTheirNumber)
 {
     expectTwiceTheStepsAtMost(size, [](unsigned count) {
         const std::string text = "{" + repeated("\"a\":1,", count) + "\"a\":1}";
-        return stepsOf([&] { EXPECT_EQ(findJsonPlaces(text, {}).duplicateKeys.size(), count); });
+        return stepsOf([&] { EXPECT_EQ(duplicatesIn(text), count); });
     });
 }
 
@@ -33,7 +72,7 @@ TEST(JsonPlacesGrowth, OfObjectsWithADuplicateIsThatOfTheirNumber)
 {
     expectTwiceTheStepsAtMost(size, [](unsigned count) {
         const std::string text = "[" + repeated("{\"a\":1,\"a\":1},\n", count) + "0]";
-        return stepsOf([&] { EXPECT_EQ(findJsonPlaces(text, {}).duplicateKeys.size(), count); });
+        return stepsOf([&] { EXPECT_EQ(duplicatesIn(text), count); });
     });
 }
 
@@ -41,7 +80,7 @@ TEST(JsonPlacesGrowth, OfElementsBelowALongKeyIsThatOfBoth)
 {
     expectTwiceTheStepsAtMost(size, [](unsigned count) {
         const std::string text = "{\"" + repeated("long", count) + "\":[" + repeated("1,", count) + "0]}";
-        return stepsOf([&] { findJsonPlaces(text, {"/files/0"}); });
+        return stepsOf([&] { foundIn(text, 1, false); });
     });
 }
 
@@ -49,10 +88,24 @@ TEST(JsonPlacesGrowth, OfManyPlacesIsThatOfTheirNumber)
 {
     expectTwiceTheStepsAtMost(size, [](unsigned count) {
         const std::string text = "{\"files\":[" + repeated("{},\n", count) + "0]}";
-        std::vector<std::string> pointers;
-        for (unsigned i = 0; i < count; ++i) {
-            pointers.push_back("/files/" + std::to_string(i));
-        }
-        return stepsOf([&] { EXPECT_TRUE(findJsonPlaces(text, pointers).places.back()); });
+        return stepsOf([&] { EXPECT_EQ(foundIn(text, count, false), count); });
+    });
+    expectTwiceTheStepsAtMost(size, [](unsigned count) {
+        const std::string text = "{\"files\":[{\"boards\":[" + repeated("{},\n", count) + "0]}]}";
+        return stepsOf([&] { EXPECT_EQ(foundIn(text, count, true), count); });
+    });
+}
+
+TEST(JsonPlacesGrowth, OfListsInWhosePlaceAnotherOneCountsIsThatOfTheirNumber)
+{
+    expectTwiceTheStepsAtMost(size, [](unsigned count) {
+        const std::string text =
+            "{" + repeated("\"files\":[0],", count) + "\"files\":[" + repeated("{},", count) + "0]}";
+        return stepsOf([&] { EXPECT_EQ(foundIn(text, count, false), count); });
+    });
+    expectTwiceTheStepsAtMost(size, [](unsigned count) {
+        const std::string text =
+            "{\"files\":[{" + repeated("\"boards\":[0],", count) + "\"boards\":[" + repeated("{},", count) + "0]}]}";
+        return stepsOf([&] { EXPECT_EQ(foundIn(text, count, true), count); });
     });
 }

@@ -27,33 +27,24 @@ namespace {
 using ZoNTrellanInspector::ZoTDescription;
 using ZoNTrellanInspector::ZoTSeverity;
 
-struct Counts {
-    explicit Counts(const std::vector<Finding>& findings)
-        : errors(countFindings(findings, ZoTSeverity::ERROR)),
-          warnings(countFindings(findings, ZoTSeverity::WARNING)),
-          notes(countFindings(findings, ZoTSeverity::NOTE))
-    {
-    }
-
-    const std::size_t errors, warnings, notes;
-};
-
-void print(std::ostream& out, const Arguments& arguments, const std::vector<Finding>& findings, const Counts& counts)
+void print(std::ostream& out, const Arguments& arguments, ArchiveFindings& findings)
 {
-    for (const Finding& finding : findings) {
-        out << findingText(finding, arguments.options.descriptionFileName) << '\n';
+    for (std::size_t i = 0; i < findings.size(); ++i) {
+        out << findingText(findings.at(i), arguments.options.descriptionFileName) << '\n';
     }
-    out << counted(counts.errors, "error") << ", " << counted(counts.warnings, "warning") << ", "
-        << counted(counts.notes, "note") << '\n';
+    out << counted(findings.count(ZoTSeverity::ERROR), "error") << ", "
+        << counted(findings.count(ZoTSeverity::WARNING), "warning") << ", "
+        << counted(findings.count(ZoTSeverity::NOTE), "note") << '\n';
 }
 
-void writeDocument(std::ostream& out, const Arguments& arguments, const std::vector<Finding>& findings,
-                   const Counts& counts)
+void writeDocument(std::ostream& out, const Arguments& arguments, ArchiveFindings& findings)
 {
     DocumentWriter writer(out, arguments.command->name);
     writer.list("findings", static_cast<unsigned>(findings.size()),
-                [&](unsigned i) { return findingRecord(findings[i]); });
-    writer.member("counts", {{"error", counts.errors}, {"warning", counts.warnings}, {"note", counts.notes}});
+                [&](unsigned i) { return findingRecord(findings.at(i)); });
+    writer.member("counts", {{"error", findings.count(ZoTSeverity::ERROR)},
+                             {"warning", findings.count(ZoTSeverity::WARNING)},
+                             {"note", findings.count(ZoTSeverity::NOTE)}});
     writer.end();
 }
 
@@ -95,14 +86,14 @@ int checkArchive(const Arguments& arguments, const Streams& streams)
     if (!description) {
         return refuse(arguments, streams, path, std::strerror(errno));
     }
-    const std::vector<Finding> findings = archiveFindings(session.inspector(), read, *description);
-    const Counts counts(findings);
+    ArchiveFindings findings(session.inspector(), read, *description);
     if (arguments.json) {
-        writeDocument(streams.out, arguments, findings, counts);
+        writeDocument(streams.out, arguments, findings);
     } else {
-        print(streams.out, arguments, findings, counts);
+        print(streams.out, arguments, findings);
     }
-    return counts.errors != 0 || (arguments.strict && counts.warnings != 0) ? FAILURE : SUCCESS;
+    const bool isRefused = findings.count(ZoTSeverity::ERROR) != 0;
+    return isRefused || (arguments.strict && findings.count(ZoTSeverity::WARNING) != 0) ? FAILURE : SUCCESS;
 }
 
 }  // namespace TrellanTool

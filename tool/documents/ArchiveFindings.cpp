@@ -3,27 +3,18 @@
 #include "tool/documents/ArchiveFindings.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
-#include <set>
+#include <utility>
 
 #include "json/Shortened.h"
 #include "tool/Nearest.h"
-#include "tool/documents/UnknownMembers.h"
 
 namespace TrellanTool {
 
 namespace {
 
 using ZoNTrellanInspector::ZoTDescription;
-using ZoNTrellanInspector::ZoTDescriptionObject;
-using ZoNTrellanInspector::ZoTSeverity;
-
-Finding finding(const char* rule, ZoTSeverity severity, std::string pointer, std::string message)
-{
-    return {rule,         severity,           std::nullopt, std::nullopt, "", std::move(pointer),
-            std::nullopt, std::move(message), std::nullopt, nullptr};
-}
+using ZoNTrellanInspector::ZoTFinding;
 
 // The number behind `prefix` at the beginning of `rest`, which is taken away with it.
 std::optional<std::int32_t> takeNumber(std::string_view& rest, std::string_view prefix)
@@ -41,115 +32,203 @@ std::optional<std::int32_t> takeNumber(std::string_view& rest, std::string_view 
     return number;
 }
 
-// Notes which entries and board objects the pointers of the findings from `first` on are about. `description` is valid
-// where `isRead`, and has its entries' names.
-void noteEntries(std::vector<Finding>& findings, std::size_t first, const std::string& description, bool isRead)
-{
-    std::set<std::int32_t> entries;
-    for (std::size_t i = first; i < findings.size(); ++i) {
-        std::string_view rest = *findings[i].pointer;
-        findings[i].file = takeNumber(rest, "/files/");
-        if (findings[i].file) {
-            findings[i].board = takeNumber(rest, "/boards/");
-            entries.insert(*findings[i].file);
-        }
-    }
-    if (entries.empty() || !isRead) {
-        return;
-    }
-    const auto names = findEntryNames(description, entries);
-    for (std::size_t i = first; i < findings.size(); ++i) {
-        if (!names) {
-            findings[i].file = findings[i].board = std::nullopt;
-        } else if (const auto name = names->find(findings[i].file.value_or(-1)); name != names->end()) {
-            findings[i].name = name->second;
-        }
-    }
-}
+using ZoNTrellanInspector::ZoTDescriptionObject;
 
-std::string pointerOf(const UnknownMember& member)
+// The kind of the object to which the pointer leads, which is one that the format has.
+ZoTDescriptionObject kindOf(std::string_view pointer)
 {
-    std::string object = member.object == ZoTDescriptionObject::INFO ? "/info" : "";
-    object += member.file ? "/files/" + std::to_string(*member.file) : "";
-    object += member.board ? "/boards/" + std::to_string(*member.board) : "";
-    return pointerToMember(object, member.key);
-}
-
-void addUnknownKeys(std::vector<Finding>& findings, ZoITrellanInspector& inspector, const std::string& description)
-{
-    std::set<std::int32_t> passedOver;  // which may have what a newer format has
-    std::set<std::string> faulty;       // what is refused needs no further word
-    for (const Finding& found : findings) {
-        if (found.rule == "unsupported-entry") {
-            passedOver.insert(*found.file);
-        } else if (found.rule == "structure" && found.pointer) {
-            faulty.insert(*found.pointer);
-        }
+    if (!takeNumber(pointer, "/files/")) {
+        return pointer.empty() ? ZoTDescriptionObject::WHOLE : ZoTDescriptionObject::INFO;
     }
-    std::array<std::vector<std::string>, 4> known;
-    for (const auto object : {ZoTDescriptionObject::WHOLE, ZoTDescriptionObject::INFO, ZoTDescriptionObject::ENTRY,
-                              ZoTDescriptionObject::BOARD}) {
-        for (unsigned i = 0; i < inspector.getMemberCount(object); ++i) {
-            known[static_cast<std::size_t>(object)].push_back(inspector.getMember(object, i));
-        }
-    }
-    const auto isKnown = [&](ZoTDescriptionObject object, std::string_view key) {
-        const std::vector<std::string>& keys = known[static_cast<std::size_t>(object)];
-        return std::find(keys.begin(), keys.end(), key) != keys.end();
-    };
-    for (const UnknownMember& member : findUnknownMembers(description, isKnown)) {
-        std::string pointer = pointerOf(member);
-        if (!passedOver.contains(member.file.value_or(-1)) && !faulty.contains(pointer)) {
-            const std::string& near = nearest(member.key, known[static_cast<std::size_t>(member.object)]);
-            findings.push_back(finding("unknown-key", ZoTSeverity::WARNING, std::move(pointer),
-                                       "the format has no \"" + TrellanJson::shortened(member.key) +
-                                           "\" here; the nearest is \"" + near + "\""));
-        }
-    }
-}
-
-void addDuplicates(std::vector<Finding>& findings, std::vector<JsonPlaces::DuplicateKey> duplicates)
-{
-    findings.reserve(findings.size() + duplicates.size());
-    for (JsonPlaces::DuplicateKey& duplicate : duplicates) {
-        findings.push_back(finding("duplicate-key", ZoTSeverity::ERROR, std::move(duplicate.pointer),
-                                   "the member stands in its object already, and the last one counts: take one away"));
-        findings.back().place = duplicate.place;
-    }
-}
-
-// Where and why the text is no JSON, for what the library has found of it.
-void addSyntax(std::vector<Finding>& findings, const JsonPlaces::Fault& fault)
-{
-    auto found =
-        std::find_if(findings.begin(), findings.end(), [](const Finding& other) { return other.rule == "syntax"; });
-    if (found == findings.end()) {
-        found = findings.insert(findings.end(), finding("syntax", ZoTSeverity::ERROR, "", "this is no JSON."));
-        found->pointer.reset();
-    }
-    found->place = fault.place;
-    found->message += " (" + fault.reason + ")";
+    return pointer.empty() ? ZoTDescriptionObject::ENTRY : ZoTDescriptionObject::BOARD;
 }
 
 }  // namespace
 
-std::vector<Finding> archiveFindings(ZoITrellanInspector& inspector, ZoTDescription read,
-                                     const std::string& description)
+// What of the library's findings decides about unknown members.
+struct ArchiveFindings::Passed {
+    std::vector<std::int32_t> entries;  // passed over: they may have what a newer format has
+    std::vector<std::string> refused;   // unknown members that need no further word; sorted
+};
+
+ArchiveFindings::ArchiveFindings(ZoITrellanInspector& inspector, ZoTDescription read, const std::string& description)
+    : inspector(inspector),
+      description(description),
+      isRead(read == ZoTDescription::READ),
+      foundByLibrary(inspector.getFindingCount()),
+      places(description)
 {
-    const bool isRead = read == ZoTDescription::READ;
-    std::vector<Finding> findings = findingsOf(inspector);
-    const std::size_t ownFindings = findings.size();
+    readKnown();
     if (isRead) {
-        addUnknownKeys(findings, inspector, description);
+        unknown = findUnknownMembers(description,
+                                     [this](Object object, std::string_view key) { return isKnown(object, key); });
     }
-    JsonPlaces places = findPlaces(findings, description);
-    addDuplicates(findings, std::move(places.duplicateKeys));
-    noteEntries(findings, ownFindings, description, isRead);
-    if (places.fault) {
-        addSyntax(findings, *places.fault);
+    const Passed passed = lookThrough();
+    JsonPlaces found = findPlaces(inspector, description, order);
+    duplicates = std::move(found.duplicates);
+    fault = std::move(found.fault);
+    addUnknown(passed);
+    addDuplicates();
+    addSyntax();
+    order.sort();
+    if (isRead && unknown.size() + duplicates.size() != 0) {
+        names = findEntryNames(description);
     }
-    sortByPlace(findings);
-    return findings;
+}
+
+std::size_t ArchiveFindings::count(Severity severity) const
+{
+    return counts[static_cast<std::size_t>(severity)];
+}
+
+void ArchiveFindings::readKnown()
+{
+    for (const auto object : {Object::WHOLE, Object::INFO, Object::ENTRY, Object::BOARD}) {
+        for (unsigned i = 0; i < inspector.getMemberCount(object); ++i) {
+            known[static_cast<std::size_t>(object)].push_back(inspector.getMember(object, i));
+        }
+    }
+}
+
+bool ArchiveFindings::isKnown(Object object, std::string_view key) const
+{
+    const std::vector<std::string>& keys = known[static_cast<std::size_t>(object)];
+    return std::find(keys.begin(), keys.end(), key) != keys.end();
+}
+
+// Counts what the library has found, and notes what else is asked of it.
+ArchiveFindings::Passed ArchiveFindings::lookThrough()
+{
+    Passed passed;
+    for (std::size_t i = 0; i < foundByLibrary; ++i) {
+        const ZoTFinding& found = inspector.getFinding(static_cast<unsigned>(i));
+        ++counts[static_cast<std::size_t>(found.severity)];
+        if (found.rule == "unsupported-entry") {
+            passed.entries.push_back(found.entry);
+        } else if (found.rule == "syntax" && !syntax) {
+            syntax = i;
+        } else if (found.rule == "structure" && found.entry >= 0 && unknown.size() != 0) {
+            const std::string_view member =
+                std::string_view(found.pointer).substr(pointerLength(found.entry, found.board));
+            if (!member.empty() && !isKnown(found.board < 0 ? Object::ENTRY : Object::BOARD, member.substr(1))) {
+                passed.refused.push_back(found.pointer);
+            }
+        }
+    }
+    std::sort(passed.refused.begin(), passed.refused.end());
+    return passed;
+}
+
+void ArchiveFindings::add(std::size_t number, Severity severity, std::optional<std::size_t> offset)
+{
+    order.add(number);
+    if (offset) {
+        order.setOffset(order.size() - 1, *offset);
+    }
+    ++counts[static_cast<std::size_t>(severity)];
+}
+
+void ArchiveFindings::addUnknown(const Passed& passed)
+{
+    for (std::size_t i = 0; i < unknown.size(); ++i) {
+        std::string_view object = unknown.object(i);
+        const std::optional<std::int32_t> entry = takeNumber(object, "/files/");
+        if (entry && std::binary_search(passed.entries.begin(), passed.entries.end(), *entry)) {
+            continue;
+        }
+        if (!passed.refused.empty() &&
+            std::binary_search(passed.refused.begin(), passed.refused.end(),
+                               pointerToMember(unknown.object(i), stringAt(description, unknown.offset(i))))) {
+            continue;
+        }
+        add(foundByLibrary + i, Severity::WARNING, unknown.offset(i));
+    }
+}
+
+void ArchiveFindings::addDuplicates()
+{
+    for (std::size_t i = 0; i < duplicates.size(); ++i) {
+        add(foundByLibrary + unknown.size() + i, Severity::ERROR, duplicates.offset(i));
+    }
+}
+
+// Where and why the text is no JSON, for what the library has found of it.
+void ArchiveFindings::addSyntax()
+{
+    if (!fault) {
+        syntax.reset();
+    } else if (syntax) {
+        order.setOffset(*syntax, fault->offset);
+    } else {
+        syntax = foundByLibrary + unknown.size() + duplicates.size();
+        add(*syntax, Severity::ERROR, fault->offset);
+    }
+}
+
+// Notes which entry and board object the object is or belongs to.
+void ArchiveFindings::noteEntry(Finding& finding, std::string_view object) const
+{
+    if (isRead && !names) {
+        return;  // it is in no list that counts
+    }
+    finding.file = takeNumber(object, "/files/");
+    if (!finding.file) {
+        return;
+    }
+    finding.board = takeNumber(object, "/boards/");
+    if (names) {
+        const auto name =
+            std::lower_bound(names->begin(), names->end(), *finding.file,
+                             [](const EntryName& each, std::int32_t entry) { return each.entry < entry; });
+        if (name != names->end() && name->entry == *finding.file) {
+            finding.name = stringAt(description, name->offset);
+        }
+    }
+}
+
+Finding ArchiveFindings::memberFinding(std::size_t number) const
+{
+    const bool isUnknown = number < unknown.size();
+    const FoundMembers& members = isUnknown ? unknown : duplicates;
+    const std::size_t position = isUnknown ? number : number - unknown.size();
+    const std::string& object = members.object(position);
+    const std::string key = stringAt(description, members.offset(position));
+    Finding finding{};
+    finding.pointer = pointerToMember(object, key);
+    noteEntry(finding, *finding.pointer);
+    if (isUnknown) {
+        finding.rule = "unknown-key";
+        finding.severity = Severity::WARNING;
+        finding.message = "the format has no \"" + TrellanJson::shortened(key) + "\" here; the nearest is \"" +
+                          nearest(key, known[static_cast<std::size_t>(kindOf(object))]) + "\"";
+    } else {
+        finding.rule = "duplicate-key";
+        finding.severity = Severity::ERROR;
+        finding.message = "the member stands in its object already, and the last one counts: take one away";
+    }
+    return finding;
+}
+
+Finding ArchiveFindings::at(std::size_t position)
+{
+    const std::size_t number = order.number(position);
+    Finding finding{};
+    if (number < foundByLibrary) {
+        finding = findingAt(inspector, number);
+    } else if (number == syntax) {
+        finding.rule = "syntax";
+        finding.severity = Severity::ERROR;
+        finding.message = "this is no JSON.";
+    } else {
+        finding = memberFinding(number - foundByLibrary);
+    }
+    if (number == syntax) {
+        finding.message += " (" + fault->reason + ")";
+    }
+    if (const auto offset = order.offset(position)) {
+        finding.place = places.at(*offset);
+    }
+    return finding;
 }
 
 }  // namespace TrellanTool

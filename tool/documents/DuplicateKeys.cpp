@@ -1,9 +1,8 @@
 #include "tool/documents/DuplicateKeys.h"
 
 #include <algorithm>
-#include <functional>
+#include <map>
 #include <string>
-#include <utility>
 
 #include "tool/documents/JsonWalk.h"
 
@@ -30,9 +29,8 @@ void DuplicateKeys::add(std::size_t offset, std::string_view name)
     keys.push_back(std::hash<std::string_view>()(name) << offsetBits | offset);
 }
 
-std::vector<std::size_t> DuplicateKeys::take(std::size_t object)
+void DuplicateKeys::take(std::size_t object, const Use& use)
 {
-    std::vector<std::size_t> repeated;
     std::sort(keys.begin() + static_cast<std::ptrdiff_t>(object), keys.end());
     const std::uint64_t* const end = keys.data() + keys.size();
     for (const std::uint64_t* first = keys.data() + object; first != end;) {
@@ -40,32 +38,34 @@ std::vector<std::size_t> DuplicateKeys::take(std::size_t object)
         while (next != end && hashOf(*next) == hashOf(*first)) {
             ++next;
         }
-        if (next - first > 1) {
-            addRepeated(repeated, first, next);
-        }
+        handOut(first, next, use);
         first = next;
     }
     keys.resize(object);
-    return repeated;
 }
 
-// Of keys with the same hash, in the order of the text. Nearly always they are all the same.
-void DuplicateKeys::addRepeated(std::vector<std::size_t>& repeated, const std::uint64_t* first,
-                                const std::uint64_t* end) const
+// Keys with the same hash, in the order of the text. Nearly always they are all the same.
+void DuplicateKeys::handOut(const std::uint64_t* first, const std::uint64_t* end, const Use& use) const
 {
-    const std::string name = stringAt(text, offsetOf(*first));
-    if (std::all_of(first + 1, end, [&](std::uint64_t key) { return stringAt(text, offsetOf(key)) == name; })) {
-        std::transform(first + 1, end, std::back_inserter(repeated), offsetOf);
+    if (end - first == 1) {
+        const std::size_t only = offsetOf(*first);
+        use({&only, 1});
         return;
     }
-    std::vector<std::pair<std::string, std::size_t>> names;
-    std::transform(first, end, std::back_inserter(names),
-                   [this](std::uint64_t key) { return std::pair(stringAt(text, offsetOf(key)), offsetOf(key)); });
-    std::sort(names.begin(), names.end());
-    for (auto at = names.begin() + 1; at != names.end(); ++at) {
-        if (at->first == (at - 1)->first) {
-            repeated.push_back(at->second);
-        }
+    std::vector<std::size_t> offsets(static_cast<std::size_t>(end - first));
+    std::transform(first, end, offsets.begin(), offsetOf);
+    const std::string name = stringAt(text, offsets.front());
+    if (std::all_of(offsets.begin() + 1, offsets.end(),
+                    [&](std::size_t offset) { return stringAt(text, offset) == name; })) {
+        use(offsets);
+        return;
+    }
+    std::map<std::string, std::vector<std::size_t>> byName;
+    for (const std::size_t offset : offsets) {
+        byName[stringAt(text, offset)].push_back(offset);
+    }
+    for (const auto& each : byName) {
+        use(each.second);
     }
 }
 

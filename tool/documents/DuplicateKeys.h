@@ -3,6 +3,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -19,12 +21,14 @@ public:
     // The innermost open object has the key `name`, which begins at `offset`.
     void add(std::size_t offset, std::string_view name);
 
-    // Where those keys of the innermost open object begin that stand in it already, in no order. Its keys are
-    // forgotten.
-    std::vector<std::size_t> take(std::size_t object);
+    // Is given where the keys with one name begin, in the order of the text.
+    using Use = std::function<void(std::span<const std::size_t> offsets)>;
+
+    // Hands out the keys of the innermost open object, each name's at once, in no order, and forgets them.
+    void take(std::size_t object, const Use& use);
 
 private:
-    void addRepeated(std::vector<std::size_t>& repeated, const std::uint64_t* first, const std::uint64_t* end) const;
+    void handOut(const std::uint64_t* first, const std::uint64_t* end, const Use& use) const;
 
     std::string_view text;
     std::vector<std::uint64_t> keys;  // of each some bits of a hash, and below them where it begins

@@ -2,7 +2,6 @@
 #include "tool/documents/Findings.h"
 
 #include <algorithm>
-#include <tuple>
 
 #include "json/Json.h"
 #include "json/Shortened.h"
@@ -55,10 +54,37 @@ Finding taken(const ZoTFinding& source)
     return finding;
 }
 
-std::string parentOf(const std::string& pointer)
-{
-    return pointer.substr(0, pointer.rfind('/'));
-}
+// The pointers of what an inspector has found. Those to nothing in the description are at the end.
+class FoundPointers final : public AskedPointers {
+public:
+    FoundPointers(ZoITrellanInspector& inspector, FindingOrder& order)
+        : inspector(inspector), order(order), count(inspector.getFindingCount())
+    {
+        while (count > 0 && !inspector.getFinding(count - 1).isInDescription) {
+            --count;
+        }
+    }
+
+    std::size_t size() const override { return count; }
+
+    Asked at(std::size_t position) override
+    {
+        if (present == nullptr || position != presentPosition) {
+            present = &inspector.getFinding(static_cast<unsigned>(position));
+            presentPosition = position;
+        }
+        return {present->entry, present->board, present->pointer};
+    }
+
+    void takePlace(std::size_t position, std::size_t offset) override { order.setOffset(position, offset); }
+
+private:
+    ZoITrellanInspector& inspector;
+    FindingOrder& order;
+    unsigned count;
+    const ZoTFinding* present = nullptr;
+    std::size_t presentPosition = 0;
+};
 
 template <typename Value>
 ordered_json valueOrNull(const std::optional<Value>& value)
@@ -68,48 +94,36 @@ ordered_json valueOrNull(const std::optional<Value>& value)
 
 }  // namespace
 
-std::vector<Finding> findingsOf(ZoITrellanInspector& inspector)
+Finding findingAt(ZoITrellanInspector& inspector, std::size_t position)
 {
-    std::vector<Finding> findings;
+    return taken(inspector.getFinding(static_cast<unsigned>(position)));
+}
+
+JsonPlaces findPlaces(ZoITrellanInspector& inspector, std::string_view description, FindingOrder& order)
+{
     const unsigned count = inspector.getFindingCount();
-    findings.reserve(count);
     for (unsigned i = 0; i < count; ++i) {
-        findings.push_back(taken(inspector.getFinding(i)));
+        order.add(i);
     }
-    return findings;
+    FoundPointers pointers(inspector, order);
+    return findJsonPlaces(description, pointers);
 }
 
 std::vector<Finding> findingsOf(ZoITrellanInspector& inspector, const std::string& description)
 {
-    std::vector<Finding> findings = findingsOf(inspector);
-    findPlaces(findings, description);
-    sortByPlace(findings);
-    return findings;
-}
-
-JsonPlaces findPlaces(std::vector<Finding>& findings, const std::string& description)
-{
-    std::vector<std::string> pointers;
-    for (const Finding& finding : findings) {
-        pointers.push_back(finding.pointer.value_or(""));
-        pointers.push_back(parentOf(pointers.back()));
-    }
-    JsonPlaces places = findJsonPlaces(description, pointers);
-    for (std::size_t i = 0; i < findings.size(); ++i) {
-        if (findings[i].pointer) {
-            findings[i].place = places.places[2 * i] ? places.places[2 * i] : places.places[2 * i + 1];
+    FindingOrder order;
+    findPlaces(inspector, description, order);
+    order.sort();
+    TextPlaces places(description);
+    std::vector<Finding> findings;
+    findings.reserve(order.size());
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        findings.push_back(findingAt(inspector, order.number(i)));
+        if (const auto offset = order.offset(i)) {
+            findings.back().place = places.at(*offset);
         }
     }
-    return places;
-}
-
-void sortByPlace(std::vector<Finding>& findings)
-{
-    const auto order = [](const Finding& found) {
-        return found.place ? std::tuple(0, found.place->line, found.place->column) : std::tuple(1, 0ul, 0ul);
-    };
-    std::stable_sort(findings.begin(), findings.end(),
-                     [&](const Finding& a, const Finding& b) { return order(a) < order(b); });
+    return findings;
 }
 
 std::size_t countFindings(const std::vector<Finding>& findings, ZoTSeverity severity)

@@ -4,11 +4,14 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "ZoITrellanInspector.h"
 #include "json/JsonForward.h"
+#include "tool/documents/FindingOrder.h"
 #include "tool/documents/JsonPlaces.h"
+#include "tool/documents/TextPlace.h"
 
 namespace TrellanTool {
 
@@ -25,10 +28,14 @@ struct Finding {
     std::shared_ptr<const ZoNTrellanInspector::ZoTKeys> example;  // an element that one of them takes; null: none told
 };
 
-// What the last check of `inspector` has found, without places.
-std::vector<Finding> findingsOf(ZoITrellanInspector& inspector);
+// The finding at `position` of what the last check of `inspector` has found, without its place.
+Finding findingAt(ZoITrellanInspector& inspector, std::size_t position);
 
-// The same with the places in `description`, the text of the description, and in their order.
+// Adds to `order` what the last check of `inspector` has found, with the places in `description`, the text of the
+// description. Returns what else was found out about that.
+JsonPlaces findPlaces(ZoITrellanInspector& inspector, std::string_view description, FindingOrder& order);
+
+// What the last check of `inspector` has found, with the places in `description`, and in their order.
 std::vector<Finding> findingsOf(ZoITrellanInspector& inspector, const std::string& description);
 
 // How many of them are of this severity.
@@ -40,12 +47,6 @@ std::string counted(std::size_t count, const std::string& what);
 // The finding in one line, without its end: archive.json:9:5: error: files[3] "hcn-cpld.bin": message [rule]. The
 // description's file has the name `descriptionName`.
 std::string findingText(const Finding& finding, const std::string& descriptionName);
-
-// Notes in each finding where what it means begins in `description`, and returns what else was found out about that.
-JsonPlaces findPlaces(std::vector<Finding>& findings, const std::string& description);
-
-// Puts the findings in the order of their places, those without one behind the others.
-void sortByPlace(std::vector<Finding>& findings);
 
 // The finding with the members "rule", "severity", "file", "board", "pointer", "line", "column" and "message", where it
 // tells them "coveredBy" and "example".

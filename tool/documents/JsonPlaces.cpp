@@ -1,13 +1,16 @@
-// A walk over the text's tokens, along with the pointers that were asked for.
+// A walk over the text's tokens, along with the pointers that were asked for. Those into an entry, and into a board
+// object, are taken up where it begins and given back where it ends.
 #include "tool/documents/JsonPlaces.h"
 
 #include <algorithm>
 #include <map>
 #include <memory>
+#include <tuple>
 #include <utility>
+#include <vector>
 
+#include "tool/documents/DescriptionVisitor.h"
 #include "tool/documents/DuplicateKeys.h"
-#include "tool/documents/JsonWalk.h"
 
 namespace TrellanTool {
 
@@ -36,44 +39,123 @@ std::string tokenOf(std::string_view key)
     return token;
 }
 
+// A part that is asked for, and what it is a part of.
+struct WantedPart {
+    const Wanted* part;
+    const Wanted* parent;
+};
+
 // The part to which `pointer` leads from `whole`.
-Wanted& wantedAt(Wanted& whole, std::string_view pointer)
+WantedPart wantedAt(Wanted& whole, std::string_view pointer)
 {
     Wanted* part = &whole;
+    Wanted* parent = &whole;
     while (!pointer.empty()) {
         const std::size_t end = std::min(pointer.find('/', 1), pointer.size());
         std::unique_ptr<Wanted>& below = part->below[std::string(pointer.substr(1, end - 1))];
         if (!below) {
             below = std::make_unique<Wanted>();
         }
-        part = below.get();
+        parent = std::exchange(part, below.get());
         pointer.remove_prefix(end);
     }
-    return *part;
+    return {part, parent};
 }
+
+// Finds the lists of entries and of board objects in whose places later ones count: where their keys begin.
+class ReplacedLists final : public DescriptionVisitor {
+public:
+    std::vector<std::size_t> takeKeys()
+    {
+        std::sort(replaced.begin(), replaced.end());
+        return std::move(replaced);
+    }
+
+private:
+    void beginObject(Part object) override
+    {
+        if (object == Part::entry) {
+            boards = nowhere;
+        }
+    }
+
+    void beginMember(Part object, std::size_t begin, std::string_view name) override
+    {
+        if (object == Part::whole && name == "files") {
+            replace(files, begin);
+        } else if (object == Part::entry && name == "boards") {
+            replace(boards, begin);
+        }
+    }
+
+    void replace(std::size_t& last, std::size_t begin)
+    {
+        if (last != nowhere) {
+            replaced.push_back(last);
+        }
+        last = begin;
+    }
+
+    std::size_t files = nowhere;
+    std::size_t boards = nowhere;
+    std::vector<std::size_t> replaced;
+};
+
+// The pointers into one part of the description, taken up.
+struct Scope {
+    Wanted whole;
+    std::size_t first = 0;          // position
+    std::vector<WantedPart> asked;  // from there on
+};
 
 class Places final : public JsonVisitor {
 public:
-    struct Duplicate {
-        std::size_t offset;
-        std::string pointer;
-    };
+    Places(std::string_view text, AskedPointers& asked) : source(text), asked(asked), keys(text)
+    {
+        ReplacedLists lists;
+        walkJson(text, lists);
+        replaced = lists.takeKeys();
+        takeUp(document, -1, -1);
+    }
 
-    Places(std::string_view text, Wanted& whole) : source(text), whole(whole), keys(text) {}
+    void openObject(std::size_t begin) override
+    {
+        const Part role = containers.empty()                        ? Part::whole
+                          : containers.back().role == Part::entries ? Part::entry
+                                                                    : Part::other;
+        open(begin, true, role);
+    }
 
-    void openObject(std::size_t begin) override { open(begin, true); }
-    void openArray(std::size_t begin) override { open(begin, false); }
-    void text(std::size_t begin, std::string_view) override { beginValue(begin); }
-    void scalar(std::size_t begin) override { beginValue(begin); }
-    void closeArray() override { containers.pop_back(); }
+    void openArray(std::size_t begin) override { open(begin, false, member); }
+
+    void text(std::size_t begin, std::string_view) override { scalar(begin); }
+
+    void scalar(std::size_t begin) override
+    {
+        beginValue(begin);
+        endValue();
+    }
+
+    void closeArray() override
+    {
+        containers.pop_back();
+        endValue();
+    }
 
     void closeObject() override
     {
-        const std::vector<std::size_t> repeated = keys.take(containers.back().keys);
+        const std::size_t firstKey = containers.back().keys;
         containers.pop_back();
-        if (!repeated.empty()) {
-            addDuplicates(repeated);
-        }
+        std::optional<std::string> object;
+        keys.take(firstKey, [&](std::span<const std::size_t> offsets) {
+            for (const std::size_t offset : offsets.subspan(1)) {
+                if (!object) {
+                    object = pointerToPresent();
+                }
+                duplicates.add(offset, *object);
+            }
+        });
+        endValue();
     }
 
     void key(std::size_t begin, std::string_view name) override
@@ -84,23 +166,31 @@ public:
         if (object.part != nullptr && !object.part->below.empty()) {
             note(object.current = object.part->find(tokenOf(name)), begin);
         }
+        member = object.role == Part::whole && name == "files"    ? Part::entries
+                 : object.role == Part::entry && name == "boards" ? Part::boards
+                                                                  : Part::other;
+        if (member != Part::other && std::binary_search(replaced.begin(), replaced.end(), begin)) {
+            member = Part::other;
+        }
         keys.add(begin, name);
     }
 
-    // What was found in the text, valid or not, in its order.
-    std::vector<Duplicate> takeDuplicates()
+    // The text has ended, valid or not: tells what was found.
+    FoundMembers finish()
     {
         while (!containers.empty()) {
             containers.back().isObject ? closeObject() : closeArray();
         }
-        std::sort(duplicates.begin(), duplicates.end(),
-                  [](const Duplicate& a, const Duplicate& b) { return a.offset < b.offset; });
+        giveBack(document);
         return std::move(duplicates);
     }
 
 private:
+    enum class Part { whole, entries, entry, boards, other };
+
     struct Container {
         bool isObject;
+        Part role;
         Wanted* part;          // null: neither it is asked for nor anything in it
         Wanted* current;       // of the present member or element
         std::size_t position;  // of the present element; of a member where its key begins
@@ -118,85 +208,123 @@ private:
     Wanted* beginValue(std::size_t offset)
     {
         if (containers.empty()) {
-            note(&whole, offset);
-            return &whole;
+            note(&document.whole, offset);
+            return &document.whole;
         }
         Container& container = containers.back();
         if (!container.isObject) {
             ++container.position;
-            const bool isWanted = container.part != nullptr && !container.part->below.empty();
-            container.current = isWanted ? container.part->find(std::to_string(container.position)) : nullptr;
+            container.current = beginElement(container);
             note(container.current, offset);
         }
         return container.current;
     }
 
-    void open(std::size_t begin, bool isObject)
+    Wanted* beginElement(const Container& list)
     {
-        Wanted* const part = beginValue(begin);
-        containers.push_back({isObject, part, nullptr, nowhere, keys.begin()});
+        if (list.role == Part::entries || list.role == Part::boards) {
+            Scope& scope = scopeIn(list);
+            const auto number = static_cast<std::int32_t>(list.position);
+            list.role == Part::entries ? takeUp(scope, number, -1) : takeUp(scope, entryNumber(), number);
+            if (!scope.asked.empty()) {
+                return &scope.whole;
+            }
+        }
+        const bool isWanted = list.part != nullptr && !list.part->below.empty();
+        return isWanted ? list.part->find(std::to_string(list.position)) : nullptr;
     }
 
-    // Of members of the object that was just closed.
-    void addDuplicates(const std::vector<std::size_t>& repeated)
+    void endValue()
     {
-        std::string object;
+        member = Part::other;
+        if (!containers.empty() &&
+            (containers.back().role == Part::entries || containers.back().role == Part::boards)) {
+            giveBack(scopeIn(containers.back()));
+        }
+    }
+
+    void open(std::size_t begin, bool isObject, Part role)
+    {
+        Wanted* const part = beginValue(begin);
+        containers.push_back({isObject, role, part, nullptr, nowhere, keys.begin()});
+        member = Part::other;
+    }
+
+    Scope& scopeIn(const Container& list) { return list.role == Part::entries ? entry : board; }
+
+    // Of the present entry: the list of entries is a member of the document.
+    std::int32_t entryNumber() const { return static_cast<std::int32_t>(containers[1].position); }
+
+    void takeUp(Scope& scope, std::int32_t entryOf, std::int32_t boardOf)
+    {
+        const auto subjectOfNext = [&] {
+            const AskedPointers::Asked pointer = asked.at(next);
+            return std::tuple(pointer.entry, pointer.board);
+        };
+        while (next < asked.size() && subjectOfNext() < std::tuple(entryOf, boardOf)) {
+            ++next;
+        }
+        scope.first = next;
+        const std::size_t length = pointerLength(entryOf, boardOf);
+        for (; next < asked.size() && subjectOfNext() == std::tuple(entryOf, boardOf); ++next) {
+            scope.asked.push_back(wantedAt(scope.whole, asked.at(next).pointer.substr(length)));
+        }
+    }
+
+    void giveBack(Scope& scope)
+    {
+        for (std::size_t i = 0; i < scope.asked.size(); ++i) {
+            const auto [part, parent] = scope.asked[i];
+            const std::size_t offset = part->offset != nowhere ? part->offset : parent->offset;
+            if (offset != nowhere) {
+                asked.takePlace(scope.first + i, offset);
+            }
+        }
+        scope = Scope();
+    }
+
+    // JSON Pointer to what is open.
+    std::string pointerToPresent() const
+    {
+        std::string pointer;
         for (const Container& above : containers) {
-            object = pointerToMember(
-                std::move(object), above.isObject ? stringAt(source, above.position) : std::to_string(above.position));
+            pointer = pointerToMember(
+                std::move(pointer), above.isObject ? stringAt(source, above.position) : std::to_string(above.position));
         }
-        for (const std::size_t offset : repeated) {
-            duplicates.push_back({offset, pointerToMember(object, stringAt(source, offset))});
-        }
+        return pointer;
     }
 
     std::string_view source;
-    Wanted& whole;
+    AskedPointers& asked;
     DuplicateKeys keys;
+    std::vector<std::size_t> replaced;
     std::vector<Container> containers;
-    std::vector<Duplicate> duplicates;
+    Part member = Part::other;  // what the present member's value is, if it is an array
+    std::size_t next = 0;       // of the pointers
+    Scope document, entry, board;
+    FoundMembers duplicates;
 };
 
 }  // namespace
+
+std::size_t pointerLength(std::int32_t entry, std::int32_t board)
+{
+    return (entry < 0 ? 0 : ("/files/" + std::to_string(entry)).size()) +
+           (board < 0 ? 0 : ("/boards/" + std::to_string(board)).size());
+}
 
 std::string pointerToMember(std::string pointer, std::string_view key)
 {
     return std::move(pointer) + '/' + tokenOf(key);
 }
 
-JsonPlaces findJsonPlaces(std::string_view text, const std::vector<std::string>& pointers)
+JsonPlaces findJsonPlaces(std::string_view text, AskedPointers& asked)
 {
-    Wanted whole;
-    for (const std::string& pointer : pointers) {
-        wantedAt(whole, pointer);
-    }
-    Places places(text, whole);
-    std::optional<JsonFault> fault = walkJson(text, places);
-    std::vector<Places::Duplicate> duplicates = places.takeDuplicates();
-
-    std::vector<std::size_t> offsets{fault ? fault->offset : 0};
-    for (const Places::Duplicate& duplicate : duplicates) {
-        offsets.push_back(duplicate.offset);
-    }
-    for (const std::string& pointer : pointers) {
-        const std::size_t offset = wantedAt(whole, pointer).offset;
-        offsets.push_back(offset == nowhere ? 0 : offset);
-    }
-    const std::vector<TextPlace> found = placesOf(text, offsets);
-    JsonPlaces result;
-    if (fault) {
-        result.fault = {found.front(), std::move(fault->reason)};
-    }
-    std::size_t next = 1;
-    result.duplicateKeys.reserve(duplicates.size());
-    for (Places::Duplicate& duplicate : duplicates) {
-        result.duplicateKeys.push_back({std::move(duplicate.pointer), found[next++]});
-    }
-    for (const std::string& pointer : pointers) {
-        const TextPlace& place = found[next++];
-        result.places.push_back(wantedAt(whole, pointer).offset == nowhere ? std::nullopt : std::optional(place));
-    }
-    return result;
+    Places places(text, asked);
+    JsonPlaces found;
+    found.fault = walkJson(text, places);
+    found.duplicates = places.finish();
+    return found;
 }
 
 }  // namespace TrellanTool

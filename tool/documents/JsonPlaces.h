@@ -1,41 +1,55 @@
 // Where the parts of a JSON text stand in it: for messages that lead to the place that is meant.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "tool/documents/TextPlace.h"
+#include "tool/documents/FoundMembers.h"
+#include "tool/documents/JsonWalk.h"
 
 namespace TrellanTool {
 
-// What reading a JSON text found out about its places.
-struct JsonPlaces {
-    // Where the text is no JSON, and why, in words without a line end.
-    struct Fault {
-        TextPlace place;
-        std::string reason;
+// JSON Pointers whose places are asked for, and take them. Those into an entry of a description or one of its board
+// objects say so: only while the text is read there they stand in memory.
+class AskedPointers {
+public:
+    struct Asked {
+        std::int32_t entry;  // -1: not into an entry
+        std::int32_t board;  // -1: not into a board object
+        std::string_view pointer;
     };
 
-    // A member whose key stands in its object already.
-    struct DuplicateKey {
-        std::string pointer;  // JSON Pointer to the member
-        TextPlace place;      // of the later key
-    };
+    virtual ~AskedPointers() = default;
 
-    std::optional<Fault> fault;
-    std::vector<DuplicateKey> duplicateKeys;  // in the order of the text, as far as it is JSON
+    // In the order of the entries, those of each in that of its board objects.
+    virtual std::size_t size() const = 0;
 
-    // For each pointer that was asked for where it begins: a member with its key, anything else with its value. Of
-    // members with the same key the last counts. Nothing where the text, as far as it is JSON, has no such part.
-    std::vector<std::optional<TextPlace>> places;
+    // Good until the next call.
+    virtual Asked at(std::size_t position) = 0;
+
+    // Takes where the part begins: a member with its key, anything else with its value. Of a part that is not there,
+    // its parent counts. Not called where the text, as far as it is JSON, has neither.
+    virtual void takePlace(std::size_t position, std::size_t offset) = 0;
 };
+
+// What else reading a JSON text found out.
+struct JsonPlaces {
+    std::optional<JsonFault> fault;
+
+    // Members whose keys stand in their objects already, as far as the text is JSON, in no order.
+    FoundMembers duplicates;
+};
+
+// How long the JSON Pointer is to an entry of a description or, with `board`, to one of its board objects; -1: to none.
+std::size_t pointerLength(std::int32_t entry, std::int32_t board);
 
 // JSON Pointer to the member `key` of the object to which `pointer` leads.
 std::string pointerToMember(std::string pointer, std::string_view key);
 
-// Reads `text` once (walkJson) and finds the parts that `pointers` (JSON Pointers) name.
-JsonPlaces findJsonPlaces(std::string_view text, const std::vector<std::string>& pointers);
+// Finds the parts that are asked for in `text`, by walkJson. Of members with the same key the last counts.
+JsonPlaces findJsonPlaces(std::string_view text, AskedPointers& asked);
 
 }  // namespace TrellanTool

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <string_view>
-#include <vector>
 
 namespace TrellanTool {
 
@@ -13,7 +12,21 @@ struct TextPlace {
     std::size_t column = 0;
 };
 
-// Where the bytes at `offsets` (in bytes, at most the text's length) stand, in their order.
-std::vector<TextPlace> placesOf(std::string_view text, const std::vector<std::size_t>& offsets);
+// Tells where bytes of a text stand.
+class TextPlaces {
+public:
+    // `text` must outlive this.
+    explicit TextPlaces(std::string_view text) : text(text), lineEnd(text.find('\n')) {}
+
+    // The place of the byte at `offset`, at most the text's length. In ascending order all of them cost one walk over
+    // the text.
+    TextPlace at(std::size_t offset);
+
+private:
+    std::string_view text;
+    std::size_t line = 1;
+    std::size_t lineBegin = 0;
+    std::size_t lineEnd;  // of the present line
+};
 
 }  // namespace TrellanTool

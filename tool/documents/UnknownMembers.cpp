@@ -1,10 +1,10 @@
 #include "tool/documents/UnknownMembers.h"
 
-#include <algorithm>
-#include <iterator>
-#include <utility>
+#include <array>
+#include <string>
 
-#include "tool/documents/JsonWalk.h"
+#include "tool/documents/DescriptionVisitor.h"
+#include "tool/documents/DuplicateKeys.h"
 
 namespace TrellanTool {
 
@@ -12,109 +12,19 @@ namespace {
 
 using ZoNTrellanInspector::ZoTDescriptionObject;
 
-// Follows the tokens of a description with what each object and array is.
-class DescriptionVisitor : public JsonVisitor {
-public:
-    void openObject(std::size_t) final
-    {
-        const Part outer = beginValue();
-        parts.push_back(parts.empty()           ? Part::whole
-                        : outer == Part::files  ? Part::entry
-                        : outer == Part::boards ? Part::board
-                        : member == Part::info  ? Part::info
-                                                : Part::other);
-        member = Part::other;
-    }
-
-    void openArray(std::size_t) final
-    {
-        beginValue();
-        const Part list = std::exchange(member, Part::other);
-        const bool isList = list == Part::files || list == Part::boards;
-        parts.push_back(isList ? list : Part::other);
-        if (isList) {
-            position(list) = -1;
-            beginList(list);
-        }
-    }
-
-    void closeObject() final
-    {
-        const Part closed = parts.back();
-        parts.pop_back();
-        if (closed != Part::other) {
-            endObject(closed);
-        }
-    }
-
-    void closeArray() final { parts.pop_back(); }
-
-    void key(std::size_t, std::string_view name) final
-    {
-        const Part object = parts.back();
-        member = object == Part::whole && name == "info"     ? Part::info
-                 : object == Part::whole && name == "files"  ? Part::files
-                 : object == Part::entry && name == "boards" ? Part::boards
-                                                             : Part::other;
-        if (object != Part::other) {
-            beginMember(object, name);
-        }
-    }
-
-    void text(std::size_t, std::string_view value) final
-    {
-        beginValue();
-        if (!parts.empty() && parts.back() != Part::other) {
-            takeText(parts.back(), value);
-        }
-    }
-
-    void scalar(std::size_t) final { beginValue(); }
-
-protected:
-    enum class Part { whole, info, files, entry, boards, board, other };
-
-    // Of the present entry, and of the present board object.
-    std::int32_t entryNumber() const { return entries; }
-    std::int32_t boardNumber() const { return boards; }
-
-    // A member of an object, or a list, of what a description has begins; one of its objects ends; a member or element
-    // of `part` is this text.
-    virtual void beginMember(Part object, std::string_view name) = 0;
-    virtual void beginList(Part) {}
-    virtual void endObject(Part) {}
-    virtual void takeText(Part, std::string_view) {}
-
-private:
-    std::int32_t& position(Part list) { return list == Part::files ? entries : boards; }
-
-    // What the value that begins stands in.
-    Part beginValue()
-    {
-        const Part outer = parts.empty() ? Part::other : parts.back();
-        if (outer == Part::files || outer == Part::boards) {
-            ++position(outer);
-        }
-        return outer;
-    }
-
-    std::vector<Part> parts;
-    Part member = Part::other;  // what the present member's value is, if it is of the right type
-    std::int32_t entries = -1;
-    std::int32_t boards = -1;
-};
-
 class UnknownMembers final : public DescriptionVisitor {
 public:
     using IsKnown = std::function<bool(ZoTDescriptionObject, std::string_view)>;
 
-    explicit UnknownMembers(const IsKnown& isKnown) : isKnown(isKnown) {}
+    UnknownMembers(std::string_view description, const IsKnown& isKnown) : isKnown(isKnown), keys(description) {}
 
-    std::vector<UnknownMember> found;
+    FoundMembers found;
 
 private:
+    void beginObject(Part object) override { firstKeys[static_cast<std::size_t>(kindOf(object))] = keys.begin(); }
+
     // What is found in an object counts when it ends, and no longer when another one takes its place.
-    void beginMember(Part object, std::string_view name) override
+    void beginMember(Part object, std::size_t begin, std::string_view name) override
     {
         if (object == Part::whole && name == "info") {
             inInfo.clear();
@@ -123,35 +33,25 @@ private:
         } else if (object == Part::entry && name == "boards") {
             inBoards.clear();
         }
-        if (isKnown(kindOf(object), name)) {
-            return;
+        if (!isKnown(kindOf(object), name)) {
+            keys.add(begin, name);
         }
-        const bool inEntry = object == Part::entry || object == Part::board;
-        of(object).push_back({kindOf(object), inEntry ? std::optional(entryNumber()) : std::nullopt,
-                              object == Part::board ? std::optional(boardNumber()) : std::nullopt, std::string(name)});
     }
 
     void endObject(Part object) override
     {
-        std::vector<UnknownMember>& own = of(object);
-        std::sort(own.begin(), own.end(), [](const auto& a, const auto& b) { return a.key < b.key; });
-        own.erase(std::unique(own.begin(), own.end(), [](const auto& a, const auto& b) { return a.key == b.key; }),
-                  own.end());
-        switch (object) {
-            case Part::board:
-                move(own, inBoards);
-                break;
-            case Part::entry:
-                move(own, inFiles);
-                move(inBoards, inFiles);
-                break;
-            case Part::info:
-                move(own, inInfo);
-                break;
-            default:
-                move(own, found);
-                move(inInfo, found);
-                move(inFiles, found);
+        FoundMembers& into = object == Part::info    ? inInfo
+                             : object == Part::entry ? inFiles
+                             : object == Part::board ? inBoards
+                                                     : found;
+        const std::string pointer = pointerTo(object);
+        keys.take(firstKeys[static_cast<std::size_t>(kindOf(object))],
+                  [&](std::span<const std::size_t> offsets) { into.add(offsets.back(), pointer); });
+        if (object == Part::entry) {
+            inFiles.take(inBoards);
+        } else if (object == Part::whole) {
+            found.take(inInfo);
+            found.take(inFiles);
         }
     }
 
@@ -169,37 +69,42 @@ private:
         }
     }
 
-    // Of the present object of this kind.
-    std::vector<UnknownMember>& of(Part object) { return open[static_cast<std::size_t>(kindOf(object))]; }
-
-    static void move(std::vector<UnknownMember>& from, std::vector<UnknownMember>& to)
+    std::string pointerTo(Part object) const
     {
-        to.insert(to.end(), std::make_move_iterator(from.begin()), std::make_move_iterator(from.end()));
-        from.clear();
+        const std::string entry = "/files/" + std::to_string(entryNumber());
+        switch (object) {
+            case Part::info:
+                return "/info";
+            case Part::entry:
+                return entry;
+            case Part::board:
+                return entry + "/boards/" + std::to_string(boardNumber());
+            default:
+                return "";
+        }
     }
 
     const IsKnown& isKnown;
-    std::vector<UnknownMember> open[4];
-    std::vector<UnknownMember> inInfo;
-    std::vector<UnknownMember> inBoards;  // of the present entry
-    std::vector<UnknownMember> inFiles;
+    DuplicateKeys keys;                         // unknown ones
+    std::array<std::size_t, 4> firstKeys = {};  // of the present object of each kind
+    FoundMembers inInfo;
+    FoundMembers inBoards;  // of the present entry
+    FoundMembers inFiles;
 };
 
 class EntryNames final : public DescriptionVisitor {
 public:
-    explicit EntryNames(const std::set<std::int32_t>& entries) : wanted(entries) {}
-
-    std::optional<std::map<std::int32_t, std::string>> names;
+    std::optional<std::vector<EntryName>> names;
 
 private:
-    void beginMember(Part object, std::string_view name) override
+    void beginMember(Part object, std::size_t, std::string_view name) override
     {
         if (object == Part::whole && name == "files") {
             names.reset();
         }
-        isName = object == Part::entry && name == "name" && wanted.contains(entryNumber());
-        if (isName) {
-            names->erase(entryNumber());
+        isName = object == Part::entry && name == "name";
+        if (isName && !names->empty() && names->back().entry == entryNumber()) {
+            names->pop_back();
         }
     }
 
@@ -210,31 +115,29 @@ private:
         }
     }
 
-    void takeText(Part part, std::string_view value) override
+    void takeText(Part part, std::size_t begin) override
     {
         if (part == Part::entry && isName) {
-            names->emplace(entryNumber(), value);
+            names->push_back({entryNumber(), begin});
         }
     }
 
-    const std::set<std::int32_t>& wanted;
     bool isName = false;
 };
 
 }  // namespace
 
-std::vector<UnknownMember> findUnknownMembers(
-    std::string_view description, const std::function<bool(ZoTDescriptionObject, std::string_view)>& isKnown)
+FoundMembers findUnknownMembers(std::string_view description,
+                                const std::function<bool(ZoTDescriptionObject, std::string_view)>& isKnown)
 {
-    UnknownMembers members(isKnown);
+    UnknownMembers members(description, isKnown);
     walkJson(description, members);
     return std::move(members.found);
 }
 
-std::optional<std::map<std::int32_t, std::string>> findEntryNames(std::string_view description,
-                                                                  const std::set<std::int32_t>& entries)
+std::optional<std::vector<EntryName>> findEntryNames(std::string_view description)
 {
-    EntryNames found(entries);
+    EntryNames found;
     walkJson(description, found);
     return std::move(found.names);
 }

@@ -1,35 +1,32 @@
 // Members of a description that the format does not have.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <optional>
-#include <set>
-#include <string>
 #include <string_view>
 #include <vector>
 
 #include "ZoITrellanInspector.h"
+#include "tool/documents/FoundMembers.h"
 
 namespace TrellanTool {
 
-struct UnknownMember {
-    ZoNTrellanInspector::ZoTDescriptionObject object;  // that it stands in
-    std::optional<std::int32_t> file;                  // position of the entry in "files"
-    std::optional<std::int32_t> board;                 // position of the board object in "boards" of the entry
-    std::string key;
-};
-
-// Those of `description`, valid JSON, for whose objects `isKnown(object, key)` is false. Of members with the same key
-// the last one counts.
-std::vector<UnknownMember> findUnknownMembers(
+// The members of `description`, valid JSON, for whose objects `isKnown(object, key)` is false. Of members with the same
+// key the last one counts.
+FoundMembers findUnknownMembers(
     std::string_view description,
     const std::function<bool(ZoNTrellanInspector::ZoTDescriptionObject, std::string_view)>& isKnown);
 
-// The names of these entries of `description`, as far as they are there and have one that is a text; nothing where the
-// description has no list of entries.
-std::optional<std::map<std::int32_t, std::string>> findEntryNames(std::string_view description,
-                                                                  const std::set<std::int32_t>& entries);
+// Where in the description the name of an entry begins.
+struct EntryName {
+    std::int32_t entry;  // position in "files"
+    std::size_t offset;
+};
+
+// The names of the entries of `description` that have one that is a text, in the order of the entries; nothing where
+// the description has no list of entries.
+std::optional<std::vector<EntryName>> findEntryNames(std::string_view description);
 
 }  // namespace TrellanTool

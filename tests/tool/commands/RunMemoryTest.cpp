@@ -28,11 +28,11 @@ void PrintTo(const DocumentShape& shape, std::ostream* out)
     *out << shape.name;
 }
 
-std::string documentOf(const DocumentShape& shape)
+std::string documentOf(const DocumentShape& shape, std::size_t size = documentSize)
 {
     const auto mark = shape.piece.find('#');
     std::string text = shape.front;
-    for (unsigned number = 1; text.size() < documentSize; ++number) {
+    for (unsigned number = 1; text.size() < size; ++number) {
         text += mark == std::string::npos
                     ? shape.piece
                     : shape.piece.substr(0, mark) + std::to_string(number) + shape.piece.substr(mark + 1);
@@ -80,7 +80,7 @@ protected:
     }
 
     // In tenths; 255 and more: 255, and where the command says that it could not read a document.
-    int tenthsForEachByte(const std::vector<std::string>& arguments) const
+    int tenthsForEachByte(const std::vector<std::string>& arguments, std::size_t size = documentSize) const
     {
         return inAnotherProcess([&] {
             runProcess(TRELLAN_TOOL, {"--version"}, folder.path());
@@ -88,7 +88,7 @@ protected:
             const ProcessResult result = runProcess(TRELLAN_TOOL, arguments, folder.path());
             return result.status != 0 && result.status != 1
                        ? 255
-                       : static_cast<int>(std::min<std::size_t>((peak() - tool) * 10 / documentSize, 255));
+                       : static_cast<int>(std::min<std::size_t>((peak() - tool) * 10 / size, 255));
         });
     }
 
@@ -104,6 +104,18 @@ protected:
         folder.write("archive/a.bin", "123456789");
         folder.write("target.json",
                      target({board("HCN", {{"PRODUCT/BOARD_TYPE", "A"}}, {updateElement(1, {})})}).dump());
+    }
+};
+
+// Descriptions that are nothing but what a check has something to say of.
+class FindingRunMemory : public RunMemory, public testing::WithParamInterface<DocumentShape> {
+protected:
+    static constexpr std::size_t size = 2000000;  // a finding takes the time of a hundred bytes
+
+    void SetUp() override
+    {
+        RunMemory::SetUp();
+        folder.write("archive/archive.json", documentOf(GetParam(), size));
     }
 };
 
@@ -143,6 +155,23 @@ INSTANTIATE_TEST_SUITE_P(Shapes, DescriptionRunMemory,
                                          withMember("ManyMembers", "{", R"("#":1)", "}"),
                                          withMember("ManyLines", "[", "1\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n", "]")),
                          [](const auto& shape) { return shape.param.name; });
+
+TEST_P(FindingRunMemory, OfACheckIsHardlyMoreThanTenTimesTheSize)
+{
+    // Each finding takes ten bytes, and the smallest text that gives rise to two has three.
+    EXPECT_LE(tenthsForEachByte({"check", "archive", "--quiet"}, size), 120);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Shapes, FindingRunMemory,
+    testing::Values(DocumentShape{"EmptyEntries", R"({"files":[)", "{}", "]}"},
+                    DocumentShape{"EntriesOfNumbers", R"({"files":[)", "1", "]}"},
+                    DocumentShape{"EmptyBoards", R"({"files":[{"name":"a","boards":[)", "{}", "]}]}"},
+                    DocumentShape{"UnknownMembers", R"({"files":[)", R"({"a":1,"b":1})", "]}"},
+                    DocumentShape{"WrongTypes", R"({"files":[)", R"({"name":1,"sequence":"","id":"","mode":1})", "]}"},
+                    DocumentShape{"Names", R"({"files":[)", R"({"name":"../#"})", "]}"},
+                    DocumentShape{"NewerEntries", R"({"files":[)", R"({"featureLevel":3})", "]}"},
+                    DocumentShape{"Duplicates", R"({"files":[],"x":{)", R"("":1)", "}}"}),
 
 TEST_P(EntryRunMemory, OfAListIsAtMostTenTimesTheSize)
 {

@@ -1,11 +1,76 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
+#include <numeric>
+
 #include "tool/documents/JsonPlaces.h"
+#include "tool/documents/TextPlace.h"
 
 namespace TrellanTool {
 namespace {
 
 using namespace std::string_literals;
+
+class Asked final : public AskedPointers {
+public:
+    explicit Asked(std::vector<AskedPointers::Asked> pointers) : offsets(pointers.size()), pointers(std::move(pointers))
+    {
+    }
+
+    std::size_t size() const override { return pointers.size(); }
+    AskedPointers::Asked at(std::size_t position) override { return pointers[position]; }
+    void takePlace(std::size_t position, std::size_t offset) override { offsets[position] = offset; }
+
+    std::vector<std::optional<std::size_t>> offsets;
+
+private:
+    const std::vector<AskedPointers::Asked> pointers;
+};
+
+struct DuplicateKey {
+    std::string pointer;
+    TextPlace place;
+};
+
+struct Fault {
+    TextPlace place;
+    std::string reason;
+};
+
+struct Found {
+    std::vector<std::optional<TextPlace>> places;
+    std::vector<DuplicateKey> duplicateKeys;  // in the order of the text
+    std::optional<Fault> fault;
+};
+
+Found findJsonPlaces(std::string_view text, const std::vector<std::string>& pointers)
+{
+    std::vector<AskedPointers::Asked> intoNoEntry;
+    std::transform(pointers.begin(), pointers.end(), std::back_inserter(intoNoEntry), [](const std::string& pointer) {
+        return AskedPointers::Asked{-1, -1, pointer};
+    });
+    Asked asked(intoNoEntry);
+    const JsonPlaces places = TrellanTool::findJsonPlaces(text, asked);
+    const auto placeAt = [&](std::size_t offset) { return TextPlaces(text).at(offset); };
+    Found found;
+    for (const auto& offset : asked.offsets) {
+        found.places.push_back(offset ? std::optional(placeAt(*offset)) : std::nullopt);
+    }
+    const FoundMembers& duplicates = places.duplicates;
+    std::vector<std::size_t> order(duplicates.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::sort(order.begin(), order.end(),
+              [&](std::size_t a, std::size_t b) { return duplicates.offset(a) < duplicates.offset(b); });
+    for (const std::size_t i : order) {
+        const std::size_t offset = duplicates.offset(i);
+        found.duplicateKeys.push_back({pointerToMember(duplicates.object(i), stringAt(text, offset)), placeAt(offset)});
+    }
+    if (places.fault) {
+        found.fault = {placeAt(places.fault->offset), places.fault->reason};
+    }
+    return found;
+}
 
 std::string shown(const TextPlace& place)
 {
@@ -73,10 +138,37 @@ TEST(JsonPlaces, KeysAreEscapedInPointers)
     EXPECT_EQ(placeOf(description, "/files/1/~0/"), "4:20");
 }
 
-TEST(JsonPlaces, WhatIsNotThereHasNoPlace)
+TEST(JsonPlaces, OfWhatIsNotThereTheParentCountsIfItIsThere)
 {
-    EXPECT_EQ(placeOf(description, "/files/2"), "-");
-    EXPECT_EQ(placeOf(description, "/nothing"), "-");
+    EXPECT_EQ(placeOf(description, "/files/2"), "2:3");
+    EXPECT_EQ(placeOf(description, "/nothing"), "1:1");
+    EXPECT_EQ(placeOf(description, "/files/2/name"), "-");
+}
+
+TEST(JsonPlaces, EntriesAndBoardObjectsAreThoseOfTheListsThatCount)
+{
+    const std::string_view text = R"({"files":[{"name":0},{"boards":[1]},5],
+"files":[{"boards":[9,8]},
+{"boards":[1,2],"id":4,
+"boards":[3,
+{"id":5}]},
+{"name":6}]})";
+    Asked asked({{-1, -1, "/files"},
+                 {0, -1, "/files/0"},
+                 {1, -1, "/files/1/boards"},
+                 {1, -1, "/files/1/id"},
+                 {1, 0, "/files/1/boards/0"},
+                 {1, 1, "/files/1/boards/1/id"},
+                 {1, 1, "/files/1/boards/1/name"},
+                 {2, -1, "/files/2/name"},
+                 {2, -1, "/files/2/boards"},
+                 {3, -1, "/files/3/name"}});
+    findJsonPlaces(text, asked);
+    std::string places;
+    for (const auto& offset : asked.offsets) {
+        places += (offset ? shown(TextPlaces(text).at(*offset)) : "-") + " ";
+    }
+    EXPECT_EQ(places, "2:1 2:10 4:1 3:17 4:11 5:2 5:1 6:2 6:1 - ");
 }
 
 TEST(JsonPlaces, EachPointerGetsItsOwnPlace)
@@ -85,7 +177,7 @@ TEST(JsonPlaces, EachPointerGetsItsOwnPlace)
     ASSERT_EQ(places.size(), 4U);
     EXPECT_EQ(shown(*places[0]), "1:4");
     EXPECT_EQ(shown(*places[1]), "1:1");
-    EXPECT_FALSE(places[2]);
+    EXPECT_EQ(shown(*places[2]), "1:1");
     EXPECT_EQ(shown(*places[3]), "1:4");
 }
 
@@ -97,7 +189,7 @@ TEST(JsonPlaces, ColumnsCountBytes)
 
 TEST(JsonPlaces, OfMembersWithTheSameKeyTheLastCountsAndIsNamed)
 {
-    const JsonPlaces found = findJsonPlaces("{\"a\":{\"b\":1,\n\"b\":2},\"a\":{\"c\":3,\"b\":4}}", {"/a", "/a/b"});
+    const Found found = findJsonPlaces("{\"a\":{\"b\":1,\n\"b\":2},\"a\":{\"c\":3,\"b\":4}}", {"/a", "/a/b"});
     ASSERT_EQ(found.duplicateKeys.size(), 2U);
     EXPECT_EQ(found.duplicateKeys[0].pointer, "/a/b");
     EXPECT_EQ(shown(found.duplicateKeys[0].place), "2:1");
@@ -109,7 +201,7 @@ TEST(JsonPlaces, OfMembersWithTheSameKeyTheLastCountsAndIsNamed)
 
 TEST(JsonPlaces, EachLaterMemberWithAKeyIsADuplicateHoweverItIsWritten)
 {
-    const JsonPlaces found = findJsonPlaces(R"([{"b/":0,"aa":1,"\u0061a":2,"b\/":3,"a\u0061":4,"A":5}])", {});
+    const Found found = findJsonPlaces(R"([{"b/":0,"aa":1,"\u0061a":2,"b\/":3,"a\u0061":4,"A":5}])", {});
     ASSERT_EQ(found.duplicateKeys.size(), 3U);
     EXPECT_EQ(found.duplicateKeys[0].pointer, "/0/aa");
     EXPECT_EQ(shown(found.duplicateKeys[0].place), "1:17");
@@ -125,7 +217,7 @@ TEST(JsonPlaces, DuplicatesAreFoundAmongManyKeysAndInObjectsThatDoNotEnd)
     for (unsigned number = 0; number < 100000; ++number) {
         text += '"' + std::to_string(number) + "\":1,";
     }
-    const JsonPlaces found = findJsonPlaces(text + "\"99999\":1", {});
+    const Found found = findJsonPlaces(text + "\"99999\":1", {});
     ASSERT_EQ(found.duplicateKeys.size(), 1U);
     EXPECT_EQ(found.duplicateKeys[0].pointer, "/files/1/99999");
     EXPECT_EQ(shown(found.duplicateKeys[0].place), "1:988904");
@@ -165,7 +257,7 @@ TEST(JsonPlaces, AsManyLevelsAsTheLibraryTakesAreTaken)
 
 TEST(JsonPlaces, WhatStandsBeforeAFaultHasItsPlace)
 {
-    const JsonPlaces found = findJsonPlaces("{\"a\":1,\n\"b\":}", {"/a", "/b"});
+    const Found found = findJsonPlaces("{\"a\":1,\n\"b\":}", {"/a", "/b"});
     EXPECT_EQ(shown(found.fault->place), "2:5");
     EXPECT_EQ(shown(*found.places[0]), "1:2");
     EXPECT_EQ(shown(*found.places[1]), "2:1");

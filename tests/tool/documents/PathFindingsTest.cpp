@@ -172,14 +172,15 @@ TEST_F(PathFindings, TellARelativeFolderOfTheArchiveThatLooksLikeAnOption)
         ZoITrellanUpdater::createInstance(optionsFor(ZoNTrellanUpdater::ARCHIVE_VERSION, "-a")));
     const std::unique_ptr<ZoITrellanInspector> inspector(ZoITrellanInspector::createInstance(*updater));
     const auto read = inspector->checkArchive(nullptr, nullptr);
-    const auto findings = TrellanTool::archiveFindings(*inspector, read, readText(file("archive.json")));
+    const std::string description = readText(file("archive.json"));
+    TrellanTool::ArchiveFindings findings(*inspector, read, description);
     std::filesystem::current_path(before);
     ASSERT_EQ(findings.size(), 1u);
     EXPECT_EQ(
-        findingText(findings[0], "archive.json"),
+        findingText(findings.at(0), "archive.json"),
         R"(archive.json:2:2: error: files[0] "a.bin": the path "-a/a.bin" of a file for the flash drive must not begin with '-': name the archive's folder by its absolute path [shell-character])");
     EXPECT_EQ(
-        findingRecord(findings[0]).dump(),
+        findingRecord(findings.at(0)).dump(),
         R"({"rule":"shell-character","severity":"error","file":0,"board":null,"pointer":"/files/0/name","line":2,"column":2,"message":"the path \"-a/a.bin\" of a file for the flash drive must not begin with '-': name the archive's folder by its absolute path"})");
 }
 

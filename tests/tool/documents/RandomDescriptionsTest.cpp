@@ -205,7 +205,11 @@ TEST(RandomDescriptions, AreRefusedByTheCheckWithTheReadersMessageWhereTheReader
         folder.write("archive.json", description);
         const std::string message = readersMessage(options);
         const auto read = inspector->checkArchive(nullptr, nullptr);
-        const std::vector<Finding> findings = TrellanTool::archiveFindings(*inspector, read, description);
+        TrellanTool::ArchiveFindings found(*inspector, read, description);
+        std::vector<Finding> findings;
+        for (std::size_t position = 0; position < found.size(); ++position) {
+            findings.push_back(found.at(position));
+        }
         if (message.empty()) {
             ASSERT_TRUE(std::none_of(findings.begin(), findings.end(), isAboutReading)) << description;
             ++sound;
