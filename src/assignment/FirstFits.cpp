@@ -261,9 +261,9 @@ void FirstFits::decideForWaitingFiles()
 
 void FirstFits::decide(ListSearch& search, std::span<const Position> targetGroups, std::span<const WaitingFile> files)
 {
-    std::vector<ListOffer> offers;
+    std::vector<ListOffer> listOffers;
     for (const WaitingFile& file : files) {
-        ListOffer& offer = offers.emplace_back(ListOffer{file.index, {}});
+        ListOffer& offer = listOffers.emplace_back(ListOffer{file.index, {}});
         std::transform(file.lists.begin(), file.lists.end(), offer.accepted.begin(),
                        [&](const List& list) { return accepted.numbersOf(list); });
     }
@@ -272,7 +272,7 @@ void FirstFits::decide(ListSearch& search, std::span<const Position> targetGroup
     for (const Position group : targetGroups) {
         rows.push_back({groups[group].listed, groups[group].file});
     }
-    search.search(rows, offers);
+    search.search(rows, listOffers);
     for (std::size_t i = 0; i < rows.size(); ++i) {
         groups[targetGroups[i]].file = rows[i].position;
     }

@@ -176,6 +176,6 @@ void DriveFiles::addWay(const std::string& path)
 bool DriveFiles::isWay(const std::string& path) const
 {
     const std::string folder = path + '/';
-    const auto named = namedPaths.lower_bound(folder);
-    return !path.empty() && named != namedPaths.end() && named->starts_with(folder);
+    const auto first = namedPaths.lower_bound(folder);
+    return !path.empty() && first != namedPaths.end() && first->starts_with(folder);
 }
