@@ -70,7 +70,7 @@ DescriptionState ZoCUpdateArchive::survey(DescriptionSurvey& taker)
                 taker.takePassedOver(nameOnly(entry, number));
                 break;
             case EntryVerdict::refused:
-                taker.takeRefused(*std::move(refused));
+                taker.takeRefused(std::move(*refused));
                 break;
         }
         refused.reset();
