@@ -71,7 +71,7 @@ private:
 
     std::string pointerTo(Part object) const
     {
-        const std::string entry = "/files/" + std::to_string(entryNumber());
+        std::string entry = "/files/" + std::to_string(entryNumber());
         switch (object) {
             case Part::info:
                 return "/info";
