@@ -172,6 +172,7 @@ INSTANTIATE_TEST_SUITE_P(
                     DocumentShape{"Names", R"({"files":[)", R"({"name":"../#"})", "]}"},
                     DocumentShape{"NewerEntries", R"({"files":[)", R"({"featureLevel":3})", "]}"},
                     DocumentShape{"Duplicates", R"({"files":[],"x":{)", R"("":1)", "}}"}),
+    [](const auto& shape) { return shape.param.name; });
 
 TEST_P(EntryRunMemory, OfAListIsAtMostTenTimesTheSize)
 {

@@ -284,13 +284,17 @@ TEST_F(FileFindings, WarnOfAVersionThatIsNotTheHeaders)
             R"({"rule":"file-version","severity":"warning","file":0,"board":null,"pointer":"/files/0/version","line":2,"column":82,"message":"the entry states version 2.0, but the file's header says 1.4.2, which the device takes over: state that, or put the right file in its place"})"));
 }
 
-TEST_F(FileFindings, AreNoneOfAVersionThatIsTheHeadersOrThatIsNotStated)
+TEST_F(FileFindings, AreNoneOfAVersionThatIsTheHeadersOrThatEitherDoesNotState)
 {
     addFile("a.bin", UpdateFiles::binaryFile({.checksum = 78, .version = {1, 4, 2}}));
+    addFile("zero.bin", UpdateFiles::binaryFile({.checksum = 78, .version = {0, 0, 0}}));
+    addFile("plain.bin", "123456789");
     describeEntries(
         {R"({"name": "a.bin", "sequence": 1, "boardType": "A", "id": 1, "checksumCrc32": 78, "version": "1.4.2"})",
          R"({"name": "a.bin", "sequence": 1, "boardType": "A", "id": 2, "checksumCrc32": 78})",
-         R"({"name": "a.bin", "sequence": 1, "boardType": "A", "id": 3, "checksumCrc32": 78, "version": null})"});
+         R"({"name": "a.bin", "sequence": 1, "boardType": "A", "id": 3, "checksumCrc32": 78, "version": null})",
+         R"({"name": "zero.bin", "sequence": 1, "boardType": "A", "id": 4, "checksumCrc32": 78, "version": "2.0"})",
+         R"({"name": "plain.bin", "sequence": 1, "boardType": "A", "id": 5, "checksumCrc32": 3421780262, "version": "2.0"})"});
     EXPECT_THAT(lines(), IsEmpty());
     EXPECT_THAT(records(), IsEmpty());
 }
