@@ -13,6 +13,7 @@
 #include "tool/arguments/Help.h"
 #include "tool/commands/PrintHelp.h"
 #include "tool/commands/WrittenFiles.h"
+#include "tool/update/RawOutput.h"
 
 namespace TrellanTool {
 
@@ -61,7 +62,7 @@ int run(int argc, const char* const* argv, std::ostream& out, std::ostream& err)
     const int status = runWords(argc, argv, {out, err});
     const bool isWritten = static_cast<bool>(out.flush());
     if (!isWritten) {
-        say(err, "standard output cannot be written");
+        say(err, outputLost);
     }
     err.flush();
     return !isWritten && (status == SUCCESS || status == UPDATES_AVAILABLE) ? FAILURE : status;

@@ -3,6 +3,7 @@
 #include "assignment/MatchCriteria.h"
 #include "assignment/ZoCUpdateAssignment.h"
 #include "base/PlatformText.h"
+#include "base/Pointers.h"
 #include "updater/ZoCTrellanUpdater.h"
 
 using namespace ZoNUpdateBase;
@@ -51,7 +52,7 @@ ZoCUpdateAssignment::ZoCUpdateAssignment(const ZoCTrellanUpdater& updater, const
 
 void ZoCUpdateAssignment::makeAssignment()
 {
-    ElementPointers elements = ZoNUpdateAssignment::pointersTo(updateElements);
+    ElementPointers elements = ZoNUpdateBase::pointersTo(updateElements);
     assignFilesTo(elements);
     addFileSystemElements(elements);
     computeRedundantUpdatesOf(elements);
@@ -81,7 +82,7 @@ ZoSUpdateFile* ZoCUpdateAssignment::fileOf(const ZoSUpdateElement& element) cons
 
 void ZoCUpdateAssignment::assignUpdateFiles()
 {
-    ElementPointers elements = ZoNUpdateAssignment::pointersTo(updateElements);
+    ElementPointers elements = ZoNUpdateBase::pointersTo(updateElements);
     assignFilesTo(elements);
     addFileSystemElements(elements);
 }

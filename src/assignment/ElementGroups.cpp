@@ -3,11 +3,17 @@
 #include <algorithm>
 #include <utility>
 
+#include "assignment/MatchCriteria.h"
+#include "assignment/MatchNumbers.h"
+
 using namespace ZoNUpdateBase;
 using ZoNUpdateInventory::ZoSUpdateElement;
 
 namespace ZoNUpdateAssignment {
 namespace {
+
+static_assert(targetProperties == targetCriteria.size() && ZoNUpdateBase::listedProperties == listedCriteria.size());
+static_assert(targetCriteria.size() + listedCriteria.size() == MatchCriterion::count);
 
 // Of a target by its concern, and of a group by its target.
 template <std::size_t size>
@@ -31,7 +37,8 @@ void fetchAhead(const ZoSUpdateElement& element)
 
 }  // namespace
 
-ElementGroups::ElementGroups(std::span<const ZoSUpdateElement* const> elements)
+ElementGroups::ElementGroups(std::span<const ZoSUpdateElement* const> elements, Numberings& numberings)
+    : numberings(numberings)
 {
     targets.reserve(elements.size());
     targetIndex.reserve(elements.size());

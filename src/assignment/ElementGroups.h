@@ -11,23 +11,21 @@
 #include <span>
 #include <vector>
 
-#include "assignment/ListSearch.h"
-#include "assignment/MatchCriteria.h"
-#include "assignment/MatchNumbers.h"
+#include "base/NumberRow.h"
 #include "base/PositionIndex.h"
 #include "inventory/ZoSUpdateElement.h"
 
 namespace ZoNUpdateAssignment {
 
-// A file has one value of each of these for an element, if only because the board object is found by the board type.
-inline constexpr std::array targetCriteria{MatchCriterion::boardType, MatchCriterion::kind, MatchCriterion::id,
-                                           MatchCriterion::targetPath};
+using ZoNUpdateBase::Number;
+using ZoNUpdateBase::NumberRow;
 
-static_assert(targetCriteria.size() + listedCriteria.size() == MatchCriterion::count);
-static_assert(listedCriteria.size() == listedProperties);
+class Numberings;
 
-using Concern = std::uint32_t;  // a bit for each of these criteria that concerns an element
-using TargetRow = std::array<Number, targetCriteria.size()>;  // 0 for what does not concern it
+// By the criteria of which a file has one value for an element (targetCriteria).
+constexpr std::size_t targetProperties = 4;
+using Concern = std::uint32_t;                           // a bit for each that concerns an element
+using TargetRow = std::array<Number, targetProperties>;  // 0 for what does not concern it
 
 // So many elements, or offers of files, are looked at before any of them is looked up. The processor fetches meanwhile
 // what the look-ups need: of many elements it does not have all at hand.
@@ -52,10 +50,8 @@ struct Group {
 
 class ElementGroups {
 public:
-    explicit ElementGroups(std::span<const ZoNUpdateInventory::ZoSUpdateElement* const> elements);
-
-    // Of all that the elements have.
-    const Numberings& getNumberings() const { return numberings; }
+    // Keeps a reference to the numberings, and adds to them what the elements have.
+    ElementGroups(std::span<const ZoNUpdateInventory::ZoSUpdateElement* const> elements, Numberings& numberings);
 
     // All that there are.
     const std::vector<Concern>& getConcerns() const { return concerns; }
@@ -89,7 +85,7 @@ private:
     Position groupWith(Position target, const NumberRow& listed);
     Position addGroup(Position target, const NumberRow& listed);
 
-    Numberings numberings;
+    Numberings& numberings;
     std::vector<Concern> concerns;
     std::vector<Target> targets;
     ZoNUpdateBase::PositionIndex targetIndex;

@@ -20,9 +20,9 @@ namespace {
 
 class FirstFits {
 public:
-    explicit FirstFits(std::span<const ZoSUpdateElement* const> allElements) : elements(allElements)
+    explicit FirstFits(std::span<const ZoSUpdateElement* const> allElements) : elements(allElements, numberings)
     {
-        latestFileOfType.resize(elements.getNumberings().end(MatchCriterion::boardType));
+        latestFileOfType.resize(numberings.end(MatchCriterion::boardType));
     }
 
     // Files must be added in the archive's order.
@@ -60,10 +60,11 @@ private:
     void decide(ListSearch& search, std::span<const Position> targetGroups, std::span<const WaitingFile> files);
 
     const json pathOtherwise{targetPathOtherwise};
+    Numberings numberings;
     ElementGroups elements;
     std::vector<Target>& targets = elements.getTargets();
     std::vector<Group>& groups = elements.getGroups();
-    AcceptedNumbers accepted{elements.getNumberings()};
+    AcceptedNumbers accepted{numberings};
     std::vector<WaitingFile> waiting;
     std::vector<Offer> offers;                   // that have not been tried yet
     const ZoSUpdateFile* fileOfLists = nullptr;  // the lists are those of this file's board object; null: none yet
@@ -79,7 +80,7 @@ void FirstFits::add(const ZoSUpdateFile& file, std::uint32_t index)
     findBoard(file, [&](const json& board) {
         boardTypes.clear();
         anyBoardType(board, [&](const MatchValue& type) {
-            const auto number = elements.getNumberings().find(MatchCriterion::boardType, type);
+            const auto number = numberings.find(MatchCriterion::boardType, type);
             if (number && std::exchange(latestFileOfType[*number], index + 1) != index + 1) {
                 boardTypes.push_back(*number);
             }
@@ -247,7 +248,7 @@ void FirstFits::decideForWaitingFiles()
     }
     NumberRow ends{};
     std::transform(listedCriteria.begin(), listedCriteria.end(), ends.begin(),
-                   [&](std::size_t criterion) { return elements.getNumberings().end(criterion); });
+                   [&](std::size_t criterion) { return numberings.end(criterion); });
     ListSearch search(ends);
     std::stable_sort(waiting.begin(), waiting.end(),
                      [](const WaitingFile& a, const WaitingFile& b) { return a.target < b.target; });

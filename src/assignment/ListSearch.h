@@ -8,11 +8,13 @@
 #include <span>
 #include <vector>
 
+#include "base/NumberRow.h"
+
 namespace ZoNUpdateAssignment {
 
-// Numbers stand for the values of each property.
-constexpr std::size_t listedProperties = 4;
-using NumberRow = std::array<std::uint32_t, listedProperties>;
+using ZoNUpdateBase::listedProperties;
+using ZoNUpdateBase::NumberRow;
+
 using NumberLists = std::array<std::span<const std::uint32_t>, listedProperties>;  // ascending, each number once
 
 struct ListOffer {

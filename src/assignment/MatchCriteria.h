@@ -90,6 +90,10 @@ extern const std::array<MatchCriterion, MatchCriterion::count> matchCriteria;
 inline constexpr std::array listedCriteria{MatchCriterion::boardVariant, MatchCriterion::boardId,
                                            MatchCriterion::hwCompatibilityId, MatchCriterion::swCompatibilityId};
 
+// Those of which a file has one value for an element, the board type because it finds the board object.
+inline constexpr std::array targetCriteria{MatchCriterion::boardType, MatchCriterion::kind, MatchCriterion::id,
+                                           MatchCriterion::targetPath};
+
 // Where a file states no target path, it is for this one.
 inline constexpr const char* targetPathOtherwise = "";
 

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "base/MatchValue.h"
+#include "base/NumberRow.h"
 #include "base/PositionIndex.h"
 #include "libZoJsonLib/ZoNJson.h"
 
@@ -19,8 +20,7 @@ namespace ZoNUpdateAssignment {
 class Requirements;
 using ZoNUpdateBase::MatchValue;
 
-// What stands for a value that elements have for a criterion.
-using Number = std::uint32_t;
+using ZoNUpdateBase::Number;
 
 // The numbers of the values that elements have for one criterion.
 class Numbering {

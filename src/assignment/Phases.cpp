@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "assignment/ZoCUpdateAssignment.h"
+#include "base/Pointers.h"
 #include "base/PositionIndex.h"
 #include "updater/ZoCTrellanUpdater.h"
 
@@ -24,7 +25,7 @@ bool ZoCUpdateAssignment::lowerThen(SortElemType a, SortElemType b)
 
 void ZoCUpdateAssignment::computeUpdatePhase()
 {
-    computePhasesOf(ZoNUpdateAssignment::pointersTo(updateElements));
+    computePhasesOf(ZoNUpdateBase::pointersTo(updateElements));
 }
 
 void ZoCUpdateAssignment::computePhasesOf(const ElementPointers& elements)

@@ -1,5 +1,6 @@
 // Updates that are not required, and the notices about elements that will not be updated.
 #include "assignment/ZoCUpdateAssignment.h"
+#include "base/Pointers.h"
 #include "updater/ZoCTrellanUpdater.h"
 
 using ZoNUpdateArchive::UpdateMode;
@@ -33,7 +34,7 @@ UpdateNeed ZoCUpdateAssignment::needOf(const ZoSUpdateElement& element) const
 
 void ZoCUpdateAssignment::computeRedundantUpdates()
 {
-    computeRedundantUpdatesOf(ZoNUpdateAssignment::pointersTo(updateElements));
+    computeRedundantUpdatesOf(ZoNUpdateBase::pointersTo(updateElements));
 }
 
 void ZoCUpdateAssignment::computeRedundantUpdatesOf(const ElementPointers& elements)

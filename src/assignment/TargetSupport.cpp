@@ -1,11 +1,12 @@
 // Whether the archive supports the target.
 #include "assignment/ZoCUpdateAssignment.h"
+#include "base/Pointers.h"
 
 using ZoNUpdateInventory::ZoSUpdateElement;
 
 bool ZoCUpdateAssignment::computeTargetSupport()
 {
-    computeSupportOf(ZoNUpdateAssignment::pointersTo(updateElements));
+    computeSupportOf(ZoNUpdateBase::pointersTo(updateElements));
     return targetSupported;
 }
 

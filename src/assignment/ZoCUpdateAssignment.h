@@ -9,7 +9,6 @@
 
 #include "ZoITrellanUpdater.h"
 #include "archive/ZoCUpdateArchive.h"
-#include "assignment/ElementPointers.h"
 #include "inventory/ZoCUpdateInventory.h"
 
 class ZoCTrellanUpdater;
@@ -104,7 +103,7 @@ public:
     ZoCUpdateInventory& getInventory() const { return inventory; }
 
 private:
-    using ElementPointers = ZoNUpdateAssignment::ElementPointers;
+    using ElementPointers = std::vector<ZoNUpdateInventory::ZoSUpdateElement*>;
 
     // The steps of the computation, each for these elements, which are all that there are in the list.
     void assignFilesTo(const ElementPointers& elements);

@@ -152,7 +152,7 @@ ZoTDescription ZoCTrellanInspector::checkArchive(ZoTReadProgress progress, void*
             progress(context, read, all);
         }
     };
-    findings = FindingList();
+    findings = ZoNUpdateBase::FindingList();
     ZoCUpdateArchive archive(&updater, &updater.getOptions());
     Check check(archive, {});
     ArchiveSurvey survey(check);

@@ -31,7 +31,7 @@ std::string withoutHeading(std::string_view message)
 }
 
 Check::Check(const ZoCUpdateArchive& archive, Files files)
-    : archive(archive), files(std::move(files)), forms(std::make_shared<FindingForms>())
+    : archive(archive), files(std::move(files)), forms(std::make_shared<ZoNUpdateBase::FindingForms>())
 {
 }
 
@@ -87,10 +87,10 @@ void Check::add(Check other)
     std::move(other.runs.begin(), other.runs.end(), std::back_inserter(runs));
 }
 
-FindingList Check::takeFindings()
+ZoNUpdateBase::FindingList Check::takeFindings()
 {
     keepPresent();
-    return runs.size() == 1 ? std::move(runs.front()) : FindingList::merge(std::exchange(runs, {}));
+    return runs.size() == 1 ? std::move(runs.front()) : ZoNUpdateBase::FindingList::merge(std::exchange(runs, {}));
 }
 
 }  // namespace ZoNUpdateInspection

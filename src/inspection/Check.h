@@ -11,7 +11,7 @@
 
 #include "ZoITrellanInspector.h"
 #include "archive/ZoCUpdateArchive.h"
-#include "inspection/FindingList.h"
+#include "base/FindingList.h"
 
 namespace ZoNUpdateInspection {
 
@@ -59,15 +59,16 @@ public:
 
     // Gives the findings away, in the order of the description, those about one object in the order of reporting, and
     // those that are about nothing in the description at the end.
-    FindingList takeFindings();
+    ZoNUpdateBase::FindingList takeFindings();
 
 private:
     void keepPresent();
 
     const ZoCUpdateArchive& archive;
     Files files;
-    std::shared_ptr<FindingForms> forms;
-    std::vector<FindingList> runs;  // each in the order of the description, one behind the other in that of reporting
+    std::shared_ptr<ZoNUpdateBase::FindingForms> forms;
+    std::vector<ZoNUpdateBase::FindingList>
+        runs;  // each in the order of the description, one behind the other in that of reporting
     std::optional<ZoNTrellanInspector::ZoTFinding> present;
 };
 

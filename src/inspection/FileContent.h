@@ -1,15 +1,13 @@
 // What is told of an update file by looking at it, and by reading it once.
 #pragma once
 
-#include <sys/types.h>
-
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
-#include <utility>
 
 #include "archive/FileHeader.h"
+#include "base/FileIdentity.h"
 
 namespace ZoNUpdateInspection {
 
@@ -20,13 +18,10 @@ enum class FileProblem {
     empty
 };
 
-// What tells one file from another, by whatever path it is reached.
-using FileIdentity = std::pair<dev_t, ino64_t>;
-
 struct FileLook {
     FileProblem problem = FileProblem::none;
-    FileIdentity identity;   // that of no file where there is none
-    std::uint64_t size = 0;  // in bytes
+    ZoNUpdateBase::FileIdentity identity = {};  // that of no file where there is none
+    std::uint64_t size = 0;                     // in bytes
 };
 
 // Looks at the file at `path`, links followed, without opening it.

@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "inspection/Check.h"
+#include "inspection/FileContent.h"
 #include "inspection/Rules.h"
 
 namespace ZoNUpdateInspection {
@@ -59,7 +60,7 @@ std::vector<std::string> filesBelow(const std::string& folder)
 void KnownFiles::add(const std::string& path)
 {
     const FileLook look = lookAt(path);
-    if (look.identity != FileIdentity{}) {
+    if (look.identity != ZoNUpdateBase::FileIdentity{}) {
         identities.insert(look.identity);
     } else if (look.problem != FileProblem::missing) {
         paths.insert(path);
@@ -68,8 +69,8 @@ void KnownFiles::add(const std::string& path)
 
 bool KnownFiles::contains(const std::string& path) const
 {
-    const FileIdentity identity = lookAt(path).identity;
-    return identity == FileIdentity{} || identities.contains(identity) || paths.contains(path);
+    const ZoNUpdateBase::FileIdentity identity = lookAt(path).identity;
+    return identity == ZoNUpdateBase::FileIdentity{} || identities.contains(identity) || paths.contains(path);
 }
 
 void checkFolder(Check& check, const KnownFiles& known)

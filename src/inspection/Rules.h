@@ -9,11 +9,13 @@
 #include <vector>
 
 #include "archive/FileHeader.h"
-#include "inspection/FileContent.h"
+#include "base/FileIdentity.h"
 
 namespace ZoNUpdateInspection {
 
 class Check;
+struct FileContent;
+struct Wanted;
 
 // Is given how many bytes of how many have been read.
 using ReadProgress = std::function<void(std::uint64_t read, std::uint64_t all)>;
@@ -53,7 +55,7 @@ private:
 
     Check& check;
     const Depth depth;
-    std::map<FileIdentity, SharedFile> sharedFiles;
+    std::map<ZoNUpdateBase::FileIdentity, SharedFile> sharedFiles;
 };
 
 // An entry against the header of its file: file-version, compatibility.
@@ -86,7 +88,7 @@ public:
     bool contains(const std::string& path) const;
 
 private:
-    std::set<FileIdentity> identities;
+    std::set<ZoNUpdateBase::FileIdentity> identities;
     std::set<std::string> paths;  // of those that cannot be looked at
 };
 

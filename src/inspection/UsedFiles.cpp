@@ -35,7 +35,7 @@ Check::Files usedFiles(const ZoCTrellanUpdater& updater)
 
 void ZoCTrellanInspector::checkUsedFiles(ZoTReadProgress progress, void* context)
 {
-    findings = FindingList();
+    findings = ZoNUpdateBase::FindingList();
     Check check(updater.getArchive(), usedFiles(updater));
     checkNames(check);
     checkTargetPaths(check);

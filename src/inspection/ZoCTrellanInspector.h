@@ -7,7 +7,7 @@
 #include <memory>
 
 #include "ZoITrellanInspector.h"
-#include "inspection/FindingList.h"
+#include "base/FindingList.h"
 #include "updater/ZoCTrellanUpdater.h"
 
 namespace ZoNUpdateArchive {
@@ -89,7 +89,7 @@ private:
     ZoNTrellanInspector::ZoTFile file{};
     ZoNTrellanInspector::ZoTFileHeader fileHeader{};
     std::string member;
-    ZoNUpdateInspection::FindingList findings;
+    ZoNUpdateBase::FindingList findings;
     ZoNTrellanInspector::ZoTFinding finding{};
     std::vector<ZoNTrellanInspector::ZoTVerification> verifications;  // by the element's index
     std::unique_ptr<ZoNUpdateInspection::FileKeys> readKeys;

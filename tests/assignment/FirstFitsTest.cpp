@@ -1,6 +1,6 @@
 // The first files that fit elements, against trying each file with each element.
 #include "assignment/AssignmentFixture.h"
-#include "assignment/ElementPointers.h"
+#include "base/Pointers.h"
 #include "assignment/FirstFits.h"
 #include "assignment/RandomData.h"
 
@@ -8,7 +8,7 @@ namespace {
 
 using nlohmann::ordered_json;
 using ZoNUpdateAssignment::firstFits;
-using ZoNUpdateAssignment::pointersTo;
+using ZoNUpdateBase::pointersTo;
 using Fits = std::vector<std::optional<std::uint32_t>>;
 
 struct World {

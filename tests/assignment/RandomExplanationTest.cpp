@@ -6,7 +6,7 @@
 #include <tuple>
 
 #include "assignment/AssignmentFixture.h"
-#include "assignment/ElementPointers.h"
+#include "base/Pointers.h"
 #include "assignment/FirstFits.h"
 #include "assignment/RandomData.h"
 #include "inspection/Explanation.h"
@@ -16,7 +16,7 @@ using ZoNUpdateAssignment::firstFits;
 using ZoNUpdateAssignment::isMet;
 using ZoNUpdateAssignment::matchCriteria;
 using ZoNUpdateAssignment::MatchCriterion;
-using ZoNUpdateAssignment::pointersTo;
+using ZoNUpdateBase::pointersTo;
 using ZoNUpdateAssignment::Requirements;
 using ZoNUpdateInspection::Comparison;
 using ZoNUpdateInspection::Explanation;

@@ -217,7 +217,7 @@ TEST(RandomCollisions, AreFoundExactlyWhereTryingEveryBoardFindsThem)
     Check all(read.archive(), read.all());
     checkPathCollisions(all);
     std::map<std::int32_t, std::int32_t> found;
-    const ZoNUpdateInspection::FindingList findings = all.takeFindings();
+    const ZoNUpdateBase::FindingList findings = all.takeFindings();
     ZoNTrellanInspector::ZoTFinding finding;
     for (std::size_t i = 0; i < findings.size(); ++i) {
         findings.get(i, finding);

@@ -210,7 +210,7 @@ private:
                 [this]() noexcept {
                     // Nothing is locked yet, and who waits for a lock cannot be called back.
                     writeRaw(STDERR_FILENO, lockTimeoutWords.errors);
-                    writeRaw(STDOUT_FILENO, lockTimeoutWords.output);
+                    writeLastOutput(lockTimeoutWords.output);
                     log.result(STALLED, lockTimeoutOutcomes);
                     writeFaultOfLog();
                     ::_exit(STALLED);

@@ -31,7 +31,7 @@ const Prepared* known = nullptr;  // by number; what a handler must not initiali
 void end(int signal)
 {
     writeRaw(STDERR_FILENO, known[signal].words.errors);
-    writeRaw(STDOUT_FILENO, known[signal].words.output);
+    writeLastOutput(known[signal].words.output);
     ::_exit(statusOfSignals + signal);
 }
 

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <initializer_list>
 
 namespace TrellanTool {
 
@@ -29,6 +30,16 @@ bool writeRaw(int descriptor, std::string_view text) noexcept
         }
     }
     return true;
+}
+
+void writeLastOutput(std::string_view text) noexcept
+{
+    if (!writeRaw(STDOUT_FILENO, text)) {
+        for (const std::string_view words :
+             {std::string_view("trellan-update: "), outputLost, std::string_view("\n")}) {
+            writeRaw(STDERR_FILENO, words);
+        }
+    }
 }
 
 }  // namespace TrellanTool

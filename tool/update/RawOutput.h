@@ -9,4 +9,10 @@ namespace TrellanTool {
 // terminal or a reader that is gone, a full medium. May be called in a signal's handler.
 bool writeRaw(int descriptor, std::string_view text) noexcept;
 
+// What is said where the command's result gets lost.
+inline constexpr std::string_view outputLost = "standard output cannot be written";
+
+// Writes the text to standard output, or says that it cannot be. May be called in a signal's handler.
+void writeLastOutput(std::string_view text) noexcept;
+
 }  // namespace TrellanTool

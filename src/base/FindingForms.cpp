@@ -1,13 +1,12 @@
 // A form is the finding's text with a mark in place of each number. A finding whose text is no other's is kept whole.
-#include "inspection/FindingForms.h"
+#include "base/FindingForms.h"
 
 #include <algorithm>
 #include <charconv>
 
 using namespace ZoNTrellanInspector;
-using namespace ZoNUpdateBase;
 
-namespace ZoNUpdateInspection {
+namespace ZoNUpdateBase {
 namespace {
 
 constexpr std::size_t noForm = 0;
@@ -156,4 +155,4 @@ void FindingForms::skip(PackedReader& bytes) const
     }
 }
 
-}  // namespace ZoNUpdateInspection
+}  // namespace ZoNUpdateBase

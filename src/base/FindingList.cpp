@@ -1,11 +1,10 @@
-#include "inspection/FindingList.h"
+#include "base/FindingList.h"
 
 #include <queue>
 
 using namespace ZoNTrellanInspector;
-using namespace ZoNUpdateBase;
 
-namespace ZoNUpdateInspection {
+namespace ZoNUpdateBase {
 namespace {
 
 constexpr std::size_t blockSize = 64;  // findings: as many are read at most to come to one
@@ -218,4 +217,4 @@ FindingList FindingList::merge(const std::vector<FindingList>& lists)
     return merged;
 }
 
-}  // namespace ZoNUpdateInspection
+}  // namespace ZoNUpdateBase

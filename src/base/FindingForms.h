@@ -11,7 +11,7 @@
 #include "ZoITrellanInspector.h"
 #include "base/PackedBytes.h"
 
-namespace ZoNUpdateInspection {
+namespace ZoNUpdateBase {
 
 class FindingForms {
 public:
@@ -19,10 +19,10 @@ public:
     void add(std::string& bytes, const ZoNTrellanInspector::ZoTFinding& finding);
 
     // Takes them off `bytes` into `finding`, which has its entry and its board.
-    void take(ZoNUpdateBase::PackedReader& bytes, ZoNTrellanInspector::ZoTFinding& finding) const;
+    void take(PackedReader& bytes, ZoNTrellanInspector::ZoTFinding& finding) const;
 
     // Takes them off for nothing.
-    void skip(ZoNUpdateBase::PackedReader& bytes) const;
+    void skip(PackedReader& bytes) const;
 
 private:
     struct Form {
@@ -39,4 +39,4 @@ private:
     std::vector<std::uint64_t> numbers;  // in it
 };
 
-}  // namespace ZoNUpdateInspection
+}  // namespace ZoNUpdateBase

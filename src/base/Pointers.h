@@ -4,11 +4,7 @@
 
 #include <vector>
 
-#include "inventory/ZoSUpdateElement.h"
-
-namespace ZoNUpdateAssignment {
-
-using ElementPointers = std::vector<ZoNUpdateInventory::ZoSUpdateElement*>;
+namespace ZoNUpdateBase {
 
 // In the order of the list. Good as long as no element is taken out of it.
 template <class List>
@@ -22,4 +18,4 @@ auto pointersTo(List& list)
     return pointers;
 }
 
-}  // namespace ZoNUpdateAssignment
+}  // namespace ZoNUpdateBase

@@ -4,13 +4,13 @@
 #include <random>
 
 #include "allocations/Allocations.h"
-#include "inspection/FindingList.h"
+#include "base/FindingList.h"
 
 using ZoNTrellanInspector::ZoTFinding;
 using ZoNTrellanInspector::ZoTKeys;
 using ZoNTrellanInspector::ZoTSeverity;
-using ZoNUpdateInspection::FindingForms;
-using ZoNUpdateInspection::FindingList;
+using ZoNUpdateBase::FindingForms;
+using ZoNUpdateBase::FindingList;
 
 namespace {
 

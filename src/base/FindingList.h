@@ -12,10 +12,10 @@
 #include <vector>
 
 #include "ZoITrellanInspector.h"
+#include "base/FindingForms.h"
 #include "base/PackedBytes.h"
-#include "inspection/FindingForms.h"
 
-namespace ZoNUpdateInspection {
+namespace ZoNUpdateBase {
 
 class FindingList {
 public:
@@ -53,7 +53,7 @@ private:
 
     struct Reader {
         std::size_t next = 0;  // position
-        ZoNUpdateBase::PackedReader block;
+        PackedReader block;
         Subject subject;
         std::string_view name;
         bool hasMore = false;  // than most findings
@@ -74,4 +74,4 @@ private:
     mutable Reader reader;
 };
 
-}  // namespace ZoNUpdateInspection
+}  // namespace ZoNUpdateBase
