@@ -1,8 +1,8 @@
 // The first files that fit elements, against trying each file with each element.
 #include "assignment/AssignmentFixture.h"
-#include "base/Pointers.h"
 #include "assignment/FirstFits.h"
 #include "assignment/RandomData.h"
+#include "base/Pointers.h"
 
 namespace {
 
