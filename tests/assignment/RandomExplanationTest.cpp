@@ -6,9 +6,9 @@
 #include <tuple>
 
 #include "assignment/AssignmentFixture.h"
-#include "base/Pointers.h"
 #include "assignment/FirstFits.h"
 #include "assignment/RandomData.h"
+#include "base/Pointers.h"
 #include "inspection/Explanation.h"
 
 using ZoNJson::json;
@@ -16,8 +16,8 @@ using ZoNUpdateAssignment::firstFits;
 using ZoNUpdateAssignment::isMet;
 using ZoNUpdateAssignment::matchCriteria;
 using ZoNUpdateAssignment::MatchCriterion;
-using ZoNUpdateBase::pointersTo;
 using ZoNUpdateAssignment::Requirements;
+using ZoNUpdateBase::pointersTo;
 using ZoNUpdateInspection::Comparison;
 using ZoNUpdateInspection::Explanation;
 
