@@ -69,4 +69,5 @@ TEST_F(ExplainedElements, AreHeldAgainstAllEntriesOnceForEachSetOfKeys)
     EXPECT_EQ(inspector->getUnmet(0, 0).actual, "\"FOREIGN6\"");
     EXPECT_EQ(inspector->getUnmet(0, 1).criterion, "boardId");
     EXPECT_EQ(inspector->getUnmet(0, 2).actual, "2");
+    EXPECT_THROW(inspector->getUnmet(0, 3), std::out_of_range);
 }

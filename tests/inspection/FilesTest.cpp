@@ -19,7 +19,12 @@ TEST_F(Files, StandInTheOrderOfTheHostsListAndKnowTheirPlaceInTheDescription)
     EXPECT_EQ(inspector->getFile(0).entry, 1u);
     EXPECT_EQ(inspector->getFile(1).name, "three.bin");
     EXPECT_EQ(inspector->getFile(1).entry, 3u);
-    EXPECT_THROW(inspector->getFile(2), std::out_of_range);
+    try {
+        inspector->getFile(2);
+        FAIL() << "there are two";
+    } catch (const std::out_of_range& fault) {
+        EXPECT_STREQ(fault.what(), "ZoITrellanInspector: there is no such file");
+    }
 }
 
 TEST_F(Files, TellWhatTheirEntriesState)

@@ -186,6 +186,21 @@ TEST_F(SharedTemporary, IsNotTakenFromALinkOnTheWayToTheFileOfAnElement)
     EXPECT_EQ(readText(drive() / "a.tmp/b"), "of an element");
 }
 
+TEST_F(SharedTemporary, IsNotTakenFromALinkOnTheWayThatAnotherPathLeadsTo)
+{
+    prepareFiles("real/a.tmp/b", "alias/a");
+    put(drive() / "d/b", "of an element");
+    std::filesystem::create_directory(drive() / "real");
+    std::filesystem::create_symlink("../d", drive() / "real/a.tmp");
+    std::filesystem::create_symlink("real", drive() / "alias");
+    element(0).disabled = true;
+
+    EXPECT_FALSE(update());
+
+    EXPECT_EQ(element(1).writeError, "ERROR: Cannot write /mnt/cn/cfdrive/alias/a.tmp. Error code: 17\n");
+    EXPECT_EQ(readText(drive() / "real/a.tmp/b"), "of an element");
+}
+
 TEST_F(SharedTemporary, IsNotMadeForALinkOnTheWayToTheFileOfAnElement)
 {
     prepareFiles("link/b", "link");

@@ -130,10 +130,11 @@ TEST(Completion, LeavesOutNamesThatNobodyCanType)
 
 TEST(Completion, LeavesOutNamesThatATerminalWouldObeyOrTurnAround)
 {
-    const SimulatedTarget device(targetWith({"a\u0080", "b\u009b2J", "c\u009f", "d\u00a0", "e\u061c", "f\u200e",
-                                             "g\u2028", "h\u202ecod.exe", "i\u2066", "j\u2069", "k\u206a"}));
+    const SimulatedTarget device(
+        targetWith({"a\u0080", "b\u009b2J", "c\u009f", "d\u00a0", "e\u061c", "f\u200e", "g\u2028", "h\u202ecod.exe",
+                    "i\u2066", "j\u2069", "k\u206a", "l\u2027", "m\u202f"}));
     EXPECT_EQ(completedOn(device, {"--board-types", "CN 24 V", "--element-names", ""}),
-              "list\nd\u00a0\td\u00a0\nk\u206a\tk\u206a\n");
+              "list\nd\u00a0\td\u00a0\nk\u206a\tk\u206a\nl\u2027\tl\u2027\nm\u202f\tm\u202f\n");
 }
 
 TEST(Completion, LeavesOutValuesThatWouldBeTakenForAnOption)

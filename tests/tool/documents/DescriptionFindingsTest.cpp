@@ -305,6 +305,28 @@ TEST_F(DescriptionFindings, TellMembersThatTheFormatDoesNotHaveAndTheNearest)
             R"({"rule":"unknown-key","severity":"warning","file":0,"board":0,"pointer":"/files/0/boards/0/boardtype","line":6,"column":54,"message":"the format has no \"boardtype\" here; the nearest is \"boardType\""})"));
 }
 
+TEST_F(DescriptionFindings, NameNoEntryThatHasNoName)
+{
+    describe(R"({
+  "info": {"formatVersion": "1.0", "archiveVersion": "2.0", "productName": "P", "archiveName": "N"},
+  "files": [
+    {"featureLevel": 9},
+    {"odd": 1},
+    {"name": "a.bin", "odd": 1},
+    {"odd": 1}
+  ]
+})");
+    std::vector<std::string> odd;
+    for (const std::string& line : lines()) {
+        if (line.ends_with("[unknown-key]")) {
+            odd.push_back(line.substr(0, line.find(" the format")));
+        }
+    }
+    EXPECT_THAT(odd,
+                ElementsAre("archive.json:5:6: warning: files[1]:", "archive.json:6:23: warning: files[2] \"a.bin\":",
+                            "archive.json:7:6: warning: files[3]:"));
+}
+
 TEST_F(DescriptionFindings, AreNoneOfEveryMemberThatTheFormatHas)
 {
     addFile("a.bin", "123456789");
