@@ -1,5 +1,6 @@
 // Reading of the archive description file by those who want to know all that is wrong with it.
 #include <optional>
+#include <utility>
 
 #include "archive/DescriptionRules.h"
 #include "archive/ObjectMembers.h"

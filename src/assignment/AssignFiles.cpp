@@ -52,7 +52,7 @@ ZoCUpdateAssignment::ZoCUpdateAssignment(const ZoCTrellanUpdater& updater, const
 
 void ZoCUpdateAssignment::makeAssignment()
 {
-    ElementPointers elements = ZoNUpdateBase::pointersTo(updateElements);
+    ElementPointers elements = pointersTo(updateElements);
     assignFilesTo(elements);
     addFileSystemElements(elements);
     computeRedundantUpdatesOf(elements);
@@ -82,7 +82,7 @@ ZoSUpdateFile* ZoCUpdateAssignment::fileOf(const ZoSUpdateElement& element) cons
 
 void ZoCUpdateAssignment::assignUpdateFiles()
 {
-    ElementPointers elements = ZoNUpdateBase::pointersTo(updateElements);
+    ElementPointers elements = pointersTo(updateElements);
     assignFilesTo(elements);
     addFileSystemElements(elements);
 }

@@ -25,7 +25,7 @@ bool ZoCUpdateAssignment::lowerThen(SortElemType a, SortElemType b)
 
 void ZoCUpdateAssignment::computeUpdatePhase()
 {
-    computePhasesOf(ZoNUpdateBase::pointersTo(updateElements));
+    computePhasesOf(pointersTo(updateElements));
 }
 
 void ZoCUpdateAssignment::computePhasesOf(const ElementPointers& elements)

@@ -67,9 +67,9 @@ private:
     const ZoCUpdateArchive& archive;
     Files files;
     std::shared_ptr<ZoNUpdateBase::FindingForms> forms;
-    std::vector<ZoNUpdateBase::FindingList>
-        runs;  // each in the order of the description, one behind the other in that of reporting
-    std::optional<ZoNTrellanInspector::ZoTFinding> present;
+    // Each in the order of the description, one behind the other in that of reporting.
+    std::vector<ZoNUpdateBase::FindingList> runs;
+    std::optional<ZoNTrellanInspector::ZoTFinding> present;  // the last one, which may still be completed
 };
 
 }  // namespace ZoNUpdateInspection
