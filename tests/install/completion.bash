@@ -126,7 +126,7 @@ types 'scan --target target.json --element-names "CnIpl<TAB>'"$quote2" '[scan][-
 types "scan --target target.json --element-names 'CnIpl<TAB>$quote1" '[scan][--target][target.json][--element-names][CnIpl!x*?]'
 types 'scan --target target.json --element-names CnIpl<TAB>' '[scan][--target][target.json][--element-names][CnIpl!x*?]'
 # The shell that is typed into expands the tilde.
-# shellcheck disable=SC2088
+# shellcheck disable=SC2088 # the tilde stays as it is typed
 for tool in '~/tools/trellan-update' '../bin/trellan-update' '~/my\ tools/trellan-update'; do
     types 'compare archive --verb<TAB>' '[compare][archive][--verbose]' "$tool"
 done

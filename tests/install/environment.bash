@@ -2,7 +2,7 @@
 # they cannot be run, and say why in their last line.
 # shellcheck shell=bash
 set -euo pipefail
-# shellcheck disable=SC2034
+# shellcheck disable=SC2034 # source and build are read where this is sourced
 source=$1 build=$2
 work=$(mktemp -d /tmp/trellan-install-XXXXXX)
 trap 'rm -rf "$work"' EXIT

@@ -9,15 +9,15 @@ export LC_ALL=C
 mount -t tmpfs -o mode=755,size=600m none "$root"
 
 # What the packages need of the system is what they say.
-# shellcheck disable=SC2016
+# shellcheck disable=SC2016 # ${...} is for dpkg-query
 essential=$(dpkg-query -W -f '${Essential} ${Package}\n' | sed -n 's/^yes //p')
 needed=$(for package in "$packages"/*.deb; do dpkg-deb -f "$package" Depends; done |
     tr ',' '\n' | sed 's/^ *//; s/ .*//' | sort -u | grep -v trellan)
-# shellcheck disable=SC2086
+# shellcheck disable=SC2086 # a word for each package
 named=$(apt-cache --installed --recurse --no-recommends --no-suggests --no-conflicts --no-breaks --no-replaces \
     --no-enhances depends $essential $needed | grep '^[a-z0-9]' | sort -u)
 # Of alternatives only what is installed here.
-# shellcheck disable=SC2016,SC2086
+# shellcheck disable=SC2016,SC2086 # ${...} is for dpkg-query; $named: a word for each package
 installed=$({ dpkg-query -W -f '${db:Status-Status} ${Package}\n' $named 2>/dev/null || true; } |
     sed -n 's/^installed //p' | sort -u)
 
@@ -25,7 +25,7 @@ mkdir -p "$root"/{dev,proc,root,tmp,etc,mnt,usr/{bin,sbin,lib,lib64}} "$root"/va
 for folder in bin sbin lib lib64; do
     ln -s "usr/$folder" "$root/$folder"
 done
-# shellcheck disable=SC2086
+# shellcheck disable=SC2086 # $installed: a word for each package
 dpkg -L $installed | grep '^/' | grep -vE '^/usr/share/(doc|man|info|locale|lintian)/' |
     sed -E 's#^/(bin|sbin|lib|lib64)/#/usr/\1/#; s#^/##' | grep -vxE '|\.|bin|sbin|lib|lib64' | sort -u |
     (cd / && while IFS= read -r file; do [ ! -e "$file" ] && [ ! -L "$file" ] || printf '%s\0' "$file"; done) |
@@ -33,7 +33,7 @@ dpkg -L $installed | grep '^/' | grep -vE '^/usr/share/(doc|man|info|locale|lint
 for package in $installed; do
     cp /var/lib/dpkg/info/"$package".* /var/lib/dpkg/info/"$package":*.* "$root/var/lib/dpkg/info" 2>/dev/null || true
 done
-# shellcheck disable=SC2086
+# shellcheck disable=SC2086 # $installed: a word for each package
 dpkg -s $installed >"$root/var/lib/dpkg/status"
 cp /var/lib/dpkg/triggers/ldconfig "$root/var/lib/dpkg/triggers"
 : >"$root/var/lib/dpkg/available"

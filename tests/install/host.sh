@@ -112,7 +112,7 @@ pkg_config() {
 pkg_config --exists 'ZoTrellanUpdateLib >= 1.0 ZoTrellanUpdateLib < 2' || fail "pkg-config does not find version 1"
 awk '/^```/ { shown = 0 } shown { print } /^```cpp$/ { shown = ++number == 1 }' \
     "$prefix/share/doc/trellan-update/docs/host.md" >program.cpp
-# shellcheck disable=SC2046
+# shellcheck disable=SC2046 # what pkg-config prints is a word for each option
 c++ -std=c++11 -include old-strings.h program.cpp -o program $(pkg_config --cflags --libs ZoTrellanUpdateLib)
 expect "the program built with pkg-config" $'phase 0\nphase 1\nphase 2\nphase -1\ndone' \
     "$(run_host ./program "$work/example/archive")"

@@ -44,7 +44,7 @@ while IFS= read -r row; do
     rows=$((rows + 1))
     tests=${row%|*}
     tests=${tests##*|}
-    # shellcheck disable=SC2016
+    # shellcheck disable=SC2016 # backticks are what is looked for
     names=$(grep -oE '`[^`]*`' <<<"$tests" | tr -d '`')
     [ -n "$names" ] || complain "no test is named in: $row"
     while IFS= read -r name; do

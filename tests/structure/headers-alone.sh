@@ -16,7 +16,7 @@ check() {
         simulation/*) includes="-Iplatform -I." ;;
         tool/*) includes="-Iinclude -I." ;;
     esac
-    # shellcheck disable=SC2086
+    # shellcheck disable=SC2086 # $includes: a word for each option
     if ! printf '#include "%s"\n#include "%s"\n' "$PWD/$1" "$PWD/$1" |
         "$compiler" -std=c++20 -Wall -Wextra -Wpedantic -Werror -fsyntax-only $includes -x c++ -; then
         echo "$1 does not compile by itself"
@@ -27,6 +27,6 @@ export -f check
 
 headers=$(find include platform src json simulation tool -name '*.h' -o -name '*.hpp' | sort)
 [ -n "$headers" ] || { echo "no headers in $root"; exit 1; }
-# shellcheck disable=SC2016
+# shellcheck disable=SC2016 # $0 is of the shell that xargs starts
 xargs -n 1 -P "$jobs" bash -c 'check "$0"' <<<"$headers" || exit 1
 echo "$(wc -w <<<"$headers") headers compile by themselves"

@@ -15,7 +15,7 @@ for other in "$compiler" g++ clang++; do
     tried="$tried $program"
     for source in "$include"/*.h "$include"/*.hpp "$include"/../examples/host/main.cpp; do
         for standard in 11 20; do
-            # shellcheck disable=SC2086
+            # shellcheck disable=SC2086 # $flags: a word for each option
             "$other" $flags -std=c++$standard -I"$include" -Wshadow -Wconversion -Wsign-conversion \
                 -Wold-style-cast -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual -Wnull-dereference "$source" ||
                 { echo "$source does not compile as C++$standard with $other"; exit 1; }
@@ -23,7 +23,7 @@ for other in "$compiler" g++ clang++; do
     done
 done
 
-# shellcheck disable=SC2086
+# shellcheck disable=SC2086 # $flags: a word for each option
 "$compiler" $flags -I"$include" - <<'HOST' || { echo "a host that includes the headers does not compile"; exit 1; }
 #include "ZoITrellanInspector.h"
 #include "ZoITrellanInspector.h"
@@ -86,7 +86,7 @@ HOST
 # refused NAME EXPECTED: the host in standard input, which has NAME, is refused with EXPECTED in the error.
 refused() {
     local refusal
-    # shellcheck disable=SC2086
+    # shellcheck disable=SC2086 # $flags: a word for each option
     if refusal=$(LC_ALL=C "$compiler" $flags -I"$include" - 2>&1); then
         echo "a host that has $1 compiles"
         exit 1
