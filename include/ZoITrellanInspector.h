@@ -354,6 +354,13 @@ public:
     // The errors that the last readTarget() has met with.
     virtual unsigned getTargetErrorCount() = 0;
     virtual const ZoNTrellanInspector::ZoTError& getTargetError(unsigned position) = 0;
+
+    // The errors of the master error list that are of no element's update, such as that the target could not be locked
+    // or its state not be saved: what stood there when the last run() of an update had unlocked the target; before one,
+    // and while it is at work, what stands there. run() returns 0 for these too, those of earlier updaters included.
+    // They are those of the run as long as nobody takes errors off that list.
+    virtual unsigned getGeneralErrorCount() = 0;
+    virtual const ZoNTrellanInspector::ZoTError& getGeneralError(unsigned position) = 0;
 };
 
 #endif

@@ -71,6 +71,8 @@ public:
     unsigned readTarget() override;
     unsigned getTargetErrorCount() override;
     const ZoNTrellanInspector::ZoTError& getTargetError(unsigned position) override;
+    unsigned getGeneralErrorCount() override;
+    const ZoNTrellanInspector::ZoTError& getGeneralError(unsigned position) override;
 
 private:
     void beginExplanation();
@@ -104,4 +106,5 @@ private:
     ZoNTrellanInspector::ZoTOmission omission{};
     std::vector<ZoNTrellanInspector::ZoTError> targetErrors;
     ZoNTrellanInspector::ZoTError targetError{};
+    ZoNTrellanInspector::ZoTError generalError{};
 };

@@ -16,6 +16,22 @@ namespace {
 constexpr int updateLock = 0x10003;           // what the inventory manager is asked to lock
 constexpr unsigned endOfPhases = 0xFFFFFFFF;  // reported in place of a phase
 
+// Notes at the end of its scope, however that is left, how many errors there are by then.
+class ErrorCounter {
+public:
+    ErrorCounter(const ZoCErrorListPool& errors, std::optional<unsigned>& noted) : errors(errors), noted(noted)
+    {
+        noted.reset();
+    }
+    ~ErrorCounter() { noted = errors.getErrorCount(); }
+    ErrorCounter(const ErrorCounter&) = delete;
+    ErrorCounter& operator=(const ErrorCounter&) = delete;
+
+private:
+    const ZoCErrorListPool& errors;
+    std::optional<unsigned>& noted;
+};
+
 // Unlocks the target by `unlocking`, at the latest at the end of its scope: whether memory is short or the platform or
 // a host's callback throws, the target must not stay locked.
 template <class Unlocking>
@@ -63,15 +79,23 @@ ZoCUpdateOperation::ZoCUpdateOperation(const ZoCTrellanUpdater* updater, const Z
 bool ZoCUpdateOperation::update(ZoCErrorListPool& errors)
 {
     setUpdateStates();
+    const std::optional<bool> filesMissing = updateLocked(errors);
+    return filesMissing && printUpdateResults(errors, *filesMissing);
+}
+
+// True when an update file was missing, nothing when the target could not be locked.
+std::optional<bool> ZoCUpdateOperation::updateLocked(ZoCErrorListPool& errors)
+{
+    const ErrorCounter counter(errors, errorCountAtUnlock);
     if (!lockInventory(errors)) {
-        return false;
+        return std::nullopt;
     }
     Unlocker unlocker([&] { unlockInventory(errors); });
     assignment->printUnsupportedUpdateElements();
     assignment->printNotRequiredUpdates();
     const bool filesMissing = updatePhases();
     unlocker.unlock();
-    return printUpdateResults(errors, filesMissing);
+    return filesMissing;
 }
 
 void ZoCUpdateOperation::setUpdateStates()

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,10 @@ public:
     // Updates the target. True only for a complete success; otherwise what failed has been printed (a failed lock only
     // with `verbose`), and the errors are in `errors`. Not to be called while it runs: the updater sees to that.
     bool update(ZoCErrorListPool& errors);
+
+    // How many errors that list held when the last update had unlocked the target, or could not lock it: what is behind
+    // them is of elements. Nothing before the first update, and while it runs.
+    std::optional<unsigned> getErrorCountAtUnlock() const { return errorCountAtUnlock; }
 
     // Lock and unlock the target. False when errors were added; printed only with `verbose`. Unlocking tells the CN and
     // the HCN first that no more updates will come; the target is unlocked also when that throws, and when locking it
@@ -70,6 +75,7 @@ private:
     void setUpdateStates();
     void finishUpdates(ZoCErrorListPool& errors);
     bool unlock(ZoCErrorListPool& errors);
+    std::optional<bool> updateLocked(ZoCErrorListPool& errors);
     bool updatePhases();
     bool updatePhase(unsigned phase, PendingElements& pending, DriveFiles& driveFiles);
     void startFileSystemUpdate(ZoNUpdateInventory::ZoSUpdateElement& element, DriveFiles& driveFiles);
@@ -92,4 +98,5 @@ private:
     ZoCUpdateAssignment* assignment;
     ZoCUpdateInventory::ElementList& elements;  // the inventory's
     std::uint32_t lockHandle = 0;               // 0: not locked
+    std::optional<unsigned> errorCountAtUnlock;
 };

@@ -48,6 +48,8 @@ TEST(InspectorLayout, KeepsTheOperationsInTheirSlots)
     EXPECT_EQ(slotOf(&ZoITrellanInspector::readTarget), 37);
     EXPECT_EQ(slotOf(&ZoITrellanInspector::getTargetErrorCount), 38);
     EXPECT_EQ(slotOf(&ZoITrellanInspector::getTargetError), 39);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::getGeneralErrorCount), 40);
+    EXPECT_EQ(slotOf(&ZoITrellanInspector::getGeneralError), 41);
 }
 
 TEST(InspectorLayout, KeepsTheMembersOfAnElement)

@@ -114,6 +114,8 @@ public:
     unsigned readTarget() override { return 0; }
     unsigned getTargetErrorCount() override { return 0; }
     const ZoTError& getTargetError(unsigned) override { throw std::out_of_range("error"); }
+    unsigned getGeneralErrorCount() override { return 0; }
+    const ZoTError& getGeneralError(unsigned) override { throw std::out_of_range("error"); }
 };
 
 constexpr unsigned crc32OfDigits = 0xCBF43926;

@@ -187,7 +187,7 @@ private:
         TextStream document;
         if (arguments.json) {
             writeUpdateDocument(document, session.updater(), session.inspector(),
-                                {preparation.findings(), &error, true, verified()});
+                                {preparation.findings(), &error, true, verified(), nullptr});
         }
         lockTimeoutWords = lastWords(error.message, document.str());
         lockTimeoutOutcomes = outcomesOf(elements, session.inspector());
@@ -304,7 +304,8 @@ private:
         }
         const bool isError = isGivenUp || (status != SUCCESS && status != FAILURE);
         writeUpdateDocument(streams.out, session.updater(), session.inspector(),
-                            {preparation.findings(), isError ? &error : nullptr, isGivenUp, verified()});
+                            {preparation.findings(), isError ? &error : nullptr, isGivenUp, verified(),
+                             verification ? &verification->errors : nullptr});
     }
 
     const std::vector<std::optional<bool>>* verified() const

@@ -26,17 +26,21 @@ ordered_json elementErrors(ZoITrellanInspector& inspector, unsigned index)
 {
     ordered_json errors = ordered_json::array();
     for (unsigned i = 0; i < inspector.getElementErrorCount(index); ++i) {
-        const ZoNTrellanInspector::ZoTError& error = inspector.getElementError(index, i);
-        errors.push_back({{"code", error.hasCode ? ordered_json(error.code) : ordered_json()},
-                          {"text", error.text},
-                          {"originNode", error.originNode},
-                          {"time", error.time},
-                          {"mainModule", error.mainModule},
-                          {"subModule", error.subModule},
-                          {"function", error.function},
-                          {"line", error.line}});
+        errors.push_back(errorRecord(inspector.getElementError(index, i)));
     }
     return errors;
+}
+
+ordered_json errorRecord(const ZoNTrellanInspector::ZoTError& error)
+{
+    return {{"code", error.hasCode ? ordered_json(error.code) : ordered_json()},
+            {"text", error.text},
+            {"originNode", error.originNode},
+            {"time", error.time},
+            {"mainModule", error.mainModule},
+            {"subModule", error.subModule},
+            {"function", error.function},
+            {"line", error.line}};
 }
 
 }  // namespace TrellanTool

@@ -21,4 +21,7 @@ const char* stateName(ZoNTrellanInspector::ZoTState state);
 // library itself), "text", "originNode", "time", "mainModule", "subModule", "function" and "line".
 TrellanJson::ordered_json elementErrors(ZoITrellanInspector& inspector, unsigned index);
 
+// One such error.
+TrellanJson::ordered_json errorRecord(const ZoNTrellanInspector::ZoTError& error);
+
 }  // namespace TrellanTool

@@ -2,6 +2,7 @@
 
 #include "json/IsText.h"
 #include "json/Json.h"
+#include "tool/documents/ElementOutcome.h"
 #include "tool/documents/ElementRecords.h"
 
 namespace TrellanTool {
@@ -24,6 +25,16 @@ ordered_json updatedElement(const ElementRecords& records, unsigned index, const
     return element;
 }
 
+// Those that are of no element.
+void writeErrors(DocumentWriter& writer, ZoITrellanInspector& inspector, const UpdateKnowledge& known)
+{
+    const unsigned general = inspector.getGeneralErrorCount();
+    const std::size_t ofScan = known.scanErrors != nullptr ? known.scanErrors->size() : 0;
+    writer.list("errors", general + static_cast<unsigned>(ofScan), [&](unsigned i) {
+        return i < general ? errorRecord(inspector.getGeneralError(i)) : (*known.scanErrors)[i - general];
+    });
+}
+
 }  // namespace
 
 void writeUpdateDocument(std::ostream& out, ZoITrellanUpdater& updater, ZoITrellanInspector& inspector,
@@ -33,6 +44,7 @@ void writeUpdateDocument(std::ostream& out, ZoITrellanUpdater& updater, ZoITrell
     writer.error(known.error);
     writer.list("findings", static_cast<unsigned>(known.findings.size()),
                 [&](unsigned i) { return findingRecord(known.findings[i]); });
+    writeErrors(writer, inspector, known);
     const ElementRecords records(updater, inspector, true);
     writer.list("elements", records.count(), [&](unsigned i) { return updatedElement(records, i, known); });
     writer.end();

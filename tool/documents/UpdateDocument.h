@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ZoITrellanInspector.h"
+#include "json/Json.h"
 #include "tool/documents/DocumentWriter.h"
 #include "tool/documents/Findings.h"
 
@@ -22,9 +23,11 @@ struct UpdateKnowledge {
     // For each element whether a later scan shows its file's content, nothing where that cannot be told; null: nobody
     // has asked for such a scan.
     const std::vector<std::optional<bool>>* verified = nullptr;
+    // Errors of that scan, as errorRecord() tells them; null: there are none.
+    const std::vector<TrellanJson::ordered_json>* scanErrors = nullptr;
 };
 
-// Writes what became of the elements.
+// Writes what became of the elements, and the errors that are of none.
 void writeUpdateDocument(std::ostream& out, ZoITrellanUpdater& updater, ZoITrellanInspector& inspector,
                          const UpdateKnowledge& known);
 

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "tool/Streams.h"
+#include "tool/documents/ElementOutcome.h"
 #include "tool/documents/ElementRecords.h"
 
 namespace TrellanTool {
@@ -14,15 +15,43 @@ using ZoNTrellanInspector::ZoTState;
 using ZoNTrellanInspector::ZoTVerdict;
 using ZoNTrellanInspector::ZoTVerification;
 
-// The target as it is now, for the elements that the session's updater has. Null when it cannot be read.
-std::unique_ptr<ZoITrellanUpdater> scannedAgain(const LibrarySession& session)
-{
-    ZoNTrellanUpdater::ZoTOptions options = session.options();
-    options.command = ZoNTrellanUpdater::READ_INVENTORY;
-    std::unique_ptr<ZoITrellanUpdater> updater(ZoITrellanUpdater::createInstance(options));
-    updater->setMessageCallBack([](const std::string&) {});
-    return updater->apply() == 0 ? std::move(updater) : nullptr;
-}
+// Reads the target as it is now, for the elements that the session's updater has.
+class SecondScan {
+public:
+    explicit SecondScan(const LibrarySession& session)
+        : updater(ZoITrellanUpdater::createInstance(scanOptions(session))),
+          looking(ZoITrellanInspector::createInstance(*updater)),
+          errorsBefore(looking->getGeneralErrorCount())
+    {
+        updater->setMessageCallBack([](const std::string&) {});
+        successful = updater->apply() == 0;
+    }
+
+    bool isSuccessful() const { return successful; }
+    ZoITrellanInspector& inspector() { return *looking; }
+
+    std::vector<TrellanJson::ordered_json> errors() const
+    {
+        std::vector<TrellanJson::ordered_json> list;
+        for (unsigned i = errorsBefore; i < looking->getGeneralErrorCount(); ++i) {
+            list.push_back(errorRecord(looking->getGeneralError(i)));
+        }
+        return list;
+    }
+
+private:
+    static ZoNTrellanUpdater::ZoTOptions scanOptions(const LibrarySession& session)
+    {
+        ZoNTrellanUpdater::ZoTOptions options = session.options();
+        options.command = ZoNTrellanUpdater::READ_INVENTORY;
+        return options;
+    }
+
+    const std::unique_ptr<ZoITrellanUpdater> updater;
+    const std::unique_ptr<ZoITrellanInspector> looking;
+    const unsigned errorsBefore;  // of the process
+    bool successful = false;
+};
 
 std::optional<bool> told(ZoTVerdict verdict)
 {
@@ -69,14 +98,14 @@ Verification verifyUpdate(LibrarySession& session, std::ostream& err)
     const ElementRecords elements(session.updater(), inspector, true);
     Verification result;
     result.verified.resize(elements.count());
-    const std::unique_ptr<ZoITrellanUpdater> updater = scannedAgain(session);
-    if (updater == nullptr) {
+    SecondScan scan(session);
+    if (!scan.isSuccessful()) {
         say(err, "the target cannot be read again: nothing is verified");
         result.successful = false;
+        result.errors = scan.errors();
         return result;
     }
-    const std::unique_ptr<ZoITrellanInspector> rescanned(ZoITrellanInspector::createInstance(*updater));
-    inspector.verify(*rescanned);
+    inspector.verify(scan.inspector());
     for (unsigned i = 0; i < elements.count(); ++i) {
         if (inspector.getElement(i).state != ZoTState::UPDATED) {
             continue;

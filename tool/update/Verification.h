@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "json/Json.h"
 #include "tool/commands/LibrarySession.h"
 
 namespace TrellanTool {
@@ -14,6 +15,7 @@ struct Verification {
     // cannot be told.
     std::vector<std::optional<bool>> verified;
     bool successful = true;  // the target could be scanned, and no element has other content than its file
+    std::vector<TrellanJson::ordered_json> errors;  // why the target could not be scanned, as documents tell errors
 };
 
 // Scans the target again after the update of `session`, and compares. What does not agree, and what cannot be told, is

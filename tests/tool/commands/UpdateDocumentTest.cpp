@@ -80,6 +80,7 @@ TEST(UpdateDocument, OfASuccessTellsWhatWasUpdatedAndNoError)
     const ordered_json document = documentOf(ArchiveForInputs(), 0, {"--exclude", "1"});
     EXPECT_THAT(statesIn(document), ElementsAre("updated", "excluded", "updated", "upToDate", "noFile"));
     EXPECT_FALSE(document.contains("error"));
+    EXPECT_EQ(document["errors"], ordered_json::array());
     EXPECT_EQ(document["elements"][0]["errors"], ordered_json::array());
     EXPECT_FALSE(document["elements"][1].contains("errors"));
     EXPECT_FALSE(document["elements"][0].contains("verified"));
@@ -96,6 +97,7 @@ TEST(UpdateDocument, OfAStartThatFailsTellsWhatItCancelled)
     EXPECT_EQ(document["elements"][1]["errors"],
               ordered_json::parse(R"([{"code": 7, "text": "write-protected", "originNode": 0, "time": 0.0,
                                        "mainModule": 0, "subModule": 0, "function": "", "line": 0}])"));
+    EXPECT_EQ(document["errors"], ordered_json::array());
     EXPECT_EQ(document["elements"][2]["errors"], ordered_json::array());
 }
 
@@ -112,8 +114,28 @@ TEST(UpdateDocument, OfATargetThatCannotBeLockedTellsThatNothingWasStarted)
 {
     const SimulatedTarget target(
         deviceWith({{"lock", {{{"errors", {{{"code", 4}, {"text", "The target is locked."}}}}}}}}));
-    EXPECT_THAT(statesIn(documentOf(ArchiveForInputs(), 1)),
-                ElementsAre("notStarted", "notStarted", "notStarted", "upToDate", "noFile"));
+    const ordered_json document = documentOf(ArchiveForInputs(), 1);
+    EXPECT_THAT(statesIn(document), ElementsAre("notStarted", "notStarted", "notStarted", "upToDate", "noFile"));
+    EXPECT_EQ(document["errors"],
+              ordered_json::parse(R"([{"code": 4, "text": "The target is locked.", "originNode": 0, "time": 0.0,
+                                       "mainModule": 0, "subModule": 0, "function": "", "line": 0}])"));
+}
+
+TEST(UpdateDocument, OfATargetThatCouldNotSaveWhatWasUpdatedTellsThatBesideTheElements)
+{
+    const SimulatedTarget target(
+        deviceWith({{"scan", {ordered_json::object(), {{"result", 1}, {"errors", {{{"code", 9}, {"text", "gone"}}}}}}},
+                    {"unlock", {{{"errors", {{{"code", 7}, {"text", "not saved"}, {"originNode", 815}}}}}}}}));
+    const ordered_json document = documentOf(ArchiveForInputs(), 1, {"--verify"});
+    EXPECT_THAT(statesIn(document), ElementsAre("updated", "updated", "updated", "upToDate", "noFile"));
+    EXPECT_FALSE(document.contains("error"));
+    EXPECT_EQ(document["errors"],
+              ordered_json::parse(R"([{"code": 7, "text": "not saved", "originNode": 815, "time": 0.0,
+                                       "mainModule": 0, "subModule": 0, "function": "", "line": 0},
+                                      {"code": 9, "text": "gone", "originNode": 0, "time": 0.0,
+                                       "mainModule": 0, "subModule": 0, "function": "", "line": 0}])"));
+    EXPECT_EQ(document["elements"][0]["errors"], ordered_json::array());
+    EXPECT_TRUE(document["elements"][0]["verified"].is_null());
 }
 
 TEST(UpdateDocument, OfAVerificationTellsWhatAgreesAndWhatCannotBeTold)
