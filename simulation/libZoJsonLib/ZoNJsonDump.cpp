@@ -1,4 +1,8 @@
-// The values: printing. The printer that knows about numbers and strings gets one of them at a time, never a document.
+// The values: printing. What takes more than copying, such as escapes and fractions, is left to a printer that knows
+// about it, one value at a time.
+#include <algorithm>
+#include <array>
+#include <charconv>
 #include <nlohmann/json.hpp>
 
 #include "simulation/libZoJsonLib/Access.h"
@@ -11,15 +15,34 @@ namespace {
 
 using Printer = nlohmann::json;
 
+struct Layout {
+    int indent;
+    char indentChar;
+    bool ensureAscii;
+    Printer::error_handler_t onInvalidUtf8;
+};
+
+// In place of a text, tells how long that becomes.
+class TextLength {
+public:
+    void append(std::string_view piece) { length += piece.size(); }
+    void append(std::size_t count, char) { length += count; }
+
+    std::size_t length = 0;
+};
+
+bool needsNoEscape(std::string_view text)
+{
+    return std::all_of(text.begin(), text.end(), [](char character) {
+        return character >= ' ' && character < '\x7F' && character != '"' && character != '\\';
+    });
+}
+
+// Prints behind `text`.
+template <class Text>
 class Dump {
 public:
-    Dump(int indent, char indentChar, bool ensureAscii, error_handler onInvalidUtf8)
-        : indent(indent),
-          indentChar(indentChar),
-          ensureAscii(ensureAscii),
-          onInvalidUtf8(static_cast<Printer::error_handler_t>(onInvalidUtf8))
-    {
-    }
+    Dump(const Layout& layout, Text& text) : layout(layout), text(text) {}
 
     void add(const json& value)
     {
@@ -28,34 +51,51 @@ public:
         } else if (value.is_object()) {
             addObject(value);
         } else {
-            addScalar(scalar(Access::bits(value)));
+            addScalar(Access::bits(value));
         }
     }
-
-    std::string take() { return std::move(text); }
 
 private:
-    static Printer scalar(const JsonBits& bits)
+    void addScalar(const JsonBits& bits)
     {
         if (isText(bits)) {
-            return textOf(bits);
+            addText(textOf(bits));
+        } else if (isInteger(bits)) {
+            addNumber(integerOf(bits));
+        } else if (isUnsignedInteger(bits)) {
+            addNumber(unsignedIntegerOf(bits));
+        } else if (isReal(bits)) {
+            addPrinted(realOf(bits));
+        } else if (tagOf(bits) == JsonTag::boolean) {
+            addPrinted(bits != bitsOf(JsonTag::boolean));
+        } else {
+            addPrinted(tagOf(bits) == JsonTag::null ? Printer() : Printer(Printer::value_t::discarded));
         }
-        if (isInteger(bits)) {
-            return integerOf(bits);
-        }
-        if (isUnsignedInteger(bits)) {
-            return unsignedIntegerOf(bits);
-        }
-        if (isReal(bits)) {
-            return realOf(bits);
-        }
-        if (tagOf(bits) == JsonTag::boolean) {
-            return bits != bitsOf(JsonTag::boolean);
-        }
-        return tagOf(bits) == JsonTag::null ? Printer() : Printer(Printer::value_t::discarded);
     }
 
-    void addScalar(const Printer& value) { text += value.dump(-1, ' ', ensureAscii, onInvalidUtf8); }
+    void addText(std::string_view value)
+    {
+        if (!needsNoEscape(value)) {
+            addPrinted(value);
+            return;
+        }
+        text.append("\"");
+        text.append(value);
+        text.append("\"");
+    }
+
+    template <class Number>
+    void addNumber(Number number)
+    {
+        std::array<char, 20> digits;
+        const char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+        text.append(std::string_view(digits.data(), static_cast<std::size_t>(end - digits.data())));
+    }
+
+    void addPrinted(const Printer& value)
+    {
+        text.append(value.dump(-1, ' ', layout.ensureAscii, layout.onInvalidUtf8));
+    }
 
     void addArray(const json& array)
     {
@@ -74,8 +114,8 @@ private:
         const char* separator = "{";
         visitMembers(object, [&](std::string_view key, const json& value) {
             begin(separator);
-            addScalar(key);
-            text += indent < 0 ? ":" : ": ";
+            addText(key);
+            text.append(layout.indent < 0 ? ":" : ": ");
             add(value);
             --level;
             separator = ",";
@@ -102,7 +142,7 @@ private:
     // In front of an element or member, one level deeper.
     void begin(const char* separator)
     {
-        text += separator;
+        text.append(separator);
         ++level;
         startLine();
     }
@@ -111,37 +151,39 @@ private:
     void end(const char* separator, const char* empty, char bracket)
     {
         if (*separator != ',') {
-            text += empty;
+            text.append(empty);
             return;
         }
         startLine();
-        text += bracket;
+        text.append(1, bracket);
     }
 
     void startLine()
     {
-        if (indent >= 0) {
-            text += '\n';
-            text.append(level * static_cast<std::size_t>(indent), indentChar);
+        if (layout.indent >= 0) {
+            text.append("\n");
+            text.append(level * static_cast<std::size_t>(layout.indent), layout.indentChar);
         }
     }
 
-    const int indent;
-    const char indentChar;
-    const bool ensureAscii;
-    const Printer::error_handler_t onInvalidUtf8;
+    const Layout& layout;
+    Text& text;
     std::size_t level = 0;
-    std::string text;
 };
 
 }  // namespace
 
+// Twice over: a text that grows would for a while be there twice. There is room behind it for a line end.
 std::string json::dump(int indent, char indentChar, bool ensureAscii, error_handler onInvalidUtf8) const
 {
+    const Layout layout{indent, indentChar, ensureAscii, static_cast<Printer::error_handler_t>(onInvalidUtf8)};
     try {
-        Dump dump(indent, indentChar, ensureAscii, onInvalidUtf8);
-        dump.add(*this);
-        return dump.take();
+        TextLength needed;
+        Dump(layout, needed).add(*this);
+        std::string text;
+        text.reserve(needed.length + 1);
+        Dump(layout, text).add(*this);
+        return text;
     } catch (const Printer::type_error& error) {
         throw type_error(error.what());
     }

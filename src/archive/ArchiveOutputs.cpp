@@ -158,7 +158,9 @@ void ZoCUpdateArchive::outputDescriptionFileJson() const
     json document = json::object();
     document["info"] = std::move(info);
     document["files"] = std::move(entries);
-    owner->print("%s\n", document.dump(4, ' ', false, ZoNJson::ignore).c_str());
+    std::string text = document.dump(4, ' ', false, ZoNJson::ignore);
+    text += '\n';
+    owner->printText(text);  // not formatted, which would take a copy
 }
 
 void ZoCUpdateArchive::getInfo(std::string& name, std::string& version, std::string& product, std::string& format,

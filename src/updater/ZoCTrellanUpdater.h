@@ -61,6 +61,9 @@ public:
     int print(const char* format, ...) const __attribute__((format(printf, 2, 3)));
     int vprint(const char* format, va_list arguments) const __attribute__((format(printf, 2, 0)));
 
+    // The same for a text that is ready: it is handed out as it is.
+    void printText(const std::string& text) const;
+
     // Formats like printf into `out`, which may be among the arguments; it becomes empty when there is nothing to
     // format. Returns the number of characters, negative when the text cannot be formatted; `out` is empty then too.
     int sprint(std::string& out, const char* format, ...) const __attribute__((format(printf, 3, 4)));
@@ -110,9 +113,6 @@ protected:
     std::unique_ptr<ZoCUpdateOperation> operation;
 
 private:
-    // Hands `text` out as one piece, as it is.
-    void printText(const std::string& text) const;
-
     void printRow(ZoNUpdateBase::TableText::Cells& cells, const std::vector<std::size_t>& widths) const;
     void printRule(std::size_t length) const;
     void printError(const ZoCErrorListPool& errors, unsigned index, unsigned indent) const;

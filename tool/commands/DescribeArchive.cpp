@@ -4,13 +4,19 @@
 #include "tool/ExitStatus.h"
 #include "tool/OutputFile.h"
 #include "tool/Streams.h"
-#include "tool/TextStream.h"
 #include "tool/arguments/Arguments.h"
 #include "tool/commands/Actions.h"
 #include "tool/commands/LibrarySession.h"
 #include "tool/commands/WrittenFiles.h"
 
 namespace TrellanTool {
+
+namespace {
+
+// Keeps the file from being replaced.
+struct NotDescribed {};
+
+}  // namespace
 
 int describeArchive(const Arguments& arguments, const Streams& streams)
 {
@@ -22,15 +28,19 @@ int describeArchive(const Arguments& arguments, const Streams& streams)
         return status;
     }
     keepFromWriting(arguments, session.inspector());
-    TextStream description;
-    session.redirect(description);
-    const bool successful = session.updater().run() == 1;
-    session.redirect(streams.err);
-    if (!successful) {
-        streams.err << description.str();
+    try {
+        writeOutputFile(*arguments.outputFile, [&](std::ostream& file) {
+            session.redirect(file);
+            const bool successful = session.updater().run() == 1;
+            session.redirect(streams.err);
+            if (!successful) {
+                throw NotDescribed();
+            }
+        });
+    } catch (const NotDescribed&) {
+        session.updater().run();  // says it again where it can be read
         return FAILURE;
     }
-    writeOutputFile(*arguments.outputFile, [&](std::ostream& file) { file << description.str(); });
     return SUCCESS;
 }
 

@@ -197,6 +197,34 @@ INSTANTIATE_TEST_SUITE_P(
                                 R"({"name":"a","sequence":1,"checksumCrc32":1,"boards":[{"boardType":"A","id":#}]})")),
     [](const auto& shape) { return shape.param.name; });
 
+// An entry of numbers, each of which takes two bytes of the document, and a line of 19 of the text that describes it.
+class DescribingRunMemory : public RunMemory {
+protected:
+    void SetUp() override
+    {
+        RunMemory::SetUp();
+        folder.write("archive/archive.json",
+                     documentOf({"Numbers",
+                                 R"({"info":{"formatVersion":"1.0","archiveVersion":"2.0","productName":"P",)"
+                                 R"("archiveName":"N"},"files":[{"name":"a.bin","sequence":1,"boardType":"A","id":1,)"
+                                 R"("version":null,"checksumCrc32":1,"extra":[)",
+                                 "1", "]}]}"}));
+    }
+
+    static constexpr int tree = 50;
+    static constexpr int text = 95;
+};
+
+TEST_F(DescribingRunMemory, IsThatOfTheDocumentAndOfTheTextOnce)
+{
+    EXPECT_LE(tenthsForEachByte({"describe", "archive"}), tree + text + 5);
+}
+
+TEST_F(DescribingRunMemory, IsTheSameWhereTheTextGoesIntoAFile)
+{
+    EXPECT_LE(tenthsForEachByte({"describe", "archive", "--output", "described.json"}), tree + text + 5);
+}
+
 TEST_P(TargetRunMemory, OfTheInstalledVersionsIsAtMostTenTimesTheSize)
 {
     EXPECT_LE(tenthsForEachByte({"installed", "--target", "target.json"}), 100);
