@@ -176,7 +176,7 @@ struct ZoTFinding {
     ZoTSeverity severity;
     std::int32_t entry;    // position in "files" of the description, as ZoTFile::entry; -1: about no entry
     std::int32_t board;    // position in "boards" of the entry; -1: about no board object
-    std::string name;      // of the entry's update file
+    std::string name;      // of the entry's update file; of one of more than 256 bytes its beginning and "..."
     std::string pointer;   // JSON Pointer to the member or object that is meant
     std::string message;   // one sentence: what is wrong, and what to do about it
     bool isInDescription;  // false: nothing in the description is meant, and there is no pointer

@@ -7,7 +7,6 @@
 
 #include "archive/DescriptionRules.h"
 #include "archive/Properties.h"
-#include "base/PlatformText.h"
 #include "inspection/Check.h"
 #include "inspection/FileContent.h"
 #include "inspection/Rules.h"
@@ -16,7 +15,6 @@
 using namespace ZoNTrellanInspector;
 using namespace ZoNUpdateArchive;
 using namespace ZoNUpdateInspection;
-using ZoNUpdateBase::allText;
 
 namespace {
 
@@ -52,7 +50,7 @@ public:
         ZoTFinding& finding = check.report("structure", Severity::ERROR, withoutHeading(fault.message));
         finding.entry = fault.entry;
         finding.board = fault.board;
-        finding.name = allText(file.name);
+        finding.name = nameInFindings(file);
         finding.isInDescription = true;
         finding.pointer = fault.pointer;
     }

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <string_view>
 
+#include "base/QuotedText.h"
 #include "inspection/Check.h"
 #include "operation/PathChecks.h"
 
@@ -12,6 +13,7 @@ namespace ZoNUpdateInspection {
 namespace {
 
 using Severity = Check::Severity;
+using ZoNUpdateBase::inQuotes;
 
 std::string codePoint(unsigned number)
 {
@@ -88,12 +90,12 @@ void checkShellCharacters(Check& check, const Place& place, const std::string& t
             "the " + whatIs(place) + " of a file for the flash drive must not have " + inText + ": choose another one");
     } else if (const std::string inPath = firstSpecialCharacter(path); !inPath.empty()) {
         check.report("shell-character", Severity::ERROR, place,
-                     "the path \"" + path + "\" of a file for the flash drive must not have " + inPath +
+                     "the path " + inQuotes(path) + " of a file for the flash drive must not have " + inPath +
                          ": move the archive to another folder");
     } else {
         check.report("shell-character", Severity::ERROR, place,
-                     "the path \"" + path +
-                         "\" of a file for the flash drive must not begin with '-': name the archive's "
+                     "the path " + inQuotes(path) +
+                         " of a file for the flash drive must not begin with '-': name the archive's "
                          "folder by its absolute path");
     }
 }

@@ -4,7 +4,7 @@
 #include <iterator>
 #include <utility>
 
-#include "base/PlatformText.h"
+#include "base/QuotedText.h"
 
 using namespace ZoNTrellanInspector;
 using namespace ZoNUpdateBase;
@@ -15,6 +15,11 @@ std::string pointerTo(std::uint32_t entry, std::int32_t board)
 {
     const std::string pointer = "/files/" + std::to_string(entry);
     return board < 0 ? pointer : pointer + "/boards/" + std::to_string(board);
+}
+
+std::string nameInFindings(const ZoNUpdateArchive::ZoSUpdateFile& file)
+{
+    return shortName({file.name.c_str(), file.name.length()});
 }
 
 std::string withoutHeading(std::string_view message)
@@ -40,7 +45,7 @@ ZoTFinding& Check::report(const char* rule, Severity severity, const Place& plac
     ZoTFinding& finding = report(rule, severity, std::move(message));
     finding.entry = static_cast<std::int32_t>(place.file.entry);
     finding.board = place.board;
-    finding.name = allText(place.file.name);
+    finding.name = nameInFindings(place.file);
     finding.isInDescription = true;
     finding.pointer = pointerTo(place.file.entry, place.board);
     if (!place.member.empty()) {

@@ -25,6 +25,9 @@ struct Place {
 // JSON Pointer to an entry of the description or, with `board`, to an element of its "boards".
 std::string pointerTo(std::uint32_t entry, std::int32_t board = -1);
 
+// The name of the entry's update file as findings tell it.
+std::string nameInFindings(const ZoNUpdateArchive::ZoSUpdateFile& file);
+
 // A message of the library in one line, without "ERROR: ".
 std::string withoutHeading(std::string_view message);
 

@@ -4,6 +4,7 @@
 
 #include "base/FileAccess.h"
 #include "base/PlatformText.h"
+#include "base/QuotedText.h"
 #include "inspection/CharacterRules.h"
 #include "inspection/Check.h"
 #include "inspection/Rules.h"
@@ -47,8 +48,8 @@ void checkFolder(Check& check, const fs::path& folder, const ZoSUpdateFile& file
     }
     if (const fs::path found = outside(folder, check.getArchive().pathOf(file)); !found.empty()) {
         check.report("outside-archive", Severity::WARNING, place,
-                     "a link leads out of the archive's folder, to \"" + found.string() +
-                         "\": put the file itself into the folder");
+                     "a link leads out of the archive's folder, to " + inQuotes(found.string()) +
+                         ": put the file itself into the folder");
     }
 }
 
@@ -76,8 +77,8 @@ void checkDescription(Check& check)
     }
     if (const fs::path found = outside(resolved(archive.getPath()), path); !found.empty()) {
         check.report("outside-archive", Severity::WARNING,
-                     "a link leads out of the archive's folder to the description, to \"" + found.string() +
-                         "\": put the description itself into the folder");
+                     "a link leads out of the archive's folder to the description, to " + inQuotes(found.string()) +
+                         ": put the description itself into the folder");
     }
 }
 

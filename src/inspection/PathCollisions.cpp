@@ -9,7 +9,7 @@
 #include <tuple>
 #include <unordered_map>
 
-#include "base/PlatformText.h"
+#include "base/QuotedText.h"
 #include "inspection/Check.h"
 #include "inspection/Demands.h"
 #include "inspection/Rules.h"
@@ -17,7 +17,7 @@
 #include "operation/TemporaryFile.h"
 
 using ZoNUpdateAssignment::MatchValue;
-using ZoNUpdateBase::allText;
+using ZoNUpdateBase::inQuotes;
 
 namespace ZoNUpdateInspection {
 namespace {
@@ -81,12 +81,7 @@ private:
 
 std::string nameOf(const Demand& demand)
 {
-    return "files[" + std::to_string(demand.file->entry) + "] \"" + allText(demand.file->name) + "\"";
-}
-
-std::string inQuotes(const std::string& path)
-{
-    return "\"" + path + "\"";
+    return "files[" + std::to_string(demand.file->entry) + "] \"" + nameInFindings(*demand.file) + "\"";
 }
 
 // What a demand has to do with the path of one before it.

@@ -1,6 +1,7 @@
 // The rules about what is given to elements, and which board objects decide.
 #include <set>
 
+#include "base/QuotedText.h"
 #include "inspection/BoardObjects.h"
 #include "inspection/Check.h"
 #include "inspection/Reachability.h"
@@ -9,6 +10,7 @@
 using ZoNJson::json;
 using ZoNTrellanInspector::ZoTFinding;
 using ZoNUpdateArchive::ZoSUpdateFile;
+using ZoNUpdateBase::inQuotes;
 
 namespace ZoNUpdateInspection {
 namespace {
@@ -49,8 +51,8 @@ void reportUnreachable(Check& check, const ZoSUpdateFile& file, const Reach& rea
 
 std::string describe(const ZoNTrellanInspector::ZoTKeys& keys)
 {
-    return "board type \"" + keys.boardType + "\", variant " +
-           (keys.hasBoardVariant ? "\"" + keys.boardVariant + "\"" : "null") + ", board id " +
+    return "board type " + inQuotes(keys.boardType) + ", variant " +
+           (keys.hasBoardVariant ? inQuotes(keys.boardVariant) : "null") + ", board id " +
            std::to_string(keys.boardId) + ", id " + std::to_string(keys.id) + ", hardware " +
            std::to_string(keys.hwCompatibilityId) + ", software " + std::to_string(keys.swCompatibilityId);
 }
@@ -96,8 +98,8 @@ void checkBoards(Check& check, const ZoSUpdateFile& file)
         for (const auto& [type, place] : types) {
             if (earlier.contains(type) && reported.insert(type).second) {
                 check.report("unreachable-board", Check::Severity::WARNING, {file, place, board.position},
-                             "the board type \"" + type +
-                                 "\" stands in a board object before it, which decides: put both into one, or into "
+                             "the board type " + inQuotes(type) +
+                                 " stands in a board object before it, which decides: put both into one, or into "
                                  "two entries");
             }
         }

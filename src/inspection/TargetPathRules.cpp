@@ -1,6 +1,7 @@
 // The rules about the paths that files get on the flash drive, each by itself.
 #include <set>
 
+#include "base/QuotedText.h"
 #include "inspection/CharacterRules.h"
 #include "inspection/Check.h"
 #include "inspection/Demands.h"
@@ -14,10 +15,12 @@ void checkTargetPath(Check& check, const Place& place, const std::string& path)
 {
     if (!namesFile(path)) {
         check.report("path-escape", Check::Severity::ERROR, place,
-                     "the path \"" + path + "\" names no file on the flash drive: let it end in the file's name");
+                     "the path " + ZoNUpdateBase::inQuotes(path) +
+                         " names no file on the flash drive: let it end in the file's name");
     } else if (!isOnDrive(path)) {
-        check.report("path-escape", Check::Severity::ERROR, place,
-                     "the path \"" + path + "\" may lead out of the flash drive: state it without \"..\"");
+        check.report(
+            "path-escape", Check::Severity::ERROR, place,
+            "the path " + ZoNUpdateBase::inQuotes(path) + " may lead out of the flash drive: state it without \"..\"");
     }
     checkShellCharacters(check, place, path, std::string(driveRoot) + "/" + path);
     checkControlCharacters(check, place, path);

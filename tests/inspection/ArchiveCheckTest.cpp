@@ -48,6 +48,42 @@ TEST_F(ArchiveCheck, LooksAtEntriesThatNoElementUses)
     EXPECT_EQ(inspector->getFinding(0).entry, 1);
 }
 
+TEST_F(ArchiveCheck, TellsTheBeginningOfLongNamesPathsAndTypes)
+{
+    const std::string begins(255, 'a');
+    const std::string whole = begins + "\u00e4" + std::string(100, 'a');  // a character of two bytes would be cut apart
+    boards = {ioBoard({installed(1)})};
+    entries = {ioEntry("one.bin", 1)};
+    ASSERT_EQ(apply(), 0u);
+    Json entry = {{"name", whole}, {"sequence", 1}, {"checksumCrc32", 1}, {"boardType", whole}, {"targetPath", whole}};
+    Json escaping = entry;
+    escaping["targetPath"] = "../" + whole;
+    Json unclear = entry;
+    unclear.erase("targetPath");
+    unclear.erase("boardType");
+    unclear.update({{"id", 1}, {"boards", {{{"boardType", whole}}, {{"boardType", {whole, "B"}}}}}});
+    const Json info = {{"formatVersion", "1.0"}, {"archiveVersion", "1.0"}, {"productName", "P"}, {"archiveName", "N"}};
+    archive->addFile("archive.json",
+                     Json({{"info", info}, {"files", {entry, entry, escaping, unclear, unclear}}}).dump());
+    EXPECT_EQ(checkArchive(), ZoTDescription::READ);
+    std::map<std::string, std::string> messageOf;
+    for (unsigned i = 0; i < inspector->getFindingCount(); ++i) {
+        const ZoNTrellanInspector::ZoTFinding& finding = inspector->getFinding(i);
+        messageOf[finding.rule] = finding.message;
+        if (finding.entry >= 0) {
+            EXPECT_EQ(finding.name, begins + "...") << finding.rule;
+        }
+    }
+    EXPECT_EQ(messageOf["path-collision"], "the path \"" + begins + "...\" is written by files[0] \"" + begins +
+                                               "...\" too on boards of type \"" + begins +
+                                               "...\": choose another path");
+    EXPECT_EQ(messageOf["path-escape"], "the path \"../" + std::string(253, 'a') +
+                                            "...\" may lead out of the flash drive: state it without \"..\"");
+    EXPECT_EQ(messageOf["unreachable-board"],
+              "the board type \"" + begins +
+                  "...\" stands in a board object before it, which decides: put both into one, or into two entries");
+}
+
 TEST_F(ArchiveCheck, LeavesWhatTheUpdaterHasReadAsItIs)
 {
     boards = {ioBoard({installed(1)})};

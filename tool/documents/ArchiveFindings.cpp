@@ -181,7 +181,7 @@ void ArchiveFindings::noteEntry(Finding& finding, std::string_view object) const
             std::lower_bound(names->begin(), names->end(), *finding.file,
                              [](const EntryName& each, std::int32_t entry) { return each.entry < entry; });
         if (name != names->end() && name->entry == *finding.file) {
-            finding.name = stringAt(description, name->offset);
+            finding.name = TrellanJson::shortened(stringAt(description, name->offset), TrellanJson::longestName);
         }
     }
 }

@@ -4,7 +4,6 @@
 #include <algorithm>
 
 #include "json/Json.h"
-#include "json/Shortened.h"
 #include "tool/documents/ElementRecords.h"
 #include "tool/documents/TextTable.h"
 
@@ -147,8 +146,7 @@ std::string findingText(const Finding& finding, const std::string& descriptionNa
     if (finding.file) {
         text += "files[" + std::to_string(*finding.file) + "] ";
         text += finding.board ? "boards[" + std::to_string(*finding.board) + "] " : "";
-        text +=
-            finding.name.empty() ? "" : "\"" + TrellanJson::shortened(finding.name, TrellanJson::longestName) + "\"";
+        text += finding.name.empty() ? "" : "\"" + finding.name + "\"";
         if (text.ends_with(' ')) {
             text.pop_back();
         }

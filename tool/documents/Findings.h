@@ -20,7 +20,7 @@ struct Finding {
     ZoNTrellanInspector::ZoTSeverity severity;
     std::optional<std::int32_t> file;    // position of the entry in "files" of the description
     std::optional<std::int32_t> board;   // position of the board object in "boards" of the entry
-    std::string name;                    // of the entry's update file
+    std::string name;                    // of the entry's update file, shortened where it is long
     std::optional<std::string> pointer;  // JSON Pointer to what is meant; none: to nothing in the description
     std::optional<TextPlace> place;      // where that begins; of a member that is not there, its object
     std::string message;

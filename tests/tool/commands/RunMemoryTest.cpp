@@ -54,13 +54,21 @@ DocumentShape withMember(const std::string& name, const std::string& front, cons
 }
 
 // A sound description that has an entry, and so many others.
-DocumentShape withEntries(const std::string& name, const std::string& piece)
+DocumentShape withEntries(
+    const std::string& name, const std::string& piece,
+    const std::string& first =
+        R"({"name":"a.bin","sequence":1,"boardType":"A","id":1,"version":null,"checksumCrc32":1})")
 {
     return {name,
-            R"({"info":{"formatVersion":"1.0","archiveVersion":"2.0","productName":"P","archiveName":"N"},"files":[)"
-            R"({"name":"a.bin","sequence":1,"boardType":"A","id":1,"version":null,"checksumCrc32":1},)",
+            R"({"info":{"formatVersion":"1.0","archiveVersion":"2.0","productName":"P","archiveName":"N"},"files":[)" +
+                first + ",",
             piece, "]}"};
 }
+
+const std::string longText(500000, 'n');
+
+// Of an entry that writes the same file as all that have this.
+const std::string collidingRest = R"("sequence":1,"boardType":"A","checksumCrc32":1,"targetPath":"p"})";
 
 class RunMemory : public testing::Test {
 protected:
@@ -171,7 +179,11 @@ INSTANTIATE_TEST_SUITE_P(
                     DocumentShape{"WrongTypes", R"({"files":[)", R"({"name":1,"sequence":"","id":"","mode":1})", "]}"},
                     DocumentShape{"Names", R"({"files":[)", R"({"name":"../#"})", "]}"},
                     DocumentShape{"NewerEntries", R"({"files":[)", R"({"featureLevel":3})", "]}"},
-                    DocumentShape{"Duplicates", R"({"files":[],"x":{)", R"("":1)", "}}"}),
+                    DocumentShape{"Duplicates", R"({"files":[],"x":{)", R"("":1)", "}}"},
+                    DocumentShape{"BoardsOfALongName", R"({"files":[{"name":")" + longText + R"(","boards":[)", "{}",
+                                  "]}]}"},
+                    withEntries("CollisionsWithALongName", R"({"name":"a",)" + collidingRest,
+                                R"({"name":")" + longText + R"(",)" + collidingRest)),
     [](const auto& shape) { return shape.param.name; });
 
 TEST_P(EntryRunMemory, OfAListIsAtMostTenTimesTheSize)
