@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <new>
 #include <stdexcept>
+#include <system_error>
 
 #include "tool/Descriptor.h"
 
@@ -59,23 +60,23 @@ std::optional<std::string> readAll(int file)
 
 }  // namespace
 
+NoMemoryForFile::NoMemoryForFile(const std::string& path)
+    : std::runtime_error(path + " cannot be read: " + std::generic_category().message(ENOMEM))
+{
+}
+
 std::optional<std::string> readWholeFile(const std::string& path)
 {
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC));
     if (!file.isOpen()) {
         return std::nullopt;
     }
-    int error = ENOMEM;
     try {
-        if (std::optional<std::string> text = readAll(file.get())) {
-            return text;
-        }
-        error = errno;
+        return readAll(file.get());
     } catch (const std::bad_alloc&) {
     } catch (const std::length_error&) {
     }
-    errno = error;
-    return std::nullopt;
+    throw NoMemoryForFile(path);
 }
 
 }  // namespace TrellanTool

@@ -78,8 +78,8 @@ int checkArchive(const Arguments& arguments, const Streams& streams)
     try {
         CheckProgress progress(streams.err, ::isatty(STDERR_FILENO) == 1, CheckProgress::Clock::now());
         read = session.inspector().checkArchive(CheckProgress::take, &progress);
-    } catch (const std::bad_alloc&) {  // as of any other description that cannot be read
-        return refuse(arguments, streams, path, std::strerror(ENOMEM));
+    } catch (const std::bad_alloc&) {
+        throw NoMemoryForFile(path);
     }
     // Not before: the library has needed the most memory when it read the description itself.
     const auto description = readWholeFile(path);
