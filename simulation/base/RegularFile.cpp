@@ -7,6 +7,8 @@
 #include <chrono>
 #include <system_error>
 
+#include "simulation/base/Uninterrupted.h"
+
 namespace TrellanSimulation {
 
 namespace {
@@ -26,7 +28,7 @@ int openForReading(const std::filesystem::path& path)
     if (path.native().find('\0') != std::string::npos) {
         throw FileFault("its name holds a NUL character");  // the system would take it for the end of the name
     }
-    return check(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    return check(uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
 }
 
 }  // namespace
@@ -48,7 +50,7 @@ RegularFile::RegularFile(const std::filesystem::path& path) : file(openForReadin
 
 std::size_t RegularFile::read(char* buffer, std::size_t length)
 {
-    return static_cast<std::size_t>(check(::read(file.get(), buffer, length)));
+    return static_cast<std::size_t>(check(uninterrupted([&] { return ::read(file.get(), buffer, length); })));
 }
 
 void RegularFile::rewind()

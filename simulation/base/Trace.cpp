@@ -14,6 +14,7 @@
 
 #include "simulation/base/FileDescriptor.h"
 #include "simulation/base/StandardError.h"
+#include "simulation/base/Uninterrupted.h"
 
 namespace TrellanSimulation {
 
@@ -48,8 +49,8 @@ public:
         }
         if (!isThere()) {
             // Without O_NONBLOCK a pipe that nobody reads would be waited for.
-            file = FileDescriptor(
-                ::open(name.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666));
+            constexpr int flags = O_WRONLY | O_CREAT | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+            file = FileDescriptor(uninterrupted([&] { return ::open(name.c_str(), flags, 0666); }));
             if (!file.isOpen()) {
                 tellFault(std::generic_category().message(errno));
             }
@@ -62,7 +63,7 @@ public:
     void write(std::string_view line)
     {
         while (!line.empty()) {
-            const ssize_t written = ::write(file.get(), line.data(), line.size());
+            const ssize_t written = uninterrupted([&] { return ::write(file.get(), line.data(), line.size()); });
             if (written < 0) {
                 tellFault(std::generic_category().message(errno));
                 return;

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <limits>
 
 namespace {
@@ -64,11 +65,15 @@ void keepOnly(int descriptor)
 
 bool waitFor(int reader, unsigned timeout)
 {
-    const unsigned longest = std::numeric_limits<int>::max();
+    using Clock = std::chrono::steady_clock;
+    using std::chrono::milliseconds;
+    const auto deadline = Clock::now() + milliseconds(timeout);
+    const milliseconds longest(std::numeric_limits<int>::max());
     pollfd flushed{reader, POLLIN, 0};
     int ready = 0;
-    do {
-        ready = poll(&flushed, 1, static_cast<int>(std::min(timeout, longest)));
+    do {  // signals that keep coming must not put the end off
+        const auto left = std::chrono::ceil<milliseconds>(deadline - Clock::now());
+        ready = poll(&flushed, 1, static_cast<int>(std::clamp(left, milliseconds(0), longest).count()));
     } while (ready < 0 && errno == EINTR);
     char done = 0;
     return ready == 1 && read(reader, &done, 1) == 1;

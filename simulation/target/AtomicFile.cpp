@@ -6,9 +6,11 @@
 
 #include <cstdio>
 #include <string>
+#include <utility>
 
 #include "simulation/base/FileDescriptor.h"
 #include "simulation/base/FolderNames.h"
+#include "simulation/base/Uninterrupted.h"
 #include "simulation/target/SystemFault.h"
 #include "simulation/target/TemporaryEnding.h"
 
@@ -21,7 +23,8 @@ FileDescriptor createBeside(const std::filesystem::path& path, std::string& name
 {
     for (;;) {
         name = path.string() + '.' + drawTemporaryEnding();
-        FileDescriptor file(::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+        FileDescriptor file(
+            uninterrupted([&] { return ::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600); }));
         if (file.isOpen() || errno != EEXIST) {
             return file;
         }
@@ -63,13 +66,13 @@ public:
     void write(std::string_view content)
     {
         while (!content.empty()) {
-            const ssize_t written = ::write(file.get(), content.data(), content.size());
+            const ssize_t written = uninterrupted([&] { return ::write(file.get(), content.data(), content.size()); });
             if (written < 0) {
                 throwSystemFault("write the new", target.native());
             }
             content.remove_prefix(static_cast<std::size_t>(written));
         }
-        checkSystem(::fsync(file.get()), "sync the new", target.native());
+        checkSystem(uninterrupted([&] { return ::fsync(file.get()); }), "sync the new", target.native());
     }
 
     void replaceTarget()
@@ -86,8 +89,8 @@ private:
 
 FileDescriptor openFolder(const std::filesystem::path& folder)
 {
-    return checkSystem(FileDescriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)), "open",
-                       folder.native());
+    FileDescriptor file(uninterrupted([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    return checkSystem(std::move(file), "open", folder.native());
 }
 
 }  // namespace
@@ -100,7 +103,8 @@ void replaceFile(const std::filesystem::path& path, std::string_view content)
     file.takeAttributes();
     file.write(content);
     file.replaceTarget();
-    if (::fsync(folder.get()) != 0 && errno != EINVAL) {  // some file systems sync no folders by themselves
+    // Some file systems sync no folders by themselves.
+    if (uninterrupted([&] { return ::fsync(folder.get()); }) != 0 && errno != EINVAL) {
         throwSystemFault("sync", path.parent_path().native());
     }
 }

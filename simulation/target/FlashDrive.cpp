@@ -16,6 +16,7 @@
 #include "simulation/base/FolderNames.h"
 #include "simulation/base/RegularFile.h"
 #include "simulation/base/Trace.h"
+#include "simulation/base/Uninterrupted.h"
 #include "simulation/target/SystemFault.h"
 
 namespace TrellanSimulation {
@@ -29,7 +30,7 @@ constexpr const char* coverName = "trellan-simulation";
 
 FileDescriptor openFolder(int at, const std::string& name)
 {
-    return FileDescriptor(::openat(at, name.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    return FileDescriptor(uninterrupted([&] { return ::openat(at, name.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC); }));
 }
 
 bool isNoFolder(int error)
@@ -92,8 +93,8 @@ void recreateEntry(const FileDescriptor& folder, const std::string& name, const 
     if (S_ISDIR(status.st_mode)) {
         makeFolder(place);
     } else {
-        checkSystem(FileDescriptor(::open(place.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644)), "create",
-                    place);
+        const auto create = [&] { return ::open(place.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644); };
+        checkSystem(FileDescriptor(uninterrupted(create)), "create", place);
     }
     bindMount(throughDescriptor(folder, name), place);
 }

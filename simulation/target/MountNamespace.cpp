@@ -9,7 +9,9 @@
 #include <exception>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
+#include "simulation/base/Uninterrupted.h"
 #include "simulation/target/SystemFault.h"
 
 namespace TrellanSimulation {
@@ -21,7 +23,7 @@ constexpr const char* current = "/proc/thread-self/ns/mnt";
 
 FileDescriptor openCurrent()
 {
-    FileDescriptor opened(::open(current, O_RDONLY | O_CLOEXEC));
+    FileDescriptor opened(uninterrupted([] { return ::open(current, O_RDONLY | O_CLOEXEC); }));
     if (opened.isOpen()) {
         return opened;
     }
@@ -52,8 +54,9 @@ struct stat statusOf(const char* path)
 
 void writeProcFile(const std::string& path, const std::string& content)
 {
-    const FileDescriptor file = checkSystem(FileDescriptor(::open(path.c_str(), O_WRONLY | O_CLOEXEC)), "open", path);
-    if (::write(file.get(), content.data(), content.size()) < 0) {
+    const FileDescriptor file = checkSystem(
+        FileDescriptor(uninterrupted([&] { return ::open(path.c_str(), O_WRONLY | O_CLOEXEC); })), "open", path);
+    if (uninterrupted([&] { return ::write(file.get(), content.data(), content.size()); }) < 0) {
         throwSystemFault("write", path);
     }
 }
@@ -88,7 +91,8 @@ void enterUserNamespace()
 
 FileDescriptor openFolder(const char* path)
 {
-    return checkSystem(FileDescriptor(::open(path, O_PATH | O_DIRECTORY | O_CLOEXEC)), "open", path);
+    FileDescriptor folder(uninterrupted([&] { return ::open(path, O_PATH | O_DIRECTORY | O_CLOEXEC); }));
+    return checkSystem(std::move(folder), "open", path);
 }
 
 void makePrivate(const char* mount)

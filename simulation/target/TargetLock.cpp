@@ -9,6 +9,7 @@
 #include <string>
 
 #include "simulation/base/Resources.h"
+#include "simulation/base/Uninterrupted.h"
 #include "simulation/target/SystemFault.h"
 
 namespace TrellanSimulation {
@@ -24,8 +25,8 @@ namespace {
 // would wait for a writer; without O_NOFOLLOW, a link would have a file made wherever it leads to.
 FileDescriptor openLockFile(const std::string& name)
 {
-    FileDescriptor file(
-        ::open(name.c_str(), O_RDONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666));
+    constexpr int flags = O_RDONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    FileDescriptor file(uninterrupted([&] { return ::open(name.c_str(), flags, 0666); }));
     if (!file.isOpen()) {
         errno == ELOOP ? throwNoRegularFile(name) : throwSystemFault("its lock file cannot be opened: open", name);
     }
@@ -40,7 +41,7 @@ FileDescriptor openLockFile(const std::string& name)
 // Not open when the folder may not be read, and so not be locked either.
 FileDescriptor openDriveToLock(const std::string& name)
 {
-    FileDescriptor folder(::open(name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    FileDescriptor folder(uninterrupted([&] { return ::open(name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
     if (!folder.isOpen() && errno != EACCES) {
         throwSystemFault("its flash drive cannot be locked: open", name);
     }
@@ -52,7 +53,7 @@ FileDescriptor openDriveToLock(const std::string& name)
 FileDescriptor lockInheritably(const FileDescriptor& file, const std::string& what)
 {
     constexpr int afterStandardStreams = 3;
-    if (::flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
+    if (uninterrupted([&] { return ::flock(file.get(), LOCK_EX | LOCK_NB); }) == 0) {
         return checkSystem(FileDescriptor(::fcntl(file.get(), F_DUPFD, afterStandardStreams)),
                            "its lock cannot be passed on: fcntl");
     }

@@ -4,6 +4,7 @@
 #include "archive/FileHeader.h"
 #include "archive/ZoCUpdateArchive.h"
 #include "base/BinaryFile.h"
+#include "base/Uninterrupted.h"
 
 using namespace ZoNUpdateBase;
 
@@ -28,7 +29,7 @@ std::optional<std::string> readBeginning(const std::string& path)
     // Read at once, a buffer would only be asked for and filled beyond what is wanted.
     std::setvbuf(file.get(), nullptr, _IONBF, 0);
     std::array<char, headerLength> bytes;
-    return std::string(bytes.data(), std::fread(bytes.data(), 1, bytes.size(), file.get()));
+    return std::string(bytes.data(), readBytes(file.get(), bytes.data(), bytes.size()));
 }
 
 }  // namespace ZoNUpdateArchive

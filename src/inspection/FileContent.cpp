@@ -9,6 +9,7 @@
 
 #include "base/BinaryFile.h"
 #include "base/Crc32.h"
+#include "base/Uninterrupted.h"
 
 using namespace ZoNUpdateBase;
 using ZoNUpdateArchive::notAvailable;
@@ -67,7 +68,7 @@ std::optional<FileContent> readContent(const std::string& path, const Wanted& wa
     const auto chunk = std::make_unique_for_overwrite<unsigned char[]>(chunkSize);
     std::uint64_t left = *length;
     const auto readChunk = [&]() -> std::size_t {
-        const std::size_t count = std::fread(chunk.get(), 1, std::min<std::uint64_t>(left, chunkSize), file.get());
+        const std::size_t count = readBytes(file.get(), chunk.get(), std::min<std::uint64_t>(left, chunkSize));
         left = count == 0 ? 0 : left - count;
         return count;
     };

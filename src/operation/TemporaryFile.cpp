@@ -7,16 +7,20 @@
 
 #include <cerrno>
 
+#include "base/Uninterrupted.h"
+
+using ZoNUpdateBase::uninterrupted;
+
 namespace {
 
 // Returns 0 or the error number. What is no file or folder is not waited for.
 int flushToDisk(const std::string& path, int flags)
 {
-    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | flags);
+    const int descriptor = uninterrupted([&] { return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | flags); });
     if (descriptor < 0) {
         return errno;
     }
-    const int error = fsync(descriptor) == 0 ? 0 : errno;
+    const int error = uninterrupted([&] { return fsync(descriptor); }) == 0 ? 0 : errno;
     close(descriptor);
     return error;
 }

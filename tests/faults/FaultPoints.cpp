@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -20,6 +21,7 @@ std::atomic<unsigned long> pointsLeft = 0;  // until the chosen one; 0: it has b
 std::atomic<unsigned> chosenWay = 0;
 std::atomic<const char*> failedCall = nullptr;
 std::atomic<unsigned> waysOfCall = 0;
+std::atomic<int> errorOfCall = 0;
 std::atomic<long> held = 0;
 
 enum class Environment { unread, isRead };
@@ -83,6 +85,7 @@ void choose(Kind kind, unsigned long number, unsigned way)
     chosenKind = Kind::none;
     failedCall = nullptr;
     waysOfCall = 0;
+    errorOfCall = 0;
     chosenWay = way;
     pointsLeft = number;
     chosenKind = kind;
@@ -103,6 +106,11 @@ unsigned ways()
     return waysOfCall;
 }
 
+bool isInterrupted()
+{
+    return errorOfCall == EINTR;
+}
+
 bool isFailingAllocation()
 {
     if (!isChosen(Kind::allocation)) {
@@ -118,7 +126,8 @@ int errorOf(const char* call, std::initializer_list<int> errors)
         return 0;
     }
     noteFailed(call, static_cast<unsigned>(errors.size()));
-    return chosenWay < errors.size() ? errors.begin()[chosenWay] : 0;
+    errorOfCall = chosenWay < errors.size() ? errors.begin()[chosenWay] : 0;
+    return errorOfCall;
 }
 
 void noteAllocation(int change)

@@ -18,10 +18,11 @@ void choose(Kind kind, unsigned long number, unsigned way = 0);
 // Nothing fails from now on.
 void chooseNone();
 
-// What has failed since choose(): the name of the call, or "allocation"; null when nothing has. And in how many ways
-// this call can fail.
+// What has failed since choose(): the name of the call, or "allocation"; null when nothing has. In how many ways this
+// call can fail, and whether it was a signal that has interrupted it.
 const char* failed();
 unsigned ways();
+bool isInterrupted();
 
 // For those that stand before the C library's: counts a point. True for the allocation that is to fail.
 bool isFailingAllocation();

@@ -43,9 +43,10 @@ Function* systems(const char* name)
 FAULTY(int, open, (const char* path, int flags, mode_t mode), (path, flags, mode), -1, EACCES, EMFILE, ENOSPC, EINTR,
        ENOENT, ENOMEM)
 FAULTY(int, open64, (const char* path, int flags, mode_t mode), (path, flags, mode), -1, EACCES, EMFILE)
-FAULTY(int, openat, (int at, const char* path, int flags, mode_t mode), (at, path, flags, mode), -1, EACCES, EMFILE)
+FAULTY(int, openat, (int at, const char* path, int flags, mode_t mode), (at, path, flags, mode), -1, EACCES, EMFILE,
+       EINTR)
 FAULTY(int, mkostemp, (char* name, int flags), (name, flags), -1, EACCES, EMFILE, ENOSPC)
-FAULTY(std::FILE*, fopen, (const char* path, const char* mode), (path, mode), nullptr, EACCES, EMFILE, ENOMEM)
+FAULTY(std::FILE*, fopen, (const char* path, const char* mode), (path, mode), nullptr, EACCES, EMFILE, ENOMEM, EINTR)
 FAULTY(std::FILE*, fopen64, (const char* path, const char* mode), (path, mode), nullptr, EACCES, EMFILE)
 FAULTY(int, access, (const char* path, int mode), (path, mode), -1, EACCES, EIO)
 FAULTY(int, faccessat, (int at, const char* path, int mode, int flags), (at, path, mode, flags), -1, EACCES, EROFS, EIO)
@@ -84,7 +85,7 @@ FAULTY(int, fstat, (int file, struct stat* status), (file, status), -1, EIO)
 FAULTY(int, fstat64, (int file, struct stat* status), (file, status), -1, EIO)
 FAULTY(int, fchmod, (int file, mode_t mode), (file, mode), -1, EPERM, EIO)
 FAULTY(int, fchown, (int file, uid_t user, gid_t group), (file, user, group), -1, EPERM, EIO)
-FAULTY(int, fsync, (int file), (file), -1, EIO, ENOSPC, EINVAL)
+FAULTY(int, fsync, (int file), (file), -1, EIO, ENOSPC, EINVAL, EINTR)
 FAULTY(int, flock, (int file, int operation), (file, operation), -1, EWOULDBLOCK, ENOLCK, EINTR)
 FAULTY(int, fcntl, (int file, int command, void* argument), (file, command, argument), -1, EMFILE)
 FAULTY(int, fcntl64, (int file, int command, void* argument), (file, command, argument), -1, EMFILE)
@@ -100,7 +101,7 @@ extern "C" ssize_t faulty_read(int file, void* to, std::size_t size) asm("read")
 extern "C" ssize_t faulty_read(int file, void* to, std::size_t size)
 {
     static auto* const usual = systems<ssize_t(int, void*, std::size_t)>("read");
-    const int error = errorOf("read", {EIO, half});
+    const int error = errorOf("read", {EIO, half, EINTR});
     if (error > 0) {
         errno = error;
         return -1;
@@ -112,7 +113,7 @@ extern "C" ssize_t faulty_write(int file, const void* from, std::size_t size) as
 extern "C" ssize_t faulty_write(int file, const void* from, std::size_t size)
 {
     static auto* const usual = systems<ssize_t(int, const void*, std::size_t)>("write");
-    const int error = errorOf("write", {EIO, ENOSPC, half});
+    const int error = errorOf("write", {EIO, ENOSPC, half, EINTR});
     if (error > 0) {
         errno = error;
         return -1;
@@ -125,7 +126,7 @@ extern "C" std::size_t faulty_fread(void* to, std::size_t size, std::size_t coun
 extern "C" std::size_t faulty_fread(void* to, std::size_t size, std::size_t count, std::FILE* file)
 {
     static auto* const usual = systems<std::size_t(void*, std::size_t, std::size_t, std::FILE*)>("fread");
-    if (const int error = errorOf("fread", {EIO}); error != 0) {
+    if (const int error = errorOf("fread", {EIO, EINTR}); error != 0) {
         file->_flags |= _IO_ERR_SEEN;
         errno = error;
         return 0;

@@ -130,6 +130,7 @@ private:
         check(!work.threwOther, "another exception than that for memory");
         check(!work.threwBadAlloc || kind == Kind::allocation, "memory is not short");
         check(work.threwBadAlloc || isSaid(work), "not said: " + printed());
+        check(work.ran == 1 || !FaultPoints::isInterrupted(), "a signal makes it fail: " + printed());
         check(work.ran != 1 || printed() == usual, "another text: " + printed());
         check(work.ran != 1 || device.isNew(), "the device is not new: " + device.text());
         check(device.isOldOrNew(), "the device is neither old nor new");
