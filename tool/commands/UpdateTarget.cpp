@@ -119,7 +119,8 @@ private:
     int refuse(int status)
     {
         ignoreSignals(signals);
-        start(status != NOT_READ);
+        prepareStart(status != NOT_READ);
+        log.start();
         log.message(preparation.refusal());
         said = preparation.refusal();
         return finish(status);
@@ -132,16 +133,17 @@ private:
             verification.emplace().verified.resize(
                 session.inspector().getElementCount());  // until there is another scan
         }
+        prepareStart(true);
         prepareSignalWords();
         prepareLockTimeout();
         std::optional<SignalWatch> watch;
         try {
             watch.emplace(signals, listener(), stallTimeout());
         } catch (const std::system_error& fault) {
-            start(true);
+            log.start();
             return giveUp(FAILURE, signalsNotWatched(fault.code().message()));
         }
-        start(true);
+        log.start();
         if (const int signal = watch->firstSignal(); signal != 0) {
             return giveUp(ENDED_BY_SIGNAL + signal, endedBeforeLock(signal));
         }
@@ -209,6 +211,7 @@ private:
                 },
                 [this]() noexcept {
                     // Nothing is locked yet, and who waits for a lock cannot be called back.
+                    log.begin();
                     writeRaw(STDERR_FILENO, lockTimeoutWords.errors);
                     writeLastOutput(lockTimeoutWords.output);
                     log.result(STALLED, lockTimeoutOutcomes);
@@ -229,15 +232,15 @@ private:
         }
     }
 
-    void start(bool isRead)
+    void prepareStart(bool isRead)
     {
         std::string name, version, productName, formatVersion, variant;
         if (isRead) {
             session.updater().getArchiveInfo(name, version, productName, formatVersion, variant);
         }
         const char* const target = ::getenv("TRELLAN_TARGET");  // the session has put there what --target names
-        log.start(arguments.options.archivePath, version,
-                  target == nullptr ? std::nullopt : std::optional<std::string>(target), elements);
+        log.prepareStart(arguments.options.archivePath, version,
+                         target == nullptr ? std::nullopt : std::optional<std::string>(target), elements);
     }
 
     int statusOf(const UpdateEnd& end, int signal)

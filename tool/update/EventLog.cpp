@@ -68,21 +68,40 @@ EventLog::EventLog(const std::optional<std::string>& path, Say say) : say(std::m
     }
 }
 
-void EventLog::start(const std::string& archivePath, const std::string& archiveVersion,
-                     const std::optional<std::string>& target, std::vector<UpdateElement> toUpdate)
+void EventLog::prepareStart(const std::string& path, const std::string& version,
+                            const std::optional<std::string>& targetFile, std::vector<UpdateElement> toUpdate)
 {
+    archivePath = path;
+    archiveVersion = version;
+    target = targetFile;
     elements = std::move(toUpdate);
     for (const UpdateElement& element : elements) {
         phases.push_back(element.phase);
     }
     std::sort(phases.begin(), phases.end());
+}
+
+void EventLog::start()
+{
+    begin();
+    sayFault();
+}
+
+void EventLog::begin() noexcept
+{
+    const std::lock_guard guard(startMutex);
+    if (started) {
+        return;
+    }
+    appendLine(
+        "start",
+        [&]() -> ordered_json {
+            return {{"archive", {{"path", archivePath}, {"version", archiveVersion}}},
+                    {"target", target ? ordered_json(*target) : ordered_json()},
+                    {"elements", toBeUpdated(elements)}};
+        },
+        true);
     started = true;
-    const auto members = [&]() -> ordered_json {
-        return {{"archive", {{"path", archivePath}, {"version", archiveVersion}}},
-                {"target", target ? ordered_json(*target) : ordered_json()},
-                {"elements", toBeUpdated(elements)}};
-    };
-    write("start", members, true);
 }
 
 void EventLog::phase(unsigned number)
@@ -174,6 +193,11 @@ template <class Members>
 void EventLog::write(const char* event, Members members, bool toMedium)
 {
     append(event, members, toMedium);
+    sayFault();
+}
+
+void EventLog::sayFault()
+{
     if (const std::string fault = takeFault(); !fault.empty()) {
         say(fault);
     }
@@ -182,7 +206,15 @@ void EventLog::write(const char* event, Members members, bool toMedium)
 template <class Members>
 void EventLog::append(const char* event, Members members, bool toMedium) noexcept
 {
-    if (!file || !started) {
+    if (started) {
+        appendLine(event, members, toMedium);
+    }
+}
+
+template <class Members>
+void EventLog::appendLine(const char* event, Members members, bool toMedium) noexcept
+{
+    if (!file) {
         return;
     }
     try {

@@ -40,10 +40,14 @@ public:
     // Whether there is a file: events of all elements need not be made for none.
     bool isOn() const { return file.has_value(); }
 
-    // The update begins: `elements` are those to update, in the order of their indices. The target is the file that was
-    // named, by the command line or the environment, where one was. Before this no other event is written.
-    void start(const std::string& archivePath, const std::string& archiveVersion,
-               const std::optional<std::string>& target, std::vector<UpdateElement> elements);
+    // Notes for the beginning of the update: `elements` are those to update, in the order of their indices. The target
+    // is the file that was named, by the command line or the environment, where one was.
+    void prepareStart(const std::string& archivePath, const std::string& archiveVersion,
+                      const std::optional<std::string>& target, std::vector<UpdateElement> elements);
+    // The update begins: what was noted is written, by the first of these calls alone. Before this no other event is
+    // written. The second one may be called on any thread; it says nothing itself.
+    void start();
+    void begin() noexcept;
 
     // A phase begins.
     void phase(unsigned number);
@@ -69,6 +73,9 @@ private:
     void write(const char* event, Members members, bool toMedium);
     template <class Members>
     void append(const char* event, Members members, bool toMedium) noexcept;
+    template <class Members>
+    void appendLine(const char* event, Members members, bool toMedium) noexcept;
+    void sayFault();
     std::string lineOf(const char* event, const TrellanJson::ordered_json& members) const;
     unsigned overall(unsigned percent) const;
 
@@ -76,6 +83,9 @@ private:
     const std::string run;
     std::vector<UpdateElement> elements;
     std::vector<unsigned> phases;  // of the elements, in ascending order
+    std::string archivePath, archiveVersion;
+    std::optional<std::string> target;
+    std::mutex startMutex;  // held while the start is written: no other event comes before it
     std::atomic<bool> started = false;
     unsigned currentPhase = 0;
     std::optional<unsigned> lastPercent;

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <set>
 #include <sstream>
+#include <thread>
 
 #include "support/TempDir.h"
 #include "support/TextFile.h"
@@ -25,6 +26,14 @@ protected:
     EventLog log()
     {
         return {path(), [this](const std::string& text) { said.push_back(text); }};
+    }
+
+    template <class Log>
+    static void start(Log&& log, const std::string& path, const std::string& version,
+                      const std::optional<std::string>& target, std::vector<UpdateElement> elements)
+    {
+        log.prepareStart(path, version, target, std::move(elements));
+        log.start();
     }
 
     // The lines without time and run.
@@ -64,22 +73,38 @@ protected:
 
 TEST_F(EventLogs, BeginsWithWhatIsUpdated)
 {
-    log().start("/archive", "2.3.4", "/target.json", {{2, "UserFirmware", "Board, Firmware", "1.0", "2.0", 1}});
+    start(log(), "/archive", "2.3.4", "/target.json", {{2, "UserFirmware", "Board, Firmware", "1.0", "2.0", 1}});
     EXPECT_THAT(events(), ElementsAre(R"({"event":"start","archive":{"path":"/archive","version":"2.3.4"},)"
                                       R"("target":"/target.json",)"
                                       R"("elements":[{"index":2,"name":"UserFirmware","from":"1.0","to":"2.0"}]})"));
 }
 
+TEST_F(EventLogs, BeginsOnceAndBeforeAllElseWhicheverThreadIsFirst)
+{
+    EventLog events_ = log();
+    events_.prepareStart("/archive", "1.0", std::nullopt, {});
+    events_.signal("SIGINT");  // nothing is written before the beginning
+    std::thread([&] {
+        events_.begin();
+        events_.result(8, ordered_json::array());
+    }).join();
+    events_.begin();
+    EXPECT_THAT(
+        events(),
+        ElementsAre(R"({"event":"start","archive":{"path":"/archive","version":"1.0"},"target":null,"elements":[]})",
+                    R"({"event":"result","status":8,"result":"stalled","elements":[]})"));
+}
+
 TEST_F(EventLogs, KnowsNoTargetWhereNoneIsNamed)
 {
-    log().start("/archive", "1.0", std::nullopt, {});
+    start(log(), "/archive", "1.0", std::nullopt, {});
     EXPECT_TRUE(lines().at(0).at("target").is_null());
 }
 
 TEST_F(EventLogs, TellsEachKindOfEvent)
 {
     EventLog events_(path(), [](const std::string&) {});
-    events_.start("/archive", "1.0", std::nullopt, threeElements());
+    start(events_, "/archive", "1.0", std::nullopt, threeElements());
     events_.phase(0);
     events_.failure(4);
     events_.message("a line");
@@ -98,7 +123,7 @@ TEST_F(EventLogs, TellsEachKindOfEvent)
 TEST_F(EventLogs, NamesTheResultOfEachExitStatus)
 {
     EventLog events_(path(), [](const std::string&) {});
-    events_.start("/archive", "1.0", std::nullopt, {});
+    start(events_, "/archive", "1.0", std::nullopt, {});
     for (const int status : {0, 1, 3, 4, 5, 6, 8, 129, 130, 143}) {
         events_.result(status, ordered_json::array());
     }
@@ -113,7 +138,7 @@ TEST_F(EventLogs, NamesTheResultOfEachExitStatus)
 TEST_F(EventLogs, TellsProgressWhereThePercentageHasChanged)
 {
     EventLog events_(path(), [](const std::string&) {});
-    events_.start("/archive", "1.0", std::nullopt, threeElements());
+    start(events_, "/archive", "1.0", std::nullopt, threeElements());
     events_.phase(0);
     events_.progress(0);
     events_.progress(0);
@@ -137,8 +162,8 @@ TEST_F(EventLogs, TellsProgressWhereThePercentageHasChanged)
 TEST_F(EventLogs, CountsAnElementOfAnEarlierPhaseAsWhole)
 {
     EventLog events_(path(), [](const std::string&) {});
-    events_.start("/archive", "1.0", std::nullopt,
-                  {{1, "Firmware", "A", "", "", 0}, {2, "Firmware", "B", "", "", 0}, {3, "Firmware", "C", "", "", 1}});
+    start(events_, "/archive", "1.0", std::nullopt,
+          {{1, "Firmware", "A", "", "", 0}, {2, "Firmware", "B", "", "", 0}, {3, "Firmware", "C", "", "", 1}});
     events_.phase(1);
     events_.progress(50);
     EXPECT_EQ(events().back(), R"({"event":"progress","phase":1,"percent":50,"overall":83})");
@@ -148,7 +173,7 @@ TEST_F(EventLogs, MarksAllLinesOfARunAlikeAndThoseOfAnotherDifferently)
 {
     for (int i = 0; i < 2; ++i) {
         EventLog events_(path(), [](const std::string&) {});
-        events_.start("/archive", "1.0", std::nullopt, {});
+        start(events_, "/archive", "1.0", std::nullopt, {});
         events_.phase(0);
     }
     const std::vector<ordered_json> all = lines();
@@ -161,7 +186,7 @@ TEST_F(EventLogs, MarksAllLinesOfARunAlikeAndThoseOfAnotherDifferently)
 TEST_F(EventLogs, TellsTheTimeInUtcWithMilliseconds)
 {
     const std::string before = TrellanTool::utcText(std::chrono::system_clock::now());
-    log().start("/archive", "1.0", std::nullopt, {});
+    start(log(), "/archive", "1.0", std::nullopt, {});
     const std::string after = TrellanTool::utcText(std::chrono::system_clock::now());
     const std::string time = lines().at(0).at("time");
     EXPECT_LE(before, time);
@@ -170,7 +195,7 @@ TEST_F(EventLogs, TellsTheTimeInUtcWithMilliseconds)
 
 TEST_F(EventLogs, ReplacesBytesThatAreNotUtf8)
 {
-    log().start("/archive\xFF", "1.0", std::nullopt, {{0, "Name\xC3", "", "", "", 0}});
+    start(log(), "/archive\xFF", "1.0", std::nullopt, {{0, "Name\xC3", "", "", "", 0}});
     EXPECT_EQ(lines().at(0).at("archive").at("path"), "/archive\xEF\xBF\xBD");
     EXPECT_EQ(lines().at(0).at("elements").at(0).at("name"), "Name\xEF\xBF\xBD");
 }
@@ -178,7 +203,7 @@ TEST_F(EventLogs, ReplacesBytesThatAreNotUtf8)
 TEST_F(EventLogs, WritesLettersOfAllLanguagesAsTheyAre)
 {
     EventLog events_ = log();
-    events_.start("/archive", "1.0", std::nullopt, {});
+    start(events_, "/archive", "1.0", std::nullopt, {});
     events_.message("Ger\xC3\xA4t");
     EXPECT_NE(readText(path()).find("\"Ger\xC3\xA4t\""), std::string::npos) << readText(path());
 }
@@ -186,7 +211,7 @@ TEST_F(EventLogs, WritesLettersOfAllLanguagesAsTheyAre)
 TEST_F(EventLogs, KeepsATextWithLineEndsOnOneLine)
 {
     EventLog events_(path(), [](const std::string&) {});
-    events_.start("/archive", "1.0", std::nullopt, {});
+    start(events_, "/archive", "1.0", std::nullopt, {});
     events_.message("two\nlines");
     EXPECT_EQ(lines().at(1).at("text"), "two\nlines");
 }
@@ -202,7 +227,7 @@ TEST_F(EventLogs, WritesNothingBeforeTheStart)
 TEST_F(EventLogs, GoesNowhereWithoutAFile)
 {
     EventLog events_(std::nullopt, [this](const std::string& text) { said.push_back(text); });
-    events_.start("/archive", "1.0", std::nullopt, threeElements());
+    start(events_, "/archive", "1.0", std::nullopt, threeElements());
     events_.phase(0);
     events_.progress(3);
     EXPECT_THAT(said, ElementsAre());
@@ -211,7 +236,7 @@ TEST_F(EventLogs, GoesNowhereWithoutAFile)
 TEST_F(EventLogs, SaysOnceThatEventsCannotBeWritten)
 {
     EventLog events_("/dev/full", [this](const std::string& text) { said.push_back(text); });
-    events_.start("/archive", "1.0", std::nullopt, threeElements());
+    start(events_, "/archive", "1.0", std::nullopt, threeElements());
     events_.phase(0);
     events_.result(0, ordered_json::array());
     EXPECT_EQ(events_.takeFault(), "");

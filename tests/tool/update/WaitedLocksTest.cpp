@@ -37,9 +37,9 @@ protected:
 #endif
     }
 
-    ProcessResult updated(const std::vector<std::string>& options, int signal = 0) const
+    ProcessResult updated(const std::vector<std::string>& options, int signal = 0, const char* time = "0.2") const
     {
-        std::vector<std::string> words = {"update", archive.path(), "--no-progress", "--stall-timeout", "0.2"};
+        std::vector<std::string> words = {"update", archive.path(), "--no-progress", "--stall-timeout", time};
         words.insert(words.end(), options.begin(), options.end());
         std::vector<std::string> environment = {"TRELLAN_TARGET=" + device.path().string(),
                                                 "LD_PRELOAD=" TRELLAN_WAITING_LOCK};
@@ -76,6 +76,15 @@ TEST_F(WaitedLocks, AreToldInTheDocumentAndTheEvents)
     EXPECT_EQ(last["status"], 8);
     EXPECT_EQ(last["result"], "stalled");
     EXPECT_EQ(last["elements"][0]["state"], "notStarted");
+}
+
+// The time may be over before the update has begun.
+TEST_F(WaitedLocks, AreToldInTheEventsHoweverShortTheTimeIs)
+{
+    EXPECT_EQ(updated({"--events", "events"}, 0, "0.000001").status, 8);
+    const std::string events = readText(device.folder() / "events");
+    EXPECT_EQ(ordered_json::parse(events.substr(0, events.find('\n')))["event"], "start") << events;
+    EXPECT_THAT(events, HasSubstr(R"("event":"result","status":8,"result":"stalled")"));
 }
 
 TEST_F(WaitedLocks, AreGivenUpAlsoWhereNoEventCanBeWritten)
