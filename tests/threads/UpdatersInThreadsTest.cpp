@@ -6,6 +6,7 @@
 #include <string>
 #include <thread>
 
+#include "ZoITrellanInspector.h"
 #include "ZoITrellanUpdater.h"
 #include "libZoErrorHandling/ZoCErrorManager.h"
 #include "support/SimulatedTarget.h"
@@ -14,6 +15,7 @@
 #include "support/UpdaterOptions.h"
 
 using namespace ZoNTrellanUpdater;
+using ZoNTrellanInspector::ZoTState;
 
 namespace {
 
@@ -103,13 +105,19 @@ TEST(UpdatersInThreads, UpdateOneTargetCallByCallInTurn)
         };
         for (int round = 0; round < rounds; ++round) {
             std::unique_ptr<ZoITrellanUpdater> updater;
+            std::unique_ptr<ZoITrellanInspector> inspector;
             inTurn([&] { updater = create(UPDATE, archive.files.path()); });
+            inTurn([&] { inspector.reset(ZoITrellanInspector::createInstance(*updater)); });
             inTurn([&] { EXPECT_EQ(updater->apply(), 0U) << said; });
             inTurn([&] { EXPECT_EQ(elementCount(*updater), 1U); });
+            inTurn([&] { EXPECT_EQ(inspector->getElement(0).state, ZoTState::UPDATE); });
+            inTurn([&] { inspector->checkUsedFiles(nullptr, nullptr); });
             inTurn([&] {
                 EXPECT_EQ(updater->run(), 1) << said;
                 EXPECT_EQ(installedChecksum(device), checksum);
             });
+            inTurn([&] { EXPECT_EQ(inspector->getElement(0).state, ZoTState::UPDATED); });
+            inTurn([&] { inspector.reset(); });
             inTurn([&] { updater.reset(); });
         }
     };
@@ -124,11 +132,18 @@ TEST(UpdatersInThreads, GoOnInAnotherThread)
     const SimulatedTarget device(deviceWithVersion("1.0", 5));
     const Archive archive(0xCBF43926, "123456789");
     std::unique_ptr<ZoITrellanUpdater> updater;
+    std::unique_ptr<ZoITrellanInspector> inspector;
     const auto inThread = [](auto action) { std::thread(action).join(); };
     inThread([&] { updater = create(UPDATE, archive.files.path()); });
+    inThread([&] { inspector.reset(ZoITrellanInspector::createInstance(*updater)); });
     inThread([&] { EXPECT_EQ(updater->apply(), 0U); });
     inThread([&] { EXPECT_EQ(elementCount(*updater), 1U); });
+    inThread([&] { EXPECT_EQ(inspector->getElement(0).state, ZoTState::UPDATE); });
+    inThread([&] { EXPECT_EQ(inspector->explainElement(0), 1U); });
     inThread([&] { EXPECT_EQ(updater->run(), 1) << said; });
+    inThread([&] { EXPECT_EQ(inspector->getElement(0).state, ZoTState::UPDATED); });
+    inThread([&] { EXPECT_EQ(inspector->getElementErrorCount(0), 0U); });
+    inThread([&] { inspector.reset(); });
     inThread([&] { updater.reset(); });
     EXPECT_EQ(installedChecksum(device), 0xCBF43926);
 }
