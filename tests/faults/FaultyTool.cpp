@@ -9,6 +9,9 @@
 #include <sstream>
 #include <string_view>
 #include <system_error>
+#include <utility>
+
+#include "faults/LineFiles.h"
 
 namespace fs = std::filesystem;
 using FaultPoints::Kind;
@@ -48,6 +51,19 @@ bool tellsMore(const std::string& text, const std::string& usual)
     return false;
 }
 
+// Empty without the option.
+std::string argumentOf(const char* option, const ToolRun& toolRun)
+{
+    const auto found = std::find(toolRun.arguments.begin(), toolRun.arguments.end(), option);
+    return found == toolRun.arguments.end() ? "" : *(found + 1);
+}
+
+std::string contentOfFile(const fs::path& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
 }  // namespace
 
 FaultyTool::FaultyTool()
@@ -70,9 +86,16 @@ std::vector<std::string> FaultyTool::failEach(Kind kind, unsigned step, const To
     isUsuallyNew = device.isNew();
     usualDescription = device.description();
     usuallyWritten = writtenBy(toolRun);
+    usualEvents = namedBy("--events", toolRun);
+    usualTrace = namedBy("--trace", toolRun);
     std::vector<std::string> faults;
     if (usuallyWritten.empty() != toolRun.written.empty()) {
         faults.push_back("without a fault: " + toolRun.written + " is not written");
+    }
+    for (const auto& [option, lines] : {std::pair("--events", usualEvents), std::pair("--trace", usualTrace)}) {
+        if (lines.empty() != argumentOf(option, toolRun).empty()) {
+            faults.push_back(std::string("without a fault: nothing is written for ") + option);
+        }
     }
     if (usual.status != toolRun.usualStatus) {
         faults.push_back("without a fault: status " + std::to_string(usual.status) + ", " + usual.errors);
@@ -103,8 +126,10 @@ std::vector<std::string> FaultyTool::failEach(Kind kind, unsigned step, const To
 FaultyTool::Outcome FaultyTool::run(const ToolRun& toolRun, Kind kind, unsigned long number, unsigned way)
 {
     device.putOld();
-    if (!toolRun.written.empty()) {
-        fs::remove(device.folder() / toolRun.written);
+    for (const std::string& file : {toolRun.written, argumentOf("--events", toolRun), argumentOf("--trace", toolRun)}) {
+        if (!file.empty()) {
+            fs::remove(device.folder() / file);
+        }
     }
     const fs::path report = reports.path() / "report";
     fs::remove(report);
@@ -155,11 +180,30 @@ std::vector<std::string> FaultyTool::faultsOf(const ToolRun& toolRun, const Outc
         std::string_view(usuallyWritten).substr(usuallyWritten.rfind('\n', usuallyWritten.size() - 2) + 1);
     check(result.status == usual.status ? written == usuallyWritten : written.empty() || written.ends_with(end),
           "the file that it writes is another, or the beginning of one");
+    const std::vector<std::string> ofLines = faultsOfLines(toolRun, result);
+    faults.insert(faults.end(), ofLines.begin(), ofLines.end());
+    return faults;
+}
+
+std::vector<std::string> FaultyTool::faultsOfLines(const ToolRun& toolRun, const ProcessResult& result) const
+{
+    const bool asUsual =
+        result.status == usual.status && result.output == usual.output && result.errors == usual.errors;
+    std::vector<std::string> faults = faultsOfEvents(namedBy("--events", toolRun), usualEvents,
+                                                     {asUsual, holds(result.errors, "events cannot be written")});
+    const std::vector<std::string> ofTrace = faultsOfTrace(namedBy("--trace", toolRun), usualTrace,
+                                                           {asUsual, holds(result.errors, "cannot write the trace")});
+    faults.insert(faults.end(), ofTrace.begin(), ofTrace.end());
     return faults;
 }
 
 std::string FaultyTool::writtenBy(const ToolRun& toolRun) const
 {
-    std::ifstream stream(device.folder() / toolRun.written, std::ios::binary);
-    return toolRun.written.empty() ? "" : std::string{std::istreambuf_iterator<char>(stream), {}};
+    return toolRun.written.empty() ? "" : contentOfFile(device.folder() / toolRun.written);
+}
+
+std::string FaultyTool::namedBy(const char* option, const ToolRun& toolRun) const
+{
+    const std::string file = argumentOf(option, toolRun);
+    return file.empty() ? "" : contentOfFile(device.folder() / file);
 }

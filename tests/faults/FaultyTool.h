@@ -39,7 +39,8 @@ public:
     // with an error that it has told beside what it says anyway and a status that it may have then; that leaves an
     // element of the target and the file on the drive and the description old or new, and the target unlocked. With the
     // usual status its document and the file that it has written are the usual ones; otherwise that is not there, or
-    // has its end. That no point is reached is wrong, too.
+    // has its end. Its events and its trace are whole lines, and all of them, or what is lost is told (LineFiles.h).
+    // That no point is reached is wrong, too.
     std::vector<std::string> failEach(FaultPoints::Kind kind, unsigned step, const ToolRun& toolRun);
 
 private:
@@ -51,11 +52,14 @@ private:
 
     Outcome run(const ToolRun& toolRun, FaultPoints::Kind kind, unsigned long number, unsigned way);
     std::vector<std::string> faultsOf(const ToolRun& toolRun, const Outcome& outcome) const;
+    std::vector<std::string> faultsOfLines(const ToolRun& toolRun, const ProcessResult& result) const;
     std::string writtenBy(const ToolRun& toolRun) const;  // empty where it is not there
+    // The content of the file that the option names; empty where it is not there.
+    std::string namedBy(const char* option, const ToolRun& toolRun) const;
 
     Device device;
     TempDir reports;
     ProcessResult usual;
     bool isUsuallyNew = false;  // the device after a run without a fault
-    std::string oldDescription, usualDescription, usuallyWritten;
+    std::string oldDescription, usualDescription, usuallyWritten, usualEvents, usualTrace;
 };
