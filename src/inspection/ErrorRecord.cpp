@@ -1,6 +1,7 @@
 #include "inspection/ErrorRecord.h"
 
-#include "base/ErrorManager.h"
+#include <stdexcept>
+#include <utility>
 
 using ZoNTrellanInspector::ZoTError;
 
@@ -19,6 +20,24 @@ ZoTError errorOf(const ZoCErrorListPool& errors, unsigned index)
     error.function = errors.getFunctionName(index);
     error.line = errors.getLineNumber(index);
     return error;
+}
+
+unsigned countOf(const ZoNUpdateBase::ErrorListHandle& kept)
+{
+    return kept ? kept->getErrorCount() : 0;
+}
+
+ZoTError errorAt(const ZoNUpdateBase::ErrorListHandle& kept, unsigned position)
+{
+    if (position >= countOf(kept)) {
+        throw std::out_of_range("ZoITrellanInspector: there is no such error");
+    }
+    return errorOf(*kept, position);
+}
+
+ZoNUpdateBase::ErrorListHandle keptOf(ZoNUpdateBase::ErrorListHandle errors)
+{
+    return countOf(errors) != 0 ? std::move(errors) : nullptr;
 }
 
 }  // namespace ZoNUpdateInspection

@@ -12,8 +12,7 @@ using namespace ZoNUpdateInventory;
 
 namespace {
 
-template <class List>
-const auto& entryAt(const List& list, unsigned position)
+const RecordOmission& entryAt(const std::vector<RecordOmission>& list, unsigned position)
 {
     if (position >= list.size()) {
         throw std::out_of_range("ZoITrellanInspector: nothing was recorded there");
@@ -26,24 +25,23 @@ const auto& entryAt(const List& list, unsigned position)
 bool ZoCTrellanInspector::recordInventory()
 {
     inventoryRecord.reset();
-    scanErrors.clear();
-    const ZoNUpdateBase::ErrorListHandle errors = ZoNUpdateBase::makeErrorList();
+    scanErrors.reset();
+    ZoNUpdateBase::ErrorListHandle errors = ZoNUpdateBase::makeErrorList();
     const ScannedTree tree = scanTarget(*errors);
-    for (unsigned i = 0; i < errors->getErrorCount(); ++i) {
-        scanErrors.push_back(ZoNUpdateInspection::errorOf(*errors, i));
-    }
+    scanErrors = ZoNUpdateInspection::keptOf(std::move(errors));
     inventoryRecord = tree ? std::make_unique<InventoryRecord>(*tree) : nullptr;
     return inventoryRecord != nullptr;
 }
 
 unsigned ZoCTrellanInspector::getScanErrorCount()
 {
-    return static_cast<unsigned>(scanErrors.size());
+    return ZoNUpdateInspection::countOf(scanErrors);
 }
 
 const ZoTError& ZoCTrellanInspector::getScanError(unsigned position)
 {
-    return entryAt(scanErrors, position);
+    scanError = ZoNUpdateInspection::errorAt(scanErrors, position);
+    return scanError;
 }
 
 unsigned ZoCTrellanInspector::getRecordedItemCount()

@@ -1,7 +1,6 @@
 // The inspector's reading of further targets with one archive.
-#include <stdexcept>
+#include <utility>
 
-#include "base/ErrorListHandle.h"
 #include "inspection/ErrorRecord.h"
 #include "inspection/Explanation.h"
 #include "inspection/FileKeys.h"
@@ -12,26 +11,21 @@ using ZoNTrellanInspector::ZoTError;
 
 unsigned ZoCTrellanInspector::readTarget()
 {
-    targetErrors.clear();
+    targetErrors.reset();
     explained.reset();  // its candidates are elements of before
-    const ZoNUpdateBase::ErrorListHandle errors = ZoNUpdateBase::makeErrorList();
+    ZoNUpdateBase::ErrorListHandle errors = ZoNUpdateBase::makeErrorList();
     const unsigned result = updater.readTargetAgain(*errors);
-    for (unsigned i = 0; i < errors->getErrorCount(); ++i) {
-        targetErrors.push_back(ZoNUpdateInspection::errorOf(*errors, i));
-    }
+    targetErrors = ZoNUpdateInspection::keptOf(std::move(errors));
     return result;
 }
 
 unsigned ZoCTrellanInspector::getTargetErrorCount()
 {
-    return static_cast<unsigned>(targetErrors.size());
+    return ZoNUpdateInspection::countOf(targetErrors);
 }
 
 const ZoTError& ZoCTrellanInspector::getTargetError(unsigned position)
 {
-    if (position >= targetErrors.size()) {
-        throw std::out_of_range("ZoITrellanInspector: there is no such error");
-    }
-    targetError = targetErrors[position];
+    targetError = ZoNUpdateInspection::errorAt(targetErrors, position);
     return targetError;
 }

@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "ZoITrellanInspector.h"
+#include "base/ErrorListHandle.h"
 #include "base/FindingList.h"
 #include "updater/ZoCTrellanUpdater.h"
 
@@ -100,11 +101,12 @@ private:
     ZoNTrellanInspector::ZoTCandidate candidate{};
     ZoNTrellanInspector::ZoTUnmet unmet{};
     std::unique_ptr<ZoNUpdateInventory::InventoryRecord> inventoryRecord;
-    std::vector<ZoNTrellanInspector::ZoTError> scanErrors;
+    ZoNUpdateBase::ErrorListHandle scanErrors;  // null: none; one by one they take half the memory of records
+    ZoNTrellanInspector::ZoTError scanError{};
     ZoNTrellanInspector::ZoTRecordedItem recordedItem{};
     ZoNTrellanInspector::ZoTRecordedParameter recordedParameter{};
     ZoNTrellanInspector::ZoTOmission omission{};
-    std::vector<ZoNTrellanInspector::ZoTError> targetErrors;
+    ZoNUpdateBase::ErrorListHandle targetErrors;  // null: none
     ZoNTrellanInspector::ZoTError targetError{};
     ZoNTrellanInspector::ZoTError generalError{};
 };

@@ -255,5 +255,7 @@ INSTANTIATE_TEST_SUITE_P(
         DocumentShape{"Items", R"({"tree":{"id":"ROOT","items":[)", R"({"id":"CN"})", "]}}"},
         DocumentShape{"Elements", R"({"tree":{"id":"ROOT","items":[{"id":"CN","items":[{"id":"UPDATE_INFO","items":[)",
                       R"({"id":"UPDATE_ELEMENT","parameters":{"ID":1}})", "]}]}]}}"},
-        DocumentShape{"Polls", R"({"tree":{"id":"ROOT"},"script":{"elements":{"/ROOT#1":{"polls":[)", "{}", "]}}}}"}),
+        DocumentShape{"Polls", R"({"tree":{"id":"ROOT"},"script":{"elements":{"/ROOT#1":{"polls":[)", "{}", "]}}}}"},
+        DocumentShape{"Errors", R"({"tree":{"id":"ROOT"},"script":{"scan":[{"errors":[)", R"({"code":1,"text":""})",
+                      "]}]}}"}),
     [](const auto& shape) { return shape.param.name; });
