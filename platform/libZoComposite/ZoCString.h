@@ -1,16 +1,18 @@
 // ZoCString: the platform's character string.
 //
 // Holds a sequence of bytes (UTF-8 by convention). A value type: copies are independent of each other, but one object
-// is not to be used by two threads at a time.
+// is not to be used by two threads at a time. Copying asks for no memory, however long the text is.
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <memory>
 #include <string>
 
 class ZoCString {
 public:
     // The empty string.
-    ZoCString() = default;
+    ZoCString() noexcept { shortText.back() = mostShort; }
 
     // The characters of `text` up to its terminating NUL; null gives the empty string.
     ZoCString(const char* text);
@@ -36,5 +38,10 @@ public:
     bool operator!=(const ZoCString& other) const noexcept;
 
 private:
-    std::string text;
+    static constexpr std::size_t mostShort = 15;
+
+    std::shared_ptr<const std::string> longText;  // what its copies share; null: the text is short
+
+    // A short text; empty for a long one. The last byte is the room that is left, and so the NUL of the longest.
+    std::array<char, mostShort + 1> shortText{};
 };

@@ -1,8 +1,9 @@
-// TableText: a table that is to be printed, kept as one text however many rows it has.
+// TableText: a table that is to be printed, kept as text in few pieces however many rows it has.
 #pragma once
 
 #include <algorithm>
 #include <cstddef>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,9 +38,14 @@ public:
     void addRow(const std::vector<std::string>& row)
     {
         widths.resize(std::max(widths.size(), row.size()));
+        std::size_t needed = row.size();
         for (std::size_t column = 0; column < row.size(); ++column) {
             widths[column] = std::max(widths[column], row[column].size());
-            text.append(row[column].c_str()).push_back('\0');
+            needed += row[column].size();
+        }
+        std::string& text = pieceFor(needed);
+        for (const std::string& cell : row) {
+            text.append(cell.c_str()).push_back('\0');
         }
         sizes.push_back(row.size());
     }
@@ -51,8 +57,12 @@ public:
     template <class Visit>
     void forEachRow(Visit visit) const
     {
-        const char* next = text.data();
+        auto piece = pieces.begin();
+        const char* next = pieces.empty() ? nullptr : piece->data();
         for (const std::size_t size : sizes) {
+            if (size != 0 && next == piece->data() + piece->size()) {
+                next = (++piece)->data();
+            }
             Cells cells(next, size);
             visit(cells);
             while (cells.left != 0) {
@@ -63,7 +73,20 @@ public:
     }
 
 private:
-    std::string text;                // each cell ends with a NUL
+    static constexpr std::size_t largestPiece = std::size_t{64} * 1024;
+
+    // One with room for a row that needs so many bytes. No piece grows beyond its room: all of it would for a while be
+    // there twice.
+    std::string& pieceFor(std::size_t needed)
+    {
+        if (pieces.empty() || pieces.back().capacity() - pieces.back().size() < needed) {
+            const std::size_t usual = pieces.empty() ? 0 : std::min(2 * pieces.back().capacity(), largestPiece);
+            pieces.emplace_back().reserve(std::max(usual, needed));
+        }
+        return pieces.back();
+    }
+
+    std::deque<std::string> pieces;  // of whole rows; each cell ends with a NUL
     std::vector<std::size_t> sizes;  // of the rows
     std::vector<std::size_t> widths;
 };

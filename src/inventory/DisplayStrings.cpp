@@ -1,7 +1,10 @@
 // Labels of elements, and membership in the lists of names that options hold.
 #include <string_view>
 
+#include "base/PlatformText.h"
 #include "inventory/ZoCUpdateInventory.h"
+
+using namespace ZoNUpdateBase;
 
 namespace {
 
@@ -40,15 +43,13 @@ void ZoCUpdateInventory::generateDisplayString(const ZoCString& boardName, const
                                                ZoCString& displayName)
 {
     const ZoCString type = displayTypeOf(name);
-    ZoCString label = boardName.isEmpty() ? boardType : boardName;
+    std::string label = allText(boardName.isEmpty() ? boardType : boardName);
     if (serialNumber != 0) {
-        label += ", SN ";
-        label += displayedSerialNumber(serialNumber);
+        label += ", SN " + allText(displayedSerialNumber(serialNumber));
     }
-    label += ", ";
-    label += type;
+    label += ", " + allText(type);
     displayType = type;
-    displayName = label;
+    displayName = platformText(label);
 }
 
 ZoCString ZoCUpdateInventory::displayedSerialNumber(unsigned int serialNumber)

@@ -37,6 +37,7 @@ void ZoCUpdateInventory::searchUpdateElements(ZoCErrorListPool& errors, ZoCInven
     }
     noteUnits();
     lastBoard = nullptr;
+    lastUnit = nullptr;
     search(errors, item, unitItem);
     numberElements();
 }
@@ -128,7 +129,7 @@ bool ZoCUpdateInventory::takeUpdateElement(ZoCErrorListPool& errors, const ZoCIn
     element.unitItem = unitItem;
     readBoardOnce(errors, board, element);
     if (unitItem != nullptr) {
-        readUnit(errors, *unitItem, element);
+        readUnitOnce(errors, *unitItem, element);
     }
     readElement(errors, item, element);
     element.configuration = configuration;
@@ -151,6 +152,19 @@ void ZoCUpdateInventory::readBoardOnce(ZoCErrorListPool& errors, const ZoCInvent
     readBoard(errors, board, element);
     lastBoard = errors.getErrorCount() == errorsBefore ? &board : nullptr;
     elementOfLastBoard = &element;
+}
+
+// So is what is wrong with a unit.
+void ZoCUpdateInventory::readUnitOnce(ZoCErrorListPool& errors, const ZoCInventoryItem& unit, ZoSUpdateElement& element)
+{
+    if (&unit == lastUnit) {
+        copyUnit(*elementOfLastUnit, element);
+        return;
+    }
+    const unsigned errorsBefore = errors.getErrorCount();
+    readUnit(errors, unit, element);
+    lastUnit = errors.getErrorCount() == errorsBefore ? &unit : nullptr;
+    elementOfLastUnit = &element;
 }
 
 // What is wrong with an element that nobody has asked for is not told.

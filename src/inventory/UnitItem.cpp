@@ -53,4 +53,11 @@ void readUnit(ZoCErrorListPool& errors, const ZoCInventoryItem& unit, ZoSUpdateE
     readIfPresent(errors, namingItem, RACKNAME, element.rackName);
 }
 
+void copyUnit(const ZoSUpdateElementValues& from, ZoSUpdateElementValues& element)
+{
+    element.unitProductName = from.unitProductName;
+    element.unitName = from.unitName;
+    element.rackName = from.rackName;
+}
+
 }  // namespace ZoNUpdateInventory

@@ -15,4 +15,7 @@ ZoCInventoryItem* unitItemOf(ZoCInventoryItem& item, ZoCInventoryItem* inherited
 // Fills in what the element's record says of its unit. Read errors go to `errors`.
 void readUnit(ZoCErrorListPool& errors, const ZoCInventoryItem& unit, ZoSUpdateElementValues& element);
 
+// Sets the fields of an element that readUnit() fills in to those of another one in the same unit.
+void copyUnit(const ZoSUpdateElementValues& from, ZoSUpdateElementValues& element);
+
 }  // namespace ZoNUpdateInventory

@@ -100,6 +100,8 @@ private:
     bool passesFilters(ZoCErrorListPool& errors, const ZoCInventoryItem& item, const ZoCInventoryItem& board) const;
     void readBoardOnce(ZoCErrorListPool& errors, const ZoCInventoryItem& board,
                        ZoNUpdateInventory::ZoSUpdateElement& element);
+    void readUnitOnce(ZoCErrorListPool& errors, const ZoCInventoryItem& unit,
+                      ZoNUpdateInventory::ZoSUpdateElement& element);
     ZoNUpdateInventory::ZoSUpdateElement& insertElement(ZoCInventoryItem* unitItem);
     std::uint32_t rebootSupportOf(ZoCErrorListPool& errors, ZoCInventoryItem* tree) const;
 
@@ -115,9 +117,12 @@ private:
     bool cnFound = false;
     std::uint32_t rebootSupportState = 1;
 
-    // During a search, the board that was read last without an error, and the element that it was read for.
+    // During a search, the board and the unit that were read last without an error, and the elements that they were
+    // read for.
     const ZoCInventoryItem* lastBoard = nullptr;
     const ZoNUpdateInventory::ZoSUpdateElement* elementOfLastBoard = nullptr;
+    const ZoCInventoryItem* lastUnit = nullptr;
+    const ZoNUpdateInventory::ZoSUpdateElement* elementOfLastUnit = nullptr;
 
     // During a search, for each unit the last element of the first run of its elements: behind it the unit's next
     // element goes, without a walk through the list.

@@ -173,6 +173,29 @@ TEST_F(UnitItem, AUnitGivesItsOwnNames)
     EXPECT_EQ(str(element().rackName), "Rack 1");
 }
 
+TEST_F(UnitItem, AUnitGivesItsNamesToEachOfItsElementsAndToNoOther)
+{
+    const auto unit = [](const std::string& id, const std::string& name) {
+        return board(id, {{"PRODUCT/UNITNAME", "Box"}, {"UNITNAME", name}, {"RACKNAME", "Rack of " + name}},
+                     {named(1, "A"), named(2, "B")});
+    };
+    ASSERT_EQ(read({unit("NETC[1]", "Box 1"), unit("NETC[2]", "Box 2"), board("ION", {}, {named(1, "C")})}), 1);
+    for (const std::size_t position : {0, 1, 2, 3}) {
+        const std::string name = position < 2 ? "Box 1" : "Box 2";
+        EXPECT_EQ(str(element(position).unitProductName), "Box");
+        EXPECT_EQ(str(element(position).unitName), name);
+        EXPECT_EQ(str(element(position).rackName), "Rack of " + name);
+    }
+    EXPECT_EQ(str(element(4).unitProductName), "");
+    EXPECT_EQ(str(element(4).unitName), "");
+}
+
+TEST_F(UnitItem, WhatIsWrongWithAUnitIsToldForEachOfItsElements)
+{
+    ASSERT_EQ(read({board("NETC", {{"PRODUCT/UNITNAME", "Box"}, {"UNITNAME", 1}}, {named(1, "A"), named(2, "B")})}), 1);
+    EXPECT_EQ(errors.count(), 2u);
+}
+
 TEST_F(UnitItem, AUnitWithoutAUnitNameGivesItsRackName)
 {
     ASSERT_EQ(read({board("NETC", {{"PRODUCT/UNITNAME", "Box"}, {"RACKNAME", "Rack 1"}}, {named(1, "A")})}), 1);

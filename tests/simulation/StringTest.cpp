@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "allocations/Allocations.h"
 #include "libZoComposite/ZoCString.h"
 
 TEST(String, IsEmptyUnlessAnythingElseIsSaid)
@@ -59,6 +60,44 @@ TEST(String, IsComparedBytewiseAndCaseSensitively)
     EXPECT_TRUE(ZoCString("HCN") != ZoCString("HCN "));
 }
 
+TEST(String, HasTheSameEndWhateverItsLength)
+{
+    for (const std::size_t length : {0u, 14u, 15u, 16u, 1000u}) {
+        const ZoCString text(std::string(length, 'x').c_str());
+        EXPECT_EQ(text.length(), length);
+        EXPECT_EQ(std::string(text.c_str()), std::string(length, 'x'));
+    }
+}
+
+TEST(String, GrowsFromAShortTextIntoALongOneAndOn)
+{
+    ZoCString text("0123456");
+    text += text;
+    EXPECT_STREQ(text.c_str(), "01234560123456");
+    text += text;
+    EXPECT_STREQ(text.c_str(), "0123456012345601234560123456");
+    text += ZoCString("\0x", 2);
+    EXPECT_EQ(std::string(text.c_str(), text.length()), std::string("0123456012345601234560123456\0x", 30));
+    text = "short";
+    EXPECT_STREQ(text.c_str(), "short");
+    EXPECT_EQ(text, ZoCString("short"));
+    EXPECT_NE(text, ZoCString("a text that is longer than others"));
+}
+
+TEST(String, AsksForNoMemoryForAShortTextNorForACopyOfALongOne)
+{
+    const ZoCString longText("a text that is longer than others");
+    ZoCString moved;
+    EXPECT_EQ(allocationsOf([&] {
+                  const ZoCString shortText("Processor board");
+                  ZoCString copy = longText;
+                  moved = std::move(copy);
+              }),
+              0u);
+    EXPECT_EQ(moved, longText);
+    EXPECT_STREQ(moved.c_str(), "a text that is longer than others");
+}
+
 TEST(String, DoesNotChangeWithItsCopies)
 {
     const ZoCString original("one");
@@ -66,4 +105,10 @@ TEST(String, DoesNotChangeWithItsCopies)
     copy += ZoCString(" two");
     EXPECT_STREQ(original.c_str(), "one");
     EXPECT_STREQ(copy.c_str(), "one two");
+
+    const ZoCString longText("a text that is longer than others");
+    ZoCString longCopy = longText;
+    longCopy += ZoCString("!");
+    EXPECT_STREQ(longText.c_str(), "a text that is longer than others");
+    EXPECT_STREQ(longCopy.c_str(), "a text that is longer than others!");
 }

@@ -56,6 +56,22 @@ TEST_F(PrintTable, TakesTheWidestCellOfEachColumn)
               "d   | 12345\n");
 }
 
+TEST_F(PrintTable, PrintsRowsOfAllLengthsInTheirOrder)
+{
+    Rows rows;
+    std::string expected;
+    for (std::size_t i = 0; i < 400; ++i) {
+        const std::string cell(i * 7919 % 1999, static_cast<char>('a' + i % 26));
+        rows.push_back({});
+        rows.push_back({cell, "x"});
+        expected += std::string(1996, ' ') + " |  \n" + cell + std::string(1996 - cell.size(), ' ') + " | x\n";
+        if (i == 0) {
+            expected.insert(expected.find('\n') + 1, std::string(2000, '-') + "\n");
+        }
+    }
+    EXPECT_EQ(printed(rows), expected);
+}
+
 TEST_F(PrintTable, RuleIsAsLongAsTheHeaderLine)
 {
     EXPECT_EQ(printed({{"one", "two", "three"}}),

@@ -14,11 +14,17 @@ namespace TrellanTool {
 
 namespace {
 
-// Carries the command out, and writes its document to `streams.out`.
+// Whether what the command prints is its document's content, too.
+bool printsItsDocument(const Command& command)
+{
+    return !command.has(ELEMENTS) && command.code != ZoNTrellanUpdater::PRINT_ARCHIVE;
+}
+
+// Carries the command out, and writes its document to `streams.out`. Tables are not kept: they may be long.
 bool runWithDocument(LibrarySession& session, const Command& command, const Streams& streams)
 {
     TextStream printed;
-    session.redirect(printed);
+    session.redirect(printsItsDocument(command) ? printed : streams.err);
     const bool successful = session.updater().run() == 1;
     session.redirect(streams.err);
     streams.err << printed.str();

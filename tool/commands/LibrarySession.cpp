@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <iostream>
+#include <string_view>
 #include <system_error>
 
 #include "tool/ExitStatus.h"
@@ -14,6 +15,7 @@
 #include "tool/arguments/Command.h"
 #include "tool/commands/TargetFilters.h"
 #include "tool/documents/BlockingElements.h"
+#include "tool/documents/ElementRecords.h"
 #include "tool/update/LineTap.h"
 
 namespace TrellanTool {
@@ -128,7 +130,7 @@ int LibrarySession::apply(std::ostream& err)
     excludeElements(err);
     if (result == 2) {
         addTo(said, applied.errors());
-        complain(err, blockingElements(*owned, *looking));
+        complainOfBlockingElements(err);
         return NOT_SUPPORTED;
     }
     if (filtered && arguments.command->has(UPDATES) && !selectElement(*looking)) {
@@ -223,6 +225,16 @@ void LibrarySession::explainFolder(std::ostream& err)
     if (arguments.command->has(ARCHIVE) && std::filesystem::is_directory(path, error)) {
         complain(err, "the description " + path + " is a folder; --description takes the name of a file");
     }
+}
+
+// There may be many lines, which are kept once.
+void LibrarySession::complainOfBlockingElements(std::ostream& err)
+{
+    const std::size_t before = said.size();
+    forEachBlockingElement(ElementRecords(*owned, *looking, true), *looking,
+                           [this](const std::string& line) { addTo(said, line); });
+    const std::string_view lines = std::string_view(said).substr(before);
+    say(err, lines.substr(lines.starts_with('\n') ? 1 : 0));
 }
 
 void LibrarySession::complain(std::ostream& err, const std::string& text)

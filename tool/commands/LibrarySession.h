@@ -64,6 +64,7 @@ private:
     bool noteWholeTarget(TargetFilters& filters);
     void excludeElements(std::ostream& err);
     void explainFolder(std::ostream& err);
+    void complainOfBlockingElements(std::ostream& err);
     void complain(std::ostream& err, const std::string& text);
 
     const Arguments& arguments;

@@ -1,25 +1,20 @@
 #include "tool/documents/BlockingElements.h"
 
-#include <memory>
+#include "tool/documents/ElementRecords.h"
 
 namespace TrellanTool {
 
-std::string blockingElements(ZoITrellanUpdater& updater, ZoITrellanInspector& inspector)
+void forEachBlockingElement(const ElementRecords& records, ZoITrellanInspector& inspector,
+                            const std::function<void(const std::string&)>& take)
 {
-    ZoNTrellanUpdater::ZoTUpdateElement* list = nullptr;
-    unsigned count = 0;
-    updater.getUpdateElementList(list, count);
-    const std::unique_ptr<ZoNTrellanUpdater::ZoTUpdateElement[]> owner(list);
-    std::string lines;
-    for (unsigned i = 0; i < count; ++i) {
+    for (unsigned i = 0; i < records.count(); ++i) {
         const ZoNTrellanInspector::ZoTElement& element = inspector.getElement(i);
         if (element.blocksUpdate) {
-            lines += lines.empty() ? "" : "\n";
-            lines += "the archive has no file for " + list[i].displayName + " (board " + list[i].boardType +
-                     ", element " + element.name + ")";
+            const ZoNTrellanUpdater::ZoTUpdateElement& listed = records.listed(i);
+            take("the archive has no file for " + listed.displayName + " (board " + listed.boardType + ", element " +
+                 element.name + ")");
         }
     }
-    return lines;
 }
 
 }  // namespace TrellanTool

@@ -1,14 +1,18 @@
 // Why a target is refused.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "ZoITrellanInspector.h"
 
 namespace TrellanTool {
 
-// The elements without a file for which the archive does not support the target, with their boards: a line for each,
-// without a line end behind the last.
-std::string blockingElements(ZoITrellanUpdater& updater, ZoITrellanInspector& inspector);
+class ElementRecords;
+
+// Calls `take` with a line, without its end, for each element without a file for which the archive does not support the
+// target, and its board.
+void forEachBlockingElement(const ElementRecords& records, ZoITrellanInspector& inspector,
+                            const std::function<void(const std::string&)>& take);
 
 }  // namespace TrellanTool

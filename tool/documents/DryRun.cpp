@@ -85,7 +85,8 @@ void DryRun::writeState(std::ostream& out, const char* heading, State state) con
 void DryRun::writeText(std::ostream& out) const
 {
     if (!inspector.isTargetSupported()) {
-        out << "The target is not supported:\n" << blockingElements(updater, inspector) << '\n';
+        out << "The target is not supported:\n";
+        forEachBlockingElement(records, inspector, [&](const std::string& line) { out << line << '\n'; });
     }
     writePhases(out);
     writeState(out, "Up to date", State::UP_TO_DATE);

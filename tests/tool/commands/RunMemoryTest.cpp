@@ -237,6 +237,43 @@ TEST_F(DescribingRunMemory, IsTheSameWhereTheTextGoesIntoAFile)
     EXPECT_LE(tenthsForEachByte({"describe", "archive", "--output", "described.json"}), tree + text + 5);
 }
 
+// A hundred elements that have a long text of their board or unit in common: its size, a hundred times.
+class LongTextRunMemory : public RunMemory {
+protected:
+    static constexpr std::size_t textSize = documentSize / 100;
+
+    static std::string longText() { return std::string(textSize, 'x'); }
+
+    void writeTarget(const nlohmann::ordered_json& parameters) const
+    {
+        std::vector<nlohmann::ordered_json> elements;
+        for (unsigned id = 1; id <= 100; ++id) {
+            elements.push_back(updateElement(id, {}));
+        }
+        folder.write("target.json", target({board("HCN", parameters, elements)}).dump());
+    }
+};
+
+// What is shown of each element is made for it, and stands in a table that is as wide as its widest row.
+TEST_F(LongTextRunMemory, OfInstalledVersionsHasTheNameOfABoardTwiceForEachElement)
+{
+    writeTarget({{"PRODUCT/BOARD_TYPE", "A"}, {"PRODUCT/NAME", longText()}});
+    EXPECT_LE(tenthsForEachByte({"installed", "--target", "target.json"}), 23);
+}
+
+// The library's list has the board's name and the element's; the text is not kept.
+TEST_F(LongTextRunMemory, OfADocumentOfInstalledVersionsHasItThreeTimes)
+{
+    writeTarget({{"PRODUCT/BOARD_TYPE", "A"}, {"PRODUCT/NAME", longText()}});
+    EXPECT_LE(tenthsForEachByte({"installed", "--target", "target.json", "--json"}), 34);
+}
+
+TEST_F(LongTextRunMemory, OfWhatIsNotShownHasItOnce)
+{
+    writeTarget({{"PRODUCT/BOARD_TYPE", "A"}, {"PRODUCT/UNITNAME", "Box"}, {"UNITNAME", longText()}});
+    EXPECT_LE(tenthsForEachByte({"installed", "--target", "target.json"}), 3);
+}
+
 TEST_P(TargetRunMemory, OfTheInstalledVersionsIsAtMostTenTimesTheSize)
 {
     EXPECT_LE(tenthsForEachByte({"installed", "--target", "target.json"}), 100);
