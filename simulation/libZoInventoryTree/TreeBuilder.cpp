@@ -10,8 +10,10 @@ namespace TrellanSimulation {
 
 namespace {
 
-void addParameters(TreeItem& item, const Json& parameters, const Place& place)
+// What an item is filled with stands apart from the walk down the tree, on whose stack it would lie at every level.
+[[gnu::noinline]] void addParameters(TreeItem& item, const Json& parameters, const Place& itemPlace)
 {
+    const Place place(itemPlace, "parameters");
     requireObject(parameters, place);
     ParameterNames& names = item.parameterNames();
     parameters.forEachKey([&](const JsonBits& key, const Json& value) {
@@ -27,7 +29,7 @@ void addParameters(TreeItem& item, const Json& parameters, const Place& place)
 
 // What an item's object has, found in one walk.
 struct ItemMembers {
-    ItemMembers(const Json& item, const Place& place)
+    [[gnu::noinline]] ItemMembers(const Json& item, const Place& place)
     {
         requireObject(item, place);
         item.forEachMember([&](std::string_view name, const Json& value) {
@@ -62,10 +64,22 @@ ZoCInventoryAddress readId(const ItemMembers& item, const Place& place)
     return *id;
 }
 
+[[gnu::noinline]] TreeItem& addItem(TreeItem& above, const ItemMembers& source, const Place& place)
+{
+    return above.addItem(readId(source, place));
+}
+
+[[gnu::noinline]] void requireRoom(unsigned level, const Place& itemPlace)
+{
+    if (level == maxTreeLevels) {
+        throw DocumentFault(itemPlace, "more than " + std::to_string(maxTreeLevels) + " levels of items");
+    }
+}
+
 void fillItem(TreeItem& item, const ItemMembers& source, const Place& place, unsigned level)
 {
     if (source.parameters) {
-        addParameters(item, *source.parameters, Place(place, "parameters"));
+        addParameters(item, *source.parameters, place);
     }
     if (!source.items) {
         return;
@@ -74,11 +88,9 @@ void fillItem(TreeItem& item, const ItemMembers& source, const Place& place, uns
     requireArray(*source.items, itemsPlace);
     for (std::size_t position = 0; position < source.items->size(); ++position) {
         const Place itemPlace(itemsPlace, position);
-        if (level == maxTreeLevels) {
-            throw DocumentFault(itemPlace, "more than " + std::to_string(maxTreeLevels) + " levels of items");
-        }
+        requireRoom(level, itemPlace);
         const ItemMembers members((*source.items)[position], itemPlace);
-        fillItem(item.addItem(readId(members, itemPlace)), members, itemPlace, level + 1);
+        fillItem(addItem(item, members, itemPlace), members, itemPlace, level + 1);
     }
 }
 

@@ -30,6 +30,12 @@ public:
     // Goes to the end of the value.
     void skip();
 
+    // The same member by member, or element by element: enter() goes behind the opening bracket, and goOn() behind the
+    // end of a value to what comes next; each says whether there is any. takeName() goes on to the member's value.
+    bool enter();
+    bool goOn();
+    Member takeName();
+
     // Goes to the end of the object, and calls `visit` with each Member when standing at its value, to the end of which
     // it must go.
     template <class Visit>
@@ -40,19 +46,7 @@ public:
         }
     }
 
-    // Goes to the end of the array, and calls `visit` when standing at each element, to the end of which it must go.
-    template <class Visit>
-    void forEachElement(Visit visit)
-    {
-        for (bool more = enter(); more; more = goOn()) {
-            visit();
-        }
-    }
-
 private:
-    bool enter();
-    bool goOn();
-    Member takeName();
     void skipBlanks();
     void skipText();
     void skipNested();

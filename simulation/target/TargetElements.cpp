@@ -39,11 +39,19 @@ bool isSame(const Json& value, const NewValue& other)
     return text == nullptr ? value.unsignedNumber() == std::get<std::uint64_t>(other) : value.text() == *text;
 }
 
-// The document's item below `source` at this position.
-std::optional<Json> itemBelow(const Json& source, std::size_t position)
+// The item at this position of a list that the document may not have.
+std::optional<Json> itemAt(const std::optional<Json>& items, std::size_t position)
 {
-    const auto items = source.find("items");
     return items && position < items->size() ? std::optional((*items)[position]) : std::nullopt;
+}
+
+enum class ItemMember { items, parameters, other };
+
+// Goes to the value of the member that the cursor stands at. Its name does not lie on the stack of the walk.
+[[gnu::noinline]] ItemMember enterMember(JsonCursor& cursor)
+{
+    const std::string name = cursor.takeName().name;
+    return name == "items" ? ItemMember::items : name == "parameters" ? ItemMember::parameters : ItemMember::other;
 }
 
 }  // namespace
@@ -90,12 +98,18 @@ TargetFile::Elements& TargetFile::foundElements()
     return *elements;
 }
 
-// Walks `source` along with the tree that was built from it.
-void TargetFile::collectElements(const TreeItem& item, const Json& source, Elements& found)
+// Not a part of the walk, on whose stack it would lie at every level.
+[[gnu::noinline]] void TargetFile::noteElement(const TreeItem& item, const Json& source, Elements& found)
 {
     if (const auto key = keyOf(item)) {
         found.emplace(*key, Element{source, {}});
     }
+}
+
+// Walks `source` along with the tree that was built from it.
+void TargetFile::collectElements(const TreeItem& item, const Json& source, Elements& found)
+{
+    noteElement(item, source, found);
     const ZoCInventoryItem* below = item.getFirstSubItem();
     const auto items = source.find("items");
     for (std::size_t position = 0; below != nullptr; below = below->getNext(), ++position) {
@@ -125,35 +139,26 @@ void TargetFile::addChanges(TreeItem& tree, const Json& source)
     add(add, tree, source);
 }
 
-// Walks the item that the cursor stands at along with the document. Of members that stand twice the last one is in the
-// document: what is found in an earlier one, which may be anything, is found again. `item` is nothing where the
-// document has none.
-void TargetFile::findInText(const std::optional<Json>& item, JsonCursor& cursor, Parameters& found)
+// Walks the item whose object the cursor stands at along with the document. Of members that stand twice the last one is
+// in the document: what is found in an earlier one, which may be anything, is found again.
+void TargetFile::findInText(const Json& item, JsonCursor& cursor, Parameters& found)
 {
-    if (!item || !cursor.isObject()) {
-        cursor.skip();
-        return;
-    }
-    cursor.forEachMember([&](const JsonCursor::Member& member) {
-        if (member.name == "items") {
-            findItemsInText(*item, cursor, found);
-            return;
+    for (bool more = cursor.enter(); more; more = cursor.goOn()) {
+        const ItemMember member = enterMember(cursor);
+        if (member == ItemMember::parameters) {
+            found[item.identity()] = cursor.offset();
         }
-        if (member.name == "parameters") {
-            found[item->identity()] = cursor.offset();
+        if (member != ItemMember::items || !cursor.isArray()) {
+            cursor.skip();
+            continue;
         }
-        cursor.skip();
-    });
-}
-
-void TargetFile::findItemsInText(const Json& item, JsonCursor& cursor, Parameters& found)
-{
-    if (!cursor.isArray()) {
-        cursor.skip();
-        return;
+        const auto items = item.find("items");
+        std::size_t position = 0;
+        for (bool further = cursor.enter(); further; further = cursor.goOn()) {
+            const auto below = itemAt(items, position++);
+            below&& cursor.isObject() ? findInText(*below, cursor, found) : cursor.skip();
+        }
     }
-    std::size_t position = 0;
-    cursor.forEachElement([&] { findInText(itemBelow(item, position++), cursor, found); });
 }
 
 std::string TargetFile::changedText() const
@@ -161,7 +166,7 @@ std::string TargetFile::changedText() const
     Parameters parameters;
     JsonCursor cursor(text);
     cursor.forEachMember([&](const JsonCursor::Member& member) {
-        member.name == "tree" ? findInText(treeSource(), cursor, parameters) : cursor.skip();
+        member.name == "tree" && cursor.isObject() ? findInText(treeSource(), cursor, parameters) : cursor.skip();
     });
     std::map<std::size_t, MemberChanges> changes;
     for (const auto& [key, element] : *elements) {

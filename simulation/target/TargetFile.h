@@ -70,10 +70,10 @@ private:
     void readMembers();
     Json treeSource() const { return *document.root().find("tree"); }
     Elements& foundElements();
+    static void noteElement(const TreeItem& item, const Json& source, Elements& found);
     static void collectElements(const TreeItem& item, const Json& source, Elements& found);
     void addChanges(TreeItem& tree, const Json& source);
-    static void findInText(const std::optional<Json>& item, JsonCursor& cursor, Parameters& found);
-    static void findItemsInText(const Json& item, JsonCursor& cursor, Parameters& found);
+    static void findInText(const Json& item, JsonCursor& cursor, Parameters& found);
     void install(Element& element, const UpdateContent& content);
     std::string changedText() const;
 

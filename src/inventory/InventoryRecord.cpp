@@ -218,7 +218,7 @@ void InventoryRecord::record(const ZoCInventoryItem& item, unsigned level)
         return;
     }
     if (!hasName(item)) {
-        omitted.push_back({allText(item.getAddress().toString()), "", "an item of a kind without a name"});
+        leaveOut(item, "", "an item of a kind without a name");
         return;
     }
     items.push_back({level, item.getID().getCategory(), item.getID().getIndex()});
@@ -230,7 +230,14 @@ void InventoryRecord::record(const ZoCInventoryItem& item, unsigned level)
     }
 }
 
-void InventoryRecord::recordParameters(const ZoCInventoryItem& item)
+// Like what follows not a part of the walk, on whose stack it would lie at every level.
+[[gnu::noinline]] void InventoryRecord::leaveOut(const ZoCInventoryItem& item, const std::string& parameter,
+                                                 const std::string& reason)
+{
+    omitted.push_back({allText(item.getAddress().toString()), parameter, reason});
+}
+
+[[gnu::noinline]] void InventoryRecord::recordParameters(const ZoCInventoryItem& item)
 {
     const unsigned owners = ownersIn(item);
     const ErrorListHandle errors = makeErrorList();
@@ -243,7 +250,7 @@ void InventoryRecord::recordParameters(const ZoCInventoryItem& item)
         if (errors->getErrorCount() == 0) {
             parameters.push_back({items.size() - 1, std::move(parameter)});
         } else {
-            omitted.push_back({allText(item.getAddress().toString()), known.text, textOfErrors(*errors)});
+            leaveOut(item, known.text, textOfErrors(*errors));
             errors->clear();
         }
     }

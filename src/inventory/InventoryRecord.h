@@ -63,6 +63,7 @@ private:
     };
 
     void record(const ZoCInventoryItem& item, unsigned level);
+    void leaveOut(const ZoCInventoryItem& item, const std::string& parameter, const std::string& reason);
     void recordParameters(const ZoCInventoryItem& item);
     bool hasParameter(std::size_t item, std::size_t position) const;
     std::size_t firstParameter(std::size_t item) const;
