@@ -4,8 +4,13 @@
 #include <stdlib.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -85,6 +90,34 @@ private:
     std::vector<File> files;
 };
 
+bool beginsAsTrace(const std::filesystem::path& path)
+{
+    constexpr std::string_view begin = R"({"call":)";
+    std::string read(begin.size(), ' ');
+    std::ifstream file(path, std::ios::binary);
+    file.read(read.data(), static_cast<std::streamsize>(read.size()));
+    read.resize(static_cast<std::size_t>(file.gcount()));
+    return begin.starts_with(read);
+}
+
+// A trace is begun before the archive is read, so that its files cannot be known: what is in its folder and no trace
+// may be one of them.
+void keepTraceFromFolder(const Arguments& arguments)
+{
+    if (!arguments.traceFile || !identityOf(*arguments.traceFile)) {
+        return;
+    }
+    std::error_code fault;
+    const auto folder = std::filesystem::canonical(arguments.options.archivePath, fault);
+    const auto file = std::filesystem::canonical(*arguments.traceFile, fault);
+    const bool isInFolder =
+        !fault && std::mismatch(folder.begin(), folder.end(), file.begin(), file.end()).first == folder.end();
+    if (isInFolder && !beginsAsTrace(file)) {
+        throw UsageError("--trace: " + *arguments.traceFile + " is in the folder of the archive, and no trace",
+                         arguments.command);
+    }
+}
+
 std::string targetOf(const Arguments& arguments)
 {
     const char* const named = ::getenv("TRELLAN_TARGET");
@@ -110,13 +143,14 @@ void keepFromWriting(const Arguments& arguments)
     }
     if (command.has(ARCHIVE)) {
         written.keepFromDescription(arguments);
+        keepTraceFromFolder(arguments);
     }
     written.keepFrom(arguments.planFile.value_or(""), "the plan");
 }
 
 void keepFromWriting(const Arguments& arguments, ZoITrellanInspector& archive)
 {
-    const WrittenFiles written(arguments, {events, result, page});
+    const WrittenFiles written(arguments, {events, trace, result, page});
     for (unsigned i = 0; !written.areNone() && i < archive.getFileCount(); ++i) {
         written.keepFrom(archive.getFile(i).path, "a file of the archive");
     }

@@ -87,6 +87,31 @@ TEST_F(WrittenFiles, AreNotTracedInto)
                   "--trace: " + descriptionPath() + " is the archive's description", descriptionPath());
 }
 
+TEST_F(WrittenFiles, AreNotTracedIntoWhereTheyLieInTheArchivesFolder)
+{
+    const std::string reason = " is in the folder of the archive, and no trace";
+    expectRefused({"update", archive.path(), "--trace", updateFile()}, "--trace: " + updateFile() + reason,
+                  updateFile());
+    const std::string other = folder.path() / "other";
+    std::filesystem::create_symlink(updateFile(), other);
+    expectRefused({"describe", archive.path(), "--trace", other}, "--trace: " + other + reason, updateFile());
+    const std::string trace = archive.path() + "/trace";
+    writeText(trace, "{\"call\":\"scan\"}\n");
+    EXPECT_EQ(ran({"describe", archive.path(), "--trace", trace}).status, 0);
+}
+
+// So that no update has installed what the trace has written.
+TEST_F(WrittenFiles, AreNotTracedIntoWhereTheArchiveNamesThem)
+{
+    const std::string elsewhere = folder.path() / "elsewhere.bin";
+    std::filesystem::rename(updateFile(), elsewhere);
+    std::filesystem::create_symlink(elsewhere, updateFile());
+    const RunResult result = ran({"update", archive.path(), "--trace", elsewhere});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_TRUE(result.err.starts_with("trellan-update: --trace: " + elsewhere + " is a file of the archive\n"))
+        << result.err;
+}
+
 TEST_F(WrittenFiles, MayBeAnyOthers)
 {
     const std::string page = folder.path() / "page.html";
