@@ -287,6 +287,9 @@ private:
         if (!log.isOn()) {
             return status;
         }
+        if (status == SUCCESS && !arguments.quiet && !streams.out.flush()) {
+            status = FAILURE;  // as the run will end
+        }
         ordered_json outcomes = outcomesOf(elements, session.inspector());
         if (isGivenUp) {
             noneStarted(outcomes);

@@ -54,6 +54,24 @@ protected:
 
 }  // namespace
 
+TEST_F(EventRuns, EndWithTheStatusOfARunWhoseOutputIsLost)
+{
+    const ProcessResult result =
+        runProcess("/bin/sh",
+                   {"-c", R"(exec "$0" update "$1" --target target.json --events events >/dev/full)", TRELLAN_TOOL,
+                    archive.path()},
+                   folder.path());
+    EXPECT_EQ(result.status, 1);
+    std::istringstream lines(readText(pathOf("events")));
+    ordered_json last;
+    for (std::string line; std::getline(lines, line);) {
+        last = ordered_json::parse(line);
+    }
+    EXPECT_EQ(last["event"], "result");
+    EXPECT_EQ(last["status"], 1);
+    EXPECT_EQ(last["elements"][0]["state"], "updated");
+}
+
 TEST_F(EventRuns, NameTheTargetThatTheEnvironmentNames)
 {
     const ProcessResult result = runProcess(TRELLAN_TOOL, {"update", archive.path(), "--events", pathOf("events")},
