@@ -30,7 +30,7 @@ std::string textOf(const ordered_json& value)
     return value.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
 }
 
-class NestedTooDeep {};
+class NoPlan {};
 class MemberTwice {};
 
 // Turns the elements of a plan into their texts while it is read: 100,000 of them take far less room so. Refuses what
@@ -42,10 +42,12 @@ public:
     {
         using Event = ordered_json::parse_event_t;
         if (depth > deepest) {
-            throw NestedTooDeep();
+            throw NoPlan();
         }
         if (event == Event::key) {
-            ++members[static_cast<std::size_t>(depth)];
+            if (++members[static_cast<std::size_t>(depth)] > mostMembers) {
+                throw NoPlan();
+            }
             areMeant = depth == depthOfMembers ? isText(value, "elements") : areMeant;
         } else if (event == Event::object_end) {
             endObject(depth, value);
@@ -67,6 +69,7 @@ private:
     static constexpr int depthOfMembers = 1;
     static constexpr int depthOfElements = 2;
     static constexpr int deepest = 32;
+    static constexpr std::size_t mostMembers = 500;  // an object looks through all that it has for each further one
 
     std::array<std::size_t, deepest + 2> members = {};  // of the object that is being read at each depth
     bool areMeant = false;
@@ -86,7 +89,7 @@ ordered_json parsed(const std::string& path, const std::string& text)
         throw PlanError("the plan " + path + " is no JSON document");
     } catch (const MemberTwice&) {
         throw PlanError("the plan " + path + " was changed since it was written");
-    } catch (const NestedTooDeep&) {
+    } catch (const NoPlan&) {
         throw PlanError("the plan " + path + " is no document of update --dry-run --json");
     }
 }

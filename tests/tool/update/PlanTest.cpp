@@ -126,6 +126,18 @@ TEST_F(Plans, ThatIsNestedDeeperThanTheStackIsNamed)
     }
 }
 
+// Which would take the square of their number to read.
+TEST_F(Plans, WithMoreMembersThanAPlanHasIsNamed)
+{
+    std::string members = "0";
+    for (int i = 0; i < 501; ++i) {
+        members += ", \"m" + std::to_string(i) + "\": 0";
+    }
+    expectRefused(
+        updated(R"({"schemaVersion": 1, "command": "update", "digest": "", "counts": {"m": )" + members + "}}"),
+        thatPlan("is no document of update --dry-run --json"));
+}
+
 TEST_F(Plans, ThatIsCutShortIsNamed)
 {
     expectRefused(updated(plan.substr(0, plan.size() / 2)), thatPlan("is cut short"));
