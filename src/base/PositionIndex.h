@@ -12,7 +12,7 @@
 
 namespace ZoNUpdateBase {
 
-// What `hash` and `value` together hash to. All bits of both tell in all bits of the result.
+// What `hash` and `value` together hash to. Each bit of both tells in the lower half of the result.
 inline std::uint64_t combinedHash(std::uint64_t hash, std::uint64_t value)
 {
     hash = (hash ^ value) * 0x9E3779B97F4A7C15U;

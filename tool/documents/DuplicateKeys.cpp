@@ -26,7 +26,7 @@ std::size_t offsetOf(std::uint64_t key)
 
 void DuplicateKeys::add(std::size_t offset, std::string_view name)
 {
-    keys.push_back(std::hash<std::string_view>()(name) << offsetBits | offset);
+    keys.push_back(std::uint64_t{std::hash<std::string_view>()(name)} << offsetBits | offset);
 }
 
 void DuplicateKeys::take(std::size_t object, const Use& use)
