@@ -38,8 +38,9 @@ if(TRELLAN_COVERAGE)
         message(FATAL_ERROR "TRELLAN_COVERAGE needs clang: set CMAKE_CXX_COMPILER to clang++.")
     endif()
     # The counters lie in files that are mapped into memory: what a killed process ran is counted, too. Where they lie stands
-    # in the programs, since tests start some of them with another environment.
-    add_compile_options(-fprofile-instr-generate=${CMAKE_BINARY_DIR}/profiles/%m%c.profraw
+    # in the programs, since tests start some of them with another environment. Several processes count in one file at a
+    # time, and what one of them counts must not be lost: what never happened is found by subtraction.
+    add_compile_options(-fprofile-instr-generate=${CMAKE_BINARY_DIR}/profiles/%m%c.profraw -fprofile-update=atomic
         -fcoverage-mapping -fprofile-list=${CMAKE_CURRENT_SOURCE_DIR}/cmake/coverage.list
         -mllvm -runtime-counter-relocation)
     add_link_options(-fprofile-instr-generate)

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <nlohmann/json.hpp>
 
 #include "support/BuildTree.h"
 #include "support/Process.h"
@@ -48,11 +49,27 @@ protected:
         }
     }
 
-    // Programs that were counted, and tools that export `counts`.
-    void giveCoverage(const std::string& counts) const
+    // What is exported of a file: its counts, each "count" and "covered", and how often what it has was run.
+    nlohmann::json counted(const std::string& name, std::array<int, 2> lines, std::array<int, 2> branches,
+                           const nlohmann::json& segments = nlohmann::json::array(),
+                           const nlohmann::json& outcomes = nlohmann::json::array()) const
+    {
+        if (!fs::exists(folder.path() / name)) {
+            folder.write(name, "");
+        }
+        return {{"filename", (folder.path() / name).string()},
+                {"segments", segments},
+                {"branches", outcomes},
+                {"summary",
+                 {{"lines", {{"count", lines[0]}, {"covered", lines[1]}}},
+                  {"branches", {{"count", branches[0]}, {"covered", branches[1]}}}}}};
+    }
+
+    // Programs that were counted, and tools that export `files`.
+    void giveCoverage(const nlohmann::json& files) const
     {
         fs::create_directories(folder.path() / "cmake");
-        fs::copy(TRELLAN_SOURCE_DIR "/cmake/coverage.awk", folder.path() / "cmake" / "coverage.awk",
+        fs::copy(TRELLAN_SOURCE_DIR "/cmake/coverage.py", folder.path() / "cmake" / "coverage.py",
                  fs::copy_options::overwrite_existing);
         script("build/coverage/bin/trellan-update",
                "mkdir build/coverage/profiles && >build/coverage/profiles/a.profraw");
@@ -60,7 +77,8 @@ protected:
         script("tools/ctest", "exit 0");
         script("tools/readelf", "echo __llvm_covmap");
         script("tools/llvm-profdata", "test -f build/coverage/profiles/a.profraw");
-        script("tools/llvm-cov", "printf \"" + counts + "\"");
+        folder.write("export", nlohmann::json({{"data", {{{"files", files}}}}}).dump());
+        script("tools/llvm-cov", "cat export");
     }
 
     std::string calls() const { return readText(folder.path() / "calls"); }
@@ -138,12 +156,19 @@ TEST_F(Dev, ReferenceFailsWhereDoxygenFindsSomething)
 
 TEST_F(Dev, CoverageTellsWhatRanOfEachFolderAndListsWhatDidNot)
 {
-    giveCoverage(
-        "SF:$PWD/src/a.cpp\nDA:1,5\nDA:2,0\nDA:3,2\nBRDA:3,0,0,2\nBRDA:3,0,1,0\nBRF:2\nBRH:1\nLF:100\nLH:97\n"
-        "end_of_record\nSF:$PWD/src/b.cpp\nDA:1,1\nBRF:23\nBRH:22\nLF:100\nLH:98\nend_of_record\n"
-        "SF:$PWD/simulation/c.cpp\nBRF:2\nBRH:0\nLF:20\nLH:19\nend_of_record\n"
-        "SF:$PWD/tool/d.cpp\nLF:20\nLH:20\nend_of_record\n");
-    folder.write("src/a.cpp", "int f()\n    lost();\n    if (a) {\n");
+    folder.write("src/a.cpp", "int f()\n{\n    if (a && b) {\n        lost();\n    }\n    return x || y;\n}\n");
+    // Two instances of a template: `a` was false in one alone, `b` never; of `x` nothing is known.
+    const nlohmann::json segments = {{2, 1, 7, true, true, false},
+                                     {3, 17, 0, true, true, true},
+                                     {3, 17, 0, true, true, false},
+                                     {5, 6, 7, true, false, false},
+                                     {7, 2, 0, false, false, false}};
+    const nlohmann::json outcomes = {{3, 9, 3, 10, 7, 0, 0, 0, 4},  {3, 9, 3, 10, 4, 2, 0, 0, 4},
+                                     {3, 14, 3, 15, 0, 7, 0, 0, 4}, {3, 14, 3, 15, 0, 4, 0, 0, 4},
+                                     {6, 12, 6, 13, 0, 0, 0, 0, 4}, {6, 17, 6, 18, 5, 0, 0, 0, 4}};
+    giveCoverage({counted("src/a.cpp", {100, 97}, {2, 1}, segments, outcomes),
+                  counted("src/b.cpp", {100, 98}, {23, 22}), counted("simulation/c.cpp", {20, 19}, {2, 0}),
+                  counted("tool/d.cpp", {20, 20}, {0, 0})});
     const ProcessResult passed = dev("coverage");
     EXPECT_EQ(passed.output,
               "src          97.50 % of   200 lines (limit 97),  92.00 % of    25 branches (limit 92)\n"
@@ -151,25 +176,22 @@ TEST_F(Dev, CoverageTellsWhatRanOfEachFolderAndListsWhatDidNot)
               "tool        100.00 % of    20 lines (limit 95),   0.00 % of     0 branches (limit -)\n");
     EXPECT_EQ(passed.status, 0) << passed.errors;
     EXPECT_EQ(readText(folder.path() / "build/coverage/uncovered.txt"),
-              "src/a.cpp:2: not run: lost();\nsrc/a.cpp:3: never false: if (a) {\n");
+              "src/a.cpp:3: never true: b\nsrc/a.cpp:4: not run: lost();\nsrc/a.cpp:5: not run: }\nsrc/a.cpp:6: never "
+              "false: y\n");
 }
 
 TEST_F(Dev, CoverageFailsBelowALimitAndWhereATestFails)
 {
-    giveCoverage(
-        "SF:$PWD/src/a.cpp\nBRF:1000\nBRH:919\nLF:100\nLH:100\nend_of_record\n"
-        "SF:$PWD/simulation/c.cpp\nLF:100\nLH:95\nend_of_record\n"
-        "SF:$PWD/tool/d.cpp\nLF:1000\nLH:949\nend_of_record\n");
+    giveCoverage({counted("src/a.cpp", {100, 100}, {1000, 919}), counted("simulation/c.cpp", {100, 95}, {0, 0}),
+                  counted("tool/d.cpp", {1000, 949}, {0, 0})});
     const ProcessResult low = dev("coverage");
     EXPECT_EQ(low.output,
               "src         100.00 % of   100 lines (limit 97),  91.90 % of  1000 branches (limit 92): too few\n"
               "simulation   95.00 % of   100 lines (limit 95),   0.00 % of     0 branches (limit -)\n"
               "tool         94.90 % of  1000 lines (limit 95),   0.00 % of     0 branches (limit -): too few\n");
     EXPECT_EQ(low.status, 1);
-    giveCoverage(
-        "SF:$PWD/src/a.cpp\nBRF:1\nBRH:1\nLF:1\nLH:1\nend_of_record\n"
-        "SF:$PWD/simulation/c.cpp\nLF:1\nLH:1\nend_of_record\n"
-        "SF:$PWD/tool/d.cpp\nLF:1\nLH:1\nend_of_record\n");
+    giveCoverage({counted("src/a.cpp", {1, 1}, {1, 1}), counted("simulation/c.cpp", {1, 1}, {0, 0}),
+                  counted("tool/d.cpp", {1, 1}, {0, 0})});
     EXPECT_EQ(dev("coverage").status, 0);
     script("tools/ctest", "exit 8");
     EXPECT_EQ(dev("coverage").status, 1);
