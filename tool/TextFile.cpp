@@ -6,8 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <new>
-#include <stdexcept>
+#include <exception>
 #include <system_error>
 
 #include "tool/Descriptor.h"
@@ -73,10 +72,9 @@ std::optional<std::string> readWholeFile(const std::string& path)
     }
     try {
         return readAll(file.get());
-    } catch (const std::bad_alloc&) {
-    } catch (const std::length_error&) {
+    } catch (const std::exception&) {  // more than there is memory for, or could be
+        throw NoMemoryForFile(path);
     }
-    throw NoMemoryForFile(path);
 }
 
 }  // namespace TrellanTool

@@ -63,9 +63,7 @@ public:
     std::size_t size() const { return head >> 16; }
     std::size_t distance() const { return head & maxDistance; }
 
-    const JsonBits* values() const { return reinterpret_cast<const JsonBits*>(this + 1); }
     JsonBits* values() { return reinterpret_cast<JsonBits*>(this + 1); }
-    const char* text() const { return reinterpret_cast<const char*>(this + 1); }
     char* text() { return reinterpret_cast<char*>(this + 1); }
 
 private:

@@ -18,10 +18,6 @@ public:
     ParameterValue(const std::string& text) : bits(makeText(text)) {}
     ParameterValue(std::uint64_t number) : bits(makeUnsignedInteger(number)) {}
 
-    // The value of a document: a text or a number.
-    explicit ParameterValue(const Json& value) : bits(value.share()) {}
-
-    ParameterValue(const ParameterValue& other) : bits(other.bits) { keepValue(bits); }
     ParameterValue(ParameterValue&& other) noexcept : bits(std::exchange(other.bits, 0)) {}
     ParameterValue& operator=(ParameterValue other) noexcept
     {

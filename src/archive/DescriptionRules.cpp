@@ -173,7 +173,7 @@ public:
     void add(const Report& other)
     {
         clean = clean && other.clean;
-        wantsMore = wantsMore && other.wantsMore;
+        wantsMore = other.wantsMore;  // this one did before
     }
 
 private:

@@ -24,11 +24,6 @@ bool hasString(const ZoNJson::json& object, const char* key)
     return object.contains(key) && object[key].is_string();
 }
 
-bool hasUnsigned(const ZoNJson::json& object, const char* key)
-{
-    return object.contains(key) && object[key].is_number_unsigned();
-}
-
 bool statesTargetPath(const ObjectMembers& entry)
 {
     bool stated = entry.has(Property::targetPath);

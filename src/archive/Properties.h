@@ -20,9 +20,6 @@ ZoCVersion toVersion(const ZoNJson::json& text);
 // True when `object` has the property `key` and it is a string.
 bool hasString(const ZoNJson::json& object, const char* key);
 
-// True when `object` has the property `key` and it is an unsigned integer.
-bool hasUnsigned(const ZoNJson::json& object, const char* key);
-
 // True when the file entry, or one of its board objects, is for a file on the flash drive.
 bool statesTargetPath(const ObjectMembers& entry);
 

@@ -87,10 +87,8 @@ Lists AcceptedNumbers::listsOf(const Requirements& requirements)
 {
     Lists lists;
     for (std::size_t i = 0; i < lists.size(); ++i) {
+        // Where none is stated, each of these has another.
         const json* const property = requirements.expected(matchCriteria[listedCriteria[i]]);
-        if (property == nullptr) {
-            continue;
-        }
         if (property != shared[i].property) {
             lists[i] = read(listedCriteria[i], *property);
             continue;

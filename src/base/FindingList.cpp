@@ -88,7 +88,7 @@ FindingList::Subject FindingList::subjectOf(const ZoTFinding& finding)
 
 bool FindingList::isInOrderWith(const ZoTFinding& next) const
 {
-    return count == 0 || last.inOrder() <= subjectOf(next).inOrder();
+    return last.inOrder() <= subjectOf(next).inOrder();
 }
 
 void FindingList::add(const ZoTFinding& finding)

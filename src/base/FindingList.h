@@ -34,7 +34,7 @@ public:
     // Sets `finding` to the one at `position`, which must be less than size(). One after the other is fastest.
     void get(std::size_t position, ZoNTrellanInspector::ZoTFinding& finding) const;
 
-    // Whether, in the order of the description, the next finding can be added to the list.
+    // Whether, in the order of the description, the next finding can be added to the list, which has some.
     bool isInOrderWith(const ZoNTrellanInspector::ZoTFinding& next) const;
 
     // The findings of `lists`, each of which is in the order of the description, in that order: of those about one

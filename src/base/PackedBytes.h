@@ -29,8 +29,6 @@ public:
     // `bytes` must outlive the reader and what it gives.
     explicit PackedReader(std::string_view bytes) : rest(bytes) {}
 
-    bool isAtEnd() const { return rest.empty(); }
-
     const char* position() const { return rest.data(); }
 
     std::uint64_t number()

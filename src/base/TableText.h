@@ -53,7 +53,7 @@ public:
     // Of the columns.
     const std::vector<std::size_t>& columnWidths() const { return widths; }
 
-    // Calls `visit` with the cells of each row.
+    // Calls `visit` with the cells of each row, of which it must take all.
     template <class Visit>
     void forEachRow(Visit visit) const
     {
@@ -65,9 +65,6 @@ public:
             }
             Cells cells(next, size);
             visit(cells);
-            while (cells.left != 0) {
-                cells.take();
-            }
             next = cells.next;
         }
     }

@@ -89,7 +89,7 @@ void compareWithHeader(Check& check, const ZoSUpdateFile& file, const FileHeader
 void checkWhetherToldAtAll(Check& check, const ZoSUpdateFile& file, const FileHeader& header)
 {
     const json& entry = file.jsonEntry;
-    const bool isWrong = entry.contains("checksumCrc32") && !hasUnsigned(entry, "checksumCrc32");
+    const bool isWrong = entry.contains("checksumCrc32") && !entry["checksumCrc32"].is_number_unsigned();
     if (file.checksumCrc32 == notAvailable && !isWrong && !mayTellChecksum(header)) {
         check.report("structure", Severity::ERROR, {file, ""}, withoutHeading(untoldChecksumMessage(file)));
     }

@@ -177,5 +177,5 @@ bool DriveFiles::isWay(const std::string& path) const
 {
     const std::string folder = path + '/';
     const auto first = namedPaths.lower_bound(folder);
-    return !path.empty() && first != namedPaths.end() && first->starts_with(folder);
+    return first != namedPaths.end() && first->starts_with(folder);
 }

@@ -46,6 +46,24 @@ TEST_F(AssignFiles, OnlyTheFirstBoardObjectOfATypeCounts)
     EXPECT_EQ(fileIndices(), (Indices{-1, 0, -1}));
 }
 
+TEST_F(AssignFiles, IsTheFirstStepOfTheAssignmentAndDecidesNothingElse)
+{
+    makeTemplate();
+    addElement({.id = 1, .version = "1.0"});
+    addElement({.id = 2});
+    addFileForId(1, {{"version", "1.0"}});
+    addFile(pathEntry("a.cfg"));
+    assignment().assignUpdateFiles();
+    EXPECT_EQ(fileIndices(), (Indices{0, -1, 1}));
+    EXPECT_EQ(assignedCounts(), (Counts{1, 1}));
+    EXPECT_TRUE(elements().back().isFileSystemElement);
+    for (const Element& element : elements()) {
+        EXPECT_FALSE(element.notRequired);
+        EXPECT_FALSE(element.isUpToDate);
+    }
+    EXPECT_EQ(assignment().getNumberOfUpdatePhases(), 0u);
+}
+
 TEST_F(AssignFiles, OneFileServesManyElements)
 {
     addElement({.id = 1});

@@ -141,6 +141,18 @@ protected:
     }
 };
 
+TEST_F(RedundantUpdates, AreAStepOfTheirOwnThatLooksAtTheFilesThatElementsHave)
+{
+    Element& element = addUpToDate();
+    assignment().computeRedundantUpdates();
+    EXPECT_FALSE(element.notRequired);
+    assignment().assignUpdateFiles();
+    assignment().computeRedundantUpdates();
+    EXPECT_TRUE(element.notRequired);
+    EXPECT_TRUE(element.isUpToDate);
+    EXPECT_TRUE(element.disabled);
+}
+
 TEST_F(RedundantUpdates, AnInvalidElementIsAlwaysUpdated)
 {
     Element& element = addUpToDate();

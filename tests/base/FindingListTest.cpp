@@ -97,8 +97,8 @@ ZoTFinding someFinding(std::mt19937& random)
     finding.isInDescription = random() % 4 != 0;
     if (random() % 5 == 0) {
         finding.coveredBy = {static_cast<std::uint32_t>(random()), 3, 0};
-        finding.hasExample = random() % 2 == 0;
     }
+    finding.hasExample = random() % 9 == 0;
     if (finding.hasExample) {
         finding.example = {someText(random), true, someText(random), 4294967295u, 2, 3, true, 5, someText(random)};
     }
@@ -126,6 +126,29 @@ TEST(FindingList, GivesEachFindingAsItWasPutInWhateverItSays)
         const std::size_t position = random() % expected.size();
         list.get(position, found);
         expectSame(found, expected[position]);
+    }
+}
+
+TEST(FindingList, GivesFindingsAsTheyWerePutInAlsoWhereMoreSayDifferentThingsThanAreKeptOnce)
+{
+    constexpr std::int32_t count = 5000;
+    // Words without digits: each finding says something else.
+    const auto messageOf = [](std::int32_t number) {
+        std::string text;
+        for (; number > 0; number /= 26) {
+            text += static_cast<char>('a' + number % 26);
+        }
+        return text;
+    };
+    FindingList list;
+    for (std::int32_t i = 0; i < 2 * count; ++i) {
+        list.add(findingAbout(i, -1, messageOf(i % count)));
+    }
+    ASSERT_EQ(list.size(), 2u * count);
+    ZoTFinding found;
+    for (std::int32_t i = 0; i < 2 * count; ++i) {
+        list.get(static_cast<std::size_t>(i), found);
+        expectSame(found, findingAbout(i, -1, messageOf(i % count)));
     }
 }
 

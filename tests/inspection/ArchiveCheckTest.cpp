@@ -1,4 +1,5 @@
 // The check of a whole archive as a host asks for it: what it returns, and that it leaves the updater as it is.
+#include <numeric>
 #include <stdexcept>
 
 #include "Inspecting.h"
@@ -95,6 +96,36 @@ TEST_F(ArchiveCheck, LeavesWhatTheUpdaterHasReadAsItIs)
     EXPECT_EQ(inspector->getFileCount(), 1u);
     EXPECT_EQ(inspector->getFile(0).name, "one.bin");
     EXPECT_THAT(states(), ElementsAre("update"));
+}
+
+TEST_F(ArchiveCheck, LooksAtTheFilesOfRefusedEntriesHoweverManyThereAre)
+{
+    boards = {ioBoard({installed(1)})};
+    ASSERT_EQ(apply(), 0u);
+    constexpr int count = 600;
+    for (int i = 0; i < count; ++i) {
+        Json entry = ioEntry(std::to_string(i) + ".bin", 1);
+        entry.erase("sequence");
+        entries.push_back(entry);
+    }
+    archive->addFile("archive.json", description(entries).dump());
+    archive->addFile("300.bin", "content");
+    EXPECT_EQ(checkArchive(), ZoTDescription::READ);
+    std::vector<std::int32_t> refused, missing;
+    for (unsigned i = 0; i < inspector->getFindingCount(); ++i) {
+        const ZoNTrellanInspector::ZoTFinding& finding = inspector->getFinding(i);
+        if (finding.rule == "structure") {
+            refused.push_back(finding.entry);
+        } else if (finding.rule == "missing-file") {
+            missing.push_back(finding.entry);
+            EXPECT_EQ(finding.name, std::to_string(finding.entry) + ".bin");
+        }
+    }
+    std::vector<std::int32_t> all(count);
+    std::iota(all.begin(), all.end(), 0);
+    EXPECT_EQ(refused, all);
+    all.erase(all.begin() + 300);
+    EXPECT_EQ(missing, all);
 }
 
 TEST_F(ArchiveCheck, TellsADescriptionThatIsNoJsonFromOneThatIsNotThere)

@@ -49,6 +49,32 @@ TEST_F(ExplainedElements, HaveTheCandidatesOfTheLastExplanationAlone)
     EXPECT_THROW(inspector->getCandidate(2), std::out_of_range);
 }
 
+TEST_F(ExplainedElements, WithoutABoardVariantHaveNullInPlaceOfTheOneThatIsAskedFor)
+{
+    boards = {ioBoard({installed(1)})};
+    entries = {ioEntry("file.bin", 1, {{"boardVariant", "B"}})};
+    apply();
+    ASSERT_EQ(inspector->explainElement(0), 1u);
+    ASSERT_EQ(inspector->getUnmetCount(0), 1u);
+    EXPECT_EQ(inspector->getUnmet(0, 0).criterion, "boardVariant");
+    EXPECT_EQ(inspector->getUnmet(0, 0).expected, "\"B\"");
+    EXPECT_EQ(inspector->getUnmet(0, 0).actual, "null");
+}
+
+TEST_F(ExplainedElements, AreHeldAgainstTheArchiveThatWasReadLast)
+{
+    boards = {ioBoard({installed(1)})};
+    entries = {ioEntry("file.bin", 1, {{"boardVariant", "B"}})};
+    apply();
+    ASSERT_EQ(inspector->explainElement(0), 1u);
+    ASSERT_EQ(inspector->getUnmetCount(0), 1u);
+    archive->addFile("archive.json", description({ioEntry("file.bin", 1), ioEntry("file.bin", 2)}).dump());
+    ASSERT_EQ(updater->apply(), 0u);
+    ASSERT_EQ(inspector->explainElement(0), 2u);
+    EXPECT_EQ(inspector->getUnmetCount(0), 0u);
+    EXPECT_EQ(inspector->getUnmetCount(1), 1u);
+}
+
 TEST_F(ExplainedElements, WithTheSameKeysAreHeldAgainstAllEntriesOnceWhateverTheirBoardTypes)
 {
     const auto same = [](unsigned) { return 7U; };

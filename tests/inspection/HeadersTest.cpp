@@ -71,6 +71,15 @@ TEST_F(Headers, OfAnInventoryTreeTellWhatItHas)
     EXPECT_EQ(bare.version, "");
 }
 
+TEST_F(Headers, TakeARangeWithOneEndForNone)
+{
+    const ZoTFileHeader& told = read(
+        UpdateFiles::inventoryFile({{"FIRMWARE/MIN_HW_COMPATIBILITY_ID", 1}, {"FIRMWARE/MAX_SW_COMPATIBILITY_ID", 2}}));
+    EXPECT_EQ(told.kind, ZoTFileKind::INVENTORY_TREE);
+    EXPECT_FALSE(told.hasHwCompatibilityRange);
+    EXPECT_FALSE(told.hasSwCompatibilityRange);
+}
+
 TEST_F(Headers, OfABitstreamTellTheChecksumWhereItHasOne)
 {
     EXPECT_EQ(read(UpdateFiles::bitstreamFile(99)).kind, ZoTFileKind::BITSTREAM);

@@ -115,6 +115,20 @@ TEST_F(NameRules, TakeADescriptionToWhichALinkLeadsWithinTheArchivesFolder)
     EXPECT_EQ(rulesFound(), Names{"checksum"});
 }
 
+TEST_F(NameRules, TakeADescriptionThatIsNamedOutsideOfTheArchivesFolder)
+{
+    const TempDir parent;
+    parent.write("elsewhere/real.json", description({ioEntry("x.bin", 1)}).dump());
+    parent.write("archive/x.bin", "content");
+    fs::create_symlink("elsewhere/real.json", parent.path() / "link.json");
+    options.archivePath = (parent.path() / "archive").string();
+    options.descriptionFileName = "../link.json";
+    boards = {ioBoard({installed(1)})};
+    ASSERT_EQ(apply(), 0u);
+    inspector->checkArchive(nullptr, nullptr);
+    EXPECT_EQ(rulesFound(), Names{"checksum"});
+}
+
 TEST_F(NameRules, TakeALinkWithinTheArchivesFolder)
 {
     applyNamed("sub/x.bin");

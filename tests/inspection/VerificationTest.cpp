@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "Inspecting.h"
+#include "support/EmptyInspector.h"
 #include "support/Namespaces.h"
 #include "support/UpdateFiles.h"
 
@@ -66,56 +67,6 @@ protected:
         }
         return names;
     }
-};
-
-// An inspector of a host's own making.
-class OtherInspector : public ZoITrellanInspector {
-public:
-    unsigned getElementCount() override { return 0; }
-    const ZoTElement& getElement(unsigned) override { throw std::out_of_range("element"); }
-    const ZoTKeys& getElementKeys(unsigned) override { throw std::out_of_range("element"); }
-    unsigned getElementErrorCount(unsigned) override { return 0; }
-    const ZoTError& getElementError(unsigned, unsigned) override { throw std::out_of_range("error"); }
-    bool isTargetSupported() override { return false; }
-    unsigned getPhaseCount() override { return 0; }
-    unsigned getFileCount() override { return 0; }
-    const ZoTFile& getFile(unsigned) override { throw std::out_of_range("file"); }
-    const ZoTFileHeader& readFileHeader(const std::string&) override { throw std::out_of_range("file"); }
-    void checkUsedFiles(ZoTReadProgress, void*) override {}
-    unsigned getFindingCount() override { return 0; }
-    const ZoTFinding& getFinding(unsigned) override { throw std::out_of_range("finding"); }
-    void verify(ZoITrellanInspector&) override {}
-    const ZoTVerification& getVerification(unsigned) override { throw std::out_of_range("element"); }
-    unsigned readFileKeys(unsigned) override { return 0; }
-    const ZoTFileKeys& getFileKeys(unsigned) override { throw std::out_of_range("board object"); }
-    ZoTDescription checkArchive(ZoTReadProgress, void*) override { return ZoTDescription::READ; }
-    unsigned explainElement(unsigned) override { return 0; }
-    unsigned explainFile(unsigned) override { return 0; }
-    const ZoTCandidate& getCandidate(unsigned) override { throw std::out_of_range("candidate"); }
-    unsigned getUnmetCount(unsigned) override { return 0; }
-    const ZoTUnmet& getUnmet(unsigned, unsigned) override { throw std::out_of_range("criterion"); }
-    unsigned getMemberCount(ZoTDescriptionObject) override { return 0; }
-    const std::string& getMember(ZoTDescriptionObject, unsigned) override { throw std::out_of_range("member"); }
-    const ZoTFileHeader& readFileHeaderWithProgress(const std::string&, ZoTReadProgress, void*) override
-    {
-        throw std::out_of_range("file");
-    }
-    bool recordInventory() override { return false; }
-    unsigned getScanErrorCount() override { return 0; }
-    const ZoTError& getScanError(unsigned) override { throw std::out_of_range("scan error"); }
-    unsigned getRecordedItemCount() override { return 0; }
-    const ZoTRecordedItem& getRecordedItem(unsigned) override { throw std::out_of_range("item"); }
-    const ZoTRecordedParameter& getRecordedParameter(unsigned, unsigned) override
-    {
-        throw std::out_of_range("parameter");
-    }
-    unsigned getOmissionCount() override { return 0; }
-    const ZoTOmission& getOmission(unsigned) override { throw std::out_of_range("omission"); }
-    unsigned readTarget() override { return 0; }
-    unsigned getTargetErrorCount() override { return 0; }
-    const ZoTError& getTargetError(unsigned) override { throw std::out_of_range("error"); }
-    unsigned getGeneralErrorCount() override { return 0; }
-    const ZoTError& getGeneralError(unsigned) override { throw std::out_of_range("error"); }
 };
 
 constexpr unsigned crc32OfDigits = 0xCBF43926;
@@ -269,7 +220,7 @@ TEST_F(Verification, IsOfThisLibrarysInspectorsOnly)
 {
     applyOne();
     EXPECT_THROW(inspector->getVerification(0), std::out_of_range);
-    OtherInspector other;
+    EmptyInspector other;
     EXPECT_THROW(inspector->verify(other), std::invalid_argument);
     inspector->verify(*inspector);
     EXPECT_EQ(inspector->getVerification(0).verdict, ZoTVerdict::NOT_VERIFIED);

@@ -353,6 +353,19 @@ TEST_F(RefusedPaths, WritesThroughALinkThatStaysOnTheDrive)
     EXPECT_TRUE(fs::is_regular_file(drive() / "3.bin"));
 }
 
+TEST_F(RefusedPaths, MakesNothingBehindALinkThatLeadsToNothing)
+{
+    prepareDriveAndMarker();
+    const TempDir outside;
+    fs::create_symlink(outside.path() / "new", drive() / "link");
+
+    EXPECT_FALSE(write("c.bin", "link/c.bin"));
+
+    EXPECT_THAT(messages, ElementsAre("ERROR: Cannot write /mnt/cn/cfdrive/link/c.bin.tmp. Error code: 256\n"));
+    EXPECT_THAT(below(outside.path()), IsEmpty());
+    EXPECT_THAT(onDrive(), ElementsAre("link"));
+}
+
 TEST_F(RefusedPaths, RefusesToClimbFromALinkBehindAFolderThatIsNotThere)
 {
     prepareDriveAndMarker();

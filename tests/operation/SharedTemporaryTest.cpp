@@ -295,6 +295,42 @@ TEST_F(SharedTemporary, IsNotTakenFromAFileOfAnElementThatAnotherProcessHasRepla
     EXPECT_EQ(readText(drive() / "b.tmp"), "of an element, newer");
 }
 
+TEST_F(SharedTemporary, IsNotTakenFromALinkThatAnotherProcessHasMadeOnTheWayToTheFileOfAnElement)
+{
+    addFileElement(2, 1, "b.tmp/c");
+    prepareFiles("a", "b", 2);
+    put(drive() / "a.tmp", "abandoned");
+    element(0).disabled = true;
+    meanwhile = [&] {
+        put(drive() / "d/c", "of an element");
+        std::filesystem::create_symlink("d", drive() / "b.tmp");
+    };
+    updater->setPhaseCallBack(actInTheSecondPhase);
+
+    EXPECT_FALSE(update());
+
+    EXPECT_THAT(states(), ElementsAre(NOTHING_TO_DO, FINISHED, FAILED));
+    EXPECT_EQ(readText(drive() / "b.tmp/c"), "of an element");
+}
+
+TEST_F(SharedTemporary, IsMadeInPlaceOfALinkOnTheWayToNoFileThatAnotherProcessHasMade)
+{
+    addFileElement(2, 1, "c.tmp/c");
+    prepareFiles("a", "b", 2);
+    put(drive() / "a.tmp", "abandoned");
+    element(0).disabled = true;
+    meanwhile = [&] {
+        put(drive() / "d/c", "of no element");
+        std::filesystem::create_symlink("d", drive() / "b.tmp");
+    };
+    updater->setPhaseCallBack(actInTheSecondPhase);
+
+    EXPECT_TRUE(update());
+
+    EXPECT_THAT(onDrive(), ElementsAre("a", "b", "d/", "d/c"));
+    EXPECT_EQ(readText(drive() / "b"), "content of b1f2.bin");
+}
+
 TEST_F(SharedTemporary, MayBeThatOfTheVerySamePathTwice)
 {
     hasFlashDrive = true;

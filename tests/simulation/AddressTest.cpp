@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -95,6 +96,9 @@ TEST(InventoryAddress, KnowsItsLastElement)
     EXPECT_EQ(address.getLastElement(), HCN[2]);
     EXPECT_EQ(address.getLength(), 2U);
     EXPECT_EQ(address.getElement(0), ROOT);
+    EXPECT_THROW(address.getElement(2), std::out_of_range);
+    EXPECT_THROW(ZoCInventoryAddress().getElement(0), std::out_of_range);
+    EXPECT_EQ(ZoCInventoryAddress().getIndex(), 0U);
     EXPECT_EQ(ZoCInventoryAddress().getCategory(), ZoCInventoryAddress::noCategory);
     EXPECT_EQ(ZoCInventoryAddress().getLastElement(), ZoCInventoryAddress());
 }

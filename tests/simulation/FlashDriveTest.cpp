@@ -106,6 +106,23 @@ TEST_F(FlashDrive, MakesElementsValidWhoseFileIsThere)
     EXPECT_EQ(device.target.document(), before);
 }
 
+TEST_F(FlashDrive, LeavesAnElementWithoutALocationAsItIs)
+{
+    ordered_json document = flashDocument({"digits.txt", "digits.txt"});
+    ordered_json& elements = document["tree"]["items"][0]["items"][0]["items"];
+    elements[0]["parameters"].erase("LOCATION");
+    const SimulatedTarget device(document);
+    fs::create_directory(device.folder() / "flash");
+    writeText(device.folder() / "flash/digits.txt", "123456789");
+    const Scan scan;
+    ASSERT_EQ(scan.result, 0);
+    ErrorPool errors;
+    const ZoCInventoryItem& info = scan.item(CN / UPDATE_INFO);
+    EXPECT_EQ(info.getItem(FILESYSTEM_ELEMENT[1])->getValue<unsigned char>(errors, VALID), 0);
+    EXPECT_EQ(info.getItem(FILESYSTEM_ELEMENT[1])->getParameter(CHECKSUM_CRC32), nullptr);
+    EXPECT_EQ(info.getItem(FILESYSTEM_ELEMENT[2])->getValue<unsigned char>(errors, VALID), 1);
+}
+
 TEST_F(FlashDrive, HasNoFileThatLiesOutside)
 {
     const std::vector<std::string> locations = {

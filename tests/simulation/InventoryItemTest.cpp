@@ -2,6 +2,7 @@
 
 #include "Device.h"
 #include "simulation/base/Resources.h"
+#include "simulation/libZoInventoryTree/TreeItem.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
 
@@ -143,6 +144,19 @@ TEST(InventoryItem, ReadsValuesOfEveryType)
     EXPECT_STREQ(Reading<ZoCString>("Processor board").result.c_str(), "Processor board");
     EXPECT_STREQ(Reading<ZoCVersion>("23.2a12").result.getAsString().c_str(), "23.2a12");
     EXPECT_EQ(Reading<ZoCVersion>("23.2a12").count, 0U);
+}
+
+TEST(InventoryItem, HasTheValueThatAParameterWasGivenLast)
+{
+    TrellanSimulation::TreeItem item(HCN);
+    item.setParameter(ID, std::uint64_t{1});
+    item.setParameter(NAME, std::string("first"));
+    item.setParameter(ID, std::uint64_t{2});
+    item.setParameter(NAME, std::string("second"));
+    ErrorPool errors;
+    EXPECT_EQ(item.getValue<unsigned>(errors, ID), 2U);
+    EXPECT_STREQ(item.getValue<ZoCString>(errors, NAME).c_str(), "second");
+    EXPECT_EQ(errors.count(), 0U);
 }
 
 TEST(InventoryItem, ReadsATextThatIsNoVersionAsTheEmptyVersion)

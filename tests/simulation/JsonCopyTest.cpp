@@ -37,6 +37,31 @@ TEST(JsonCopy, OfAPartDoesNotChangeWithTheWhole)
     EXPECT_EQ(whole.dump(), R"({"files":[{"name":"g"}]})");
 }
 
+TEST(JsonCopy, OfACopyDoesNotChangeWithIt)
+{
+    for (const char* const text : {R"({"a":1})", "[1]"}) {
+        json original = parse(text);
+        const bool isObject = original.is_object();
+        const auto change = [&](json& value, unsigned number) {
+            isObject ? value["a"] = number : value[std::size_t{0}] = number;
+        };
+        change(original, 2);
+        json first = original;
+        json second = first;
+        json third = second;
+        change(second, 3);
+        change(first, 4);
+        const auto shown = [&](const char* number) {
+            return isObject ? "{\"a\":" + std::string(number) + "}" : "[" + std::string(number) + "]";
+        };
+        EXPECT_EQ(original.dump(), shown("2"));
+        EXPECT_EQ(first.dump(), shown("4"));
+        EXPECT_EQ(second.dump(), shown("3"));
+        EXPECT_EQ(third.dump(), shown("2"));
+        EXPECT_EQ(third.size(), 1U);
+    }
+}
+
 TEST(JsonCopy, SharesTheNodesOfItsOriginal)
 {
     const json original = parse(R"({"a":{"b":[1,2]},"c":[3]})");

@@ -92,6 +92,29 @@ TEST_F(Messages, TakeNoArgumentForADoubledPercentSign)
     EXPECT_EQ(tracedText(), "Update: X...");
 }
 
+TEST_F(Messages, TakeNoArgumentBehindAConversionThatTheyDoNotKnow)
+{
+    manager.sendLog(1, 1, "f", "%s %p %s", "first", static_cast<void*>(nullptr), "third");
+    EXPECT_EQ(tracedText(), "first");
+}
+
+TEST_F(Messages, NameATextThatIsNone)
+{
+    manager.sendLog(1, 1, "f", "%s", std::getenv("TRELLAN_NO_SUCH_VARIABLE"));
+    EXPECT_EQ(tracedText(), "(null)");
+}
+
+TEST_F(Messages, HaveNumbersUpToTheFirstOtherCharacterReplaced)
+{
+    static const char* const others[] = {"%1st %12 %1: %0 %", nullptr};
+    static const ZoResText otherTable{others, "test", 0, 0x12350000};
+    ZoCErrorManager::_registerMessages(otherTable);
+    manager.sendLog(0x12350000, 1, "f", "%s", "X");
+    ZoCErrorManager::_unregisterMessages(otherTable);
+    const std::string traced = trace.text();
+    EXPECT_NE(traced.find(R"("text":"Xst %12 X: %0 %")"), std::string::npos) << traced;
+}
+
 TEST_F(Messages, WithoutARegisteredTextAreTheirArguments)
 {
     manager.sendLog(0x12340004, 1, "f", "%s,%u", "X", 3u);

@@ -40,6 +40,28 @@ TEST(UpdateSession, NeverFindsAnElementWithoutAnId)
     }
 }
 
+TEST(UpdateSession, FindsElementsOfBoardsAlone)
+{
+    const ordered_json element = item("UPDATE_ELEMENT", {{"ID", 1}});
+    for (const ordered_json& tree : {element, item("UPDATE_INFO", {}, {element}), item("ROOT", {}, {element}),
+                                     item("ROOT", {}, {item("HCN", {}, {element})})}) {
+        const ElementDevice device(oldValues, {{"tree", tree}});
+        const Scan scan;
+        ASSERT_EQ(scan.result, 0);
+        Session session;
+        for (const ZoCInventoryAddress& board :
+             {ZoNInventoryIDs::ROOT / ZoNInventoryIDs::HCN, ZoCInventoryAddress(ZoNInventoryIDs::ROOT),
+              ZoCInventoryAddress(ZoNInventoryIDs::UPDATE_INFO)}) {
+            session.board = board;
+            session.start(1, device.file());
+        }
+        ASSERT_EQ(session.errors.count(), 3U) << tree;
+        for (unsigned i = 0; i < 3; ++i) {
+            EXPECT_EQ(session.errors.code(i), 0x26300005U) << tree;
+        }
+    }
+}
+
 TEST(UpdateSession, RefusesFilesThatCannotBeRead)
 {
     const ElementDevice device(oldValues);

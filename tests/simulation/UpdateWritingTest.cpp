@@ -44,6 +44,31 @@ TEST(UpdateSession, WritesTheNewValuesAtUnlock)
     EXPECT_EQ(device.element().dump(), R"({"VERSION":"1.0","ID":1,"VALID":1,"CHECKSUM_CRC32":3421780262})");
 }
 
+TEST(UpdateSession, GivesNewValuesToTheUpdatedElementAlone)
+{
+    const ElementDevice device(
+        oldValues,
+        {{"tree",
+          target({board("HCN", {},
+                        {item("UPDATE_ELEMENT[1]", oldValues), item("UPDATE_ELEMENT[2]", {{"ID", 2}})})})["tree"]}});
+    const ordered_json other = device.target.document()["tree"]["items"][0]["items"][0]["items"][1];
+    const Scan scan;
+    Session session;
+    session.start(1, device.file());
+    session.start(2, device.file());
+    pass(10'000'000);
+    EXPECT_EQ(session.poll(1).status, 2U);
+    const Scan again;  // the other one is not finished, as far as anybody has asked
+    const ZoCInventoryItem* const info = again.tree->getFirstSubItem()->getFirstSubItem();
+    const ZoCInventoryItem* const first = info->getFirstSubItem();
+    ErrorPool errors;
+    EXPECT_EQ(first->getValue<unsigned>(errors, ZoNInventoryIDs::CHECKSUM_CRC32), 3421780262U);
+    EXPECT_EQ(first->getNext()->getParameter(ZoNInventoryIDs::CHECKSUM_CRC32), nullptr);
+    session.unlock();
+    EXPECT_EQ(device.element().dump(), R"({"VERSION":"1.0","ID":1,"VALID":1,"CHECKSUM_CRC32":3421780262})");
+    EXPECT_EQ(device.target.document()["tree"]["items"][0]["items"][0]["items"][1], other);
+}
+
 TEST(UpdateSession, ChangesNothingElseInTheFile)
 {
     const ElementDevice device(oldValues);
@@ -58,6 +83,21 @@ TEST(UpdateSession, ChangesNothingElseInTheFile)
     update(device);
     std::string after = before;
     after.insert(before.find("-0") + 2, R"(, "CHECKSUM_CRC32": 3421780262, "VALID": 1)");
+    EXPECT_EQ(device.text(), after);
+}
+
+TEST(UpdateSession, PassesOverWhatAnEarlierMemberHas)
+{
+    const ElementDevice device(oldValues);
+    const std::string before =
+        R"({"tree": {"id": "ROOT", "items": [[{"parameters": {}}], 7], "items": "no items", "items": [
+        {"id": "HCN", "items": [{"id": "UPDATE_INFO", "items": [
+            {"id": "UPDATE_ELEMENT", "parameters": {"VERSION": "1.0", "ID": 1}}]}]}]}}
+)";
+    writeText(device.target.path(), before);
+    update(device);
+    std::string after = before;
+    after.insert(before.find("\"ID\": 1") + 7, R"(, "CHECKSUM_CRC32": 3421780262, "VALID": 1)");
     EXPECT_EQ(device.text(), after);
 }
 

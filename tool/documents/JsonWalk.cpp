@@ -34,14 +34,7 @@ public:
         ++*count;
         return *this;
     }
-    CountingIterator operator++(int)
-    {
-        CountingIterator before = *this;
-        ++*this;
-        return before;
-    }
     bool operator==(const CountingIterator& other) const { return position == other.position; }
-    bool operator!=(const CountingIterator& other) const { return position != other.position; }
 
 private:
     const char* position;

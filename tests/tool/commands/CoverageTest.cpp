@@ -194,6 +194,19 @@ TEST_F(CoverageCommand, SelectsByWhatIsDisplayedToo)
     EXPECT_EQ(found["targets"][1]["counts"]["noFile"], 0);
 }
 
+TEST_F(CoverageCommand, NamesATargetThatCannotBeReadAgainForWhatIsDisplayed)
+{
+    ordered_json silent = target({hcn({element(1, "1.0")})});
+    silent["script"]["scan"] = {ordered_json::object(), {{"result", 1}}, {{"result", 1}}};
+    put("silent.json", silent);
+    const ordered_json found = document({path("silent.json"), path("a.json"), "--serial-numbers", "16(1)"});
+    EXPECT_EQ(found["targets"][0]["error"],
+              "ERROR: Cannot read target device information.\n\tPower-cycle the system and retry.\n"
+              "\tIf the problem persists, contact Velorant support.");
+    EXPECT_TRUE(found["targets"][0]["supported"].is_null());
+    EXPECT_EQ(found["targets"][1]["counts"]["update"], 1);
+}
+
 TEST_F(CoverageCommand, NamesWhatSelectsNothingOnAnyTarget)
 {
     const RunResult result = covered({path("a.json"), path("c.json"), "--board-types", "KR5120,XX1"});

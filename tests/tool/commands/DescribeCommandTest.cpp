@@ -3,6 +3,7 @@
 
 #include <filesystem>
 
+#include "libZoErrorHandling/ZoCErrorManager.h"
 #include "support/BuildTree.h"
 #include "support/Process.h"
 #include "support/TestArchive.h"
@@ -79,6 +80,23 @@ TEST_F(DescribeCommand, LeavesTheFileAsItIsWhereTheArchiveCannotBeRead)
     EXPECT_EQ(result.err, "ERROR: Cannot read checksum from update file. '" + archive.path() +
                               "/a.bin' not found.\nERROR: Failed to read firmware archive.\n");
     EXPECT_EQ(readText(descriptionPath()), before);
+}
+
+TEST_F(DescribeCommand, LeavesTheFileAsItIsWhereErrorsWereReported)
+{
+    ZoSErrorRecord record;
+    record.code = 5;
+    record.text = "no power";
+    ZoCErrorListPool& errors = ZoCErrorManager::getSingleton()->getMasterErrorList();
+    errors.addError(record);
+    const std::string file = folder.write("description.json", "earlier").string();
+    const RunResult result = ran({"describe", archive.path(), "--output", file});
+    errors.clear();
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, completed + std::string("\nReported errors:\n       ERROR 0x5 (reported by Host PC):\n"
+                                                  "         no power\n"));
+    EXPECT_EQ(readText(file), "earlier");
 }
 
 TEST_F(DescribeCommand, SaysOnStandardErrorWhatItPassesOver)

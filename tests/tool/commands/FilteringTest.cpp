@@ -125,6 +125,15 @@ TEST(Filtering, IsTheLibrarysAloneWhereNothingIsChecked)
     EXPECT_EQ(result.err, "");
 }
 
+TEST(Filtering, IsTheLibrarysAloneWhereTheWholeTargetCannotBeRead)
+{
+    ordered_json document = twoBoards();
+    document["script"]["scan"] = {ordered_json::object(), {{"result", 1}}};
+    const SimulatedTarget target(document);
+    EXPECT_EQ(namesWith({"--element-names", "Firmware"}), Names());
+    EXPECT_EQ(scansIn(target), 2);
+}
+
 TEST(Filtering, KeepsAFilteredOutTargetsNewFileFromBeingWritten)
 {
     ordered_json document = twoBoards();

@@ -1,6 +1,8 @@
 // Work that child processes do, and what their parent is told of it.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,6 +12,7 @@
 #include <csignal>
 #include <map>
 #include <stdexcept>
+#include <system_error>
 #include <thread>
 
 #include "support/ComesTrue.h"
@@ -35,6 +38,27 @@ Told toldOf(unsigned count, unsigned atOnce, Result result)
                     [&](unsigned number, const std::string& why) { told.reasons[number] = why; }});
     return told;
 }
+
+// For the time of a scope this process can have `count` descriptors more than it has.
+class DescriptorLimit {
+public:
+    explicit DescriptorLimit(unsigned count)
+    {
+        ::getrlimit(RLIMIT_NOFILE, &before);
+        int end = 0;
+        for (; count > 0; ++end) {
+            count -= ::fcntl(end, F_GETFD) < 0 ? 1 : 0;
+        }
+        const rlimit limit{static_cast<rlim_t>(end), before.rlim_max};
+        ::setrlimit(RLIMIT_NOFILE, &limit);
+    }
+    ~DescriptorLimit() { ::setrlimit(RLIMIT_NOFILE, &before); }
+    DescriptorLimit(const DescriptorLimit&) = delete;
+    DescriptorLimit& operator=(const DescriptorLimit&) = delete;
+
+private:
+    rlimit before{};
+};
 
 // True when this process has no child, not even one that has ended.
 bool hasNoChild()
@@ -236,4 +260,59 @@ TEST(ChildProcesses, AreGoneAfterAFailureOfTheirParent)
                             [](unsigned, const std::string&) {}};
     EXPECT_THROW(workInChildren(50, 2, work), std::runtime_error);
     EXPECT_TRUE(hasNoChild());
+}
+
+TEST(ChildProcesses, AreAsManyAsThereArePipesFor)
+{
+    const DescriptorLimit onePipe(2);
+    const SharedMeeting meeting;
+    const Told told = toldOf(3, 3, [&](unsigned number, bool) -> std::optional<std::string> {
+        pid_t none = 0;
+        if (!meeting->child.compare_exchange_strong(none, ::getpid()) && none != ::getpid()) {
+            return "in a second child";
+        }
+        return std::string(number, 'x');
+    });
+    EXPECT_EQ(told.results, (Texts{{0, ""}, {1, "x"}, {2, "xx"}}));
+    EXPECT_TRUE(hasNoChild());
+}
+
+TEST(ChildProcesses, FailWhereThereIsNoPipeForAnyOfThem)
+{
+    const DescriptorLimit noPipe(1);
+    try {
+        toldOf(3, 3, [](unsigned, bool) { return std::optional<std::string>("x"); });
+        FAIL() << "no failure";
+    } catch (const std::system_error& error) {
+        EXPECT_EQ(error.code(), std::errc::too_many_files_open);
+        EXPECT_STREQ(error.what(), "no further process can be started: Too many open files");
+    }
+}
+
+TEST(ChildProcesses, AreListenedToWhileSignalsCome)
+{
+    static std::atomic<int> signals = 0;
+    std::signal(SIGUSR1, [](int) { ++signals; });
+    const pid_t parent = ::getpid();
+    const Told told = toldOf(4, 2, [parent](unsigned number, bool) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));  // their parent waits by now
+        ::kill(parent, SIGUSR1);
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        return std::optional(std::string(number, 'x'));
+    });
+    std::signal(SIGUSR1, SIG_DFL);
+    EXPECT_EQ(told.results, (Texts{{0, ""}, {1, "x"}, {2, "xx"}, {3, "xxx"}}));
+    EXPECT_GE(signals, 1);
+}
+
+TEST(ChildProcesses, TellOfAChildThatCanNoLongerTellAnything)
+{
+    const Told told = toldOf(3, 1, [](unsigned number, bool) {
+        if (number == 1) {
+            ::close_range(3, ~0U, 0);  // its pipe is among them
+        }
+        return std::optional<std::string>("good");
+    });
+    EXPECT_EQ(told.results, (Texts{{0, "good"}, {2, "good"}}));
+    EXPECT_EQ(told.reasons, (Texts{{1, "the process that read it ended with status 1"}}));
 }

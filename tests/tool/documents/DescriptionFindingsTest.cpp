@@ -266,6 +266,30 @@ TEST_F(DescriptionFindings, AreOfNoEntryWhereThereAreNone)
             R"({"rule":"duplicate-key","severity":"error","file":null,"board":null,"pointer":"/files/0/a~1b","line":1,"column":28,"message":"the member stands in its object already, and the last one counts: take one away"})"));
 }
 
+TEST_F(DescriptionFindings, AreOfNoEntryWhereTheMemberIsNoPosition)
+{
+    describe(R"({"files": {"x": 1, "x": 2, "-1": 1, "-1": 2, "1x": 1, "1x": 2, "4294967296": 1, "4294967296": 2}})");
+    Texts found;
+    for (const std::string& record : records()) {
+        const nlohmann::json finding = nlohmann::json::parse(record);
+        if (finding["rule"] == "duplicate-key") {
+            found.push_back(finding["file"].dump() + " " + finding["pointer"].get<std::string>());
+        }
+    }
+    EXPECT_THAT(found, ElementsAre("null /files/x", "null /files/-1", "null /files/1x", "null /files/4294967296"));
+}
+
+TEST_F(DescriptionFindings, NameTheEntryAsItsLastNameDoes)
+{
+    addFile("b.bin", "123456789");
+    describeEntries(
+        {R"({"name": "a.bin", "name": "b.bin", "sequence": 1, "checksumCrc32": 3421780262, "id": 1, "boardType": "A"})"});
+    EXPECT_THAT(
+        lines(),
+        ElementsAre(
+            R"(archive.json:2:19: error: files[0] "b.bin": the member stands in its object already, and the last one counts: take one away [duplicate-key])"));
+}
+
 TEST_F(DescriptionFindings, AreNoneOfOneMemberInSeveralObjects)
 {
     addFile("a.bin", "123456789");

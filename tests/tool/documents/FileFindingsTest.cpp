@@ -342,6 +342,18 @@ TEST_F(FileFindings, WarnOfACompatibilityIdThatIsLeftOutWhereTheHeadersRangeHasN
             R"({"rule":"compatibility","severity":"warning","file":0,"board":null,"pointer":"/files/0","line":2,"column":1,"message":"\"hwCompatibilityId\" is left out, which means 0, but the file's header accepts 2 to 3: state the ids that the file is for"})"));
 }
 
+TEST_F(FileFindings, HoldNoIdsOfABoardObjectThatIsForNoBoardAgainstTheHeadersRange)
+{
+    addFile("a.bin", UpdateFiles::binaryFile({.checksum = 78, .minHwCompatibilityId = 2, .maxHwCompatibilityId = 3}));
+    describeEntries(
+        {R"({"name": "a.bin", "sequence": 1, "id": 1, "checksumCrc32": 78, "boards": [{"boardType": "A", "hwCompatibilityId": 2}, {"boardType": [], "hwCompatibilityId": 9}, {"boardType": []}]})"});
+    Texts rules;
+    for (const std::string& line : lines()) {
+        rules.push_back(line.substr(line.rfind('[')));
+    }
+    EXPECT_THAT(rules, ElementsAre("[unreachable-board]", "[unreachable-board]"));
+}
+
 TEST_F(FileFindings, AreNoneOfIdsInTheRangeAndOfARangeFrom0To0)
 {
     addFile("a.bin", UpdateFiles::binaryFile({.checksum = 78, .minHwCompatibilityId = 2, .maxHwCompatibilityId = 3}));

@@ -171,6 +171,15 @@ TEST(JsonPlaces, EntriesAndBoardObjectsAreThoseOfTheListsThatCount)
     EXPECT_EQ(places, "2:1 2:10 4:1 3:17 4:11 5:2 5:1 6:2 6:1 - ");
 }
 
+TEST(JsonPlaces, WhatIsAskedOfABoardObjectThatIsNotThereDoesNotHideTheEntriesBehind)
+{
+    Asked asked({{0, 5, "/files/0/boards/5/id"}, {0, 6, "/files/0/boards/6"}, {1, -1, "/files/1/id"}});
+    findJsonPlaces(R"({"files":[{"boards":[{"id":1}]},{"id":2}]})", asked);
+    EXPECT_FALSE(asked.offsets[0]);
+    EXPECT_FALSE(asked.offsets[1]);
+    EXPECT_EQ(asked.offsets[2], 33U);
+}
+
 TEST(JsonPlaces, EachPointerGetsItsOwnPlace)
 {
     const auto places = findJsonPlaces("[7,8]", {"/1", "", "/2", "/1"}).places;
@@ -179,6 +188,16 @@ TEST(JsonPlaces, EachPointerGetsItsOwnPlace)
     EXPECT_EQ(shown(*places[1]), "1:1");
     EXPECT_EQ(shown(*places[2]), "1:1");
     EXPECT_EQ(shown(*places[3]), "1:4");
+}
+
+TEST(JsonPlaces, AreToldInAnyOrder)
+{
+    TextPlaces places("a\nbc\n\nd");
+    std::string told;
+    for (const std::size_t offset : {6U, 3U, 2U, 0U, 5U, 1U, 7U}) {
+        told += shown(places.at(offset)) + " ";
+    }
+    EXPECT_EQ(told, "4:1 2:2 2:1 1:1 3:1 1:2 4:2 ");
 }
 
 TEST(JsonPlaces, ColumnsCountBytes)

@@ -44,6 +44,31 @@ TEST_F(ReachFindings, TellAnEntryThatSeveralBeforeItCoverTogether)
             R"({"rule":"unreachable","severity":"warning","file":3,"board":null,"pointer":"/files/3","line":5,"column":1,"message":"files[0] and files[2] take every element that this entry fits, and no target will ever be given it: put it before, narrow what comes before, or take it away","coveredBy":[0,2]})"));
 }
 
+TEST_F(ReachFindings, NameAllThatCoverAnEntryTogether)
+{
+    addFile("a.bin", "123456789");
+    Texts entries;
+    for (const char* const variant : {"\"U\"", "\"V\"", "null", "[\"U\", \"V\", null]"}) {
+        entries.push_back(
+            R"({"name": "a.bin", "sequence": 1, "boardType": "A", "id": 1, "checksumCrc32": 3421780262, "boardVariant": )" +
+            std::string(variant) + "}");
+    }
+    describeEntries(entries);
+    const Texts found = lines();
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_THAT(found[0], testing::HasSubstr(": files[0], files[1] and files[2] take every element "));
+}
+
+TEST_F(ReachFindings, TellOnceThatATypeStandsInABoardObjectBefore)
+{
+    addFile("a.bin", "123456789");
+    describeEntries(
+        {R"({"name": "a.bin", "sequence": 1, "id": 1, "checksumCrc32": 3421780262, "boards": [{"boardType": "A"}, {"boardType": ["A", "B", "A"]}]})"});
+    const Texts found = records();
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_THAT(found[0], testing::HasSubstr(R"("pointer":"/files/0/boards/1/boardType/0")"));
+}
+
 TEST_F(ReachFindings, TellAnEntryThatNothingFits)
 {
     addFile("a.bin", "123456789");

@@ -3,10 +3,36 @@
 
 #include <sstream>
 
+#include "support/EmptyInspector.h"
 #include "tool/documents/TargetDocument.h"
 
 using TrellanTool::omissionText;
 using TrellanTool::TargetDocument;
+using ZoNTrellanInspector::ZoTRecordedItem;
+using ZoNTrellanInspector::ZoTRecordedParameter;
+
+namespace {
+
+// Knows a board whose rack is called `text`, and its slot.
+class InspectorOfARack : public EmptyInspector {
+public:
+    explicit InspectorOfARack(const std::string& text) : parameters{{"RACKNAME", true, text, 0}, {"SLOT", false, "", 7}}
+    {
+    }
+
+    unsigned getRecordedItemCount() override { return 2; }
+    const ZoTRecordedItem& getRecordedItem(unsigned item) override { return items[item]; }
+    const ZoTRecordedParameter& getRecordedParameter(unsigned, unsigned parameter) override
+    {
+        return parameters[parameter];
+    }
+
+private:
+    const ZoTRecordedItem items[2] = {{0, "ROOT", 0}, {1, "HCN[3]", 2}};
+    const ZoTRecordedParameter parameters[2];
+};
+
+}  // namespace
 
 TEST(TargetDocuments, KeepTextsOfAllCharactersAndTakeNoOthers)
 {
@@ -85,4 +111,26 @@ TEST(TargetDocuments, NameWhatIsLeftOut)
 {
     EXPECT_EQ(omissionText("/ROOT/HCN", "SLOT", "no answer"), "left out: SLOT of /ROOT/HCN: no answer");
     EXPECT_EQ(omissionText("/ROOT/HCN", "", "no answer"), "left out: /ROOT/HCN: no answer");
+}
+
+TEST(TargetDocuments, LeaveOutTextsThatAreNotUtf8)
+{
+    InspectorOfARack inspector("rack \xff");
+    std::ostringstream out;
+    EXPECT_EQ(TrellanTool::writeTargetDocument(out, inspector),
+              std::vector<std::string>{"left out: RACKNAME of /ROOT/HCN[3]: its text is not UTF-8"});
+    EXPECT_EQ(out.str(), R"({
+  "tree": {
+    "id": "ROOT",
+    "items": [
+      {
+        "id": "HCN[3]",
+        "parameters": {
+          "SLOT": 7
+        }
+      }
+    ]
+  }
+}
+)");
 }

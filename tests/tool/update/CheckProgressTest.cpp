@@ -44,6 +44,16 @@ TEST(CheckProgress, SaysWhatIsDone)
               "\r                                             \r");
 }
 
+TEST(CheckProgress, IsAtItsEndWhereThereIsNothingToRead)
+{
+    const CheckProgress::Clock::time_point start{};
+    std::ostringstream err;
+    CheckProgress(err, true, start, "reading the files").report(0, 0, start + 1s);
+    EXPECT_EQ(err.str(),
+              "\rtrellan-update: reading the files: 100 %"
+              "\r                                             \r");
+}
+
 TEST(CheckProgress, IsNotShownOfAShortCheckOrElsewhere)
 {
     EXPECT_EQ(shown(true, 499ms), "");

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <sstream>
@@ -167,6 +168,26 @@ TEST_F(EventLogs, CountsAnElementOfAnEarlierPhaseAsWhole)
     events_.phase(1);
     events_.progress(50);
     EXPECT_EQ(events().back(), R"({"event":"progress","phase":1,"percent":50,"overall":83})");
+}
+
+TEST_F(EventLogs, TellsFailureAndProgressOfElementsThatItDoesNotKnow)
+{
+    EventLog events_(path(), [](const std::string&) {});
+    start(events_, "/archive", "1.0", std::nullopt, {});
+    events_.failure(0);
+    events_.progress(40);
+    EXPECT_EQ(events().back(), R"({"event":"progress","phase":0,"percent":40,"overall":40})");
+    EventLog others(path(), [](const std::string&) {});
+    start(others, "/archive", "1.0", std::nullopt, threeElements());
+    others.failure(3);
+    others.failure(8);
+    std::vector<std::string> rest = events();
+    rest.erase(std::remove_if(rest.begin(), rest.end(),
+                              [](const std::string& event) { return event.find("failure") == std::string::npos; }),
+               rest.end());
+    EXPECT_THAT(rest, ElementsAre(R"({"event":"failure","element":0,"name":""})",
+                                  R"({"event":"failure","element":3,"name":""})",
+                                  R"({"event":"failure","element":8,"name":""})"));
 }
 
 TEST_F(EventLogs, MarksAllLinesOfARunAlikeAndThoseOfAnotherDifferently)

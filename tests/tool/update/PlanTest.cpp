@@ -104,8 +104,11 @@ TEST_F(Plans, ThatIsNoPlanIsNamed)
     expectRefused(updated("not JSON"), thatPlan("is no JSON document"));
     expectRefused(updated(R"({"schemaVersion": 1e999})"), thatPlan("is no JSON document"));
     expectRefused(updated("[]"), thatPlan("is no document of update --dry-run --json"));
-    expectRefused(updated(R"({"schemaVersion": 1, "command": "update", "elements": []})"),
-                  thatPlan("is no document of update --dry-run --json"));
+    for (const char* const document : {R"({"schemaVersion": 1, "command": "update", "elements": []})", "{}",
+                                       R"({"schemaVersion": 1})", R"({"schemaVersion": 1, "command": "compare"})",
+                                       R"({"schemaVersion": 1, "command": 7})", R"({"command": "update"})"}) {
+        expectRefused(updated(document), thatPlan("is no document of update --dry-run --json"));
+    }
 }
 
 // As a power cut leaves behind what was appended to a file.
@@ -154,6 +157,9 @@ TEST_F(Plans, ThatWasEditedIsNamed)
     edited["options"] = {"text"};
     expectRefused(updated(edited.dump()), thatPlan("was changed since it was written"));
     edited["elements"] = {{"a", {{"b", nullptr}}}};
+    expectRefused(updated(edited.dump()), thatPlan("was changed since it was written"));
+    edited = ordered_json::parse(plan);
+    edited["others"] = ordered_json::array({edited["elements"][0]});
     expectRefused(updated(edited.dump()), thatPlan("was changed since it was written"));
 }
 

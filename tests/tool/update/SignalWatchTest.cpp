@@ -113,6 +113,27 @@ TEST_F(SignalWatches, KnowsASignalThatCameWhileItWasBlocked)
     ::pthread_sigmask(SIG_UNBLOCK, &blocked, nullptr);
 }
 
+TEST_F(SignalWatches, KnowsTheFirstOfSignalsThatCameWhileTheyWereBlocked)
+{
+    sigset_t blocked;
+    ::sigemptyset(&blocked);
+    ::sigaddset(&blocked, SIGINT);
+    ::sigaddset(&blocked, SIGTERM);
+    ::pthread_sigmask(SIG_BLOCK, &blocked, nullptr);
+    send(SIGTERM);
+    send(SIGINT);
+    // The system gives the one with the lowest number first.
+    EXPECT_EQ(SignalWatch(TrellanTool::stopSignals(), listener(), std::nullopt).firstSignal(), SIGINT);
+    ::pthread_sigmask(SIG_UNBLOCK, &blocked, nullptr);
+}
+
+TEST(StopSignals, HaveTheirNamesAndOthersNone)
+{
+    EXPECT_STREQ(TrellanTool::signalName(SIGHUP), "SIGHUP");
+    EXPECT_STREQ(TrellanTool::signalName(SIGTERM), "SIGTERM");
+    EXPECT_STREQ(TrellanTool::signalName(SIGUSR1), "a signal");
+}
+
 TEST_F(SignalWatches, LeavesSignalsAloneThatWereIgnored)
 {
     std::signal(SIGHUP, SIG_IGN);

@@ -1,6 +1,8 @@
 // Updates that are verified by another scan.
 #include <gtest/gtest.h>
 
+#include "support/BuildTree.h"
+#include "support/Process.h"
 #include "support/SimulatedTarget.h"
 #include "support/TargetBuilder.h"
 #include "support/TestArchive.h"
@@ -66,4 +68,24 @@ TEST(VerifiedUpdates, TellsThatAnElementOnlyBecomesActiveAfterARestart)
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(ordered_json::parse(result.out)["elements"][0]["verified"], nullptr);
     EXPECT_NE(result.err.find("Firmware cannot be verified before a restart"), std::string::npos) << result.err;
+}
+
+// In a process of its own: the errors that it reports stay in that.
+TEST(VerifiedUpdates, ComparesVersionsWhereTheTargetTellsNoChecksum)
+{
+    ordered_json device = deviceToVerify();
+    device["script"]["values"]["/ROOT/HCN/UPDATE_INFO/UPDATE_ELEMENT:CHECKSUM_CRC32"] = {
+        {{"code", 1}, {"text", "no answer"}}};
+    const SimulatedTarget target(device);
+    TestArchive archive(description({fileEntry("a.bin", {{"version", "2.0"}, {"checksumCrc32", contentChecksum}}),
+                                     fileEntry("b.bin", {{"id", 2}, {"version", "1.0"}, {"checksumCrc32", 2}})}));
+    archive.addFile("a.bin", "content");
+    const ProcessResult result =
+        runProcess(TRELLAN_TOOL, {"update", archive.path(), "--no-progress", "--verify", "--json"}, archive.path(),
+                   {"TRELLAN_TARGET=" + target.path().string()});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(ordered_json::parse(result.output)["elements"][0]["verified"], false);
+    EXPECT_NE(result.errors.find("Firmware does not have its file's content: version 1.0, not 2.0\n"),
+              std::string::npos)
+        << result.errors;
 }

@@ -95,6 +95,17 @@ TEST_F(WaitedLocks, AreGivenUpAlsoWhereNoEventCanBeWritten)
     EXPECT_THAT(result.errors, EndsWith("could not be locked within 0.2 s; nothing was done\n"));
 }
 
+TEST_F(WaitedLocks, AreGivenUpWithAWordWhereTheDocumentCannotBeWritten)
+{
+    const ProcessResult result = runProcess(
+        "/bin/sh", {"-c", "exec " TRELLAN_TOOL " update \"$0\" --json --stall-timeout 0.2 >/dev/full", archive.path()},
+        device.folder(), {"TRELLAN_TARGET=" + device.path().string(), "LD_PRELOAD=" TRELLAN_WAITING_LOCK});
+    EXPECT_EQ(result.status, 8);
+    EXPECT_THAT(result.errors,
+                EndsWith("trellan-update: the target could not be locked within 0.2 s; nothing was done\n"
+                         "trellan-update: standard output cannot be written\n"));
+}
+
 TEST_F(WaitedLocks, AreWaitedForAlsoWhenASignalComes)
 {
     const ProcessResult result = updated({"--events", "events"}, SIGINT);
