@@ -24,7 +24,7 @@ public:
         return forBoards ? Asked{0, number, pointer} : Asked{number, -1, pointer};
     }
 
-    void takePlace(std::size_t, std::size_t) override { ++found; }
+    void takePlace(std::size_t, std::optional<std::size_t> offset) override { found += offset ? 1 : 0; }
 
     unsigned found = 0;
 

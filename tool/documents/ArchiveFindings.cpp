@@ -67,10 +67,9 @@ ArchiveFindings::ArchiveFindings(ZoITrellanInspector& inspector, ZoTDescription 
     JsonPlaces found = findPlaces(inspector, description, order);
     duplicates = std::move(found.duplicates);
     fault = std::move(found.fault);
+    addOthers();
     addUnknown(passed);
     addDuplicates();
-    addSyntax();
-    order.sort();
     if (isRead && unknown.size() + duplicates.size() != 0) {
         names = findEntryNames(description);
     }
@@ -119,12 +118,9 @@ ArchiveFindings::Passed ArchiveFindings::lookThrough()
     return passed;
 }
 
-void ArchiveFindings::add(std::size_t number, Severity severity, std::optional<std::size_t> offset)
+void ArchiveFindings::add(std::size_t number, Severity severity, std::size_t offset)
 {
-    order.add(number);
-    if (offset) {
-        order.setOffset(order.size() - 1, *offset);
-    }
+    order.add(number, offset);
     ++counts[static_cast<std::size_t>(severity)];
 }
 
@@ -152,14 +148,17 @@ void ArchiveFindings::addDuplicates()
     }
 }
 
-// Where and why the text is no JSON, for what the library has found of it.
-void ArchiveFindings::addSyntax()
+// What the library has found that is about nothing in the description. Where and why the text is no JSON is told with
+// what it has found of it, or else by itself.
+void ArchiveFindings::addOthers()
 {
     if (!fault) {
         syntax.reset();
-    } else if (syntax) {
-        order.setOffset(*syntax, fault->offset);
-    } else {
+    }
+    for (std::size_t i = order.size(); i < foundByLibrary; ++i) {
+        order.add(i, i == syntax ? std::optional(fault->offset) : std::nullopt);
+    }
+    if (fault && !syntax) {
         syntax = foundByLibrary + unknown.size() + duplicates.size();
         add(*syntax, Severity::ERROR, fault->offset);
     }
@@ -211,7 +210,7 @@ Finding ArchiveFindings::memberFinding(std::size_t number) const
 
 Finding ArchiveFindings::at(std::size_t position)
 {
-    const std::size_t number = order.number(position);
+    const auto [number, offset] = order.at(position);
     Finding finding{};
     if (number < foundByLibrary) {
         finding = findingAt(inspector, number);
@@ -225,7 +224,7 @@ Finding ArchiveFindings::at(std::size_t position)
     if (number == syntax) {
         finding.message += " (" + fault->reason + ")";
     }
-    if (const auto offset = order.offset(position)) {
+    if (offset) {
         finding.place = places.at(*offset);
     }
     return finding;

@@ -40,8 +40,8 @@ private:
     Passed lookThrough();
     void addUnknown(const Passed& passed);
     void addDuplicates();
-    void addSyntax();
-    void add(std::size_t number, Severity severity, std::optional<std::size_t> offset);
+    void addOthers();
+    void add(std::size_t number, Severity severity, std::size_t offset);
     Finding memberFinding(std::size_t number) const;
     void noteEntry(Finding& finding, std::string_view object) const;
 

@@ -75,7 +75,7 @@ public:
         return {present->entry, present->board, present->pointer};
     }
 
-    void takePlace(std::size_t position, std::size_t offset) override { order.setOffset(position, offset); }
+    void takePlace(std::size_t position, std::optional<std::size_t> offset) override { order.add(position, offset); }
 
 private:
     ZoITrellanInspector& inspector;
@@ -100,10 +100,6 @@ Finding findingAt(ZoITrellanInspector& inspector, std::size_t position)
 
 JsonPlaces findPlaces(ZoITrellanInspector& inspector, std::string_view description, FindingOrder& order)
 {
-    const unsigned count = inspector.getFindingCount();
-    for (unsigned i = 0; i < count; ++i) {
-        order.add(i);
-    }
     FoundPointers pointers(inspector, order);
     return findJsonPlaces(description, pointers);
 }
@@ -112,13 +108,16 @@ std::vector<Finding> findingsOf(ZoITrellanInspector& inspector, const std::strin
 {
     FindingOrder order;
     findPlaces(inspector, description, order);
-    order.sort();
+    for (std::size_t i = order.size(); i < inspector.getFindingCount(); ++i) {
+        order.add(i, std::nullopt);
+    }
     TextPlaces places(description);
     std::vector<Finding> findings;
     findings.reserve(order.size());
     for (std::size_t i = 0; i < order.size(); ++i) {
-        findings.push_back(findingAt(inspector, order.number(i)));
-        if (const auto offset = order.offset(i)) {
+        const auto [number, offset] = order.at(i);
+        findings.push_back(findingAt(inspector, number));
+        if (offset) {
             findings.back().place = places.at(*offset);
         }
     }

@@ -31,8 +31,9 @@ struct Finding {
 // The finding at `position` of what the last check of `inspector` has found, without its place.
 Finding findingAt(ZoITrellanInspector& inspector, std::size_t position);
 
-// Adds to `order` what the last check of `inspector` has found, with the places in `description`, the text of the
-// description. Returns what else was found out about that.
+// Adds to `order`, which is empty, what the last check of `inspector` has found in the description, with the places in
+// `description`, its text: all but the last ones, which are about nothing in it. Returns what else was found out about
+// that.
 JsonPlaces findPlaces(ZoITrellanInspector& inspector, std::string_view description, FindingOrder& order);
 
 // What the last check of `inspector` has found, with the places in `description`, and in their order.

@@ -3,32 +3,19 @@
 #include "tool/documents/JsonPlaces.h"
 
 #include <algorithm>
-#include <map>
-#include <memory>
 #include <tuple>
 #include <utility>
 #include <vector>
 
 #include "tool/documents/DescriptionVisitor.h"
 #include "tool/documents/DuplicateKeys.h"
+#include "tool/documents/WantedParts.h"
 
 namespace TrellanTool {
 
 namespace {
 
 constexpr std::size_t nowhere = static_cast<std::size_t>(-1);
-
-// A part that is asked for, or has such parts.
-struct Wanted {
-    std::size_t offset = nowhere;
-    std::map<std::string, std::unique_ptr<Wanted>, std::less<>> below;  // by the pointers' tokens, as they are written
-
-    Wanted* find(std::string_view token) const
-    {
-        const auto found = below.find(token);
-        return found == below.end() ? nullptr : found->second.get();
-    }
-};
 
 std::string tokenOf(std::string_view key)
 {
@@ -37,29 +24,6 @@ std::string tokenOf(std::string_view key)
         token += character == '~' ? "~0" : character == '/' ? "~1" : std::string_view(&character, 1);
     }
     return token;
-}
-
-// A part that is asked for, and what it is a part of.
-struct WantedPart {
-    const Wanted* part;
-    const Wanted* parent;
-};
-
-// The part to which `pointer` leads from `whole`.
-WantedPart wantedAt(Wanted& whole, std::string_view pointer)
-{
-    Wanted* part = &whole;
-    Wanted* parent = &whole;
-    while (!pointer.empty()) {
-        const std::size_t end = std::min(pointer.find('/', 1), pointer.size());
-        std::unique_ptr<Wanted>& below = part->below[std::string(pointer.substr(1, end - 1))];
-        if (!below) {
-            below = std::make_unique<Wanted>();
-        }
-        parent = std::exchange(part, below.get());
-        pointer.remove_prefix(end);
-    }
-    return {part, parent};
 }
 
 // Finds the lists of entries and of board objects in whose places later ones count: where their keys begin.
@@ -103,9 +67,28 @@ private:
 
 // The pointers into one part of the description, taken up.
 struct Scope {
-    Wanted whole;
-    std::size_t first = 0;          // position
-    std::vector<WantedPart> asked;  // from there on
+    WantedParts parts;
+    std::size_t first = 0;  // position of the first pointer
+};
+
+// A part in a scope; null: neither it is asked for nor anything in it.
+struct Wanted {
+    WantedParts* scope = nullptr;
+    WantedParts::Part part = WantedParts::whole;
+
+    template <class Token>
+    Wanted find(const Token& token) const
+    {
+        const auto found = scope != nullptr ? scope->find(part, token) : std::nullopt;
+        return found ? Wanted{scope, *found} : Wanted{};
+    }
+
+    void note(std::size_t offset) const
+    {
+        if (scope != nullptr) {
+            scope->note(part, offset);
+        }
+    }
 };
 
 class Places final : public JsonVisitor {
@@ -162,10 +145,8 @@ public:
     {
         Container& object = containers.back();
         object.position = begin;
-        object.current = nullptr;
-        if (object.part != nullptr && !object.part->below.empty()) {
-            note(object.current = object.part->find(tokenOf(name)), begin);
-        }
+        object.current = object.part.scope != nullptr ? object.part.find(tokenOf(name)) : Wanted{};
+        object.current.note(begin);
         member = object.role == Part::whole && name == "files"    ? Part::entries
                  : object.role == Part::entry && name == "boards" ? Part::boards
                                                                   : Part::other;
@@ -182,6 +163,9 @@ public:
             containers.back().isObject ? closeObject() : closeArray();
         }
         giveBack(document);
+        while (next < asked.size()) {
+            asked.takePlace(next++, std::nullopt);
+        }
         return std::move(duplicates);
     }
 
@@ -191,47 +175,40 @@ private:
     struct Container {
         bool isObject;
         Part role;
-        Wanted* part;          // null: neither it is asked for nor anything in it
-        Wanted* current;       // of the present member or element
+        Wanted part;
+        Wanted current;        // the present member or element
         std::size_t position;  // of the present element; of a member where its key begins
         std::size_t keys;
     };
 
-    static void note(Wanted* part, std::size_t offset)
-    {
-        if (part != nullptr) {
-            part->offset = offset;
-        }
-    }
-
     // The part that begins. A member's place is that of its key.
-    Wanted* beginValue(std::size_t offset)
+    Wanted beginValue(std::size_t offset)
     {
         if (containers.empty()) {
-            note(&document.whole, offset);
-            return &document.whole;
+            const Wanted whole{&document.parts};
+            whole.note(offset);
+            return whole;
         }
         Container& container = containers.back();
         if (!container.isObject) {
             ++container.position;
             container.current = beginElement(container);
-            note(container.current, offset);
+            container.current.note(offset);
         }
         return container.current;
     }
 
-    Wanted* beginElement(const Container& list)
+    Wanted beginElement(const Container& list)
     {
         if (list.role == Part::entries || list.role == Part::boards) {
             Scope& scope = scopeIn(list);
             const auto number = static_cast<std::int32_t>(list.position);
             list.role == Part::entries ? takeUp(scope, number, -1) : takeUp(scope, entryNumber(), number);
-            if (!scope.asked.empty()) {
-                return &scope.whole;
+            if (scope.parts.size() != 0) {
+                return {&scope.parts};
             }
         }
-        const bool isWanted = list.part != nullptr && !list.part->below.empty();
-        return isWanted ? list.part->find(std::to_string(list.position)) : nullptr;
+        return list.part.find(list.position);
     }
 
     void endValue()
@@ -245,8 +222,8 @@ private:
 
     void open(std::size_t begin, bool isObject, Part role)
     {
-        Wanted* const part = beginValue(begin);
-        containers.push_back({isObject, role, part, nullptr, nowhere, keys.begin()});
+        const Wanted part = beginValue(begin);
+        containers.push_back({isObject, role, part, {}, nowhere, keys.begin()});
         member = Part::other;
     }
 
@@ -262,25 +239,21 @@ private:
             return std::tuple(pointer.entry, pointer.board);
         };
         while (next < asked.size() && subjectOfNext() < std::tuple(entryOf, boardOf)) {
-            ++next;
+            asked.takePlace(next++, std::nullopt);
         }
         scope.first = next;
         const std::size_t length = pointerLength(entryOf, boardOf);
         for (; next < asked.size() && subjectOfNext() == std::tuple(entryOf, boardOf); ++next) {
-            scope.asked.push_back(wantedAt(scope.whole, asked.at(next).pointer.substr(length)));
+            scope.parts.add(asked.at(next).pointer.substr(length));
         }
     }
 
     void giveBack(Scope& scope)
     {
-        for (std::size_t i = 0; i < scope.asked.size(); ++i) {
-            const auto [part, parent] = scope.asked[i];
-            const std::size_t offset = part->offset != nowhere ? part->offset : parent->offset;
-            if (offset != nowhere) {
-                asked.takePlace(scope.first + i, offset);
-            }
+        for (std::size_t i = 0; i < scope.parts.size(); ++i) {
+            asked.takePlace(scope.first + i, scope.parts.offset(i));
         }
-        scope = Scope();
+        scope.parts.clear();
     }
 
     // JSON Pointer to what is open.

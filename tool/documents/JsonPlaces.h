@@ -30,9 +30,9 @@ public:
     // Good until the next call.
     virtual Asked at(std::size_t position) = 0;
 
-    // Takes where the part begins: a member with its key, anything else with its value. Of a part that is not there,
-    // its parent counts. Not called where the text, as far as it is JSON, has neither.
-    virtual void takePlace(std::size_t position, std::size_t offset) = 0;
+    // Takes, once for each position, where the part begins: a member with its key, anything else with its value. Of a
+    // part that is not there, its parent counts; nothing where the text, as far as it is JSON, has neither.
+    virtual void takePlace(std::size_t position, std::optional<std::size_t> offset) = 0;
 };
 
 // What else reading a JSON text found out.

@@ -1,38 +1,87 @@
-// The order of findings, in few bytes each.
+// In which order findings are told, and what members are kept as until then, however many there are.
 #include <gtest/gtest.h>
 
-#include <new>
-#include <string>
-
 #include "tool/documents/FindingOrder.h"
+#include "tool/documents/FoundMembers.h"
 
-using TrellanTool::FindingOrder;
+namespace TrellanTool {
 
-TEST(FindingOrders, AreByPlaceAndThenByNumberAndEndWithThoseWithoutAPlace)
+TEST(FindingOrder, GoesByOffsetsThenByNumbersAndThoseWithoutAnOffsetComeLast)
 {
     FindingOrder order;
-    for (const std::size_t number : {4U, 0U, 1U, 3U, 2U}) {
-        order.add(number);
+    order.add(0, std::nullopt);
+    order.add(1, 17179869183);
+    order.add(3, 7);
+    order.add(2, 7);
+    order.add(4, std::nullopt);
+    order.add(5, 0);
+    ASSERT_EQ(order.size(), 6u);
+    const std::vector<std::size_t> numbers = {5, 2, 3, 1, 0, 4};
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        EXPECT_EQ(order.at(i).number, numbers[i]) << i;
     }
-    order.setOffset(0, 17'179'869'182);
-    order.setOffset(2, 5);
-    order.setOffset(4, 5);
-    order.sort();
-    std::string sorted;
-    for (std::size_t i = 0; i < order.size(); ++i) {
-        const auto offset = order.offset(i);
-        sorted += std::to_string(order.number(i)) + "@" + (offset ? std::to_string(*offset) : "-") + " ";
-    }
-    EXPECT_EQ(sorted, "1@5 2@5 4@17179869182 0@- 3@- ");
+    EXPECT_EQ(order.at(0).offset, 0u);
+    EXPECT_EQ(order.at(3).offset, 17179869183u);
+    EXPECT_EQ(order.at(4).offset, std::nullopt);
 }
 
-TEST(FindingOrders, HoldNoMoreFindingsAndNoLongerTextThanTheirBitsDo)
+TEST(FindingOrder, IsTheSameInWhateverOrderManyAreAdded)
 {
+    constexpr std::size_t count = 100003;  // a prime: each offset comes once
     FindingOrder order;
-    order.add(1'073'741'823);
-    EXPECT_THROW(order.add(1'073'741'824), std::bad_alloc);
-    EXPECT_THROW(order.setOffset(0, 17'179'869'183), std::bad_alloc);
-    ASSERT_EQ(order.size(), 1U);
-    EXPECT_EQ(order.number(0), 1'073'741'823U);
-    EXPECT_FALSE(order.offset(0));
+    for (std::size_t i = 0; i < count; ++i) {
+        order.add(i, i * 7919 % count);
+    }
+    ASSERT_EQ(order.size(), count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const FindingOrder::Placed placed = order.at(i);
+        ASSERT_EQ(placed.offset, i);
+        ASSERT_EQ(placed.number * 7919 % count, i);
+    }
+    EXPECT_EQ(order.at(0).number, 0u);
+    EXPECT_EQ(order.at(99999).offset, 99999u);
+    EXPECT_EQ(order.at(7919).number, 1u);
 }
+
+TEST(FoundMembers, AreFoundAgainInAnyOrder)
+{
+    FoundMembers members;
+    for (std::size_t i = 0; i < 1000; ++i) {
+        members.add(1000000 - 10 * i, "/files/" + std::to_string(i / 3));
+    }
+    ASSERT_EQ(members.size(), 1000u);
+    EXPECT_EQ(members.offset(999), 990010u);
+    EXPECT_EQ(members.object(999), "/files/333");
+    EXPECT_EQ(members.object(998), "/files/332");
+    EXPECT_EQ(members.offset(64), 999360u);
+    EXPECT_EQ(members.object(64), "/files/21");
+    EXPECT_EQ(members.object(63), "/files/21");
+    EXPECT_EQ(members.object(62), "/files/20");
+    EXPECT_EQ(members.offset(0), 1000000u);
+    EXPECT_EQ(members.object(0), "/files/0");
+}
+
+TEST(FoundMembers, TakeThoseOfOthers)
+{
+    FoundMembers members, others, none;
+    members.add(1, "");
+    for (std::size_t i = 0; i < 200; ++i) {
+        others.add(2 + i, "/info");
+    }
+    members.take(others);
+    members.take(none);
+    EXPECT_EQ(others.size(), 0u);
+    ASSERT_EQ(members.size(), 201u);
+    EXPECT_EQ(members.object(0), "");
+    EXPECT_EQ(members.object(1), "/info");
+    EXPECT_EQ(members.offset(1), 2u);
+    EXPECT_EQ(members.offset(200), 201u);
+    none.take(members);
+    EXPECT_EQ(none.size(), 201u);
+    EXPECT_EQ(none.offset(200), 201u);
+    none.add(300, "/files");
+    EXPECT_EQ(none.object(201), "/files");
+    EXPECT_EQ(none.offset(201), 300u);
+}
+
+}  // namespace TrellanTool

@@ -20,7 +20,7 @@ public:
 
     std::size_t size() const override { return pointers.size(); }
     AskedPointers::Asked at(std::size_t position) override { return pointers[position]; }
-    void takePlace(std::size_t position, std::size_t offset) override { offsets[position] = offset; }
+    void takePlace(std::size_t position, std::optional<std::size_t> offset) override { offsets[position] = offset; }
 
     std::vector<std::optional<std::size_t>> offsets;
 
@@ -113,6 +113,31 @@ TEST(JsonPlaces, AnElementOfAnArrayAndTheDocumentBeginWithTheirValues)
     EXPECT_EQ(placeOf(description, "/files/0/id/1"), "3:33");
     EXPECT_EQ(placeOf(description, "/files/0/id/2"), "3:38");
     EXPECT_EQ(placeOf(description, "/files/1"), "4:2");
+}
+
+TEST(JsonPlaces, ThePartsOfOneObjectAreFoundHoweverManyTheyAre)
+{
+    std::string text = R"({"0":[)";
+    std::vector<std::string> pointers;
+    for (int i = 0; i < 1000; ++i) {
+        text += i == 999 ? R"({"x":1}],"07":0,"7":{"1":0}})" : "1,";
+        pointers.push_back("/0/" + std::to_string(999 - i));
+    }
+    pointers.insert(pointers.end(), {"/0/999/x", "/07", "/7", "/7/1", "/7/1", "/0/01", "/7/2"});
+    const auto places = findJsonPlaces(text, pointers).places;
+    ASSERT_EQ(places.size(), 1007u);
+    const auto column = [&](std::size_t i) { return places[i] ? places[i]->column : 0; };
+    EXPECT_EQ(column(999), 7u);
+    EXPECT_EQ(column(989), 27u);
+    EXPECT_EQ(column(1), 2003u);
+    EXPECT_EQ(column(0), 2005u);
+    EXPECT_EQ(column(1000), 2006u);
+    EXPECT_EQ(column(1001), 2014u);
+    EXPECT_EQ(column(1002), 2021u);
+    EXPECT_EQ(column(1003), 2026u);
+    EXPECT_EQ(column(1004), 2026u);
+    EXPECT_EQ(column(1005), 2u);     // not there: its parent
+    EXPECT_EQ(column(1006), 2021u);  // neither
 }
 
 TEST(JsonPlaces, ANulIsAFaultWhereItStands)
