@@ -5,7 +5,7 @@
 
 #include <algorithm>
 #include <deque>
-#include <map>
+#include <tuple>
 #include <unordered_map>
 
 #include "inspection/Demands.h"
@@ -77,8 +77,8 @@ public:
 
     std::vector<Reach> finish()
     {
-        for (const auto& [row, kind] : kindsByRow()) {
-            lookAt(row, *kind);
+        for (const KindRow* const each : differentRows()) {
+            lookAt(each->second, each->first);
         }
         for (Reach& reach : reaches) {
             std::sort(reach.takers.begin(), reach.takers.end());
@@ -89,6 +89,7 @@ public:
 
 private:
     using Row = std::vector<std::uint32_t>;  // positions of boxes
+    using KindRow = std::pair<const ElementKind, Row>;
 
     void addDemand(std::size_t entry, const Demand& demand)
     {
@@ -106,17 +107,21 @@ private:
         }
     }
 
-    // The rows that there are, each with one of its kinds.
-    std::map<Row, const ElementKind*> kindsByRow() const
+    // The rows that there are, each with the first of its kinds: whatever the order of the hash table is. Boxes of
+    // one row have one id.
+    std::vector<const KindRow*> differentRows() const
     {
-        std::map<Row, const ElementKind*> kinds;
-        for (const auto& [kind, row] : rows) {
-            const ElementKind*& named = kinds.try_emplace(row, &kind).first->second;
-            if (kind.boardType < named->boardType) {
-                named = &kind;  // whatever the order of the hash table is
-            }
+        std::vector<const KindRow*> found;
+        found.reserve(rows.size());
+        for (const KindRow& each : rows) {
+            found.push_back(&each);
         }
-        return kinds;
+        std::sort(found.begin(), found.end(), [](const KindRow* a, const KindRow* b) {
+            return std::tie(a->second, a->first.boardType) < std::tie(b->second, b->first.boardType);
+        });
+        const auto haveOneRow = [](const KindRow* a, const KindRow* b) { return a->second == b->second; };
+        found.erase(std::unique(found.begin(), found.end(), haveOneRow), found.end());
+        return found;
     }
 
     void lookAt(const Row& row, const ElementKind& kind)
@@ -150,7 +155,7 @@ private:
         keys.boardId = numberOf(1, chosen);
         keys.hwCompatibilityId = numberOf(2, chosen);
         keys.swCompatibilityId = numberOf(3, chosen);
-        reach.taken = {taker, std::move(keys)};
+        reach.taken = std::make_unique<Reach::Example>(Reach::Example{taker, std::move(keys)});
     }
 
     std::uint32_t numberOf(std::size_t side, const std::array<std::uint32_t, boxSides>& chosen) const

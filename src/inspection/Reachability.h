@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
+#include <memory>
 #include <vector>
 
 #include "ZoITrellanInspector.h"
@@ -20,7 +20,7 @@ struct Reach {
 
     bool isReached = false;           // it is given some of them
     std::vector<std::size_t> takers;  // positions in the list of entries that take the others, ascending
-    std::optional<Example> taken;     // of the first taker's; nothing when it has none
+    std::unique_ptr<Example> taken;   // of the first taker's; null when it has none
 };
 
 // For each of `files`, in the order of the description. Exact: whatever board type, variant and ids an element may

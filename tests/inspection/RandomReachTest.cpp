@@ -254,7 +254,7 @@ void compareReach(const Reach& reach, const Tried& tried, const std::vector<Mode
 {
     ASSERT_EQ(reach.isReached, tried.isReached);
     ASSERT_THAT(reach.takers, testing::ElementsAreArray(tried.takers));
-    ASSERT_EQ(reach.taken.has_value(), !tried.takers.empty());
+    ASSERT_EQ(reach.taken != nullptr, !tried.takers.empty());
     if (reach.taken) {
         const Being example = beingOf(reach.taken->keys);
         const std::size_t taker = *tried.takers.begin();
