@@ -27,18 +27,24 @@ class Writers {
 public:
     void add(const Demand& demand)
     {
-        indexes.resize(demand.accepted.size());
-        for (std::size_t i = 0; i < indexes.size(); ++i) {
-            for (const MatchValue& value : demand.accepted[i]) {
-                indexes[i][value].push_back(demands.size());
-            }
-        }
         demands.push_back(&demand);
+        if (demands.size() <= few) {
+            return;
+        }
+        const std::size_t first = indexes.empty() ? 0 : demands.size() - 1;
+        for (std::size_t position = first; position < demands.size(); ++position) {
+            addToIndexes(position);
+        }
     }
 
     // The first of them that has a board in common with `demand`; null when there is none.
     const Demand* firstInCommonWith(const Demand& demand) const
     {
+        if (indexes.empty()) {
+            const auto found = std::find_if(demands.begin(), demands.end(),
+                                            [&](const Demand* earlier) { return haveCommonBoard(*earlier, demand); });
+            return found != demands.end() ? *found : nullptr;
+        }
         std::size_t first = demands.size();
         for (const std::vector<std::size_t>* const candidates : fewestCandidates(demand)) {
             const auto found = std::find_if(candidates->begin(), candidates->end(), [&](std::size_t candidate) {
@@ -53,6 +59,20 @@ public:
 
 private:
     using Candidates = std::vector<const std::vector<std::size_t>*>;
+
+    // As many are looked through: most files are written by one, and an index takes more memory than the demand.
+    static constexpr std::size_t few = 8;
+
+    void addToIndexes(std::size_t position)
+    {
+        const Demand& demand = *demands[position];
+        indexes.resize(demand.accepted.size());
+        for (std::size_t i = 0; i < indexes.size(); ++i) {
+            for (const MatchValue& value : demand.accepted[i]) {
+                indexes[i][value].push_back(position);
+            }
+        }
+    }
 
     Candidates fewestCandidates(const Demand& demand) const
     {
@@ -76,7 +96,8 @@ private:
     }
 
     std::vector<const Demand*> demands;
-    std::vector<std::unordered_map<MatchValue, std::vector<std::size_t>>> indexes;  // by criterion and value
+    std::vector<std::unordered_map<MatchValue, std::vector<std::size_t>>>
+        indexes;  // by criterion and value; empty: few
 };
 
 std::string nameOf(const Demand& demand)
