@@ -1,8 +1,13 @@
-// A form is the finding's text with a mark in place of each number. A finding whose text is no other's is kept whole.
+// A form is the finding's text with a mark in place of each number. A finding whose text is no other's is kept whole,
+// as is the first of each text: which texts are said again shows only then.
 #include "base/FindingForms.h"
 
 #include <algorithm>
 #include <charconv>
+#include <functional>
+#include <optional>
+#include <system_error>
+#include <utility>
 
 using namespace ZoNTrellanInspector;
 
@@ -10,9 +15,11 @@ namespace ZoNUpdateBase {
 namespace {
 
 constexpr std::size_t noForm = 0;
-constexpr std::size_t mostForms = 2000;       // beyond these are texts of the description's own
-constexpr std::size_t longestForm = 500;      // in bytes
-constexpr std::ptrdiff_t longestNumber = 18;  // in digits, so that 63 bits hold it
+constexpr std::size_t longestForm = 500;  // in bytes
+
+// Texts of the description's own may be said again, too. What they use up comes back with the findings.
+constexpr std::size_t mostFormsAtFirst = 2000;
+constexpr std::size_t findingsForAForm = 256;
 
 // In the text of a form.
 constexpr char numberMark = 1, entryMark = 2, boardMark = 3, endMark = 4;
@@ -21,10 +28,18 @@ constexpr char numberMark = 1, entryMark = 2, boardMark = 3, endMark = 4;
 constexpr auto isDigit = [](char character) { return character >= '0' && character <= '9'; };
 constexpr auto isMark = [](char character) { return character >= numberMark && character <= endMark; };
 
-// Whether a number has been written as these digits.
-bool isPlainNumber(const char* first, const char* last)
+// The number that has been written as these digits.
+std::optional<std::uint64_t> plainNumber(const char* first, const char* last)
 {
-    return last - first <= longestNumber && (*first != '0' || last - first == 1);
+    std::uint64_t number = 0;
+    const bool fits = std::from_chars(first, last, number).ec == std::errc();
+    return fits && (*first != '0' || last - first == 1) ? std::optional(number) : std::nullopt;
+}
+
+// -1 is none.
+bool isPosition(std::uint64_t number, std::int32_t position)
+{
+    return position >= 0 && number == static_cast<std::uint64_t>(position);
 }
 
 void addForm(std::string& form, std::vector<std::uint64_t>& numbers, std::string_view text, const ZoTFinding& finding)
@@ -37,19 +52,16 @@ void addForm(std::string& form, std::vector<std::uint64_t>& numbers, std::string
         if (digits == at) {
             break;
         }
-        if (!isPlainNumber(digits, at)) {
+        const std::optional<std::uint64_t> number = plainNumber(digits, at);
+        if (!number) {
             form.append(digits, at);
-            continue;
-        }
-        std::int64_t value = 0;
-        std::from_chars(digits, at, value);
-        if (value == finding.entry) {
+        } else if (isPosition(*number, finding.entry)) {
             form += entryMark;
-        } else if (value == finding.board) {
+        } else if (isPosition(*number, finding.board)) {
             form += boardMark;
         } else {
             form += numberMark;
-            numbers.push_back(static_cast<std::uint64_t>(value));
+            numbers.push_back(*number);
         }
     }
     form += endMark;
@@ -81,6 +93,11 @@ void takeText(std::string& text, std::string_view& form, PackedReader& numbers, 
 
 }  // namespace
 
+std::size_t FindingForms::mostForms() const
+{
+    return mostFormsAtFirst + count / findingsForAForm;
+}
+
 std::size_t FindingForms::numberOfForm()
 {
     if (form.size() > longestForm) {
@@ -89,7 +106,8 @@ std::size_t FindingForms::numberOfForm()
     if (const auto found = formNumbers.find(form); found != formNumbers.end()) {
         return found->second;
     }
-    if (forms.size() == mostForms) {
+    const std::size_t hash = std::hash<std::string>()(form);
+    if (std::exchange(seen[hash % seen.size()], hash) != hash || forms.size() >= mostForms()) {
         return noForm;
     }
     forms.push_back({form, numbers.size()});
@@ -98,6 +116,7 @@ std::size_t FindingForms::numberOfForm()
 
 void FindingForms::add(std::string& bytes, const ZoTFinding& finding)
 {
+    ++count;
     form.clear();
     numbers.clear();
     const bool hasMarks = std::any_of(finding.pointer.begin(), finding.pointer.end(), isMark) ||

@@ -1,6 +1,7 @@
 // FindingForms: what findings say, apart from the numbers in it. Millions of findings say the same.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -30,13 +31,16 @@ private:
         std::size_t numberCount;  // of the numbers that each finding tells itself
     };
 
-    // The number of the form with the text `form`; that of none where there are too many.
+    // The number of the form with the text `form`; that of none where it is new, or there are too many.
     std::size_t numberOfForm();
+    std::size_t mostForms() const;
 
     std::vector<Form> forms;
     std::unordered_map<std::string, std::size_t> formNumbers;
-    std::string form;                    // of the present finding
-    std::vector<std::uint64_t> numbers;  // in it
+    std::array<std::size_t, 256> seen = {};  // hashes of texts that have no form yet
+    std::size_t count = 0;                   // of findings
+    std::string form;                        // of the present finding
+    std::vector<std::uint64_t> numbers;      // in it
 };
 
 }  // namespace ZoNUpdateBase

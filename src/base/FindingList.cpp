@@ -105,6 +105,7 @@ void FindingList::add(const ZoTFinding& finding)
 
 void FindingList::append(const Subject& subject, std::string_view name, bool hasMore, std::string_view rest)
 {
+    reader = Reader();  // it looks at what may move now
     if (count % blockSize == 0) {
         if (!blocks.empty()) {
             blocks.back().shrink_to_fit();
@@ -127,7 +128,6 @@ void FindingList::append(const Subject& subject, std::string_view name, bool has
     block += rest;
     last = subject;
     ++count;
-    reader = Reader();
 }
 
 void FindingList::readSubject(Reader& at) const

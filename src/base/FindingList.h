@@ -29,6 +29,7 @@ public:
 
     std::size_t size() const { return count; }
 
+    // Where memory is short, nothing more can be done with the list.
     void add(const ZoNTrellanInspector::ZoTFinding& finding);
 
     // Sets `finding` to the one at `position`, which must be less than size(). One after the other is fastest.

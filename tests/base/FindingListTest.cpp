@@ -63,6 +63,7 @@ std::string someText(std::mt19937& random)
                                                     "4294967295",
                                                     "999999999999999999",
                                                     "1000000000000000000",
+                                                    "18446744073709551615",
                                                     "18446744073709551616",
                                                     "a",
                                                     "",
@@ -115,6 +116,8 @@ TEST(FindingList, GivesEachFindingAsItWasPutInWhateverItSays)
     for (unsigned i = 0; i < 5000; ++i) {
         expected.push_back(someFinding(random));
         list.add(expected.back());
+        expected.push_back(expected.back());  // what is said again is kept in another way
+        list.add(expected.back());
     }
     ASSERT_EQ(list.size(), expected.size());
     ZoTFinding found;
@@ -142,13 +145,13 @@ TEST(FindingList, GivesFindingsAsTheyWerePutInAlsoWhereMoreSayDifferentThingsTha
     };
     FindingList list;
     for (std::int32_t i = 0; i < 2 * count; ++i) {
-        list.add(findingAbout(i, -1, messageOf(i % count)));
+        list.add(findingAbout(i, -1, messageOf(i / 2 % count)));
     }
     ASSERT_EQ(list.size(), 2u * count);
     ZoTFinding found;
     for (std::int32_t i = 0; i < 2 * count; ++i) {
         list.get(static_cast<std::size_t>(i), found);
-        expectSame(found, findingAbout(i, -1, messageOf(i % count)));
+        expectSame(found, findingAbout(i, -1, messageOf(i / 2 % count)));
     }
 }
 
@@ -177,6 +180,26 @@ TEST(FindingList, IsMergedInTheOrderOfTheDescriptionAndOfTheLists)
         messages += found.message;
     }
     EXPECT_EQ(messages, "cadgebf");
+}
+
+TEST(FindingList, KeepsWhatIsSaidOftenInFewBytesHoweverMuchElseWasSaidTwice)
+{
+    FindingList list;
+    for (std::int32_t i = 0; i < 3000; ++i) {
+        const std::string message(static_cast<std::size_t>(i % 100) + 1, static_cast<char>('A' + i / 100));
+        list.add(findingAbout(2 * i, -1, message));
+        list.add(findingAbout(2 * i + 1, -1, message));
+    }
+    constexpr std::int32_t count = 100000;
+    std::size_t bytes = 0;
+    for (std::int32_t entry = 6000; entry < 6000 + count; ++entry) {
+        const ZoTFinding finding = findingAbout(entry, -1, "This is said of each.");
+        bytes += bytesOf([&] { list.add(finding); });
+    }
+    EXPECT_LT(bytes, 12 * static_cast<std::size_t>(count));
+    ZoTFinding found;
+    list.get(6000 + count - 1, found);
+    expectSame(found, findingAbout(6000 + count - 1, -1, "This is said of each."));
 }
 
 TEST(FindingList, AsksForTwelveBytesAtMostForAFindingThatSaysTheSameOfEachEntry)

@@ -70,6 +70,20 @@ const std::string longText(500000, 'n');
 // Of an entry that writes the same file as all that have this.
 const std::string collidingRest = R"("sequence":1,"boardType":"A","checksumCrc32":1,"targetPath":"p"})";
 
+// A list of an entry that is refused for each of its numbers, and entries enough to have that told.
+std::string manyNumbers()
+{
+    std::string entries = R"({"id":1,"boardId":[1)";
+    for (int i = 0; i < 2100; ++i) {
+        entries += "," + std::to_string(1000000000000000000 + i);
+    }
+    entries += "]}";
+    for (int i = 0; i < 300; ++i) {
+        entries += R"(,{"id":1})";
+    }
+    return entries;
+}
+
 class RunMemory : public testing::Test {
 protected:
     void SetUp() override
@@ -180,6 +194,7 @@ INSTANTIATE_TEST_SUITE_P(
         DocumentShape{"Names", R"({"files":[)", R"({"name":"../#"})", "]}"},
         DocumentShape{"NewerEntries", R"({"files":[)", R"({"featureLevel":3})", "]}"},
         DocumentShape{"UnknownMember", R"({"files":[)", R"({"":1})", "]}"},
+        DocumentShape{"EmptyEntriesBehindManyNumbers", R"({"files":[)" + manyNumbers() + ",", "{}", "]}"},
         DocumentShape{"NumbersOfOneEntry", R"({"files":[{"id":[)", "99999999999", "]}]}"},
         withEntries("MissingFiles", R"({"name":"a#","sequence":1,"boardType":"A","id":#,"checksumCrc32":1})"),
         DocumentShape{"Duplicates", R"({"files":[],"x":{)", R"("":1)", "}}"},
