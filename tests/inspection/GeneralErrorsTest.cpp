@@ -35,9 +35,9 @@ protected:
 
 TEST_F(GeneralErrors, AreThoseOfReadingFinishingAndUnlockingAndNoneOfAnElement)
 {
-    script["scan"] = {reporting(1, "noise")};
-    script["updateFinish"] = {reporting(2, "no answer")};
-    script["unlock"] = {reporting(3, "not saved")};
+    script["scan"] = Json::array({reporting(1, "noise")});
+    script["updateFinish"] = Json::array({reporting(2, "no answer")});
+    script["unlock"] = Json::array({reporting(3, "not saved")});
     script["elements"]["/ROOT/IOMODULE#1"]["finish"] = {{{"results", {{{"code", 8}, {"text", "verify"}}}}}};
     ASSERT_EQ(apply(), 0u);
     EXPECT_THAT(texts(), ElementsAre("noise"));
@@ -51,7 +51,7 @@ TEST_F(GeneralErrors, AreThoseOfReadingFinishingAndUnlockingAndNoneOfAnElement)
 
 TEST_F(GeneralErrors, TellWhyTheTargetCouldNotBeLocked)
 {
-    script["lock"] = {reporting(4, "busy")};
+    script["lock"] = Json::array({reporting(4, "busy")});
     ASSERT_EQ(apply(), 0u);
     EXPECT_EQ(updater->run(), 0);
 
@@ -60,7 +60,7 @@ TEST_F(GeneralErrors, TellWhyTheTargetCouldNotBeLocked)
 
 TEST_F(GeneralErrors, AreKnownOfAnUpdateThatACallbackStops)
 {
-    script["unlock"] = {reporting(3, "not saved")};
+    script["unlock"] = Json::array({reporting(3, "not saved")});
     ASSERT_EQ(apply(), 0u);
     updater->setPhaseCallBack([](unsigned) { throw std::runtime_error("stop"); });
     EXPECT_THROW(updater->run(), std::runtime_error);
