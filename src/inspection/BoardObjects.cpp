@@ -27,17 +27,21 @@ std::vector<std::string> takeTypes(const json& board, DecidingBoards& decisions)
 
 }  // namespace
 
-std::vector<BoardObject> boardObjectsOf(const ZoSUpdateFile& file)
+void forEachBoardObject(const ZoSUpdateFile& file, const std::function<void(BoardObject&)>& action)
 {
     DecidingBoards decisions = decidingBoards(file);
-    const json& entry = file.jsonEntry;
-    if (!entry.contains("boards")) {
-        return {{&entry, -1, takeTypes(entry, decisions)}};
-    }
+    std::int32_t position = file.jsonEntry.contains("boards") ? 0 : -1;
+    findBoard(file, [&](const json& board) {
+        BoardObject object{&board, position++, takeTypes(board, decisions)};
+        action(object);
+        return false;
+    });
+}
+
+std::vector<BoardObject> boardObjectsOf(const ZoSUpdateFile& file)
+{
     std::vector<BoardObject> objects;
-    for (const json& board : entry["boards"]) {
-        objects.push_back({&board, static_cast<std::int32_t>(objects.size()), takeTypes(board, decisions)});
-    }
+    forEachBoardObject(file, [&](BoardObject& board) { objects.push_back(std::move(board)); });
     return objects;
 }
 

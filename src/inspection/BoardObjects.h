@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -16,7 +17,10 @@ struct BoardObject {
     std::vector<std::string> decidesFor;  // board types, in the order in which they are stated; each once
 };
 
-// In the order of the entry. One without "boards" is its own board object.
+// Calls `action` for each, in the order of the entry. One without "boards" is its own board object.
+void forEachBoardObject(const ZoNUpdateArchive::ZoSUpdateFile& file, const std::function<void(BoardObject&)>& action);
+
+// All of them.
 std::vector<BoardObject> boardObjectsOf(const ZoNUpdateArchive::ZoSUpdateFile& file);
 
 }  // namespace ZoNUpdateInspection

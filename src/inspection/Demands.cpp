@@ -1,11 +1,11 @@
-// The values by which the criteria let a board pass, as sets that are intersected.
+// What is asked for, read from the JSON of an entry and its board objects.
 #include "inspection/Demands.h"
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "inspection/BoardObjects.h"
-#include "inspection/SortedLists.h"
 
 using namespace ZoNUpdateAssignment;
 using ZoNJson::json;
@@ -24,11 +24,55 @@ bool canBeHad(const MatchValue& value)
     return number == nullptr || *number <= std::numeric_limits<std::uint32_t>::max();
 }
 
-std::vector<MatchValue> acceptedValues(const MatchCriterion& criterion, const Requirements& requirements)
+Requirements requirementsOf(const ZoSUpdateFile& file, const json& object)
+{
+    static const json pathOtherwise(targetPathOtherwise);
+    return {object, file, pathOtherwise};
+}
+
+}  // namespace
+
+void forEachDemand(const ZoSUpdateFile& file, const std::function<void(const Demand&)>& action)
+{
+    forEachBoardObject(file, [&](BoardObject& board) {
+        if (board.decidesFor.empty()) {
+            return;
+        }
+        Demand demand{&file, board.json, std::move(board.decidesFor), std::nullopt, -1};
+        if (!file.hasTargetPath) {
+            const Requirements requirements = requirementsOf(file, *board.json);
+            if (const json* const id = requirements.expected(matchCriteria[MatchCriterion::id])) {
+                demand.id = static_cast<unsigned>(*id);
+            }
+        }
+        if (board.json->contains("targetPath")) {
+            demand.pathBoard = board.position;
+        }
+        action(demand);
+    });
+}
+
+StatedLists statedLists(const ZoSUpdateFile& file, const json& object)
+{
+    const Requirements requirements = requirementsOf(file, object);
+    StatedLists lists;
+    for (std::size_t i = 0; i < lists.size(); ++i) {
+        lists[i] = requirements.expected(matchCriteria[listedCriteria[i]]);
+    }
+    return lists;
+}
+
+std::string statedPath(const ZoSUpdateFile& file, const json& object)
+{
+    return std::string(*requirementsOf(file, object).expected(matchCriteria[MatchCriterion::targetPath]));
+}
+
+std::vector<MatchValue> acceptedValues(const json* stated)
 {
     std::vector<MatchValue> values;
-    if (const json* const expected = requirements.expected(criterion)) {
-        anyStated(*expected, criterion.form, [&](MatchValue value) {
+    if (stated != nullptr) {
+        values.reserve(stated->size());
+        anyStated(*stated, StatedAs::list, [&](MatchValue value) {
             if (canBeHad(value)) {
                 values.push_back(std::move(value));
             }
@@ -38,41 +82,6 @@ std::vector<MatchValue> acceptedValues(const MatchCriterion& criterion, const Re
     std::sort(values.begin(), values.end());
     values.erase(std::unique(values.begin(), values.end()), values.end());
     return values;
-}
-
-}  // namespace
-
-std::vector<Demand> demandsOf(const ZoSUpdateFile& file)
-{
-    const json pathOtherwise(targetPathOtherwise);
-    std::vector<Demand> demands;
-    for (BoardObject& board : boardObjectsOf(file)) {
-        if (board.decidesFor.empty()) {
-            continue;
-        }
-        const Requirements requirements(*board.json, file, pathOtherwise);
-        Demand& demand = demands.emplace_back();
-        demand.file = &file;
-        demand.object = board.json;
-        demand.board = board.position;
-        demand.boardTypes = std::move(board.decidesFor);
-        if (file.hasTargetPath) {
-            demand.path = std::string(*requirements.expected(matchCriteria[MatchCriterion::targetPath]));
-        } else if (const json* const id = requirements.expected(matchCriteria[MatchCriterion::id])) {
-            demand.id = static_cast<unsigned>(*id);
-        }
-        demand.pathBoard = board.json->contains("targetPath") ? board.position : -1;
-        for (std::size_t i = 0; i < listedCriteria.size(); ++i) {
-            demand.accepted[i] = acceptedValues(matchCriteria[listedCriteria[i]], requirements);
-        }
-    }
-    return demands;
-}
-
-bool haveCommonBoard(const Demand& a, const Demand& b)
-{
-    return std::equal(a.accepted.begin(), a.accepted.end(), b.accepted.begin(), b.accepted.end(),
-                      intersect<MatchValue>);
 }
 
 }  // namespace ZoNUpdateInspection

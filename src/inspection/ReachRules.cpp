@@ -85,14 +85,14 @@ std::vector<std::pair<std::string, std::string>> statedTypes(const json& object)
 void checkBoards(Check& check, const ZoSUpdateFile& file)
 {
     std::set<std::string> earlier;
-    for (const BoardObject& board : boardObjectsOf(file)) {
+    forEachBoardObject(file, [&](const BoardObject& board) {
         const auto types = statedTypes(*board.json);
         if (board.decidesFor.empty()) {
             check.report("unreachable-board", Check::Severity::WARNING, {file, "", board.position},
                          types.empty() ? "it names no board type, and never decides: name one, or take it away"
                                        : "each of its board types stands in a board object before it, which decides: "
                                          "put both into one, or into two entries");
-            continue;
+            return;
         }
         std::set<std::string> reported;
         for (const auto& [type, place] : types) {
@@ -104,7 +104,7 @@ void checkBoards(Check& check, const ZoSUpdateFile& file)
             }
         }
         earlier.insert(board.decidesFor.begin(), board.decidesFor.end());
-    }
+    });
 }
 
 }  // namespace

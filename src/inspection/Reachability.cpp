@@ -4,9 +4,12 @@
 #include "inspection/Reachability.h"
 
 #include <algorithm>
+#include <compare>
 #include <deque>
+#include <map>
 #include <tuple>
 #include <unordered_map>
+#include <utility>
 
 #include "inspection/Demands.h"
 #include "inspection/Takers.h"
@@ -36,6 +39,7 @@ struct ElementKindHash {
 // What one board object of an entry asks for, in numbers.
 struct EntryBox {
     std::size_t entry;
+    std::uint32_t alike;  // position of the first one of the entry that asks for the same
     Box box;
 };
 
@@ -68,11 +72,12 @@ public:
             reaches[entry].isReached = true;
             return;
         }
-        for (const Demand& demand : demandsOf(file)) {
+        PositionsByBox boxesOfEntry;
+        forEachDemand(file, [&](const Demand& demand) {
             if (demand.id) {
-                addDemand(entry, demand);
+                addDemand(entry, demand, boxesOfEntry);
             }
-        }
+        });
     }
 
     std::vector<Reach> finish()
@@ -91,24 +96,39 @@ private:
     using Row = std::vector<std::uint32_t>;  // positions of boxes
     using KindRow = std::pair<const ElementKind, Row>;
 
-    void addDemand(std::size_t entry, const Demand& demand)
+    using PositionsByBox = std::map<Box, std::uint32_t>;
+
+    void addDemand(std::size_t entry, const Demand& demand, PositionsByBox& ofEntry)
     {
         const auto position = static_cast<std::uint32_t>(boxes.size());
-        EntryBox& added = boxes.emplace_back();
-        added.entry = entry;
+        const StatedLists stated = statedLists(*demand.file, *demand.object);
+        Box box;
         for (std::size_t side = 0; side < boxSides; ++side) {
-            for (const MatchValue& value : demand.accepted[side]) {
-                added.box[side].push_back(numbers[side].of(value));
-            }
-            std::sort(added.box[side].begin(), added.box[side].end());
+            box[side] = &sideOf(side, stated[side]);
         }
+        boxes.push_back({entry, ofEntry.try_emplace(box, position).first->second, box});
         for (const std::string& type : demand.boardTypes) {
             rows[{type, *demand.id}].push_back(position);
         }
     }
 
-    // The rows that there are, each with the first of its kinds: whatever the order of the hash table is. Boxes of
-    // one row have one id.
+    // The numbers of what is stated, which is read once.
+    const BoxSide& sideOf(std::size_t side, const ZoNJson::json* stated)
+    {
+        const auto [place, isNew] = sides[side].try_emplace(stated);
+        if (isNew) {
+            const std::vector<MatchValue> values = acceptedValues(stated);
+            place->second.reserve(values.size());
+            for (const MatchValue& value : values) {
+                place->second.push_back(numbers[side].of(value));
+            }
+            std::sort(place->second.begin(), place->second.end());
+        }
+        return place->second;
+    }
+
+    // The rows that there are, each with the first of its kinds: whatever the order of the hash table is. Rows are one
+    // where their entries ask for the same, by whichever board objects. Boxes of one row have one id.
     std::vector<const KindRow*> differentRows() const
     {
         std::vector<const KindRow*> found;
@@ -116,12 +136,27 @@ private:
         for (const KindRow& each : rows) {
             found.push_back(&each);
         }
-        std::sort(found.begin(), found.end(), [](const KindRow* a, const KindRow* b) {
+        const auto isBefore = [](const KindRow* a, const KindRow* b) {
             return std::tie(a->second, a->first.boardType) < std::tie(b->second, b->first.boardType);
+        };
+        std::sort(found.begin(), found.end(), [&](const KindRow* a, const KindRow* b) {
+            const auto order = compare(a->second, b->second);
+            return order != 0 ? order < 0 : isBefore(a, b);
         });
-        const auto haveOneRow = [](const KindRow* a, const KindRow* b) { return a->second == b->second; };
+        const auto haveOneRow = [this](const KindRow* a, const KindRow* b) {
+            return compare(a->second, b->second) == 0;
+        };
         found.erase(std::unique(found.begin(), found.end(), haveOneRow), found.end());
+        std::sort(found.begin(), found.end(), isBefore);
         return found;
+    }
+
+    // By what is asked for.
+    std::strong_ordering compare(const Row& a, const Row& b) const
+    {
+        return std::lexicographical_compare_three_way(
+            a.begin(), a.end(), b.begin(), b.end(),
+            [this](std::uint32_t i, std::uint32_t j) { return boxes[i].alike <=> boxes[j].alike; });
     }
 
     void lookAt(const Row& row, const ElementKind& kind)
@@ -164,7 +199,8 @@ private:
     }
 
     std::vector<Reach> reaches;
-    std::deque<EntryBox> boxes;  // where they are, they stay
+    std::array<std::map<const ZoNJson::json*, BoxSide>, boxSides> sides;  // by property
+    std::deque<EntryBox> boxes;
     std::unordered_map<ElementKind, Row, ElementKindHash> rows;
     std::array<Numbers, boxSides> numbers;  // by side, in the order of listedCriteria
 };

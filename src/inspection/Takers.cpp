@@ -106,15 +106,16 @@ private:
     void addSide(const Takers& row, const Box& box, std::size_t side)
     {
         std::map<Mask, std::uint32_t> numbers;
-        for (const std::uint32_t number : box[side]) {
-            const Mask mask = holdersOf(row, side, number);
+        for (const std::uint32_t number : *box[side]) {
+            Mask mask = holdersOf(row, side, number);
             for (std::size_t i = 0; i < mask.size(); ++i) {
                 full[side][i] &= mask[i];
             }
-            numbers.try_emplace(mask, number);
+            numbers.try_emplace(std::move(mask), number);
         }
-        for (const auto& [mask, number] : numbers) {
-            branches[side].push_back({number, mask});
+        while (!numbers.empty()) {
+            auto branch = numbers.extract(numbers.begin());
+            branches[side].push_back({branch.mapped(), std::move(branch.key())});
         }
     }
 
@@ -178,7 +179,7 @@ private:
 BoxContent Takers::add(const Box& box)
 {
     BoxContent content;
-    const bool isEmpty = std::any_of(box.begin(), box.end(), [](const auto& side) { return side.empty(); });
+    const bool isEmpty = std::any_of(box.begin(), box.end(), [](const BoxSide* side) { return side->empty(); });
     if (!isEmpty) {
         const SparsePositions candidates = candidatesFor(box);
         if (candidates.empty()) {
@@ -189,7 +190,7 @@ BoxContent Takers::add(const Box& box)
     }
     // What has nothing left for itself takes nothing from those behind it either.
     for (std::size_t side = 0; content.leavesSome && side < boxSides; ++side) {
-        for (const std::uint32_t number : box[side]) {
+        for (const std::uint32_t number : *box[side]) {
             append(holders[side][number], count);
         }
     }
@@ -204,7 +205,7 @@ SparsePositions Takers::candidatesFor(const Box& box)
     std::array<std::vector<const SparsePositions*>, boxSides> sets;
     std::array<std::size_t, boxSides> sizes{};
     for (std::size_t side = 0; side < boxSides; ++side) {
-        for (const std::uint32_t number : box[side]) {
+        for (const std::uint32_t number : *box[side]) {
             if (const auto found = holders[side].find(number); found != holders[side].end()) {
                 sets[side].push_back(&found->second);
                 sizes[side] += found->second.size();

@@ -15,9 +15,10 @@ namespace ZoNUpdateInspection {
 
 inline constexpr std::size_t boxSides = ZoNUpdateAssignment::listedCriteria.size();
 
-// All combinations of one number of each side. Each side is ascending, each number once; a box with an empty side has
-// nothing in it.
-using Box = std::array<std::vector<std::uint32_t>, boxSides>;
+using BoxSide = std::vector<std::uint32_t>;  // ascending, each number once
+
+// All combinations of one number of each side; a box with an empty side has nothing in it. Boxes may share sides.
+using Box = std::array<const BoxSide*, boxSides>;
 
 // What becomes of the content of a box.
 struct BoxContent {

@@ -35,11 +35,11 @@ void checkTargetPaths(Check& check)
             continue;
         }
         std::set<std::int32_t> seen;  // several board objects may share the entry's path
-        for (const Demand& demand : demandsOf(*file)) {
+        forEachDemand(*file, [&](const Demand& demand) {
             if (seen.insert(demand.pathBoard).second) {
-                checkTargetPath(check, {*file, "targetPath", demand.pathBoard}, demand.path);
+                checkTargetPath(check, {*file, "targetPath", demand.pathBoard}, statedPath(*file, *demand.object));
             }
-        }
+        });
     }
 }
 

@@ -143,6 +143,35 @@ protected:
 
 class EntryRunMemory : public DescriptionRunMemory {};
 
+// Sound descriptions of many board objects.
+class BoardRunMemory : public FindingRunMemory {
+protected:
+    void SetUp() override
+    {
+        FindingRunMemory::SetUp();
+        folder.write("archive/a.bin", "123456789");
+    }
+};
+
+// An entry with these members, and a board object for each of many types.
+DocumentShape withBoards(const std::string& name, const std::string& members,
+                         const std::string& piece = R"({"boardType":"T#"})")
+{
+    return {name,
+            R"({"info":{"formatVersion":"1.0","archiveVersion":"2.0","productName":"P","archiveName":"N"},"files":[)"
+            R"({"name":"a.bin","sequence":1,"version":null,"checksumCrc32":1,)" +
+                members + R"(,"boards":[)",
+            piece, "]}]}"};
+}
+
+const std::string hundredNumbers = [] {
+    std::string list = "0";
+    for (int i = 1; i < 100; ++i) {
+        list += "," + std::to_string(i);
+    }
+    return "\"hwCompatibilityId\":[" + list + "]";
+}();
+
 class TargetRunMemory : public RunMemory, public testing::WithParamInterface<DocumentShape> {
 protected:
     void SetUp() override
@@ -201,6 +230,20 @@ INSTANTIATE_TEST_SUITE_P(
         DocumentShape{"BoardsOfALongName", R"({"files":[{"name":")" + longText + R"(","boards":[)", "{}", "]}]}"},
         withEntries("CollisionsWithALongName", R"({"name":"a",)" + collidingRest,
                     R"({"name":")" + longText + R"(",)" + collidingRest)),
+    [](const auto& shape) { return shape.param.name; });
+
+TEST_P(BoardRunMemory, OfACheckIsHardlyMoreThanTenTimesTheSize)
+{
+    // A board object of 23 bytes is noted with its type.
+    EXPECT_LE(tenthsForEachByte({"check", "archive", "--quiet"}, size), 120);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Shapes, BoardRunMemory,
+    testing::Values(withBoards("WithAPath", R"("mode":"standard")", R"({"boardType":"T#","targetPath":"q"})"),
+                    withBoards("WithPaths", R"("mode":"standard")", R"({"boardType":"T#","targetPath":"q#"})"),
+                    withBoards("OfAPathAndAList", R"("targetPath":"q",)" + hundredNumbers),
+                    withBoards("OfAnIdAndAList", R"("id":1,)" + hundredNumbers)),
     [](const auto& shape) { return shape.param.name; });
 
 TEST_P(EntryRunMemory, OfAListIsAtMostTenTimesTheSize)
