@@ -62,9 +62,15 @@ private:
     std::vector<const MatchValue*> values;
 };
 
+void makeUnique(std::vector<std::size_t>& positions)
+{
+    std::sort(positions.begin(), positions.end());
+    positions.erase(std::unique(positions.begin(), positions.end()), positions.end());
+}
+
 class Reaching {
 public:
-    explicit Reaching(std::size_t entries) : reaches(entries) {}
+    explicit Reaching(std::size_t entries) : reaches(entries), mostTakers(entries, 16) {}
 
     void addEntry(std::size_t entry, const ZoSUpdateFile& file)
     {
@@ -86,8 +92,7 @@ public:
             lookAt(each->second, each->first);
         }
         for (Reach& reach : reaches) {
-            std::sort(reach.takers.begin(), reach.takers.end());
-            reach.takers.erase(std::unique(reach.takers.begin(), reach.takers.end()), reach.takers.end());
+            makeUnique(reach.takers);
         }
         return std::move(reaches);
     }
@@ -169,6 +174,11 @@ private:
             for (const std::uint32_t taker : content.takers) {
                 reach.takers.push_back(boxes[row[taker]].entry);
             }
+            // Another row has most of them again.
+            if (reach.takers.size() > mostTakers[boxes[position].entry]) {
+                makeUnique(reach.takers);
+                mostTakers[boxes[position].entry] = 2 * reach.takers.size();
+            }
             if (content.taken) {
                 noteExample(reach, kind, boxes[row[content.taken->taker]].entry, content.taken->numbers);
             }
@@ -199,6 +209,7 @@ private:
     }
 
     std::vector<Reach> reaches;
+    std::vector<std::size_t> mostTakers;                                  // by entry: more are made unique
     std::array<std::map<const ZoNJson::json*, BoxSide>, boxSides> sides;  // by property
     std::deque<EntryBox> boxes;
     std::unordered_map<ElementKind, Row, ElementKindHash> rows;

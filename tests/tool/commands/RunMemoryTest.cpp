@@ -269,6 +269,8 @@ INSTANTIATE_TEST_SUITE_P(
                                 R"({"name":"a","sequence":1,"checksumCrc32":1,"boards":[{"boardType":"A","id":#}]})")),
     [](const auto& shape) { return shape.param.name; });
 
+class CoveredRunMemory : public RunMemory {};
+
 // An entry of numbers, each of which takes two bytes of the document, and a line of 19 of the text that describes it.
 class DescribingRunMemory : public RunMemory {
 protected:
@@ -286,6 +288,29 @@ protected:
     static constexpr int tree = 50;
     static constexpr int text = 95;
 };
+
+// Each entry is for all board types but one and takes from those behind it, so that each type has entries of its own.
+TEST_F(CoveredRunMemory, IsThatOfTheEntriesWhateverNumberOfBoardTypesTellsThem)
+{
+    constexpr unsigned count = 250;
+    std::string text = R"({"info":{"formatVersion":"1.0","archiveVersion":"2.0","productName":"P","archiveName":"N"},)"
+                       R"("files":[)";
+    std::string numbers = "0";
+    for (unsigned entry = 0; entry < count; ++entry) {
+        std::string types;
+        for (unsigned type = 0; type < count; ++type) {
+            types += type == entry ? "" : (types.empty() ? "\"t" : ",\"t") + std::to_string(type) + "\"";
+        }
+        text += entry == 0 ? "" : ",";
+        text += R"({"name":"a","sequence":1,"id":1,"version":null,"checksumCrc32":0,"boardType":[)" + types +
+                R"(],"hwCompatibilityId":[)" + numbers + "]}";
+        numbers += "," + std::to_string(entry + 1);
+    }
+    text += "]}";
+    folder.write("archive/archive.json", text);
+    folder.write("archive/a", "x");
+    EXPECT_LE(tenthsForEachByte({"check", "archive", "--quiet"}, text.size()), 120);
+}
 
 TEST_F(DescribingRunMemory, IsThatOfTheDocumentAndOfTheTextOnce)
 {
