@@ -70,7 +70,7 @@ ArchiveFindings::ArchiveFindings(ZoITrellanInspector& inspector, ZoTDescription 
     addOthers();
     addUnknown(passed);
     addDuplicates();
-    if (isRead && unknown.size() + duplicates.size() != 0) {
+    if (unknown.size() + duplicates.size() != 0) {
         names = findEntryNames(description);
     }
 }
@@ -167,7 +167,7 @@ void ArchiveFindings::addOthers()
 // Notes which entry and board object the object is or belongs to.
 void ArchiveFindings::noteEntry(Finding& finding, std::string_view object) const
 {
-    if (isRead && !names) {
+    if (!names) {
         return;  // it is in no list that counts
     }
     finding.file = takeNumber(object, "/files/");
@@ -175,13 +175,10 @@ void ArchiveFindings::noteEntry(Finding& finding, std::string_view object) const
         return;
     }
     finding.board = takeNumber(object, "/boards/");
-    if (names) {
-        const auto name =
-            std::lower_bound(names->begin(), names->end(), *finding.file,
-                             [](const EntryName& each, std::int32_t entry) { return each.entry < entry; });
-        if (name != names->end() && name->entry == *finding.file) {
-            finding.name = TrellanJson::shortened(stringAt(description, name->offset), TrellanJson::longestName);
-        }
+    const auto name = std::lower_bound(names->begin(), names->end(), *finding.file,
+                                       [](const EntryName& each, std::int32_t entry) { return each.entry < entry; });
+    if (name != names->end() && name->entry == *finding.file) {
+        finding.name = TrellanJson::shortened(stringAt(description, name->offset), TrellanJson::longestName);
     }
 }
 

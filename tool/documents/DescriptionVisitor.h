@@ -65,13 +65,13 @@ public:
 
     void text(std::size_t begin, std::string_view) final
     {
-        beginValue();
+        beginPlainValue();
         if (!parts.empty() && parts.back() != Part::other) {
             takeText(parts.back(), begin);
         }
     }
 
-    void scalar(std::size_t) final { beginValue(); }
+    void scalar(std::size_t) final { beginPlainValue(); }
 
 protected:
     enum class Part { whole, info, files, entry, boards, board, other };
@@ -99,6 +99,13 @@ private:
             ++position(outer);
         }
         return outer;
+    }
+
+    // Of one that holds no others.
+    void beginPlainValue()
+    {
+        beginValue();
+        member = Part::other;
     }
 
     std::vector<Part> parts;

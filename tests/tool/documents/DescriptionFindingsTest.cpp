@@ -283,6 +283,29 @@ TEST_F(DescriptionFindings, AreOfNoEntryWhereTheMemberIsNoPosition)
     }
 }
 
+TEST_F(DescriptionFindings, AreOfNoEntryWhereThereAreNoneInATextThatEndsEarly)
+{
+    describe(R"({"files": {"3": {"name": "x", "name": "y"}}, "info": {},)");
+    Texts found;
+    for (const std::string& record : records()) {
+        const nlohmann::json finding = nlohmann::json::parse(record);
+        if (finding["rule"] == "duplicate-key") {
+            found.push_back(finding["file"].dump() + " " + finding["pointer"].get<std::string>());
+        }
+    }
+    EXPECT_THAT(found, ElementsAre("null /files/3/name"));
+}
+
+TEST_F(DescriptionFindings, AreOfNoBoardObjectInAListBehindBoardsThatAreNone)
+{
+    for (const std::string boards : {"1", "\"x\"", "null"}) {
+        describe(R"({"info": {}, "files": [{"boards": )" + boards + R"(}, [{"zzz": 1}], {}]})");
+        for (const std::string& record : records()) {
+            EXPECT_NE(nlohmann::json::parse(record)["rule"], "unknown-key") << record;
+        }
+    }
+}
+
 TEST_F(DescriptionFindings, NameTheEntryAsItsLastNameDoes)
 {
     addFile("b.bin", "123456789");
