@@ -230,10 +230,10 @@ void LibrarySession::explainFolder(std::ostream& err)
 // There may be many lines, which are kept once.
 void LibrarySession::complainOfBlockingElements(std::ostream& err)
 {
-    const std::size_t before = said.size();
+    const std::size_t begun = said.size();
     forEachBlockingElement(ElementRecords(*owned, *looking, true), *looking,
                            [this](const std::string& line) { addTo(said, line); });
-    const std::string_view lines = std::string_view(said).substr(before);
+    const std::string_view lines = std::string_view(said).substr(begun);
     say(err, lines.substr(lines.starts_with('\n') ? 1 : 0));
 }
 
